@@ -1,0 +1,8 @@
+// Velmora: the maintenance-management program of the maintenance department.
+#include <QApplication>
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    return 0;
+}

@@ -1,0 +1,127 @@
+#pragma once
+/// @file DataStore.h
+/// The store as the screens see it: ADO's recordset operations over the Velmora
+/// store, every statement written in Jet SQL and translated on the way in.
+
+#include "runtime/Variant.h"
+
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <vector>
+
+struct sqlite3;
+
+namespace store {
+
+using vb::Variant;
+
+class Recordset;
+
+/// One result column as the grids need it.
+struct Column
+{
+    QString name;
+    QString declType; ///< the column's type as the store knows it ("" for expressions)
+};
+
+/// The one connection of the program to Velmora.sqlite in the program's folder.
+/// Every action statement commits at once; there are no transactions across statements.
+class DataStore
+{
+public:
+    /// The store of the program's folder, opened (and created with the full schema) on
+    /// first use.
+    static DataStore& instance();
+    /// Closes the current store; the next instance() opens AppPath()'s store again.
+    static void reset();
+
+    /// Opens (creating if missing) the store at path.
+    explicit DataStore(const QString& path);
+    ~DataStore();
+    DataStore(const DataStore&) = delete;
+    DataStore& operator=(const DataStore&) = delete;
+
+    /// Runs an action statement (Jet SQL); raises VBError on failure.
+    void Execute(const QString& jetSql);
+    /// Runs a SELECT (Jet SQL or SHAPE) into a new recordset.
+    std::unique_ptr<Recordset> Query(const QString& jetSql);
+    /// Runs one of the store's named parameter commands with its one parameter.
+    std::unique_ptr<Recordset> Command(const QString& name, const Variant& parameter);
+
+    QString path() const { return m_path; }
+    sqlite3* handle() const { return m_db; }
+
+private:
+    friend class Recordset;
+    QString m_path;
+    sqlite3* m_db = nullptr;
+};
+
+/// A field of the current row: read with Value(), written with setValue() (or =).
+class Field
+{
+public:
+    Field(Recordset* rs, int index) : m_rs(rs), m_index(index) {}
+    Variant Value() const;
+    void setValue(const Variant& v);
+    Field& operator=(const Variant& v)
+    {
+        setValue(v);
+        return *this;
+    }
+    QString Name() const;
+
+private:
+    Recordset* m_rs;
+    int m_index;
+};
+
+/// ADO's recordset as the program uses it: keyset cursor, optimistic lock, text command.
+class Recordset
+{
+public:
+    Recordset();
+    ~Recordset();
+
+    /// Open: a SELECT, a SHAPE command or any action statement (which runs at once and
+    /// leaves an empty, closed recordset).
+    void Open(const QString& jetSql, DataStore& store = DataStore::instance());
+
+    bool Eof() const;
+    bool Bof() const;
+    Field Fields(const QString& name); ///< unknown name: error 3265
+    Field Fields(int position);
+    int FieldCount() const;
+    const std::vector<Column>& Columns() const;
+
+    void AddNew();
+    void UpdateBatch();
+    void Delete();
+    void MoveNext();
+    void MovePrevious();
+    void MoveFirst();
+    void MoveLast();
+    void Move(int rows); ///< relative to the current row, as ADO's Move
+    int AbsolutePosition() const; ///< 0-based current row, -1 at EOF/BOF
+
+    /// Narrows the rows to a criteria text ("Reparto like 'A%'"); "" removes the filter.
+    void setFilter(const QString& criteria);
+    int RecordCount() const;
+    void Close();
+    bool isOpen() const;
+
+    /// SHAPE results: the child rows of the current parent row for the member name.
+    Recordset* Child(const QString& member);
+
+    /// The current row's values (for grids).
+    Variant value(int row, int column) const;
+
+    struct Impl;
+
+private:
+    friend class Field;
+    std::unique_ptr<Impl> d;
+};
+
+} // namespace store
