@@ -8,6 +8,7 @@
 #include <QDateTime>
 #include <QString>
 #include <cstdint>
+#include <type_traits>
 #include <variant>
 
 namespace vb {
@@ -29,6 +30,14 @@ public:
     Variant(bool b);
     Variant(int v);             // Long (VB's Integer only through CInt)
     Variant(std::int64_t v);    // Long
+    /// Any other integer type (qint64, sqlite3_int64, unsigned, short) is a Long too.
+    template <class T>
+        requires(std::is_integral_v<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char>
+                 && !std::is_same_v<T, int> && !std::is_same_v<T, std::int64_t>)
+    Variant(T v)
+        : Variant(static_cast<std::int64_t>(v))
+    {
+    }
     Variant(double v);
     Variant(JetDate d);
     Variant(const QString& s);

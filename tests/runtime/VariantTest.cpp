@@ -139,3 +139,11 @@ TEST(Variant, SerialDatesCountFromDayZeroWithTheTimeAwayFromZero)
     EXPECT_EQ(dateFromSerial(-0.5), QDate(1899, 12, 30));
     EXPECT_EQ(errorOf([] { Variant(3e6).toDate(); }), err::Overflow);
 }
+
+TEST(Variant, EveryIntegerTypeIsALong)
+{
+    const qint64 big = 40000;
+    EXPECT_EQ(Variant(big).type(), Variant::Type::Long);
+    EXPECT_EQ(Variant(static_cast<short>(3)), Variant(3));
+    EXPECT_EQ(Variant(7u).toString(), "7");
+}
