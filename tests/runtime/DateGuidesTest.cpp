@@ -1,5 +1,5 @@
 // The date format guides, the session stamp and the duration text.
-#include "Printing.h"
+#include "Helpers.h"
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
 #include "runtime/DateGuides.h"
@@ -97,13 +97,7 @@ TEST_F(DateGuidesTest, InfoFileTellsWhereItIsBeforeOpening)
 TEST_F(DateGuidesTest, AFolderThatIsMissingIsError76AndNothingOpens)
 {
     setAppPath(m_dir.path() + "/missing");
-    int number = 0;
-    try {
-        WriteDateErrorGuide();
-    } catch (const VBError& e) {
-        number = e.number();
-    }
-    EXPECT_EQ(number, 76);
+    EXPECT_EQ(errorOf([] { WriteDateErrorGuide(); }), 76);
     EXPECT_TRUE(OpenFileService::takeOpened().empty());
 }
 

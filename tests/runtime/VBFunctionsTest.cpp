@@ -1,5 +1,5 @@
 // Format, Val, week numbers and the text functions under Italian settings.
-#include "Printing.h"
+#include "Helpers.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
 
@@ -156,13 +156,7 @@ TEST(TextFunctions, NullPassesThroughAndConcatTreatsOneNullAsEmpty)
     EXPECT_EQ(Concat(12, ".").toString(), "12.");
     EXPECT_EQ(Concat(1.5, Variant()).toString(), "1,5");
 
-    int number = 0;
-    try {
-        Replace(n, "a", "b");
-    } catch (const VBError& e) {
-        number = e.number();
-    }
-    EXPECT_EQ(number, err::InvalidUseOfNull);
+    EXPECT_EQ(errorOf([&] { Replace(n, "a", "b"); }), err::InvalidUseOfNull);
     EXPECT_THROW(Left("abc", -1), VBError);
 }
 

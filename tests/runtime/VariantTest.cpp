@@ -1,5 +1,5 @@
 // Conversions of the Variant under Italian regional settings.
-#include "Printing.h"
+#include "Helpers.h"
 #include "runtime/Clock.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
@@ -10,16 +10,6 @@
 using namespace vb;
 
 namespace {
-int errorOf(const std::function<void()>& f)
-{
-    try {
-        f();
-    } catch (const VBError& e) {
-        return e.number();
-    }
-    return 0;
-}
-
 JetDate dateOf(const char* text)
 {
     return Variant(text).toDate();
