@@ -14,6 +14,10 @@ struct sqlite3;
 
 namespace store {
 
+namespace jet {
+struct Translation;
+}
+
 using vb::Variant;
 
 class Recordset;
@@ -33,11 +37,18 @@ public:
     /// The store of the program's folder, opened (and created with the full schema) on
     /// first use.
     static DataStore& instance();
-    /// Closes the current store; the next instance() opens AppPath()'s store again.
+    /// Closes the current stores; the next instance() opens AppPath()'s store again.
     static void reset();
 
+    /// Which file a DataStore stands for: the main store gets the full schema when it is
+    /// new; the report store holds only what "SELECT ... INTO ... IN" puts there.
+    enum class Kind { Main, Report };
+
+    /// The report store of the program's folder (RPT_Velmora.sqlite), opened on first use.
+    static DataStore& report();
+
     /// Opens (creating if missing) the store at path.
-    explicit DataStore(const QString& path);
+    explicit DataStore(const QString& path, Kind kind = Kind::Main);
     ~DataStore();
     DataStore(const DataStore&) = delete;
     DataStore& operator=(const DataStore&) = delete;
@@ -52,10 +63,15 @@ public:
     QString path() const { return m_path; }
     sqlite3* handle() const { return m_db; }
 
+    /// What the store knows of its tables and its prepared statements (internal).
+    struct Cache;
+    Cache& cache() const { return *m_cache; }
+
 private:
     friend class Recordset;
     QString m_path;
     sqlite3* m_db = nullptr;
+    std::unique_ptr<Cache> m_cache;
 };
 
 /// A field of the current row: read with Value(), written with setValue() (or =).
@@ -120,6 +136,8 @@ public:
     struct Impl;
 
 private:
+    friend class DataStore;
+    void openTranslated(const jet::Translation& tr, DataStore& store);
     friend class Field;
     std::unique_ptr<Impl> d;
 };

@@ -1,0 +1,1097 @@
+#include "store/DataStore.h"
+
+#include "runtime/AppPath.h"
+#include "runtime/Regional.h"
+#include "runtime/VBError.h"
+#include "store/Filter.h"
+#include "store/Schema.h"
+#include "store/Shape.h"
+#include "store/StoreErrors.h"
+#include "store/jet/Jet.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+#include <cmath>
+#include <sqlite3.h>
+
+namespace store {
+
+using vb::JetDate;
+using vb::VBError;
+
+// ---------------------------------------------------------------------------------------
+// What the connection knows of its tables, and its prepared statements.
+
+namespace {
+
+struct TableInfo
+{
+    QString name;                   ///< as the store spells it
+    QStringList columns;
+    std::vector<ColumnType> types;
+    QHash<QString, int> index;      ///< lower-case column name -> position
+    int key = -1;                   ///< the INTEGER PRIMARY KEY (rowid) column
+    bool autoincrement = false;
+};
+
+std::unique_ptr<DataStore> g_main;
+std::unique_ptr<DataStore> g_report;
+
+constexpr int kMaxCachedStatements = 256;
+
+} // namespace
+
+struct DataStore::Cache
+{
+    sqlite3* db = nullptr;
+    std::unique_ptr<jet::SqliteSchema> schema; ///< what the dialect knows of the tables
+    QHash<QString, std::shared_ptr<TableInfo>> tables; // lower-case name
+    QHash<QString, sqlite3_stmt*> statements;
+
+    ~Cache()
+    {
+        clearStatements();
+        schema.reset();
+    }
+
+    jet::Translation translate(const QString& jetSql) { return jet::translate(jetSql, schema.get()); }
+
+    void clearStatements()
+    {
+        for (sqlite3_stmt* s : std::as_const(statements))
+            sqlite3_finalize(s);
+        statements.clear();
+    }
+
+    void schemaChanged() { tables.clear(); }
+
+    std::shared_ptr<TableInfo> table(const QString& name)
+    {
+        const QString key = name.toLower();
+        if (auto it = tables.constFind(key); it != tables.constEnd())
+            return *it;
+        auto info = std::make_shared<TableInfo>();
+        sqlite3_stmt* st = nullptr;
+        const char* sql = "SELECT m.name, p.name, p.type, p.pk, instr(upper(m.sql), 'AUTOINCREMENT') > 0 "
+                          "FROM sqlite_master AS m, pragma_table_info(m.name) AS p "
+                          "WHERE m.type = 'table' AND m.name = ?1 COLLATE NOCASE ORDER BY p.cid";
+        if (sqlite3_prepare_v2(db, sql, -1, &st, nullptr) == SQLITE_OK) {
+            const QByteArray n = name.toUtf8();
+            sqlite3_bind_text(st, 1, n.constData(), n.size(), SQLITE_TRANSIENT);
+            while (sqlite3_step(st) == SQLITE_ROW) {
+                info->name = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
+                const QString col = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 1)));
+                const QString decl = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 2)));
+                ColumnType type = columnTypeOfDecl(decl);
+                if (sqlite3_column_int(st, 3) == 1 && decl.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0) {
+                    info->key = int(info->columns.size());
+                    type = ColumnType::Counter;
+                }
+                info->autoincrement = sqlite3_column_int(st, 4) != 0;
+                info->index.insert(col.toLower(), int(info->columns.size()));
+                info->columns << col;
+                info->types.push_back(type);
+            }
+        }
+        sqlite3_finalize(st);
+        if (info->columns.isEmpty())
+            return nullptr;
+        tables.insert(key, info);
+        return info;
+    }
+};
+
+namespace {
+
+/// A prepared statement borrowed from the cache (or made for this use alone when the
+/// cached one is still running), reset when given back.
+class Lease
+{
+public:
+    Lease(DataStore::Cache& cache, const QString& sql)
+    {
+        auto it = cache.statements.find(sql);
+        if (it != cache.statements.end() && !sqlite3_stmt_busy(*it)) {
+            m_stmt = *it;
+            return;
+        }
+        const QByteArray utf8 = sql.toUtf8();
+        if (sqlite3_prepare_v2(cache.db, utf8.constData(), int(utf8.size()), &m_stmt, nullptr) != SQLITE_OK) {
+            sqlite3_finalize(m_stmt);
+            m_stmt = nullptr;
+            throw errors::fromSqlite(cache.db);
+        }
+        if (it == cache.statements.end() && m_stmt) {
+            if (cache.statements.size() >= kMaxCachedStatements)
+                cache.clearStatements();
+            cache.statements.insert(sql, m_stmt);
+        } else {
+            m_owned = true;
+        }
+    }
+    ~Lease()
+    {
+        if (m_owned) {
+            sqlite3_finalize(m_stmt);
+        } else if (m_stmt) {
+            sqlite3_reset(m_stmt);
+            sqlite3_clear_bindings(m_stmt);
+        }
+    }
+    Lease(const Lease&) = delete;
+    Lease& operator=(const Lease&) = delete;
+    sqlite3_stmt* get() const { return m_stmt; }
+
+private:
+    sqlite3_stmt* m_stmt = nullptr;
+    bool m_owned = false;
+};
+
+void bindValue(sqlite3_stmt* st, int i, const Variant& v)
+{
+    switch (v.type()) {
+    case Variant::Type::Empty:
+    case Variant::Type::Null: sqlite3_bind_null(st, i); break;
+    case Variant::Type::Boolean: sqlite3_bind_int64(st, i, v.rawBool() ? -1 : 0); break;
+    case Variant::Type::Integer:
+    case Variant::Type::Long: sqlite3_bind_int64(st, i, v.rawLong()); break;
+    case Variant::Type::Double:
+    case Variant::Type::Date: sqlite3_bind_double(st, i, v.rawDouble()); break;
+    case Variant::Type::String: {
+        const QByteArray b = v.rawString().toUtf8();
+        sqlite3_bind_text(st, i, b.constData(), int(b.size()), SQLITE_TRANSIENT);
+        break;
+    }
+    }
+}
+
+void bindAll(sqlite3_stmt* st, const std::vector<Variant>& params)
+{
+    for (size_t i = 0; i < params.size(); ++i)
+        bindValue(st, int(i) + 1, params[i]);
+}
+
+/// A stored value as the recordset shows it: Date columns (and date expressions) as
+/// dates, Yes/No columns as booleans.
+Variant readValue(sqlite3_stmt* st, int i, ColumnType type, bool date)
+{
+    switch (sqlite3_column_type(st, i)) {
+    case SQLITE_NULL: return Variant::null();
+    case SQLITE_INTEGER: {
+        const sqlite3_int64 v = sqlite3_column_int64(st, i);
+        if (date)
+            return Variant(JetDate{double(v)});
+        if (type == ColumnType::Boolean)
+            return Variant(v != 0);
+        return Variant(std::int64_t(v));
+    }
+    case SQLITE_FLOAT: {
+        const double d = sqlite3_column_double(st, i);
+        if (date)
+            return Variant(JetDate{d});
+        if (type == ColumnType::Boolean)
+            return Variant(d != 0.0);
+        return Variant(d);
+    }
+    default: {
+        const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(st, i));
+        QString s = QString::fromUtf8(p, sqlite3_column_bytes(st, i));
+        if (date && !s.isEmpty()) {
+            if (const auto serial = vb::regional::parseDateTime(s))
+                return Variant(JetDate{*serial});
+        }
+        return Variant(std::move(s));
+    }
+    }
+}
+
+void stepToEnd(sqlite3* db, sqlite3_stmt* st)
+{
+    int rc;
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
+    }
+    if (rc != SQLITE_DONE)
+        throw errors::fromSqlite(db);
+}
+
+bool isRowidName(const QString& n)
+{
+    return n.compare(QLatin1String("rowid"), Qt::CaseInsensitive) == 0
+        || n.compare(QLatin1String("_rowid_"), Qt::CaseInsensitive) == 0
+        || n.compare(QLatin1String("oid"), Qt::CaseInsensitive) == 0
+        || n.compare(QLatin1String("jet_rowid"), Qt::CaseInsensitive) == 0;
+}
+
+QString quoteName(const QString& n)
+{
+    return QLatin1Char('"') + QString(n).replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
+}
+
+bool isDdl(jet::StatementKind k)
+{
+    using K = jet::StatementKind;
+    return k == K::SelectInto || k == K::CreateTable || k == K::AlterTable || k == K::DropTable || k == K::Other;
+}
+
+const char* const kAttachedAlias = jet::IntoDatabase;
+
+/// "SELECT ... INTO T IN 'file'": the other store is attached for the one statement.
+class Attachment
+{
+public:
+    Attachment(sqlite3* db, const QString& file) : m_db(db)
+    {
+        if (file.isEmpty())
+            return;
+        sqlite3_stmt* st = nullptr;
+        const QByteArray sql = QByteArray("ATTACH DATABASE ?1 AS ") + kAttachedAlias;
+        sqlite3_prepare_v2(db, sql.constData(), -1, &st, nullptr);
+        const QByteArray f = file.toUtf8();
+        sqlite3_bind_text(st, 1, f.constData(), int(f.size()), SQLITE_TRANSIENT);
+        const int rc = sqlite3_step(st);
+        sqlite3_finalize(st);
+        if (rc != SQLITE_DONE)
+            throw errors::fromSqlite(db);
+        m_attached = true;
+    }
+    ~Attachment()
+    {
+        if (m_attached)
+            sqlite3_exec(m_db, (QByteArray("DETACH DATABASE ") + kAttachedAlias).constData(), nullptr, nullptr, nullptr);
+    }
+
+private:
+    sqlite3* m_db;
+    bool m_attached = false;
+};
+
+bool tableExists(sqlite3* db, const QString& schema, const QString& table)
+{
+    const QString sql = QStringLiteral("SELECT 1 FROM %1.sqlite_master WHERE type IN ('table','view') AND name = ?1 "
+                                       "COLLATE NOCASE")
+                            .arg(schema);
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(db, sql.toUtf8().constData(), -1, &st, nullptr) != SQLITE_OK)
+        return false;
+    const QByteArray t = table.toUtf8();
+    sqlite3_bind_text(st, 1, t.constData(), int(t.size()), SQLITE_TRANSIENT);
+    const bool found = sqlite3_step(st) == SQLITE_ROW;
+    sqlite3_finalize(st);
+    return found;
+}
+
+/// Runs the statements of a translation that read nothing (all of them for an action).
+void runActions(DataStore& store, const jet::Translation& tr, size_t count)
+{
+    sqlite3* db = store.handle();
+    if (tr.kind == jet::StatementKind::SelectInto) {
+        const bool exists = tr.intoFile.isEmpty() ? tableExists(db, QStringLiteral("main"), tr.intoTable)
+                                                  : tableExists(db, QLatin1String(kAttachedAlias), tr.intoTable);
+        if (exists)
+            throw errors::tableExists(tr.intoTable);
+    }
+    for (size_t i = 0; i < count; ++i) {
+        const jet::SqliteStatement& s = tr.statements[i];
+        try {
+            Lease lease(store.cache(), s.sql);
+            bindAll(lease.get(), s.params);
+            stepToEnd(db, lease.get());
+        } catch (const VBError& e) {
+            if (isDdl(tr.kind))
+                store.cache().schemaChanged();
+            throw errors::forStatement(e, tr.kind);
+        }
+    }
+    if (isDdl(tr.kind))
+        store.cache().schemaChanged();
+}
+
+void exec(sqlite3* db, const char* sql)
+{
+    if (sqlite3_exec(db, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
+        throw errors::fromSqlite(db);
+}
+
+} // namespace
+
+// ---------------------------------------------------------------------------------------
+// DataStore
+
+DataStore& DataStore::instance()
+{
+    if (!g_main)
+        g_main = std::make_unique<DataStore>(vb::AppFile(QLatin1String(StoreFileName)));
+    return *g_main;
+}
+
+DataStore& DataStore::report()
+{
+    if (!g_report)
+        g_report = std::make_unique<DataStore>(vb::AppFile(QLatin1String(ReportStoreFileName)), Kind::Report);
+    return *g_report;
+}
+
+void DataStore::reset()
+{
+    g_main.reset();
+    g_report.reset();
+}
+
+DataStore::DataStore(const QString& path, Kind kind)
+    : m_path(path)
+    , m_cache(std::make_unique<Cache>())
+{
+    if (path != QLatin1String(":memory:"))
+        QDir().mkpath(QFileInfo(path).absolutePath());
+    const QByteArray file = path.toUtf8();
+    if (sqlite3_open_v2(file.constData(), &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK) {
+        const QString message = QString::fromUtf8(sqlite3_errmsg(m_db));
+        sqlite3_close(m_db);
+        m_db = nullptr;
+        throw VBError(errors::Unspecified,
+                      QStringLiteral("Impossibile aprire il file '%1' (%2).").arg(path, message));
+    }
+    m_cache->db = m_db;
+    m_cache->schema = std::make_unique<jet::SqliteSchema>(m_db);
+    sqlite3_busy_timeout(m_db, 5000);
+    sqlite3_extended_result_codes(m_db, 0);
+    exec(m_db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=OFF");
+    jet::registerFunctions(m_db);
+
+    sqlite3_stmt* st = nullptr;
+    sqlite3_prepare_v2(m_db, "SELECT count(*) FROM sqlite_master", -1, &st, nullptr);
+    const bool empty = sqlite3_step(st) == SQLITE_ROW && sqlite3_column_int(st, 0) == 0;
+    sqlite3_finalize(st);
+    if (empty && kind == Kind::Main)
+        createSchema(m_db);
+    else if (empty)
+        createReportSchema(m_db);
+}
+
+DataStore::~DataStore()
+{
+    m_cache.reset();
+    if (m_db)
+        sqlite3_close_v2(m_db);
+}
+
+void DataStore::Execute(const QString& jetSql)
+{
+    Recordset rs;
+    rs.Open(jetSql, *this);
+}
+
+std::unique_ptr<Recordset> DataStore::Query(const QString& jetSql)
+{
+    auto rs = std::make_unique<Recordset>();
+    rs->Open(jetSql, *this);
+    return rs;
+}
+
+std::unique_ptr<Recordset> DataStore::Command(const QString& name, const Variant& parameter)
+{
+    const QString text = parameterCommand(name);
+    if (text.isEmpty())
+        throw VBError(3265);
+    jet::Translation tr = m_cache->translate(text);
+    // The command's one "?" takes the caller's value.
+    for (const int position : tr.userParams)
+        for (jet::SqliteStatement& s : tr.statements)
+            if (size_t(position) < s.params.size())
+                s.params[size_t(position)] = parameter;
+    auto rs = std::make_unique<Recordset>();
+    rs->openTranslated(tr, *this);
+    return rs;
+}
+
+// ---------------------------------------------------------------------------------------
+// Recordset
+
+namespace {
+
+struct RowData
+{
+    std::vector<Variant> values;
+    std::vector<Variant> original; ///< as read, for rows found again by their values
+    std::vector<bool> changed;
+    sqlite3_int64 rowid = 0;
+    bool hasRowid = false;
+    bool isNew = false;
+    bool deleted = false;
+    bool dirty = false;
+};
+
+struct ChildSpec
+{
+    QString name;
+    std::shared_ptr<Recordset> all;
+    std::vector<std::pair<int, int>> relate; // parent column, child column
+    std::unique_ptr<Recordset> view;
+    int viewOfRow = -1;                      // parent row the view was made for
+};
+
+} // namespace
+
+struct Recordset::Impl
+{
+    DataStore* store = nullptr;
+    bool open = false;
+    std::vector<Column> columns;
+    std::vector<ColumnType> readTypes;
+    std::vector<bool> dates;
+    std::vector<int> baseIndex; // position in the base table, -1 for other columns
+    std::shared_ptr<TableInfo> table;
+    int keyColumn = -1;         // result column holding the table's key
+    std::vector<RowData> rows;
+    std::vector<int> view;      // rows visible under the filter, in order
+    int pos = 0;                // index into view; view.size() is EOF, -1 BOF
+    bool afterDelete = false;
+    mutable QHash<QString, int> names;
+    std::vector<ChildSpec> children;
+
+    void reset()
+    {
+        open = false;
+        columns.clear();
+        readTypes.clear();
+        dates.clear();
+        baseIndex.clear();
+        table.reset();
+        keyColumn = -1;
+        rows.clear();
+        view.clear();
+        pos = 0;
+        afterDelete = false;
+        names.clear();
+        children.clear();
+    }
+
+    int size() const { return int(view.size()); }
+    bool eof() const { return pos >= size(); }
+    bool bof() const { return pos < 0 || view.empty(); }
+
+    void requireOpen() const
+    {
+        if (!open)
+            throw VBError(3704);
+    }
+
+    RowData& current()
+    {
+        requireOpen();
+        if (eof() || bof() || afterDelete)
+            throw VBError(vb::err::NoCurrentRecord);
+        return rows[size_t(view[size_t(pos)])];
+    }
+
+    int columnIndex(const QString& name) const
+    {
+        if (names.isEmpty()) {
+            for (int i = int(columns.size()) - 1; i >= 0; --i)
+                names.insert(columns[size_t(i)].name.toLower(), i);
+        }
+        const QString key = name.toLower();
+        if (auto it = names.constFind(key); it != names.constEnd())
+            return *it;
+        // "Tbl_X.Col" or "[Tbl_X]![Col]" for a column the store names "Col".
+        const qsizetype dot = std::max(key.lastIndexOf(u'.'), key.lastIndexOf(u'!'));
+        if (dot >= 0) {
+            QString tail = key.mid(dot + 1);
+            tail.remove(u'[').remove(u']');
+            if (auto it = names.constFind(tail); it != names.constEnd())
+                return *it;
+        }
+        throw VBError(3265);
+    }
+
+    void load(DataStore& st, const jet::Translation& tr);
+    void loadShape(DataStore& st, const shape::Command& cmd);
+    void rebuildView();
+    void writeRow(RowData& row);
+    void flushPending();
+    sqlite3_int64 reserveKey();
+    Variant toStored(const Variant& v, int column) const;
+};
+
+void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
+{
+    store = &st;
+    if (tr.statements.empty())
+        return;
+    runActions(st, tr, tr.statements.size() - 1);
+    const jet::SqliteStatement& s = tr.statements.back();
+    sqlite3* db = st.handle();
+    Lease lease(st.cache(), s.sql);
+    sqlite3_stmt* stmt = lease.get();
+    bindAll(stmt, s.params);
+
+    int n = sqlite3_column_count(stmt);
+    if (!tr.baseTable.isEmpty())
+        table = st.cache().table(tr.baseTable);
+    int rowidColumn = -1;
+    if (table && n > 0 && isRowidName(QString::fromUtf8(sqlite3_column_name(stmt, n - 1)))) {
+        rowidColumn = n - 1;
+        --n;
+    }
+    columns.reserve(size_t(n));
+    for (int i = 0; i < n; ++i) {
+        const char* decl = sqlite3_column_decltype(stmt, i);
+        Column c{i < tr.columnNames.size() ? tr.columnNames[i] : QString::fromUtf8(sqlite3_column_name(stmt, i)),
+                 decl ? QString::fromUtf8(decl) : QString()};
+        const ColumnType type = columnTypeOfDecl(c.declType);
+        readTypes.push_back(type);
+        dates.push_back(type == ColumnType::Date || (size_t(i) < tr.dateColumns.size() && tr.dateColumns[size_t(i)]));
+        int base = -1;
+        if (table) {
+            const char* origin = sqlite3_column_origin_name(stmt, i);
+            const char* originTable = sqlite3_column_table_name(stmt, i);
+            if (origin && originTable && table->name.compare(QString::fromUtf8(originTable), Qt::CaseInsensitive) == 0)
+                base = table->index.value(QString::fromUtf8(origin).toLower(), -1);
+        }
+        baseIndex.push_back(base);
+        if (table && base >= 0 && base == table->key && keyColumn < 0)
+            keyColumn = i;
+        columns.push_back(std::move(c));
+    }
+
+    int rc;
+    while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
+        RowData row;
+        row.values.reserve(size_t(n));
+        for (int i = 0; i < n; ++i)
+            row.values.push_back(readValue(stmt, i, readTypes[size_t(i)], dates[size_t(i)]));
+        if (rowidColumn >= 0) {
+            row.rowid = sqlite3_column_int64(stmt, rowidColumn);
+            row.hasRowid = true;
+        } else if (keyColumn >= 0 && !row.values[size_t(keyColumn)].isNull()) {
+            row.rowid = row.values[size_t(keyColumn)].rawLong();
+            row.hasRowid = true;
+        }
+        rows.push_back(std::move(row));
+    }
+    if (rc != SQLITE_DONE)
+        throw errors::fromSqlite(db);
+    open = true;
+    rebuildView();
+}
+
+void Recordset::Impl::loadShape(DataStore& st, const shape::Command& cmd)
+{
+    load(st, st.cache().translate(cmd.sql));
+    for (const shape::Child& c : cmd.children) {
+        ChildSpec spec;
+        spec.name = c.name;
+        spec.all = std::make_shared<Recordset>();
+        spec.all->d->loadShape(st, *c.command);
+        for (const auto& [parentColumn, childColumn] : c.relate)
+            spec.relate.emplace_back(columnIndex(parentColumn), spec.all->d->columnIndex(childColumn));
+        children.push_back(std::move(spec));
+    }
+}
+
+void Recordset::Impl::rebuildView()
+{
+    view.clear();
+    view.reserve(rows.size());
+    for (size_t i = 0; i < rows.size(); ++i)
+        if (!rows[i].deleted)
+            view.push_back(int(i));
+    pos = 0;
+    afterDelete = false;
+}
+
+sqlite3_int64 Recordset::Impl::reserveKey()
+{
+    // The next number is taken now, so that the screens can show it before saving, and
+    // recorded at once as used: a number is never handed out twice, as Jet's counter.
+    sqlite3* db = store->handle();
+    const QString sql = QStringLiteral(
+                            "SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ?1 COLLATE NOCASE), 0), "
+                            "coalesce((SELECT max(rowid) FROM %1), 0)) + 1")
+                            .arg(quoteName(table->name));
+    sqlite3_int64 next = 1;
+    {
+        Lease lease(store->cache(), sql);
+        bindValue(lease.get(), 1, Variant(table->name));
+        if (sqlite3_step(lease.get()) == SQLITE_ROW)
+            next = sqlite3_column_int64(lease.get(), 0);
+        else
+            throw errors::fromSqlite(db);
+    }
+    if (table->autoincrement) {
+        {
+            Lease update(store->cache(),
+                         QStringLiteral("UPDATE sqlite_sequence SET seq = ?2 WHERE name = ?1 COLLATE NOCASE"));
+            bindValue(update.get(), 1, Variant(table->name));
+            bindValue(update.get(), 2, Variant(std::int64_t(next)));
+            stepToEnd(db, update.get());
+        }
+        if (sqlite3_changes(db) == 0) {
+            Lease insert(store->cache(), QStringLiteral("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)"));
+            bindValue(insert.get(), 1, Variant(table->name));
+            bindValue(insert.get(), 2, Variant(std::int64_t(next)));
+            stepToEnd(db, insert.get());
+        }
+    }
+    return next;
+}
+
+Variant Recordset::Impl::toStored(const Variant& v, int column) const
+{
+    const int base = baseIndex[size_t(column)];
+    const ColumnType type = (table && base >= 0) ? table->types[size_t(base)] : readTypes[size_t(column)];
+    if (v.isNull() || v.isEmpty())
+        return Variant::null();
+    switch (type) {
+    case ColumnType::Date: {
+        if (v.isDate())
+            return v;
+        if (v.isString()) {
+            if (const auto serial = vb::regional::parseDateTime(v.rawString().trimmed()))
+                return Variant(JetDate{*serial});
+            throw VBError(vb::err::TypeMismatch);
+        }
+        return Variant(JetDate{v.toDouble()});
+    }
+    case ColumnType::Text:
+    case ColumnType::Memo:
+        if (v.isDate())
+            return Variant(vb::regional::dateText(v.rawDouble()));
+        return Variant(v.toString());
+    case ColumnType::Counter:
+    case ColumnType::Long:
+    case ColumnType::Integer: {
+        double d = 0;
+        if (v.isString()) {
+            const auto n = vb::regional::parseNumber(v.rawString());
+            if (!n)
+                throw VBError(vb::err::TypeMismatch);
+            d = *n;
+        } else {
+            d = v.toDouble();
+        }
+        const double r = std::nearbyint(d);
+        const double limit = type == ColumnType::Integer ? 32768.0 : 2147483648.0;
+        if (r >= limit || r < -limit)
+            throw VBError(vb::err::Overflow);
+        return Variant(std::int64_t(r));
+    }
+    case ColumnType::Double:
+    case ColumnType::Currency: {
+        if (v.isString()) {
+            const auto n = vb::regional::parseNumber(v.rawString());
+            if (!n)
+                throw VBError(vb::err::TypeMismatch);
+            return Variant(*n);
+        }
+        return Variant(v.toDouble());
+    }
+    case ColumnType::Boolean: return Variant(v.toBool());
+    case ColumnType::Unknown: break;
+    }
+    return v;
+}
+
+void Recordset::Impl::writeRow(RowData& row)
+{
+    if (!row.dirty)
+        return;
+    if (!table)
+        throw VBError(3251, QStringLiteral("L'operazione richiesta non è supportata dall'oggetto o dal provider."));
+    sqlite3* db = store->handle();
+    const QString tableName = quoteName(table->name);
+    QStringList names;
+    std::vector<Variant> values;
+    for (size_t i = 0; i < columns.size(); ++i) {
+        if (!row.changed[i] || baseIndex[i] < 0)
+            continue;
+        names << quoteName(table->columns[baseIndex[i]]);
+        values.push_back(row.values[i]);
+    }
+    if (row.isNew) {
+        if (table->key >= 0 && (keyColumn < 0 || !row.changed[size_t(keyColumn)])) {
+            names << quoteName(table->columns[table->key]);
+            values.push_back(Variant(std::int64_t(row.rowid)));
+        }
+        QStringList marks;
+        for (size_t i = 0; i < values.size(); ++i)
+            marks << QStringLiteral("?%1").arg(i + 1);
+        const QString sql = names.isEmpty()
+                                ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(tableName)
+                                : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                      .arg(tableName, names.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
+        {
+            Lease lease(store->cache(), sql);
+            bindAll(lease.get(), values);
+            stepToEnd(db, lease.get());
+        }
+        row.rowid = sqlite3_last_insert_rowid(db);
+        row.hasRowid = true;
+        row.isNew = false;
+        // The row as stored: the defaults of the columns not written show up at once.
+        QStringList all;
+        std::vector<int> positions;
+        for (size_t i = 0; i < columns.size(); ++i) {
+            if (baseIndex[i] >= 0 && !row.changed[i]) {
+                all << quoteName(table->columns[baseIndex[i]]);
+                positions.push_back(int(i));
+            }
+        }
+        if (!all.isEmpty()) {
+            Lease reread(store->cache(),
+                         QStringLiteral("SELECT %1 FROM %2 WHERE rowid = ?1").arg(all.join(QLatin1Char(',')), tableName));
+            sqlite3_bind_int64(reread.get(), 1, row.rowid);
+            if (sqlite3_step(reread.get()) == SQLITE_ROW) {
+                for (size_t k = 0; k < positions.size(); ++k) {
+                    const size_t i = size_t(positions[k]);
+                    row.values[i] = readValue(reread.get(), int(k), readTypes[i], dates[i]);
+                }
+            }
+        }
+    } else if (!names.isEmpty()) {
+        QStringList sets;
+        for (int i = 0; i < names.size(); ++i)
+            sets << QStringLiteral("%1 = ?%2").arg(names[i]).arg(i + 1);
+        const int idx = int(values.size()) + 1;
+        QString where;
+        if (row.hasRowid) {
+            where = QStringLiteral("rowid = ?%1").arg(idx);
+            values.push_back(Variant(std::int64_t(row.rowid)));
+        } else {
+            // A table without a key: the row is found again by the values it was read with.
+            QStringList match;
+            for (size_t i = 0; i < columns.size(); ++i) {
+                if (baseIndex[i] < 0)
+                    continue;
+                match << QStringLiteral("%1 IS ?%2").arg(quoteName(table->columns[baseIndex[i]])).arg(values.size() + 1);
+                values.push_back(row.original[i]);
+            }
+            where = QStringLiteral("rowid = (SELECT rowid FROM %1 WHERE %2 LIMIT 1)")
+                        .arg(tableName, match.join(QLatin1String(" AND ")));
+        }
+        Lease lease(store->cache(),
+                    QStringLiteral("UPDATE %1 SET %2 WHERE %3").arg(tableName, sets.join(QLatin1Char(',')), where));
+        bindAll(lease.get(), values);
+        stepToEnd(db, lease.get());
+    }
+    row.dirty = false;
+    std::fill(row.changed.begin(), row.changed.end(), false);
+    row.original = row.values;
+}
+
+void Recordset::Impl::flushPending()
+{
+    if (!open || eof() || bof() || afterDelete)
+        return;
+    RowData& row = rows[size_t(view[size_t(pos)])];
+    if (row.dirty)
+        writeRow(row);
+}
+
+Recordset::Recordset()
+    : d(std::make_unique<Impl>())
+{
+}
+
+Recordset::~Recordset() = default;
+
+void Recordset::Open(const QString& jetSql, DataStore& store)
+{
+    d->reset();
+    d->store = &store;
+    if (shape::isShape(jetSql)) {
+        d->loadShape(store, *shape::parse(jetSql));
+        return;
+    }
+    openTranslated(store.cache().translate(jetSql), store);
+}
+
+void Recordset::openTranslated(const jet::Translation& tr, DataStore& store)
+{
+    d->reset();
+    d->store = &store;
+    if (tr.kind == jet::StatementKind::Select) {
+        d->load(store, tr);
+        return;
+    }
+    // An action statement runs at once and leaves the recordset closed.
+    Attachment attached(store.handle(), tr.intoFile);
+    runActions(store, tr, tr.statements.size());
+}
+
+bool Recordset::Eof() const
+{
+    d->requireOpen();
+    return d->eof();
+}
+
+bool Recordset::Bof() const
+{
+    d->requireOpen();
+    return d->bof();
+}
+
+Field Recordset::Fields(const QString& name)
+{
+    d->requireOpen();
+    return Field(this, d->columnIndex(name));
+}
+
+Field Recordset::Fields(int position)
+{
+    d->requireOpen();
+    if (position < 0 || position >= FieldCount())
+        throw VBError(3265);
+    return Field(this, position);
+}
+
+int Recordset::FieldCount() const
+{
+    return int(d->columns.size());
+}
+
+const std::vector<Column>& Recordset::Columns() const
+{
+    return d->columns;
+}
+
+void Recordset::AddNew()
+{
+    d->requireOpen();
+    d->flushPending();
+    if (!d->table)
+        throw VBError(3251, QStringLiteral("L'operazione richiesta non è supportata dall'oggetto o dal provider."));
+    RowData row;
+    row.values.assign(d->columns.size(), Variant::null());
+    row.changed.assign(d->columns.size(), false);
+    row.isNew = true;
+    row.dirty = true;
+    if (d->table->key >= 0) {
+        row.rowid = d->reserveKey();
+        if (d->keyColumn >= 0)
+            row.values[size_t(d->keyColumn)] = Variant(std::int64_t(row.rowid));
+    }
+    d->rows.push_back(std::move(row));
+    d->view.push_back(int(d->rows.size()) - 1);
+    d->pos = d->size() - 1;
+    d->afterDelete = false;
+}
+
+void Recordset::UpdateBatch()
+{
+    d->requireOpen();
+    for (RowData& row : d->rows)
+        if (row.dirty && !row.deleted)
+            d->writeRow(row);
+}
+
+void Recordset::Delete()
+{
+    RowData& row = d->current();
+    if (!d->table)
+        throw VBError(3251, QStringLiteral("L'operazione richiesta non è supportata dall'oggetto o dal provider."));
+    if (!row.isNew) {
+        QString where = QStringLiteral("rowid = ?1");
+        std::vector<Variant> values;
+        if (row.hasRowid) {
+            values.push_back(Variant(std::int64_t(row.rowid)));
+        } else {
+            QStringList match;
+            for (size_t i = 0; i < d->columns.size(); ++i) {
+                if (d->baseIndex[i] < 0)
+                    continue;
+                match << QStringLiteral("%1 IS ?%2").arg(quoteName(d->table->columns[d->baseIndex[i]])).arg(values.size() + 1);
+                values.push_back(row.original.empty() ? row.values[i] : row.original[i]);
+            }
+            where = QStringLiteral("rowid = (SELECT rowid FROM %1 WHERE %2 LIMIT 1)")
+                        .arg(quoteName(d->table->name), match.join(QLatin1String(" AND ")));
+        }
+        Lease lease(d->store->cache(), QStringLiteral("DELETE FROM %1 WHERE %2").arg(quoteName(d->table->name), where));
+        bindAll(lease.get(), values);
+        stepToEnd(d->store->handle(), lease.get());
+    }
+    row.deleted = true;
+    d->view.erase(d->view.begin() + d->pos);
+    d->afterDelete = true;
+}
+
+void Recordset::MoveNext()
+{
+    d->requireOpen();
+    if (d->afterDelete) {
+        d->afterDelete = false; // the row after the deleted one is already current
+        return;
+    }
+    if (d->eof())
+        throw VBError(vb::err::NoCurrentRecord);
+    d->flushPending();
+    ++d->pos;
+}
+
+void Recordset::MovePrevious()
+{
+    d->requireOpen();
+    if (d->pos < 0)
+        throw VBError(vb::err::NoCurrentRecord);
+    d->flushPending();
+    d->afterDelete = false;
+    --d->pos;
+}
+
+void Recordset::MoveFirst()
+{
+    d->requireOpen();
+    if (d->view.empty())
+        throw VBError(vb::err::NoCurrentRecord);
+    d->flushPending();
+    d->afterDelete = false;
+    d->pos = 0;
+}
+
+void Recordset::MoveLast()
+{
+    d->requireOpen();
+    if (d->view.empty())
+        throw VBError(vb::err::NoCurrentRecord);
+    d->flushPending();
+    d->afterDelete = false;
+    d->pos = d->size() - 1;
+}
+
+void Recordset::Move(int rows)
+{
+    d->requireOpen();
+    if (rows == 0)
+        return;
+    if (d->view.empty() || (rows > 0 && d->eof()) || (rows < 0 && d->pos < 0))
+        throw VBError(vb::err::NoCurrentRecord);
+    d->flushPending();
+    const int from = d->afterDelete && rows > 0 ? d->pos - 1 : d->pos;
+    d->afterDelete = false;
+    d->pos = std::clamp(from + rows, -1, d->size());
+}
+
+int Recordset::AbsolutePosition() const
+{
+    if (!d->open || d->eof() || d->bof())
+        return -1;
+    return d->pos;
+}
+
+void Recordset::setFilter(const QString& criteria)
+{
+    d->requireOpen();
+    d->flushPending();
+    d->rebuildView();
+    if (criteria.trimmed().isEmpty())
+        return;
+    QStringList names;
+    for (const Column& c : d->columns)
+        names << c.name;
+    const filter::Criteria c(criteria, names);
+    std::vector<int> kept;
+    for (int i : d->view)
+        if (c.matches(d->rows[size_t(i)].values))
+            kept.push_back(i);
+    d->view = std::move(kept);
+    d->pos = 0;
+}
+
+int Recordset::RecordCount() const
+{
+    d->requireOpen();
+    return d->size();
+}
+
+void Recordset::Close()
+{
+    d->requireOpen();
+    d->reset();
+}
+
+bool Recordset::isOpen() const
+{
+    return d->open;
+}
+
+Recordset* Recordset::Child(const QString& member)
+{
+    d->requireOpen();
+    for (ChildSpec& c : d->children) {
+        if (c.name.compare(member, Qt::CaseInsensitive) != 0)
+            continue;
+        const RowData& parent = d->current();
+        const int rowIndex = d->view[size_t(d->pos)];
+        if (c.view && c.viewOfRow == rowIndex)
+            return c.view.get();
+        // The child rows of this parent row: those whose related columns equal the
+        // parent's, by the relation as written (a relation on the month alone relates
+        // every year's month).
+        auto view = std::make_unique<Recordset>();
+        Impl& v = *view->d;
+        const Impl& all = *c.all->d;
+        v.store = all.store;
+        v.open = true;
+        v.columns = all.columns;
+        v.readTypes = all.readTypes;
+        v.dates = all.dates;
+        v.baseIndex.assign(all.columns.size(), -1);
+        for (const RowData& r : all.rows) {
+            bool match = true;
+            for (const auto& [p, ch] : c.relate) {
+                const auto cmp = filter::compare(parent.values[size_t(p)], r.values[size_t(ch)]);
+                if (!cmp || *cmp != 0) {
+                    match = false;
+                    break;
+                }
+            }
+            if (match)
+                v.rows.push_back(r);
+        }
+        for (const ChildSpec& grand : all.children)
+            v.children.push_back(ChildSpec{grand.name, grand.all, grand.relate, nullptr, -1});
+        v.rebuildView();
+        c.view = std::move(view);
+        c.viewOfRow = rowIndex;
+        return c.view.get();
+    }
+    throw VBError(3265);
+}
+
+Variant Recordset::value(int row, int column) const
+{
+    d->requireOpen();
+    if (row < 0 || row >= d->size() || column < 0 || column >= FieldCount())
+        throw VBError(vb::err::NoCurrentRecord);
+    return d->rows[size_t(d->view[size_t(row)])].values[size_t(column)];
+}
+
+// ---------------------------------------------------------------------------------------
+// Field
+
+Variant Field::Value() const
+{
+    return m_rs->d->current().values[size_t(m_index)];
+}
+
+void Field::setValue(const Variant& v)
+{
+    Recordset::Impl& d = *m_rs->d;
+    RowData& row = d.current();
+    const Variant stored = d.toStored(v, m_index);
+    if (row.changed.empty())
+        row.changed.assign(d.columns.size(), false);
+    if (row.original.empty())
+        row.original = row.values;
+    row.values[size_t(m_index)] = stored;
+    row.changed[size_t(m_index)] = true;
+    row.dirty = true;
+}
+
+QString Field::Name() const
+{
+    return m_rs->d->columns[size_t(m_index)].name;
+}
+
+} // namespace store

@@ -1,0 +1,73 @@
+#include "store/StoreErrors.h"
+
+#include <QRegularExpression>
+#include <sqlite3.h>
+
+namespace store::errors {
+
+using vb::VBError;
+
+namespace {
+
+/// The name SQLite quotes after a prefix ("no such table: main.T" gives "T").
+QString nameAfter(const QString& message, QLatin1String prefix)
+{
+    QString name = message.mid(message.indexOf(prefix) + prefix.size()).trimmed();
+    const qsizetype dot = name.indexOf(u'.');
+    if (name.startsWith(QLatin1String("main.")) || name.startsWith(QLatin1String("jet_in.")))
+        name = name.mid(dot + 1);
+    return name;
+}
+
+} // namespace
+
+VBError fromSqlite(sqlite3* db)
+{
+    const QString message = QString::fromUtf8(sqlite3_errmsg(db));
+    if (auto raised = jet::errorFromMessage(message))
+        return *raised;
+    if (message.startsWith(QLatin1String("no such table:")))
+        return VBError(NotFound, QStringLiteral("Impossibile trovare la tabella o la query di input '%1'. Verificare "
+                                                "che esista e che il nome sia stato digitato correttamente.")
+                                     .arg(nameAfter(message, QLatin1String("no such table:"))));
+    // Jet takes a name it does not know for a parameter left without a value.
+    if (message.startsWith(QLatin1String("no such column:")))
+        return VBError(TooFewParameters, QStringLiteral("Parametri insufficienti. Previsto 1."));
+    static const QRegularExpression exists(QStringLiteral("^table (\\S+) already exists"));
+    if (const auto m = exists.match(message); m.hasMatch())
+        return tableExists(nameAfter(m.captured(1), QLatin1String("")).remove(u'"'));
+    if (message.startsWith(QLatin1String("duplicate column name:")))
+        return VBError(Unspecified, QStringLiteral("Il campo '%1' è già presente nella tabella.")
+                                        .arg(nameAfter(message, QLatin1String("duplicate column name:"))));
+    if (message.startsWith(QLatin1String("NOT NULL constraint failed:")))
+        return VBError(Unspecified,
+                       QStringLiteral("Il campo '%1' non può contenere un valore Null poiché la proprietà Required di "
+                                      "questo campo è impostata a True. Immettere un valore in questo campo.")
+                           .arg(nameAfter(message, QLatin1String("NOT NULL constraint failed:"))));
+    if (message.contains(QLatin1String("syntax error")) || message.startsWith(QLatin1String("near ")))
+        return VBError(vb::err::SyntaxError, QStringLiteral("Errore di sintassi nell'istruzione SQL."));
+    if (message.contains(QLatin1String("datatype mismatch")))
+        return VBError(TypeMismatchInCriteria, QStringLiteral("Tipo di dati non corrispondente nell'espressione criterio."));
+    if (message.startsWith(QLatin1String("database is locked")) || message.contains(QLatin1String("busy")))
+        return VBError(Unspecified, QStringLiteral("Impossibile aggiornare. Database o oggetto di sola lettura o "
+                                                   "bloccato da un altro utente."));
+    return VBError(Unspecified, QStringLiteral("Errore del motore di database: %1").arg(message));
+}
+
+VBError tableExists(const QString& table)
+{
+    return VBError(vb::err::TableExists, QStringLiteral("La tabella '%1' esiste già.").arg(table));
+}
+
+VBError forStatement(const VBError& e, jet::StatementKind kind)
+{
+    if (kind == jet::StatementKind::DropTable && e.number() == NotFound) {
+        const qsizetype start = e.description().indexOf(u'\'');
+        const qsizetype end = e.description().indexOf(u'\'', start + 1);
+        return VBError(NotFound, QStringLiteral("La tabella '%1' non esiste.")
+                                     .arg(e.description().mid(start + 1, end - start - 1)));
+    }
+    return e;
+}
+
+} // namespace store::errors
