@@ -14,18 +14,20 @@
 ///   CheckBox       Caption, Value (0, 1, 2)
 ///   OptionButton   Caption, Value (True/False)
 ///   Frame          Caption
-///   ComboBox       Text, ListIndex, ListCount, Locked, items (read only: the list)
-///   ListBox        Text, ListIndex, ListCount, items
-///   DataCombo      Text, BoundText, ListField, BoundColumn, ListCount, Locked, items
+///   ComboBox       Text, ListIndex, ListCount, Locked
+///   ListBox        Text, ListIndex, ListCount
+///   DataCombo      Text, BoundText, ListField, BoundColumn, ListCount, Locked
 ///   DTPicker       Value (a date), Text, CustomFormat
 ///   MaskEdBox      Text, Mask, PromptChar
 ///   ProgressBar    Value, Min, Max
 ///   Image          Picture (the path), Stretch
 ///   Shape          BackStyle, FillColor, BorderColor
 ///   Timer          Interval, Enabled
-///   DataGrid       Row, Col, RecordCount, Text (current cell), ColumnCount, items
+///   DataGrid       Row, Col, RecordCount, Text (current cell), ColumnCount, Caption
 ///   Adodc          RecordSource, ConnectionString, RecordCount
 ///   Form           Caption, Visible, Left, Top, Width, Height
+/// Lists are read through items() (ComboBox, ListBox, DataCombo); a grid through
+/// ColumnCount(), Columns(i) (Caption, Width, Locked, Visible), RecordCount() and cellText().
 /// Colours read back exactly as written: an RGB value (r + 256 g + 65536 b) or a system
 /// colour (negative, 0x80000000 | index, e.g. -2147483643 for the window colour).
 ///

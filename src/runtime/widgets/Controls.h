@@ -90,6 +90,8 @@ public:
     CommandButton(QWidget* parent, const QString& name, const QString& caption = {});
     QString Caption() const { return text(); }
     void setCaption(const Variant& caption);
+    /// The user's click (Qt's own click() of the button is hidden here).
+    void click() override { Control::click(); }
 
 protected:
     std::optional<Variant> getProp(const QString& n) const override;
