@@ -1059,6 +1059,14 @@ Recordset* Recordset::Child(const QString& member)
     throw VBError(3265);
 }
 
+QStringList Recordset::ChildNames() const
+{
+    QStringList names;
+    for (const ChildSpec& c : d->children)
+        names << c.name;
+    return names;
+}
+
 Variant Recordset::value(int row, int column) const
 {
     d->requireOpen();

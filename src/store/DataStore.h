@@ -129,6 +129,8 @@ public:
 
     /// SHAPE results: the child rows of the current parent row for the member name.
     Recordset* Child(const QString& member);
+    /// The member names of a SHAPE result ("Dati"); empty for a plain recordset.
+    QStringList ChildNames() const;
 
     /// The current row's values (for grids).
     Variant value(int row, int column) const;
