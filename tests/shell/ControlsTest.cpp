@@ -236,6 +236,12 @@ TEST_F(ControlsTest, ColoursGeometryAndPropertiesReadBackAsWritten)
     EXPECT_EQ(form.control(QStringLiteral("Txt_Min"))->Name(), QStringLiteral("Txt_Min"));
     EXPECT_EQ(form.control(QStringLiteral("Nothing")), nullptr);
     EXPECT_EQ(form.controlAs<Frame>(QStringLiteral("Frame10")), frame);
+    // A screen this one owns keeps its controls to itself.
+    auto* owned = new Form(&form, QStringLiteral("Form13"));
+    new Label(owned, QStringLiteral("Label2"));
+    EXPECT_EQ(form.control(QStringLiteral("Label2")), nullptr);
+    EXPECT_EQ(form.control(QStringLiteral("Form13")), nullptr);
+    EXPECT_NE(owned->control(QStringLiteral("Label2")), nullptr);
 
     // A progress bar holds fractions and refuses what is outside its range.
     auto* bar = new ProgressBar(&form, QStringLiteral("ProgressBar1"));

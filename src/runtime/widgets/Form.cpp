@@ -42,15 +42,18 @@ void Form::setCaption(const Variant& caption)
 
 Control* Form::control(const QString& name) const
 {
-    // Controls are direct or nested children; a control of another screen owned by this
-    // one is a window of its own and is not searched.
+    // Controls are direct or nested children; the screens this one owns are windows of
+    // their own, and their controls are theirs, not this screen's.
     const auto children = findChildren<QObject*>(name);
     for (QObject* child : children) {
-        if (Control* c = asControl(child)) {
-            if (auto* w = qobject_cast<QWidget*>(child); w && w->isWindow())
-                continue;
+        Control* c = asControl(child);
+        if (!c)
+            continue;
+        QObject* holder = child->parent();
+        while (holder && holder != this && !(holder->isWidgetType() && static_cast<QWidget*>(holder)->isWindow()))
+            holder = holder->parent();
+        if (holder == this && !(child->isWidgetType() && static_cast<QWidget*>(child)->isWindow()))
             return c;
-        }
     }
     return nullptr;
 }
