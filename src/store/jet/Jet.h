@@ -1,0 +1,175 @@
+#pragma once
+/// @file Jet.h
+/// The Jet SQL dialect: statements as the screens write them, translated to SQLite.
+/// Lexer -> parser -> syntax tree -> generator; literals lifted out and bound, so one
+/// translation serves every value of the same statement shape.
+///
+/// How the store uses it:
+///  1. registerFunctions(db) once on every connection (also the report store's).
+///  2. One SqliteSchema per connection, passed to every translate() on that connection:
+///     the generator learns from it which columns are dates, texts and numbers (date
+///     arithmetic, text comparison under the JET collation, what SELECT INTO creates,
+///     which result columns read back as dates).
+///  3. translate(jet, &schema), then prepare and run Translation::statements in order,
+///     binding params[i] to ?(i+1). A Select's rows come from the last statement.
+///  4. A failing step: errorFromMessage(sqlite3_errmsg(db)) gives the VB error that one
+///     of our SQL functions raised (94 for Val(Null), ...); anything else is the store's
+///     to map (no such column, no such table, ...).
+
+#include "runtime/VBError.h"
+#include "runtime/Variant.h"
+
+#include <QString>
+#include <QStringList>
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace store::jet {
+
+enum class StatementKind {
+    Select,      ///< a plain SELECT (rows to read)
+    SelectInto,  ///< SELECT ... INTO T [IN "file"]: creates T from the select
+    Insert,
+    Update,
+    Delete,
+    CreateTable,
+    AlterTable,
+    DropTable,
+    Other,
+};
+
+/// One SQLite statement to run, with its bound values.
+struct SqliteStatement
+{
+    QString sql;
+    std::vector<vb::Variant> params; ///< bound to ?1, ?2, ... in order (dates as REAL day numbers)
+};
+
+/// What the generator made of one Jet statement.
+struct Translation
+{
+    StatementKind kind = StatementKind::Other;
+    /// Statements to run in order (SELECT INTO gives CREATE TABLE + INSERT ... SELECT).
+    std::vector<SqliteStatement> statements;
+    /// For Select: the single base table when the select reads one table with its
+    /// rowid (so that a recordset can write edited rows back); "" otherwise. When set,
+    /// the last result column is that table's rowid, named "jet_rowid", which the
+    /// recordset keeps to itself.
+    QString baseTable;
+    /// For SelectInto: the target table, and the other store's file for "IN" ("" if none).
+    /// With a file, the statements name the target as IntoDatabase.T: attach the file
+    /// under that name first (and check there for error 3010 before running).
+    /// For CreateTable/AlterTable/DropTable/Insert/Update/Delete: the table acted on.
+    QString intoTable;
+    QString intoFile;
+    /// For Select: one entry per result column (the "*" of a known table expanded),
+    /// true where the values are Jet dates (read back as dates). Empty when a "*" could
+    /// not be expanded (no schema): then go by the column's declared type.
+    std::vector<bool> dateColumns;
+    /// Result column names as Jet gives them (alias, column name, "Expr1000", ...),
+    /// matching dateColumns; the rowid column is not listed.
+    QStringList columnNames;
+    /// Positions in params of the statement's own "?" markers, in order: the caller's
+    /// values for a parameter command go there.
+    std::vector<int> userParams;
+};
+
+/// A column's kind as far as the dialect cares.
+enum class ColumnKind { Unknown, Number, Text, Date, Boolean };
+
+struct ColumnInfo
+{
+    QString name;
+    QString declType; ///< as declared in SQLite ("DATE", "VARCHAR(255)", ...)
+    ColumnKind kind = ColumnKind::Unknown;
+};
+
+struct TableInfo
+{
+    QString name;
+    bool isView = false;
+    std::vector<ColumnInfo> columns;
+    const ColumnInfo* column(const QString& name) const; ///< case-insensitive, nullptr if none
+};
+
+/// The kind a declared SQLite type stands for ("DATE" -> Date, "VARCHAR(50)" -> Text, ...).
+ColumnKind kindOfDecl(const QString& declType);
+
+/// What the generator asks of the store's tables. Translations are cached per schema
+/// object and version, so a changed table never serves an old translation.
+class SchemaInfo
+{
+public:
+    SchemaInfo();
+    virtual ~SchemaInfo() = default;
+    /// A table or view by name (case-insensitive); nullptr when there is none.
+    virtual const TableInfo* table(const QString& name) const = 0;
+    /// Changes whenever the tables change.
+    virtual quint64 version() const = 0;
+    /// Unique for the life of the program (cache key).
+    quint64 identity() const { return m_identity; }
+
+private:
+    quint64 m_identity;
+};
+
+/// SchemaInfo over one SQLite connection (main database), read lazily with PRAGMA
+/// table_info and dropped whenever SQLite's schema_version moves.
+class SqliteSchema : public SchemaInfo
+{
+public:
+    explicit SqliteSchema(sqlite3* db);
+    ~SqliteSchema() override;
+    const TableInfo* table(const QString& name) const override;
+    quint64 version() const override;
+
+private:
+    void refresh() const;
+    sqlite3* m_db;
+    mutable sqlite3_stmt* m_versionStmt = nullptr;
+    mutable quint64 m_version = ~quint64(0);
+    mutable std::unordered_map<std::string, std::unique_ptr<TableInfo>> m_tables;
+};
+
+/// Translates one Jet statement. Raises vb::VBError with the provider's syntax error
+/// (number err::SyntaxError, Jet's Italian text) for what Jet refuses; an unknown
+/// function is refused here too. Unknown tables and columns are left to SQLite's
+/// prepare. Not thread-safe (one thread runs everything).
+Translation translate(const QString& jetSql, const SchemaInfo* schema = nullptr);
+
+/// Translates a recordset filter ("Reparto like 'A%'", "ID = 3 AND Stato = 'x'") into a
+/// SQLite condition over the result columns, literals bound as in translate().
+SqliteStatement translateCondition(const QString& jetCriteria);
+
+/// Empties the translation cache (tests and benchmarks).
+void clearCache();
+
+/// Registers on a connection what the generated SQL calls: the VBA functions
+/// (Val, Format, Left, Right, Mid, Len, Year, Month, Day, Hour, Minute, Second,
+/// Date, Now, Nz, CStr, CInt, CDbl, jet_concat for "&", ...), the aggregates over text
+/// numbers, the JET collation (case-insensitive, accent-respecting) and LIKE with
+/// ANSI-92 wildcards (also as SQLite's own like()).
+void registerFunctions(sqlite3* db);
+
+/// The VB error one of our SQL functions raised, from SQLite's error message; nullopt
+/// when the message is SQLite's own.
+std::optional<vb::VBError> errorFromMessage(const QString& sqliteMessage);
+
+/// Name of the collation every text column and text comparison uses.
+inline constexpr const char* Collation = "JET";
+/// Schema name under which the store attaches the file of "SELECT ... INTO T IN 'file'".
+inline constexpr const char* IntoDatabase = "jet_in";
+
+/// Jet's (provider) error numbers besides err::SyntaxError.
+namespace jeterr {
+constexpr int TypeMismatchInCriteria = -2147217913; ///< "Tipo di dati non corrispondenti nell'espressione criterio."
+constexpr int TooFewParameters = -2147217904;       ///< "Parametri insufficienti. Previsto 1."
+} // namespace jeterr
+
+} // namespace store::jet

@@ -1,0 +1,1024 @@
+#include "store/jet/SqliteGenerator.h"
+
+#include <QHash>
+#include <sqlite3.h>
+
+namespace store::jet {
+
+namespace {
+
+// The static type of an expression, as far as the generator can tell.
+enum class Ty { Unknown, Number, Text, Date, Bool, Null };
+
+Ty tyOf(ColumnKind k)
+{
+    switch (k) {
+    case ColumnKind::Number: return Ty::Number;
+    case ColumnKind::Text: return Ty::Text;
+    case ColumnKind::Date: return Ty::Date;
+    case ColumnKind::Boolean: return Ty::Bool;
+    case ColumnKind::Unknown: break;
+    }
+    return Ty::Unknown;
+}
+
+bool numeric(Ty t)
+{
+    return t == Ty::Number || t == Ty::Date || t == Ty::Bool;
+}
+
+struct G
+{
+    QString sql;
+    Ty ty = Ty::Unknown;
+    const ColumnInfo* column = nullptr; ///< a plain table column
+};
+
+const QString CollateJet = QStringLiteral(" COLLATE JET");
+
+QString ident(const QString& name)
+{
+    bool simple = !name.isEmpty() && (name[0].isLetter() || name[0] == u'_') && name[0].unicode() < 128;
+    for (QChar c : name)
+        if (c.unicode() >= 128 || !(c.isLetterOrNumber() || c == u'_'))
+            simple = false;
+    if (simple) {
+        const QByteArray utf8 = name.toUtf8();
+        if (sqlite3_keyword_check(utf8.constData(), int(utf8.size())))
+            simple = false;
+    }
+    return simple ? name : u'[' + name + u']';
+}
+
+struct Fn
+{
+    const char* jet;
+    const char* sql;
+    int minArgs;
+    int maxArgs;
+    Ty result;     ///< Unknown: the type of the first argument
+    bool dateFlags; ///< the SQL function takes a first argument telling which values are dates
+};
+
+// The VBA functions a Jet statement may call, and what stands for them in SQLite.
+const Fn Functions[] = {
+    {"Val", "jet_val", 1, 1, Ty::Number, false},
+    {"Left", "jet_left", 2, 2, Ty::Text, false},
+    {"Right", "jet_right", 2, 2, Ty::Text, false},
+    {"Mid", "jet_mid", 2, 3, Ty::Text, false},
+    {"Len", "jet_len", 1, 1, Ty::Number, false},
+    {"Trim", "jet_trim", 1, 1, Ty::Text, false},
+    {"LTrim", "jet_ltrim", 1, 1, Ty::Text, false},
+    {"RTrim", "jet_rtrim", 1, 1, Ty::Text, false},
+    {"UCase", "jet_ucase", 1, 1, Ty::Text, false},
+    {"LCase", "jet_lcase", 1, 1, Ty::Text, false},
+    {"InStr", "jet_instr", 2, 3, Ty::Number, false},
+    {"Replace", "jet_replace", 3, 3, Ty::Text, false},
+    {"Year", "jet_year", 1, 1, Ty::Number, false},
+    {"Month", "jet_month", 1, 1, Ty::Number, false},
+    {"Day", "jet_day", 1, 1, Ty::Number, false},
+    {"Hour", "jet_hour", 1, 1, Ty::Number, false},
+    {"Minute", "jet_minute", 1, 1, Ty::Number, false},
+    {"Second", "jet_second", 1, 1, Ty::Number, false},
+    {"Weekday", "jet_weekday", 1, 2, Ty::Number, false},
+    {"Date", "jet_date", 0, 0, Ty::Date, false},
+    {"Now", "jet_now", 0, 0, Ty::Date, false},
+    {"Time", "jet_time", 0, 0, Ty::Date, false},
+    {"Format", "jet_format", 1, 2, Ty::Text, true},
+    {"CStr", "jet_cstr", 1, 1, Ty::Text, true},
+    {"CInt", "jet_cint", 1, 1, Ty::Number, false},
+    {"CLng", "jet_clng", 1, 1, Ty::Number, false},
+    {"CDbl", "jet_cdbl", 1, 1, Ty::Number, false},
+    {"CSng", "jet_cdbl", 1, 1, Ty::Number, false},
+    {"CCur", "jet_cdbl", 1, 1, Ty::Number, false},
+    {"CDate", "jet_cdate", 1, 1, Ty::Date, false},
+    {"DateValue", "jet_cdate", 1, 1, Ty::Date, false},
+    {"Int", "jet_int", 1, 1, Ty::Number, false},
+    {"Fix", "jet_fix", 1, 1, Ty::Number, false},
+    {"Abs", "abs", 1, 1, Ty::Number, false},
+    {"Sgn", "sign", 1, 1, Ty::Number, false},
+    {"Round", "jet_round", 1, 2, Ty::Number, false},
+    {"Sum", "jet_sum", 1, 1, Ty::Number, false},
+    {"Avg", "jet_avg", 1, 1, Ty::Number, false},
+    {"Min", "min", 1, 1, Ty::Unknown, false},
+    {"Max", "max", 1, 1, Ty::Unknown, false},
+    {"Count", "count", 1, 1, Ty::Number, false},
+};
+
+const Fn* findFunction(const QString& name)
+{
+    for (const Fn& f : Functions)
+        if (name.compare(QLatin1String(f.jet), Qt::CaseInsensitive) == 0)
+            return &f;
+    return nullptr;
+}
+
+bool isAggregate(const Fn* f)
+{
+    const QLatin1String n(f->jet);
+    return n == QLatin1String("Sum") || n == QLatin1String("Avg") || n == QLatin1String("Min")
+        || n == QLatin1String("Max") || n == QLatin1String("Count");
+}
+
+// One table of a FROM clause, as the expressions see it.
+struct ScopeTable
+{
+    QString ref;  ///< what qualifies its columns: the alias, else the name
+    QString name; ///< the table's name ("" for a subquery)
+    const TableInfo* info = nullptr;
+    std::shared_ptr<TableInfo> derived; ///< a subquery's columns
+};
+
+struct Scope
+{
+    std::vector<ScopeTable> tables;
+    const Scope* parent = nullptr;
+};
+
+class Generator
+{
+public:
+    Generator(const Lexed& lx, const SchemaInfo* schema) : m_lx(lx), m_schema(schema) {}
+
+    Generated run(const Statement& st)
+    {
+        Translation& t = m_out.translation;
+        t.userParams = m_lx.userParams;
+        switch (st.kind) {
+        case Statement::Kind::Select:
+            if (!st.select->into.isEmpty())
+                selectInto(*st.select);
+            else
+                topSelect(*st.select);
+            break;
+        case Statement::Kind::Insert: insert(st); break;
+        case Statement::Kind::Update: update(st); break;
+        case Statement::Kind::Delete: del(st); break;
+        case Statement::Kind::CreateTable:
+        case Statement::Kind::AlterAdd:
+        case Statement::Kind::AlterDrop:
+        case Statement::Kind::DropTable: ddl(st); break;
+        }
+        return std::move(m_out);
+    }
+
+    Generated condition(const Expr& e)
+    {
+        Scope scope;
+        emit(gen(e, scope).sql);
+        m_out.translation.userParams = m_lx.userParams;
+        return std::move(m_out);
+    }
+
+private:
+    // ---- output --------------------------------------------------------------------
+    void emit(const QString& sql)
+    {
+        m_out.translation.statements.push_back(SqliteStatement{sql, {}});
+        m_out.paramCounts.push_back(m_maxParam);
+        m_maxParam = 0;
+    }
+
+    const TableInfo* lookup(const QString& table) const { return m_schema ? m_schema->table(table) : nullptr; }
+
+    // ---- scopes --------------------------------------------------------------------
+    void collect(const TableRef& t, Scope& scope)
+    {
+        switch (t.kind) {
+        case TableRef::Kind::Table: {
+            ScopeTable st;
+            st.name = t.name;
+            st.ref = t.alias.isEmpty() ? t.name : t.alias;
+            st.info = lookup(t.name);
+            scope.tables.push_back(std::move(st));
+            break;
+        }
+        case TableRef::Kind::Join:
+            collect(t.sides[0], scope);
+            collect(t.sides[1], scope);
+            break;
+        case TableRef::Kind::Subquery: {
+            ScopeTable st;
+            st.ref = t.alias;
+            st.derived = std::make_shared<TableInfo>();
+            st.info = st.derived.get();
+            scope.tables.push_back(std::move(st));
+            break;
+        }
+        }
+    }
+
+    // The column a name stands for: its table's reference and its info.
+    std::pair<const ScopeTable*, const ColumnInfo*> resolve(const Expr& e, const Scope& scope) const
+    {
+        for (const Scope* s = &scope; s; s = s->parent) {
+            for (const ScopeTable& t : s->tables) {
+                if (!e.qualifier.isEmpty()) {
+                    if (t.ref.compare(e.qualifier, Qt::CaseInsensitive) != 0
+                        && t.name.compare(e.qualifier, Qt::CaseInsensitive) != 0)
+                        continue;
+                    return {&t, t.info ? t.info->column(e.name) : nullptr};
+                }
+                if (t.info)
+                    if (const ColumnInfo* c = t.info->column(e.name))
+                        return {&t, c};
+            }
+        }
+        return {nullptr, nullptr};
+    }
+
+    // ---- expressions ---------------------------------------------------------------
+    QString param(int literal)
+    {
+        m_maxParam = std::max(m_maxParam, literal + 1);
+        return u'?' + QString::number(literal + 1);
+    }
+
+    Ty literalTy(int literal) const
+    {
+        const vb::Variant& v = m_lx.literals[size_t(literal)];
+        switch (v.type()) {
+        case vb::Variant::Type::String: return Ty::Text;
+        case vb::Variant::Type::Date: return Ty::Date;
+        case vb::Variant::Type::Null: return Ty::Unknown;
+        default: return Ty::Number;
+        }
+    }
+
+    G gen(const Expr& e, const Scope& scope)
+    {
+        switch (e.kind) {
+        case Expr::Kind::Literal: return {param(e.literal), literalTy(e.literal)};
+        case Expr::Kind::Null: return {QStringLiteral("NULL"), Ty::Null};
+        case Expr::Kind::Boolean: return {e.boolValue ? QStringLiteral("-1") : QStringLiteral("0"), Ty::Bool};
+        case Expr::Kind::Column: {
+            const auto [table, col] = resolve(e, scope);
+            G g;
+            if (table)
+                g.sql = ident(table->ref) + u'.' + ident(e.name);
+            else
+                g.sql = e.qualifier.isEmpty() ? ident(e.name) : ident(e.qualifier) + u'.' + ident(e.name);
+            g.column = col;
+            g.ty = col ? tyOf(col->kind) : Ty::Unknown;
+            return g;
+        }
+        case Expr::Kind::Star:
+            return {e.qualifier.isEmpty() ? QStringLiteral("*") : ident(e.qualifier) + QStringLiteral(".*"),
+                    Ty::Unknown};
+        case Expr::Kind::Unary: {
+            G a = gen(e.args[0], scope);
+            if (e.op == QLatin1String("NOT"))
+                return {QStringLiteral("(NOT ") + a.sql + u')', Ty::Bool};
+            if (e.op == QLatin1String("+"))
+                return a;
+            if (numeric(a.ty))
+                return {QStringLiteral("(-") + a.sql + u')', a.ty == Ty::Bool ? Ty::Number : a.ty};
+            return {QStringLiteral("jet_neg(") + a.sql + u')', Ty::Number};
+        }
+        case Expr::Kind::Binary: return binary(e, scope);
+        case Expr::Kind::Call: return call(e, scope);
+        case Expr::Kind::IsNull: {
+            G a = gen(e.args[0], scope);
+            return {u'(' + a.sql + (e.negated ? QStringLiteral(" IS NOT NULL)") : QStringLiteral(" IS NULL)")),
+                    Ty::Bool};
+        }
+        case Expr::Kind::Between: {
+            G a = gen(e.args[0], scope), lo = gen(e.args[1], scope), hi = gen(e.args[2], scope);
+            lo = asComparable(lo, a.ty);
+            hi = asComparable(hi, a.ty);
+            const bool text = isTextCompare(a.ty, lo.ty) || isTextCompare(a.ty, hi.ty);
+            return {u'(' + a.sql + (text ? CollateJet : QString()) + (e.negated ? QStringLiteral(" NOT") : QString())
+                        + QStringLiteral(" BETWEEN ") + lo.sql + QStringLiteral(" AND ") + hi.sql + u')',
+                    Ty::Bool};
+        }
+        case Expr::Kind::InList: {
+            G a = gen(e.args[0], scope);
+            QStringList items;
+            bool text = false;
+            for (size_t i = 1; i < e.args.size(); ++i) {
+                G v = asComparable(gen(e.args[i], scope), a.ty);
+                text = text || isTextCompare(a.ty, v.ty);
+                items << v.sql;
+            }
+            return {u'(' + a.sql + (text ? CollateJet : QString()) + (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN ("))
+                        + items.join(QStringLiteral(", ")) + QStringLiteral("))"),
+                    Ty::Bool};
+        }
+        case Expr::Kind::InSelect: {
+            G a = gen(e.args[0], scope);
+            const QString sub = selectSql(*e.select, &scope, nullptr, nullptr);
+            return {u'(' + a.sql + (a.ty == Ty::Text ? CollateJet : QString())
+                        + (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN (")) + sub + QStringLiteral("))"),
+                    Ty::Bool};
+        }
+        case Expr::Kind::Exists:
+            return {QStringLiteral("(EXISTS (") + selectSql(*e.select, &scope, nullptr, nullptr) + QStringLiteral("))"),
+                    Ty::Bool};
+        case Expr::Kind::Subquery: {
+            std::vector<Ty> types;
+            const QString sub = selectSql(*e.select, &scope, nullptr, &types);
+            return {u'(' + sub + u')', types.empty() ? Ty::Unknown : types[0]};
+        }
+        }
+        return {};
+    }
+
+    static bool isTextCompare(Ty a, Ty b)
+    {
+        return a == Ty::Text || b == Ty::Text || (a == Ty::Unknown && b == Ty::Unknown);
+    }
+
+    // A text compared with a date is read as a date, as Jet converts it.
+    G asComparable(G v, Ty other)
+    {
+        if (other == Ty::Date && (v.ty == Ty::Text || v.ty == Ty::Unknown) && !v.column)
+            return {QStringLiteral("jet_cdate(") + v.sql + u')', Ty::Date};
+        return v;
+    }
+
+    // The operands of a chain of "&", flattened: a & b & c is one call.
+    void concatArgs(const Expr& e, const Scope& scope, std::vector<G>& out)
+    {
+        if (e.kind == Expr::Kind::Binary && e.op == QLatin1String("&")) {
+            concatArgs(e.args[0], scope, out);
+            concatArgs(e.args[1], scope, out);
+            return;
+        }
+        out.push_back(gen(e, scope));
+    }
+
+    G binary(const Expr& e, const Scope& scope)
+    {
+        const QString& op = e.op;
+        if (op == QLatin1String("&")) {
+            std::vector<G> parts;
+            concatArgs(e, scope, parts);
+            qint64 flags = 0;
+            QString sql = QStringLiteral("jet_concat(%1");
+            for (size_t i = 0; i < parts.size(); ++i) {
+                if (parts[i].ty == Ty::Date && i < 62)
+                    flags |= qint64(1) << i;
+                sql += QStringLiteral(", ") + parts[i].sql;
+            }
+            return {sql.arg(flags) + u')', Ty::Text};
+        }
+        G a = gen(e.args[0], scope);
+        G b = gen(e.args[1], scope);
+        if (op == QLatin1String("AND") || op == QLatin1String("OR"))
+            return {u'(' + a.sql + u' ' + op + u' ' + b.sql + u')', Ty::Bool};
+        if (op == QLatin1String("XOR"))
+            return {QStringLiteral("((%1 <> 0) <> (%2 <> 0))").arg(a.sql, b.sql), Ty::Bool};
+        if (op == QLatin1String("EQV"))
+            return {QStringLiteral("((%1 <> 0) = (%2 <> 0))").arg(a.sql, b.sql), Ty::Bool};
+        if (op == QLatin1String("IMP"))
+            return {QStringLiteral("(NOT %1 OR %2)").arg(a.sql, b.sql), Ty::Bool};
+        if (op == QLatin1String("LIKE"))
+            return {QStringLiteral("(%1jet_like(%2, %3))").arg(e.negated ? QStringLiteral("NOT ") : QString(), a.sql, b.sql),
+                    Ty::Bool};
+        if (op == u'=' || op == u'<' || op == u'>' || op == QLatin1String("<>") || op == QLatin1String("<=")
+            || op == QLatin1String(">=")) {
+            b = asComparable(b, a.ty);
+            a = asComparable(a, b.ty);
+            const bool text = isTextCompare(a.ty, b.ty);
+            return {u'(' + a.sql + u' ' + op + u' ' + b.sql + (text ? CollateJet : QString()) + u')', Ty::Bool};
+        }
+        const bool native = numeric(a.ty) && numeric(b.ty);
+        if (op == u'+' || op == u'-') {
+            Ty ty = Ty::Number;
+            if (a.ty == Ty::Date && b.ty != Ty::Date)
+                ty = Ty::Date;
+            else if (b.ty == Ty::Date && a.ty != Ty::Date && op == u'+')
+                ty = Ty::Date;
+            else if (op == u'+' && a.ty == Ty::Text && b.ty == Ty::Text)
+                ty = Ty::Text;
+            else if (!native && (a.ty == Ty::Unknown || b.ty == Ty::Unknown))
+                ty = Ty::Unknown;
+            if (native)
+                return {u'(' + a.sql + u' ' + op + u' ' + b.sql + u')', ty};
+            return {(op == u'+' ? QStringLiteral("jet_add(") : QStringLiteral("jet_sub(")) + a.sql + QStringLiteral(", ")
+                        + b.sql + u')',
+                    ty};
+        }
+        if (op == u'*' && native)
+            return {u'(' + a.sql + QStringLiteral(" * ") + b.sql + u')', Ty::Number};
+        static const QHash<QString, QString> fns = {{QStringLiteral("*"), QStringLiteral("jet_mul")},
+                                                    {QStringLiteral("/"), QStringLiteral("jet_div")},
+                                                    {QStringLiteral("\\"), QStringLiteral("jet_intdiv")},
+                                                    {QStringLiteral("MOD"), QStringLiteral("jet_mod")},
+                                                    {QStringLiteral("^"), QStringLiteral("jet_pow")}};
+        return {fns.value(op) + u'(' + a.sql + QStringLiteral(", ") + b.sql + u')', Ty::Number};
+    }
+
+    G call(const Expr& e, const Scope& scope)
+    {
+        if (e.op.compare(QLatin1String("IIf"), Qt::CaseInsensitive) == 0) {
+            if (e.args.size() != 3)
+                wrongArguments(e);
+            G c = gen(e.args[0], scope), a = gen(e.args[1], scope), b = gen(e.args[2], scope);
+            Ty ty = a.ty == b.ty ? a.ty : a.ty == Ty::Null ? b.ty : b.ty == Ty::Null ? a.ty : Ty::Unknown;
+            return {QStringLiteral("(CASE WHEN %1 THEN %2 ELSE %3 END)").arg(c.sql, a.sql, b.sql), ty};
+        }
+        if (e.op.compare(QLatin1String("Nz"), Qt::CaseInsensitive) == 0) {
+            if (e.args.empty() || e.args.size() > 2)
+                wrongArguments(e);
+            G a = gen(e.args[0], scope);
+            G d = e.args.size() == 2 ? gen(e.args[1], scope) : G{QStringLiteral("''"), Ty::Text};
+            return {QStringLiteral("ifnull(%1, %2)").arg(a.sql, d.sql), a.ty};
+        }
+        if (e.op.compare(QLatin1String("IsNull"), Qt::CaseInsensitive) == 0) {
+            if (e.args.size() != 1)
+                wrongArguments(e);
+            return {u'(' + gen(e.args[0], scope).sql + QStringLiteral(" IS NULL)"), Ty::Bool};
+        }
+        const Fn* f = findFunction(e.op);
+        if (!f)
+            syntaxError(QStringLiteral("Funzione '%1' non definita nell'espressione.").arg(e.op));
+        if (int(e.args.size()) < f->minArgs || int(e.args.size()) > f->maxArgs)
+            wrongArguments(e);
+        const bool aggregate = isAggregate(f);
+        if (aggregate)
+            m_aggregate = true;
+        std::vector<G> args;
+        for (const Expr& a : e.args) {
+            if (a.kind == Expr::Kind::Star) {
+                if (!aggregate)
+                    wrongArguments(e);
+                args.push_back({QStringLiteral("*"), Ty::Unknown});
+            } else {
+                args.push_back(gen(a, scope));
+            }
+        }
+        QStringList parts;
+        if (f->dateFlags) {
+            qint64 flags = 0;
+            for (size_t i = 0; i < args.size(); ++i)
+                if (args[i].ty == Ty::Date)
+                    flags |= qint64(1) << i;
+            parts << QString::number(flags);
+        }
+        for (const G& a : args) {
+            // Min and Max of a text compare as Jet compares texts.
+            if ((f->sql == std::string_view("min") || f->sql == std::string_view("max")) && a.ty != Ty::Number
+                && a.ty != Ty::Date && !a.column)
+                parts << a.sql + CollateJet;
+            else
+                parts << a.sql;
+        }
+        Ty ty = f->result;
+        if (ty == Ty::Unknown && !args.empty())
+            ty = args[0].ty;
+        return {QLatin1String(f->sql) + u'(' + parts.join(QStringLiteral(", ")) + u')', ty};
+    }
+
+    [[noreturn]] static void wrongArguments(const Expr& e)
+    {
+        syntaxError(QStringLiteral("Numero di argomenti errato utilizzato con la funzione nell'espressione della query '%1'.")
+                        .arg(e.op));
+    }
+
+    // ---- SELECT --------------------------------------------------------------------
+    QString fromSql(const TableRef& t, const Scope& scope, bool top)
+    {
+        switch (t.kind) {
+        case TableRef::Kind::Table: {
+            QString s = (m_qualifyMain ? QStringLiteral("main.") : QString()) + ident(t.name);
+            if (!t.alias.isEmpty())
+                s += QStringLiteral(" AS ") + ident(t.alias);
+            return s;
+        }
+        case TableRef::Kind::Subquery: {
+            // The subquery's columns become visible to the outer scope.
+            std::vector<Ty> types;
+            QStringList names;
+            const QString sub = selectSql(*t.select, scope.parent, nullptr, &types, &names);
+            for (const ScopeTable& st : scope.tables) {
+                if (st.derived && st.ref == t.alias && st.derived->columns.empty()) {
+                    for (int i = 0; i < names.size(); ++i) {
+                        const Ty ty = i < int(types.size()) ? types[size_t(i)] : Ty::Unknown;
+                        const ColumnKind k = ty == Ty::Text   ? ColumnKind::Text
+                                             : ty == Ty::Date ? ColumnKind::Date
+                                             : ty == Ty::Number ? ColumnKind::Number
+                                                                : ColumnKind::Unknown;
+                        const_cast<TableInfo*>(st.derived.get())->columns.push_back({names[i], QString(), k});
+                    }
+                }
+            }
+            return u'(' + sub + QStringLiteral(") AS ") + ident(t.alias);
+        }
+        case TableRef::Kind::Join: {
+            const TableRef* l = &t.sides[0];
+            const TableRef* r = &t.sides[1];
+            QString kw = QStringLiteral(" INNER JOIN ");
+            if (t.join == TableRef::JoinType::Left) {
+                kw = QStringLiteral(" LEFT JOIN ");
+            } else if (t.join == TableRef::JoinType::Right) {
+                if (sqlite3_libversion_number() >= 3039000) {
+                    kw = QStringLiteral(" RIGHT JOIN ");
+                } else {
+                    std::swap(l, r);
+                    kw = QStringLiteral(" LEFT JOIN ");
+                }
+            }
+            auto side = [&](const TableRef& s) {
+                const QString sql = fromSql(s, scope, false);
+                return s.kind == TableRef::Kind::Join ? u'(' + sql + u')' : sql;
+            };
+            const QString left = side(*l);
+            const QString right = side(*r);
+            return left + kw + right + QStringLiteral(" ON ") + gen(*t.on, scope).sql;
+        }
+        }
+        Q_UNUSED(top);
+        return {};
+    }
+
+    // Result columns of an item: one, or the columns of the "*".
+    void starColumns(const Expr& star, const Scope& scope, std::vector<const ColumnInfo*>& cols, bool& known)
+    {
+        for (const ScopeTable& t : scope.tables) {
+            if (!star.qualifier.isEmpty() && t.ref.compare(star.qualifier, Qt::CaseInsensitive) != 0
+                && t.name.compare(star.qualifier, Qt::CaseInsensitive) != 0)
+                continue;
+            if (!t.info || (t.derived && t.derived->columns.empty())) {
+                known = false;
+                continue;
+            }
+            for (const ColumnInfo& c : t.info->columns)
+                cols.push_back(&c);
+        }
+    }
+
+    /// The SQL of a select; types/names receive the result columns' types and names.
+    /// targetKinds: the kinds of the columns an INSERT ... SELECT writes (conversions).
+    QString selectSql(const Select& s, const Scope* parent, const std::vector<ColumnKind>* targetKinds,
+                      std::vector<Ty>* types, QStringList* names = nullptr, bool* starsKnown = nullptr,
+                      std::vector<QString>* declTypes = nullptr, const QString& rowidOf = QString())
+    {
+        const bool outerAggregate = m_aggregate;
+        m_aggregate = false;
+        Scope scope;
+        scope.parent = parent;
+        for (const TableRef& t : s.from)
+            collect(t, scope);
+        QStringList fromParts;
+        for (const TableRef& t : s.from)
+            fromParts << fromSql(t, scope, true);
+
+        QString sql = QStringLiteral("SELECT ");
+        if (s.distinct)
+            sql += QStringLiteral("DISTINCT ");
+        QStringList items;
+        size_t position = 0;
+        for (const SelectItem& item : s.items) {
+            if (item.expr.kind == Expr::Kind::Star) {
+                items << gen(item.expr, scope).sql;
+                std::vector<const ColumnInfo*> cols;
+                bool known = true;
+                starColumns(item.expr, scope, cols, known);
+                if (!known && starsKnown)
+                    *starsKnown = false;
+                for (const ColumnInfo* c : cols) {
+                    if (types)
+                        types->push_back(tyOf(c->kind));
+                    if (names)
+                        *names << c->name;
+                    if (declTypes)
+                        declTypes->push_back(c->declType);
+                }
+                position += cols.size();
+                continue;
+            }
+            G g = gen(item.expr, scope);
+            if (targetKinds && position < targetKinds->size())
+                g = convert(g, (*targetKinds)[position]);
+            // A condition read as a value is Jet's True (-1) or False (0).
+            if (g.ty == Ty::Bool && !g.column)
+                g.sql = QStringLiteral("(-") + g.sql + u')';
+            QString name = item.alias;
+            QString text = g.sql;
+            if (s.distinct && g.ty != Ty::Number && g.ty != Ty::Date && !g.column)
+                text += CollateJet;
+            if (!item.alias.isEmpty()) {
+                text += QStringLiteral(" AS ") + ident(item.alias);
+            } else if (item.expr.kind == Expr::Kind::Column) {
+                name = item.expr.name;
+            } else {
+                name = QStringLiteral("Expr%1").arg(m_exprCounter++);
+                text += QStringLiteral(" AS ") + name;
+            }
+            items << text;
+            if (types)
+                types->push_back(g.ty);
+            if (names)
+                *names << name;
+            if (declTypes)
+                declTypes->push_back(g.column ? g.column->declType : QString());
+            ++position;
+        }
+        if (!rowidOf.isEmpty())
+            items << ident(rowidOf) + QStringLiteral(".rowid AS jet_rowid");
+        sql += items.join(QStringLiteral(", "));
+        if (!fromParts.isEmpty())
+            sql += QStringLiteral(" FROM ") + fromParts.join(QStringLiteral(", "));
+        if (s.where)
+            sql += QStringLiteral(" WHERE ") + gen(*s.where, scope).sql;
+        if (!s.groupBy.empty()) {
+            QStringList terms;
+            for (const Expr& e : s.groupBy)
+                terms << sortTerm(gen(e, scope));
+            sql += QStringLiteral(" GROUP BY ") + terms.join(QStringLiteral(", "));
+        }
+        if (s.having)
+            sql += QStringLiteral(" HAVING ") + gen(*s.having, scope).sql;
+        if (!s.orderBy.empty()) {
+            QStringList terms;
+            for (const OrderItem& o : s.orderBy)
+                terms << sortTerm(gen(o.expr, scope)) + (o.descending ? QStringLiteral(" DESC") : QString());
+            sql += QStringLiteral(" ORDER BY ") + terms.join(QStringLiteral(", "));
+        }
+        if (s.topLiteral >= 0) {
+            if (s.topPercent)
+                syntaxError(QStringLiteral("TOP PERCENT non supportato in questa istruzione."));
+            sql += QStringLiteral(" LIMIT ") + param(s.topLiteral);
+        }
+        m_aggregate = outerAggregate;
+        return sql;
+    }
+
+    // GROUP BY and ORDER BY terms group and sort texts as Jet does.
+    static QString sortTerm(const G& g)
+    {
+        if (g.ty == Ty::Number || g.ty == Ty::Date || g.ty == Ty::Bool)
+            return g.sql;
+        return g.sql + CollateJet;
+    }
+
+    void topSelect(const Select& s)
+    {
+        Translation& t = m_out.translation;
+        t.kind = StatementKind::Select;
+        // A select of one stored table, row by row, can write its rows back.
+        QString rowidOf;
+        if (m_schema && s.from.size() == 1 && s.from[0].kind == TableRef::Kind::Table && !s.distinct
+            && s.groupBy.empty() && !s.having) {
+            const TableInfo* info = lookup(s.from[0].name);
+            if (info && !info->isView && !hasAggregate(s))
+                rowidOf = s.from[0].alias.isEmpty() ? s.from[0].name : s.from[0].alias;
+        }
+        std::vector<Ty> types;
+        bool known = true;
+        const QString sql = selectSql(s, nullptr, nullptr, &types, &t.columnNames, &known, nullptr, rowidOf);
+        if (!rowidOf.isEmpty())
+            t.baseTable = s.from[0].name;
+        if (known)
+            for (Ty ty : types)
+                t.dateColumns.push_back(ty == Ty::Date);
+        else
+            t.columnNames.clear();
+        emit(sql);
+    }
+
+    static bool exprHasAggregate(const Expr& e)
+    {
+        if (e.kind == Expr::Kind::Call) {
+            const Fn* f = findFunction(e.op);
+            if (f && isAggregate(f))
+                return true;
+        }
+        for (const Expr& a : e.args)
+            if (exprHasAggregate(a))
+                return true;
+        return false;
+    }
+
+    static bool hasAggregate(const Select& s)
+    {
+        for (const SelectItem& i : s.items)
+            if (exprHasAggregate(i.expr))
+                return true;
+        for (const OrderItem& o : s.orderBy)
+            if (exprHasAggregate(o.expr))
+                return true;
+        return false;
+    }
+
+    // SELECT ... INTO T [IN "file"]: the table made with the select's column types, then
+    // filled. Dates stay dates, texts keep the JET collation.
+    void selectInto(const Select& s)
+    {
+        Translation& t = m_out.translation;
+        t.kind = StatementKind::SelectInto;
+        t.intoTable = s.into;
+        QString target = ident(s.into);
+        if (s.intoFileLiteral >= 0) {
+            t.intoFile = m_lx.literals[size_t(s.intoFileLiteral)].rawString();
+            m_out.intoFileLiteral = s.intoFileLiteral;
+            target = QLatin1String(IntoDatabase) + u'.' + target;
+            m_qualifyMain = true;
+        }
+        std::vector<Ty> types;
+        QStringList names;
+        std::vector<QString> decls;
+        bool known = true;
+        const QString select = selectSql(s, nullptr, nullptr, &types, &names, &known, &decls);
+        if (!known) {
+            // Without the schema the types come from SQLite itself.
+            emit(QStringLiteral("CREATE TABLE %1 AS SELECT * FROM (%2) LIMIT 0").arg(target, select));
+        } else {
+            QStringList cols;
+            for (int i = 0; i < names.size(); ++i)
+                cols << ident(names[i]) + declFor(types[size_t(i)], decls[size_t(i)]);
+            m_maxParam = 0; // CREATE TABLE binds nothing
+            emit(QStringLiteral("CREATE TABLE %1 (%2)").arg(target, cols.join(QStringLiteral(", "))));
+        }
+        m_maxParam = 0;
+        const QString again = selectSql(s, nullptr, nullptr, nullptr);
+        emit(QStringLiteral("INSERT INTO %1 ").arg(target) + again);
+        m_qualifyMain = false;
+    }
+
+    static QString declFor(Ty ty, QString decl)
+    {
+        if (!decl.isEmpty()) {
+            const ColumnKind k = kindOfDecl(decl);
+            if (decl.contains(QLatin1String("INTEGER"), Qt::CaseInsensitive) && k == ColumnKind::Number)
+                decl = QStringLiteral("LONG"); // an autonumber copies as a Long
+            if (k == ColumnKind::Text && !decl.contains(QLatin1String("COLLATE"), Qt::CaseInsensitive))
+                decl += CollateJet;
+            return u' ' + decl;
+        }
+        switch (ty) {
+        case Ty::Text: return QStringLiteral(" VARCHAR(255)") + CollateJet;
+        case Ty::Number: return QStringLiteral(" DOUBLE");
+        case Ty::Date: return QStringLiteral(" DATE");
+        case Ty::Bool: return QStringLiteral(" BIT");
+        case Ty::Unknown:
+        case Ty::Null: break;
+        }
+        return {};
+    }
+
+    // A value written to a column of a kind takes that kind, as Jet converts it.
+    static G convert(const G& g, ColumnKind k)
+    {
+        switch (k) {
+        case ColumnKind::Text:
+            if (g.ty == Ty::Date)
+                return {QStringLiteral("jet_cstr(1, ") + g.sql + u')', Ty::Text};
+            if (g.ty == Ty::Number || g.ty == Ty::Bool)
+                return {QStringLiteral("jet_cstr(0, ") + g.sql + u')', Ty::Text};
+            return g;
+        case ColumnKind::Number:
+        case ColumnKind::Boolean:
+            if (g.ty == Ty::Text || g.ty == Ty::Unknown)
+                return {QStringLiteral("jet_num(") + g.sql + u')', Ty::Number};
+            return g;
+        case ColumnKind::Date:
+            if (g.ty == Ty::Text || g.ty == Ty::Unknown)
+                return {QStringLiteral("jet_cdate(") + g.sql + u')', Ty::Date};
+            return g;
+        case ColumnKind::Unknown: break;
+        }
+        return g;
+    }
+
+    ColumnKind kindOf(const TableInfo* info, const QString& column) const
+    {
+        const ColumnInfo* c = info ? info->column(column) : nullptr;
+        return c ? c->kind : ColumnKind::Unknown;
+    }
+
+    // ---- action statements ---------------------------------------------------------
+    void insert(const Statement& st)
+    {
+        Translation& t = m_out.translation;
+        t.kind = StatementKind::Insert;
+        t.intoTable = st.table;
+        const TableInfo* info = lookup(st.table);
+        std::vector<ColumnKind> kinds;
+        QStringList cols;
+        if (!st.columns.empty()) {
+            for (const QString& c : st.columns) {
+                kinds.push_back(kindOf(info, c));
+                cols << ident(c);
+            }
+        } else if (info) {
+            for (const ColumnInfo& c : info->columns)
+                kinds.push_back(c.kind);
+        }
+        QString sql = QStringLiteral("INSERT INTO ") + ident(st.table);
+        if (!cols.isEmpty())
+            sql += QStringLiteral(" (") + cols.join(QStringLiteral(", ")) + u')';
+        if (st.select) {
+            sql += u' ' + selectSql(*st.select, nullptr, &kinds, nullptr);
+        } else {
+            Scope scope;
+            QStringList values;
+            for (size_t i = 0; i < st.values.size(); ++i) {
+                G g = gen(st.values[i], scope);
+                if (i < kinds.size())
+                    g = convert(g, kinds[i]);
+                values << g.sql;
+            }
+            sql += QStringLiteral(" VALUES (") + values.join(QStringLiteral(", ")) + u')';
+        }
+        emit(sql);
+    }
+
+    static void leaves(const TableRef& t, std::vector<const TableRef*>& tables, std::vector<const Expr*>& ons,
+                       bool& innerOnly)
+    {
+        if (t.kind != TableRef::Kind::Join) {
+            tables.push_back(&t);
+            return;
+        }
+        if (t.join != TableRef::JoinType::Inner)
+            innerOnly = false;
+        leaves(t.sides[0], tables, ons, innerOnly);
+        leaves(t.sides[1], tables, ons, innerOnly);
+        ons.push_back(&*t.on);
+    }
+
+    // UPDATE T SET ... / UPDATE T1 INNER JOIN (...) ON ... SET T2.c = ... WHERE ...:
+    // SQLite updates one table, the one the SET names, joined to the others with FROM.
+    void update(const Statement& st)
+    {
+        Translation& t = m_out.translation;
+        t.kind = StatementKind::Update;
+        Scope scope;
+        collect(*st.target, scope);
+        // The table the assignments write.
+        const ScopeTable* target = nullptr;
+        for (const auto& [col, value] : st.assignments) {
+            const auto [table, info] = resolve(col, scope);
+            const ScopeTable* which = table ? table : &scope.tables.front();
+            if (target && target != which)
+                syntaxError(QStringLiteral("Errore di sintassi nell'istruzione UPDATE."));
+            target = which;
+        }
+        if (!target || target->name.isEmpty())
+            syntaxError(QStringLiteral("Errore di sintassi nell'istruzione UPDATE."));
+        t.intoTable = target->name;
+        QStringList sets;
+        for (const auto& [col, value] : st.assignments) {
+            G g = gen(value, scope);
+            g = convert(g, kindOf(target->info, col.name));
+            sets << ident(col.name) + QStringLiteral(" = ") + g.sql;
+        }
+        QString sql = QStringLiteral("UPDATE ") + ident(target->name);
+        if (target->ref != target->name)
+            sql += QStringLiteral(" AS ") + ident(target->ref);
+        sql += QStringLiteral(" SET ") + sets.join(QStringLiteral(", "));
+        QStringList conditions;
+        if (st.target->kind == TableRef::Kind::Join) {
+            std::vector<const TableRef*> tables;
+            std::vector<const Expr*> ons;
+            bool innerOnly = true;
+            leaves(*st.target, tables, ons, innerOnly);
+            if (innerOnly) {
+                QStringList others;
+                for (const TableRef* r : tables) {
+                    const QString ref = r->alias.isEmpty() ? r->name : r->alias;
+                    if (ref == target->ref)
+                        continue;
+                    others << fromSql(*r, scope, true);
+                }
+                if (!others.isEmpty())
+                    sql += QStringLiteral(" FROM ") + others.join(QStringLiteral(", "));
+                for (const Expr* on : ons)
+                    conditions << gen(*on, scope).sql;
+                if (st.where)
+                    conditions << gen(*st.where, scope).sql;
+            } else {
+                QString sub = QStringLiteral("SELECT %1.rowid FROM %2").arg(ident(target->ref), fromSql(*st.target, scope, true));
+                if (st.where)
+                    sub += QStringLiteral(" WHERE ") + gen(*st.where, scope).sql;
+                conditions << QStringLiteral("%1.rowid IN (%2)").arg(ident(target->ref), sub);
+            }
+        } else if (st.where) {
+            conditions << gen(*st.where, scope).sql;
+        }
+        if (!conditions.isEmpty())
+            sql += QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
+        emit(sql);
+    }
+
+    void del(const Statement& st)
+    {
+        Translation& t = m_out.translation;
+        t.kind = StatementKind::Delete;
+        Scope scope;
+        collect(*st.target, scope);
+        const ScopeTable& first = scope.tables.front();
+        t.intoTable = first.name;
+        QString sql = QStringLiteral("DELETE FROM ") + ident(first.name);
+        if (st.target->kind == TableRef::Kind::Join) {
+            QString sub = QStringLiteral("SELECT %1.rowid FROM %2").arg(ident(first.ref), fromSql(*st.target, scope, true));
+            if (st.where)
+                sub += QStringLiteral(" WHERE ") + gen(*st.where, scope).sql;
+            sql += QStringLiteral(" WHERE rowid IN (%1)").arg(sub);
+        } else {
+            if (st.target->alias.size())
+                sql += QStringLiteral(" AS ") + ident(st.target->alias);
+            if (st.where)
+                sql += QStringLiteral(" WHERE ") + gen(*st.where, scope).sql;
+        }
+        emit(sql);
+    }
+
+    // Jet's DDL types as the store declares them.
+    QString typeSql(const ColumnDef& c)
+    {
+        m_out.cacheable = false;
+        const QString& t = c.type;
+        auto is = [&](std::initializer_list<const char*> names) {
+            for (const char* n : names)
+                if (t == QLatin1String(n))
+                    return true;
+            return false;
+        };
+        QString decl;
+        if (is({"VARCHAR", "TEXT", "NVARCHAR", "STRING", "ALPHANUMERIC", "CHARACTER VARYING"}))
+            decl = QStringLiteral("VARCHAR(%1)").arg(c.size > 0 ? c.size : 255) + CollateJet;
+        else if (is({"CHAR", "NCHAR", "CHARACTER"}))
+            decl = QStringLiteral("CHAR(%1)").arg(c.size > 0 ? c.size : 255) + CollateJet;
+        else if (is({"MEMO", "LONGTEXT", "LONGCHAR", "NOTE", "NTEXT"}))
+            decl = QStringLiteral("LONGTEXT") + CollateJet;
+        else if (is({"INTEGER", "INT", "LONG", "INTEGER4"}))
+            decl = QStringLiteral("LONG");
+        else if (is({"SMALLINT", "SHORT", "INTEGER2"}))
+            decl = QStringLiteral("SMALLINT");
+        else if (is({"BYTE", "TINYINT", "INTEGER1"}))
+            decl = QStringLiteral("BYTE");
+        else if (is({"DOUBLE", "FLOAT", "FLOAT8", "NUMBER", "NUMERIC", "REAL", "SINGLE", "FLOAT4", "IEEEDOUBLE",
+                     "IEEESINGLE", "DECIMAL"}))
+            decl = QStringLiteral("DOUBLE");
+        else if (is({"CURRENCY", "MONEY"}))
+            decl = QStringLiteral("CURRENCY");
+        else if (is({"DATE", "DATETIME", "TIME", "TIMESTAMP"}))
+            decl = QStringLiteral("DATE");
+        else if (is({"BIT", "YESNO", "LOGICAL", "LOGICAL1", "BOOLEAN"}))
+            decl = QStringLiteral("BIT");
+        else if (is({"COUNTER", "AUTOINCREMENT", "IDENTITY"}))
+            return QStringLiteral("INTEGER PRIMARY KEY AUTOINCREMENT");
+        else
+            syntaxError(QStringLiteral("Errore di sintassi nella definizione del campo."));
+        if (c.notNull)
+            decl += QStringLiteral(" NOT NULL");
+        if (c.primaryKey)
+            decl += QStringLiteral(" PRIMARY KEY");
+        return decl;
+    }
+
+    void ddl(const Statement& st)
+    {
+        Translation& t = m_out.translation;
+        t.intoTable = st.table;
+        switch (st.kind) {
+        case Statement::Kind::CreateTable: {
+            t.kind = StatementKind::CreateTable;
+            QStringList cols;
+            for (const ColumnDef& c : st.columnDefs)
+                cols << ident(c.name) + u' ' + typeSql(c);
+            emit(QStringLiteral("CREATE TABLE %1 (%2)").arg(ident(st.table), cols.join(QStringLiteral(", "))));
+            break;
+        }
+        case Statement::Kind::AlterAdd:
+            t.kind = StatementKind::AlterTable;
+            emit(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
+                     .arg(ident(st.table), ident(st.columnDefs[0].name), typeSql(st.columnDefs[0])));
+            break;
+        case Statement::Kind::AlterDrop:
+            t.kind = StatementKind::AlterTable;
+            emit(QStringLiteral("ALTER TABLE %1 DROP COLUMN %2").arg(ident(st.table), ident(st.columns[0])));
+            break;
+        case Statement::Kind::DropTable:
+            t.kind = StatementKind::DropTable;
+            emit(QStringLiteral("DROP TABLE ") + ident(st.table));
+            break;
+        default: break;
+        }
+    }
+
+    const Lexed& m_lx;
+    const SchemaInfo* m_schema;
+    Generated m_out;
+    int m_maxParam = 0;
+    int m_exprCounter = 1000;
+    bool m_aggregate = false;
+    bool m_qualifyMain = false;
+};
+
+} // namespace
+
+Generated generateSqlite(const Statement& st, const Lexed& lexed, const SchemaInfo* schema)
+{
+    return Generator(lexed, schema).run(st);
+}
+
+Generated generateSqliteCondition(const Expr& e, const Lexed& lexed)
+{
+    return Generator(lexed, nullptr).condition(e);
+}
+
+} // namespace store::jet

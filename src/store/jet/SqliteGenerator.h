@@ -1,0 +1,25 @@
+#pragma once
+/// @file SqliteGenerator.h
+/// Turns a parsed Jet statement into SQLite statements that give Jet's results: static
+/// types (number, text, date) decide date arithmetic, text comparison under the JET
+/// collation, conversions on assignment, and what SELECT INTO creates.
+
+#include "store/jet/Jet.h"
+#include "store/jet/Syntax.h"
+
+namespace store::jet {
+
+struct Generated
+{
+    Translation translation;          ///< params left empty
+    std::vector<int> paramCounts;     ///< per statement: how many literals it binds
+    int intoFileLiteral = -1;
+    bool cacheable = true;            ///< false when a literal's value went into the SQL
+};
+
+Generated generateSqlite(const Statement& st, const Lexed& lexed, const SchemaInfo* schema);
+
+/// A lone condition over the columns of a result (recordset filter).
+Generated generateSqliteCondition(const Expr& e, const Lexed& lexed);
+
+} // namespace store::jet
