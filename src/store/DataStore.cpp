@@ -35,6 +35,29 @@ struct TableInfo
     bool autoincrement = false;
 };
 
+/// What a prepared SELECT gives: its columns as the recordset shows them, worked out
+/// once per statement and kept with it.
+struct ResultShape
+{
+    std::vector<Column> columns;
+    std::vector<ColumnType> readTypes;
+    std::vector<bool> dates;
+    std::vector<int> baseIndex; // position in the base table, -1 for other columns
+    std::shared_ptr<TableInfo> table;
+    int keyColumn = -1;
+    int rowidColumn = -1;
+};
+
+/// A prepared statement kept for the next use of the same SQL. One in use when the
+/// cache is emptied is finalized by its user when done.
+struct CachedStatement
+{
+    sqlite3_stmt* stmt = nullptr;
+    std::shared_ptr<const ResultShape> shape;
+    bool inUse = false;
+    bool orphan = false;
+};
+
 std::unique_ptr<DataStore> g_main;
 std::unique_ptr<DataStore> g_report;
 
@@ -47,7 +70,7 @@ struct DataStore::Cache
     sqlite3* db = nullptr;
     std::unique_ptr<jet::SqliteSchema> schema; ///< what the dialect knows of the tables
     QHash<QString, std::shared_ptr<TableInfo>> tables; // lower-case name
-    QHash<QString, sqlite3_stmt*> statements;
+    QHash<QString, std::shared_ptr<CachedStatement>> statements;
 
     ~Cache()
     {
@@ -59,12 +82,20 @@ struct DataStore::Cache
 
     void clearStatements()
     {
-        for (sqlite3_stmt* s : std::as_const(statements))
-            sqlite3_finalize(s);
+        for (const auto& s : std::as_const(statements)) {
+            if (s->inUse)
+                s->orphan = true;
+            else
+                sqlite3_finalize(s->stmt);
+        }
         statements.clear();
     }
 
-    void schemaChanged() { tables.clear(); }
+    void schemaChanged()
+    {
+        tables.clear();
+        clearStatements();
+    }
 
     std::shared_ptr<TableInfo> table(const QString& name)
     {
@@ -111,41 +142,45 @@ class Lease
 public:
     Lease(DataStore::Cache& cache, const QString& sql)
     {
-        auto it = cache.statements.find(sql);
-        if (it != cache.statements.end() && !sqlite3_stmt_busy(*it)) {
-            m_stmt = *it;
-            return;
-        }
-        const QByteArray utf8 = sql.toUtf8();
-        if (sqlite3_prepare_v2(cache.db, utf8.constData(), int(utf8.size()), &m_stmt, nullptr) != SQLITE_OK) {
-            sqlite3_finalize(m_stmt);
-            m_stmt = nullptr;
-            throw errors::fromSqlite(cache.db);
-        }
-        if (it == cache.statements.end() && m_stmt) {
-            if (cache.statements.size() >= kMaxCachedStatements)
-                cache.clearStatements();
-            cache.statements.insert(sql, m_stmt);
+        auto it = cache.statements.constFind(sql);
+        if (it != cache.statements.constEnd() && !(*it)->inUse) {
+            m_slot = *it;
         } else {
-            m_owned = true;
+            m_slot = std::make_shared<CachedStatement>();
+            const QByteArray utf8 = sql.toUtf8();
+            if (sqlite3_prepare_v2(cache.db, utf8.constData(), int(utf8.size()), &m_slot->stmt, nullptr) != SQLITE_OK) {
+                sqlite3_finalize(m_slot->stmt);
+                m_slot->stmt = nullptr;
+                throw errors::fromSqlite(cache.db);
+            }
+            if (it == cache.statements.constEnd()) {
+                if (cache.statements.size() >= kMaxCachedStatements)
+                    cache.clearStatements();
+                cache.statements.insert(sql, m_slot);
+            } else {
+                m_slot->orphan = true; // the cached one is busy: this one is for this use alone
+            }
         }
+        m_slot->inUse = true;
     }
     ~Lease()
     {
-        if (m_owned) {
-            sqlite3_finalize(m_stmt);
-        } else if (m_stmt) {
-            sqlite3_reset(m_stmt);
-            sqlite3_clear_bindings(m_stmt);
+        m_slot->inUse = false;
+        if (m_slot->orphan) {
+            sqlite3_finalize(m_slot->stmt);
+        } else {
+            sqlite3_reset(m_slot->stmt);
+            sqlite3_clear_bindings(m_slot->stmt);
         }
     }
     Lease(const Lease&) = delete;
     Lease& operator=(const Lease&) = delete;
-    sqlite3_stmt* get() const { return m_stmt; }
+    sqlite3_stmt* get() const { return m_slot->stmt; }
+    /// The result shape kept with the statement (null until first worked out).
+    std::shared_ptr<const ResultShape>& shape() { return m_slot->shape; }
 
 private:
-    sqlite3_stmt* m_stmt = nullptr;
-    bool m_owned = false;
+    std::shared_ptr<CachedStatement> m_slot;
 };
 
 void bindValue(sqlite3_stmt* st, int i, const Variant& v)
@@ -514,6 +549,45 @@ struct Recordset::Impl
     Variant toStored(const Variant& v, int column) const;
 };
 
+namespace {
+
+std::shared_ptr<const ResultShape> resultShape(DataStore& st, sqlite3_stmt* stmt, const jet::Translation& tr)
+{
+    auto shape = std::make_shared<ResultShape>();
+    int n = sqlite3_column_count(stmt);
+    if (!tr.baseTable.isEmpty())
+        shape->table = st.cache().table(tr.baseTable);
+    const auto& table = shape->table;
+    if (table && n > 0 && isRowidName(QString::fromUtf8(sqlite3_column_name(stmt, n - 1)))) {
+        shape->rowidColumn = n - 1;
+        --n;
+    }
+    shape->columns.reserve(size_t(n));
+    for (int i = 0; i < n; ++i) {
+        const char* decl = sqlite3_column_decltype(stmt, i);
+        Column c{i < tr.columnNames.size() ? tr.columnNames[i] : QString::fromUtf8(sqlite3_column_name(stmt, i)),
+                 decl ? QString::fromUtf8(decl) : QString()};
+        const ColumnType type = columnTypeOfDecl(c.declType);
+        shape->readTypes.push_back(type);
+        shape->dates.push_back(type == ColumnType::Date
+                               || (size_t(i) < tr.dateColumns.size() && tr.dateColumns[size_t(i)]));
+        int base = -1;
+        if (table) {
+            const char* origin = sqlite3_column_origin_name(stmt, i);
+            const char* originTable = sqlite3_column_table_name(stmt, i);
+            if (origin && originTable && table->name.compare(QString::fromUtf8(originTable), Qt::CaseInsensitive) == 0)
+                base = table->index.value(QString::fromUtf8(origin).toLower(), -1);
+        }
+        shape->baseIndex.push_back(base);
+        if (table && base >= 0 && base == table->key && shape->keyColumn < 0)
+            shape->keyColumn = i;
+        shape->columns.push_back(std::move(c));
+    }
+    return shape;
+}
+
+} // namespace
+
 void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
 {
     store = &st;
@@ -525,44 +599,25 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
     Lease lease(st.cache(), s.sql);
     sqlite3_stmt* stmt = lease.get();
     bindAll(stmt, s.params);
-
-    int n = sqlite3_column_count(stmt);
-    if (!tr.baseTable.isEmpty())
-        table = st.cache().table(tr.baseTable);
-    int rowidColumn = -1;
-    if (table && n > 0 && isRowidName(QString::fromUtf8(sqlite3_column_name(stmt, n - 1)))) {
-        rowidColumn = n - 1;
-        --n;
-    }
-    columns.reserve(size_t(n));
-    for (int i = 0; i < n; ++i) {
-        const char* decl = sqlite3_column_decltype(stmt, i);
-        Column c{i < tr.columnNames.size() ? tr.columnNames[i] : QString::fromUtf8(sqlite3_column_name(stmt, i)),
-                 decl ? QString::fromUtf8(decl) : QString()};
-        const ColumnType type = columnTypeOfDecl(c.declType);
-        readTypes.push_back(type);
-        dates.push_back(type == ColumnType::Date || (size_t(i) < tr.dateColumns.size() && tr.dateColumns[size_t(i)]));
-        int base = -1;
-        if (table) {
-            const char* origin = sqlite3_column_origin_name(stmt, i);
-            const char* originTable = sqlite3_column_table_name(stmt, i);
-            if (origin && originTable && table->name.compare(QString::fromUtf8(originTable), Qt::CaseInsensitive) == 0)
-                base = table->index.value(QString::fromUtf8(origin).toLower(), -1);
-        }
-        baseIndex.push_back(base);
-        if (table && base >= 0 && base == table->key && keyColumn < 0)
-            keyColumn = i;
-        columns.push_back(std::move(c));
-    }
+    if (!lease.shape())
+        lease.shape() = resultShape(st, stmt, tr);
+    const ResultShape& shape = *lease.shape();
+    columns = shape.columns;
+    readTypes = shape.readTypes;
+    dates = shape.dates;
+    baseIndex = shape.baseIndex;
+    table = shape.table;
+    keyColumn = shape.keyColumn;
+    const int n = int(columns.size());
 
     int rc;
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
         RowData row;
         row.values.reserve(size_t(n));
         for (int i = 0; i < n; ++i)
-            row.values.push_back(readValue(stmt, i, readTypes[size_t(i)], dates[size_t(i)]));
-        if (rowidColumn >= 0) {
-            row.rowid = sqlite3_column_int64(stmt, rowidColumn);
+            row.values.push_back(readValue(stmt, i, shape.readTypes[size_t(i)], shape.dates[size_t(i)]));
+        if (shape.rowidColumn >= 0) {
+            row.rowid = sqlite3_column_int64(stmt, shape.rowidColumn);
             row.hasRowid = true;
         } else if (keyColumn >= 0 && !row.values[size_t(keyColumn)].isNull()) {
             row.rowid = row.values[size_t(keyColumn)].rawLong();
