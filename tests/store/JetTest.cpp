@@ -383,3 +383,41 @@ TEST_F(JetTest, OneTranslationServesEveryValue)
     EXPECT_EQ(c.dateColumns, (std::vector<bool>{true, true, true, false}));
     EXPECT_TRUE(c.baseTable.isEmpty());
 }
+
+TEST_F(JetTest, JoinsInActionStatementsAndSubqueries)
+{
+    // UPDATE over an outer join: only the rows the join and WHERE select are written.
+    run("UPDATE Tbl_M LEFT JOIN Tbl_R ON Tbl_M.ID = Tbl_R.ID SET Tbl_M.Nota = 'senza' WHERE Tbl_R.ID Is Null");
+    EXPECT_EQ(run("SELECT ID FROM Tbl_M WHERE Nota = 'SENZA' ORDER BY ID"), QStringLiteral("3;4"));
+    // DELETE over a join deletes from the first table.
+    run("DELETE Tbl_R.* FROM Tbl_R INNER JOIN Tbl_M ON Tbl_R.ID = Tbl_M.ID WHERE Tbl_M.Macchina = 'PRESSA'");
+    EXPECT_EQ(run("SELECT Pezzo FROM Tbl_R"), QStringLiteral("orfano"));
+    // A subquery in FROM, its columns typed for the outer select.
+    EXPECT_EQ(run("SELECT Q.M & '' FROM (SELECT Max(Ultima) AS M FROM Tbl_M) AS Q"), QStringLiteral("01/01/2017 23.30.00"));
+    EXPECT_EQ(run("SELECT T.Macchina FROM Tbl_M AS T WHERE T.ID = 3"), QStringLiteral("Tornio"));
+}
+
+TEST_F(JetTest, TextOrderIgnoresCaseAndPlacesAccentsAfterTheirLetter)
+{
+    run("CREATE TABLE Parole (P Memo, N Long NOT NULL, C CHAR(5), S SMALLINT, B BIT, Q Currency)");
+    for (const char* w : {"b", "à", "a", "Z", "ab", "Àb", "10", "9"})
+        run(QStringLiteral("INSERT INTO Parole (P, N) VALUES ('%1', 1)").arg(QString::fromUtf8(w)));
+    // Case is ignored ("Z" after "b"), an accent sorts right after its letter, and
+    // digits as text ("10" before "9").
+    EXPECT_EQ(run("SELECT P FROM Parole ORDER BY P").toStdString(), "10;9;a;à;ab;Àb;b;Z");
+    EXPECT_EQ(run("SELECT Count(*) FROM (SELECT DISTINCT P FROM Parole) AS D"), QStringLiteral("8"));
+    EXPECT_EQ(run("SELECT Count(*) FROM Parole WHERE P = 'àB'"), QStringLiteral("1"));
+    const jet::TableInfo* t = schema->table(QStringLiteral("Parole"));
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(t->columns[0].kind, jet::ColumnKind::Text);
+    EXPECT_EQ(t->columns[1].kind, jet::ColumnKind::Number);
+    EXPECT_EQ(t->columns[2].kind, jet::ColumnKind::Text);
+    EXPECT_EQ(t->columns[4].kind, jet::ColumnKind::Boolean);
+    // Sum of a text that is no number is Jet's type mismatch.
+    try {
+        run("SELECT Sum(P) FROM Parole");
+        ADD_FAILURE() << "Sum over words accepted";
+    } catch (const vb::VBError& e) {
+        EXPECT_EQ(e.number(), jet::jeterr::TypeMismatchInCriteria);
+    }
+}

@@ -21,7 +21,6 @@
 
 #include <QString>
 #include <QStringList>
-#include <atomic>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -142,10 +141,6 @@ private:
 /// function is refused here too. Unknown tables and columns are left to SQLite's
 /// prepare. Not thread-safe (one thread runs everything).
 Translation translate(const QString& jetSql, const SchemaInfo* schema = nullptr);
-
-/// Translates a recordset filter ("Reparto like 'A%'", "ID = 3 AND Stato = 'x'") into a
-/// SQLite condition over the result columns, literals bound as in translate().
-SqliteStatement translateCondition(const QString& jetCriteria);
 
 /// Empties the translation cache (tests and benchmarks).
 void clearCache();

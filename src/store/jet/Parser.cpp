@@ -61,15 +61,6 @@ public:
         return st;
     }
 
-    Expr condition()
-    {
-        m_exprStart = peek().begin;
-        Expr e = expr();
-        if (peek().kind != TokenKind::End)
-            missingOperator();
-        return e;
-    }
-
 private:
     // ---- tokens --------------------------------------------------------------------
     const Token& peek(int k = 0) const
@@ -791,11 +782,6 @@ private:
 Statement parse(const QString& source, const Lexed& lexed)
 {
     return Parser(source, lexed).statement();
-}
-
-Expr parseCondition(const QString& source, const Lexed& lexed)
-{
-    return Parser(source, lexed).condition();
 }
 
 } // namespace store::jet

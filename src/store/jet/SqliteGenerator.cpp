@@ -162,14 +162,6 @@ public:
         return std::move(m_out);
     }
 
-    Generated condition(const Expr& e)
-    {
-        Scope scope;
-        emit(gen(e, scope).sql);
-        m_out.translation.userParams = m_lx.userParams;
-        return std::move(m_out);
-    }
-
 private:
     // ---- output --------------------------------------------------------------------
     void emit(const QString& sql)
@@ -1014,11 +1006,6 @@ private:
 Generated generateSqlite(const Statement& st, const Lexed& lexed, const SchemaInfo* schema)
 {
     return Generator(lexed, schema).run(st);
-}
-
-Generated generateSqliteCondition(const Expr& e, const Lexed& lexed)
-{
-    return Generator(lexed, nullptr).condition(e);
 }
 
 } // namespace store::jet

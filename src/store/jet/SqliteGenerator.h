@@ -19,7 +19,4 @@ struct Generated
 
 Generated generateSqlite(const Statement& st, const Lexed& lexed, const SchemaInfo* schema);
 
-/// A lone condition over the columns of a result (recordset filter).
-Generated generateSqliteCondition(const Expr& e, const Lexed& lexed);
-
 } // namespace store::jet

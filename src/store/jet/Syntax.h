@@ -139,9 +139,6 @@ struct Statement
 /// Parses a lexed statement; raises the provider's syntax error with Jet's wording.
 Statement parse(const QString& source, const Lexed& lexed);
 
-/// Parses a lone condition (a recordset filter).
-Expr parseCondition(const QString& source, const Lexed& lexed);
-
 /// The provider's syntax error with a given text.
 [[noreturn]] void syntaxError(const QString& text);
 

@@ -7,6 +7,7 @@
 #include "store/jet/Syntax.h"
 
 #include <QHash>
+#include <atomic>
 #include <sqlite3.h>
 
 namespace store::jet {
@@ -159,14 +160,6 @@ Translation translate(const QString& jetSql, const SchemaInfo* schema)
         c.insert(std::move(key), std::move(g));
     }
     return t;
-}
-
-SqliteStatement translateCondition(const QString& jetCriteria)
-{
-    const Lexed lx = lex(jetCriteria);
-    const Expr e = parseCondition(jetCriteria, lx);
-    const Translation t = bind(generateSqliteCondition(e, lx), lx);
-    return t.statements.front();
 }
 
 void clearCache()
