@@ -114,14 +114,15 @@ std::optional<double> parseDateLiteral(const QString& text)
     return serial;
 }
 
-Lexed lex(const QString& src)
+Lexed lex(const QString& src, bool withTokens)
 {
     Lexed out;
-    out.tokens.reserve(src.size() / 4 + 4);
-    out.shape.reserve(src.size());
+    if (withTokens)
+        out.tokens.reserve(src.size() / 4 + 4);
+    out.shape.reserve(src.size() + 16);
     const int n = int(src.size());
     int i = 0;
-    auto addShape = [&](QChar tag, const QString& text) {
+    auto addShape = [&](QChar tag, QStringView text) {
         out.shape += tag;
         out.shape += text;
         out.shape += QChar(0x1f);
@@ -139,8 +140,9 @@ Lexed lex(const QString& src)
             while (j < n && isWordChar(src[j]))
                 ++j;
             tok.kind = TokenKind::Word;
-            tok.text = src.mid(i, j - i);
-            addShape(u'w', tok.text);
+            if (withTokens)
+                tok.text = src.mid(i, j - i);
+            addShape(u'w', QStringView(src).mid(i, j - i));
             i = j;
         } else if (c == u'[') {
             const int close = src.indexOf(u']', i + 1);
@@ -148,33 +150,40 @@ Lexed lex(const QString& src)
                 syntaxError(QStringLiteral("Errore di sintassi (operatore mancante) nell'espressione della query '%1'.")
                                 .arg(src.mid(i).trimmed()));
             tok.kind = TokenKind::Bracketed;
-            tok.text = src.mid(i + 1, close - i - 1);
-            addShape(u'b', tok.text);
+            if (withTokens)
+                tok.text = src.mid(i + 1, close - i - 1);
+            addShape(u'b', QStringView(src).mid(i + 1, close - i - 1));
             i = close + 1;
         } else if (c == u'\'' || c == u'"') {
-            QString value;
+            // The text up to the closing quote; a doubled quote stands for one.
             int j = i + 1;
             bool closed = false;
+            bool doubled = false;
             while (j < n) {
-                if (src[j] == c) {
-                    if (j + 1 < n && src[j + 1] == c) {
-                        value += c;
-                        j += 2;
-                        continue;
-                    }
-                    closed = true;
-                    ++j;
+                j = int(src.indexOf(c, j));
+                if (j < 0) {
+                    j = n;
                     break;
                 }
-                value += src[j++];
+                if (j + 1 < n && src[j + 1] == c) {
+                    doubled = true;
+                    j += 2;
+                    continue;
+                }
+                closed = true;
+                ++j;
+                break;
             }
+            QString value = src.mid(i + 1, j - i - 2);
+            if (doubled)
+                value.replace(QString(2, c), QString(c));
             if (!closed)
                 syntaxError(QStringLiteral("Errore di sintassi nella stringa nell'espressione della query '%1'.")
                                 .arg(src.mid(i).trimmed()));
             tok.kind = TokenKind::String;
             tok.literal = int(out.literals.size());
             out.literals.emplace_back(value);
-            addShape(u'\'', QStringLiteral("s"));
+            addShape(u'\'', u"s");
             i = j;
         } else if (c.isDigit() || (c == u'.' && i + 1 < n && src[i + 1].isDigit())) {
             int j = i;
@@ -207,8 +216,7 @@ Lexed lex(const QString& src)
                 out.literals.emplace_back(std::int64_t(whole));
             else
                 out.literals.emplace_back(text.toDouble());
-            tok.text = text;
-            addShape(u'\'', QStringLiteral("n"));
+            addShape(u'\'', u"n");
             i = j;
         } else if (c == u'#') {
             const int close = src.indexOf(u'#', i + 1);
@@ -219,14 +227,14 @@ Lexed lex(const QString& src)
             tok.kind = TokenKind::Date;
             tok.literal = int(out.literals.size());
             out.literals.emplace_back(vb::JetDate{*serial});
-            addShape(u'\'', QStringLiteral("d"));
+            addShape(u'\'', u"d");
             i = close + 1;
         } else if (c == u'?') {
             tok.kind = TokenKind::Param;
             tok.literal = int(out.literals.size());
             out.userParams.push_back(tok.literal);
             out.literals.push_back(vb::Variant::null());
-            addShape(u'\'', QStringLiteral("?"));
+            addShape(u'\'', u"?");
             ++i;
         } else {
             tok.kind = TokenKind::Symbol;
@@ -244,7 +252,8 @@ Lexed lex(const QString& src)
             addShape(u's', tok.text);
         }
         tok.end = i;
-        out.tokens.push_back(std::move(tok));
+        if (withTokens)
+            out.tokens.push_back(std::move(tok));
     }
     Token end;
     end.begin = end.end = n;

@@ -33,8 +33,9 @@ struct Lexed
 };
 
 /// Splits a Jet statement; raises the provider's syntax error on a broken string,
-/// bracket or date literal.
-Lexed lex(const QString& source);
+/// bracket or date literal. Without tokens only the shape and the literals are made
+/// (enough for a cache hit).
+Lexed lex(const QString& source, bool withTokens = true);
 
 /// A Jet date literal's text (between the #s): month/day/year as in the US, or
 /// year-month-day, with an optional time; the day number, or nullopt.

@@ -35,17 +35,30 @@ QHash<CacheKey, Generated>& cache()
     return c;
 }
 
+// The same text again (a screen's loop runs one statement many times): no lexing at all.
+struct Exact
+{
+    Generated generated;
+    std::vector<vb::Variant> literals;
+};
+
+QHash<CacheKey, Exact>& exactCache()
+{
+    static QHash<CacheKey, Exact> c;
+    return c;
+}
+
 constexpr int CacheLimit = 4096;
 
-Translation bind(const Generated& g, const Lexed& lx)
+Translation bind(const Generated& g, const std::vector<vb::Variant>& literals)
 {
     Translation t = g.translation;
     for (size_t i = 0; i < t.statements.size(); ++i) {
         const int n = g.paramCounts[i];
-        t.statements[i].params.assign(lx.literals.begin(), lx.literals.begin() + n);
+        t.statements[i].params.assign(literals.begin(), literals.begin() + n);
     }
     if (g.intoFileLiteral >= 0)
-        t.intoFile = lx.literals[size_t(g.intoFileLiteral)].rawString();
+        t.intoFile = literals[size_t(g.intoFileLiteral)].rawString();
     return t;
 }
 
@@ -146,25 +159,37 @@ const TableInfo* SqliteSchema::table(const QString& name) const
 
 Translation translate(const QString& jetSql, const SchemaInfo* schema)
 {
-    Lexed lx = lex(jetSql);
-    CacheKey key{schema ? schema->identity() : 0, schema ? schema->version() : 0, std::move(lx.shape)};
+    const quint64 identity = schema ? schema->identity() : 0;
+    const quint64 version = schema ? schema->version() : 0;
+    auto& exact = exactCache();
+    CacheKey textKey{identity, version, jetSql};
+    if (auto it = exact.constFind(textKey); it != exact.constEnd())
+        return bind(it->generated, it->literals);
+
+    Lexed quick = lex(jetSql, false);
+    CacheKey key{identity, version, std::move(quick.shape)};
     auto& c = cache();
-    if (auto it = c.constFind(key); it != c.constEnd())
-        return bind(*it, lx);
-    const Statement st = parse(jetSql, lx);
-    Generated g = generateSqlite(st, lx, schema);
-    Translation t = bind(g, lx);
-    if (g.cacheable) {
+    auto it = c.constFind(key);
+    if (it == c.constEnd()) {
+        const Lexed lx = lex(jetSql);
+        const Statement st = parse(jetSql, lx);
+        Generated g = generateSqlite(st, lx, schema);
+        if (!g.cacheable)
+            return bind(g, lx.literals);
         if (c.size() >= CacheLimit)
             c.clear();
-        c.insert(std::move(key), std::move(g));
+        it = c.insert(std::move(key), std::move(g));
     }
-    return t;
+    if (exact.size() >= CacheLimit)
+        exact.clear();
+    exact.insert(std::move(textKey), Exact{*it, quick.literals});
+    return bind(*it, quick.literals);
 }
 
 void clearCache()
 {
     cache().clear();
+    exactCache().clear();
 }
 
 } // namespace store::jet
