@@ -50,7 +50,7 @@ QHash<CacheKey, Exact>& exactCache()
 
 constexpr int CacheLimit = 4096;
 
-Translation bind(const Generated& g, const std::vector<vb::Variant>& literals)
+Translation bindLiterals(const Generated& g, const std::vector<vb::Variant>& literals)
 {
     Translation t = g.translation;
     for (size_t i = 0; i < t.statements.size(); ++i) {
@@ -164,7 +164,7 @@ Translation translate(const QString& jetSql, const SchemaInfo* schema)
     auto& exact = exactCache();
     CacheKey textKey{identity, version, jetSql};
     if (auto it = exact.constFind(textKey); it != exact.constEnd())
-        return bind(it->generated, it->literals);
+        return bindLiterals(it->generated, it->literals);
 
     Lexed quick = lex(jetSql, false);
     CacheKey key{identity, version, std::move(quick.shape)};
@@ -175,7 +175,7 @@ Translation translate(const QString& jetSql, const SchemaInfo* schema)
         const Statement st = parse(jetSql, lx);
         Generated g = generateSqlite(st, lx, schema);
         if (!g.cacheable)
-            return bind(g, lx.literals);
+            return bindLiterals(g, lx.literals);
         if (c.size() >= CacheLimit)
             c.clear();
         it = c.insert(std::move(key), std::move(g));
@@ -183,7 +183,7 @@ Translation translate(const QString& jetSql, const SchemaInfo* schema)
     if (exact.size() >= CacheLimit)
         exact.clear();
     exact.insert(std::move(textKey), Exact{*it, quick.literals});
-    return bind(*it, quick.literals);
+    return bindLiterals(*it, quick.literals);
 }
 
 void clearCache()
