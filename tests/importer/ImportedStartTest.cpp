@@ -1,0 +1,93 @@
+// The program started through the automation driver on a store imported from the old
+// plant file: the start-up upgrade happens and the due alerts of the plant's reference
+// day appear, as they did when the old program opened that file.
+#include "importer/Importer.h"
+#include "runtime/AppPath.h"
+#include "runtime/Clock.h"
+#include "runtime/MsgBox.h"
+#include "shell/Driver.h"
+#include "store/DataStore.h"
+
+#include <QDate>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+namespace {
+
+QJsonValue answerOf(shell::Driver& driver, const QString& command)
+{
+    const QJsonObject reply = QJsonDocument::fromJson(driver.execute(command).toUtf8()).object();
+    EXPECT_TRUE(reply.value(QStringLiteral("ok")).toBool())
+        << command.toStdString() << " -> " << QJsonDocument(reply).toJson(QJsonDocument::Compact).toStdString();
+    return reply.value(QStringLiteral("value"));
+}
+
+// Due rows of the alert query on the given day, by the days between the day and the date
+// due (negative when past).
+std::vector<int> dueOffsets(const QString& storePath, const QDate& today)
+{
+    std::vector<int> offsets;
+    sqlite3* db = nullptr;
+    sqlite3_open_v2(storePath.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr);
+    sqlite3_stmt* stmt = nullptr;
+    const double tomorrow = QDate(1899, 12, 30).daysTo(today) + 1;
+    sqlite3_prepare_v2(db, "SELECT CAST(Prossima AS INTEGER) FROM Tbl_Maintenance WHERE Prossima <= ?1", -1, &stmt,
+                       nullptr);
+    sqlite3_bind_double(stmt, 1, tomorrow);
+    while (sqlite3_step(stmt) == SQLITE_ROW)
+        offsets.push_back(int(sqlite3_column_int64(stmt, 0) - (tomorrow - 1)));
+    sqlite3_finalize(stmt);
+    sqlite3_close(db);
+    return offsets;
+}
+
+TEST(ImportedStartTest, UpgradeAndDueAlertsOnThePlantsData)
+{
+    const QString mdb = QStringLiteral(VELMORA_SHARED_DIR "/fixtures/legacy/Velmora.mdb");
+    if (!QFile::exists(mdb))
+        GTEST_SKIP() << "the old plant file is not beside the clone";
+    QTemporaryDir home;
+    const importer::ImportResult imported = importer::importMdb({mdb, home.path(), false});
+    ASSERT_TRUE(imported.ok) << imported.message.toStdString();
+
+    // The plant's reference day, as its summary gives it.
+    const QDate today(2026, 11, 22);
+    const std::vector<int> due = dueOffsets(imported.storePath, today);
+    ASSERT_FALSE(due.empty());
+    // One or two days late pass in silence; everything else gets its own box.
+    const auto detailBoxes = std::count_if(due.begin(), due.end(), [](int d) { return d != -1 && d != -2; });
+
+    vb::setAppPath(home.path());
+    store::DataStore::reset();
+    {
+        shell::Driver driver;
+        answerOf(driver, QStringLiteral("clock 2026-11-22T08:00:00"));
+        answerOf(driver, QStringLiteral("answer yes"));
+        answerOf(driver, QStringLiteral("start"));
+        const QJsonArray boxes = answerOf(driver, QStringLiteral("boxes")).toArray();
+        ASSERT_GE(boxes.size(), 1);
+        const QJsonObject question = boxes.at(0).toObject();
+        EXPECT_EQ(question.value(QStringLiteral("title")).toString(), QStringLiteral("MANUTENZIONE DA ESEGUIRE"));
+        EXPECT_EQ(question.value(QStringLiteral("buttons")).toInt(), 20);
+        EXPECT_EQ(boxes.size(), 1 + detailBoxes);
+
+        // The upgrade gave the old file the columns and the sheet table of later versions.
+        EXPECT_EQ(answerOf(driver, QStringLiteral("sql SELECT Images, Percorso FROM Tbl_Ricerca")).toArray().size(),
+                  60);
+        answerOf(driver, QStringLiteral("sql SELECT Tipo_Nota FROM Tbl_Maintenance_Note"));
+        const QJsonArray sheets =
+            answerOf(driver, QStringLiteral("sql SELECT COUNT(*) AS N FROM Tbl_Certif_Proced_Manut")).toArray();
+        ASSERT_EQ(sheets.size(), 1);
+        EXPECT_GT(sheets.at(0).toObject().value(QStringLiteral("N")).toInt(), 0);
+    }
+    store::DataStore::reset();
+    vb::Clock::unfreeze();
+    vb::MsgBoxService::clear();
+}
+
+} // namespace
