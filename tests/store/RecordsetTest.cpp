@@ -12,16 +12,6 @@ using vb::VBError;
 namespace store::testing {
 namespace {
 
-int errorOf(const std::function<void()>& f)
-{
-    try {
-        f();
-    } catch (const VBError& e) {
-        return e.number();
-    }
-    return 0;
-}
-
 class RecordsetTest : public StoreFixture
 {
 protected:

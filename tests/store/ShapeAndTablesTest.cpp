@@ -29,16 +29,6 @@ protected:
             values << rs.Fields(name).Value().displayText();
         return values;
     }
-
-    int errorOf(const std::function<void()>& f)
-    {
-        try {
-            f();
-        } catch (const VBError& e) {
-            return e.number();
-        }
-        return 0;
-    }
 };
 
 TEST_F(ShapeAndTablesTest, HistoryRelatesOnTheMonthAloneAsTheReportAlwaysHas)
