@@ -6,6 +6,7 @@
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
 #include "shell/Driver.h"
+#include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
 
 #include <QDate>
@@ -84,6 +85,7 @@ TEST(ImportedStartTest, UpgradeAndDueAlertsOnThePlantsData)
             answerOf(driver, QStringLiteral("sql SELECT COUNT(*) AS N FROM Tbl_Certif_Proced_Manut")).toArray();
         ASSERT_EQ(sheets.size(), 1);
         EXPECT_GT(sheets.at(0).toObject().value(QStringLiteral("N")).toInt(), 0);
+        shell::screens().discardAll();
     }
     store::DataStore::reset();
     vb::Clock::unfreeze();
