@@ -1,0 +1,20 @@
+#pragma once
+/// @file WeeklyPlan.h
+/// The wall chart Tbl_Planned, kept row by row when a maintenance is saved on Form7.
+/// Both procedures take no values of their own: they read Form7's fields (DTPicker1,
+/// ID_MOD, ID_NUM, DataCombo4, txtFrequenza, Txt_Man_Tip) and move its progress group.
+/// Form7's save has made sure of the machine's row before calling them.
+
+namespace execution {
+
+class Form7;
+
+/// Writes the token of the current type into the machine's row, from the week of Ultima
+/// to the end of the chart.
+void Update_Planned_Row(Form7& form);
+
+/// Takes the old and the new type's tokens out of the machine's whole row, before
+/// Update_Planned_Row writes the new positions.
+void Clear_Planned_Tokens(Form7& form);
+
+} // namespace execution

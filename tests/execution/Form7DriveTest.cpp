@@ -1,0 +1,80 @@
+// The road of a due maintenance through the automation driver: due at start, the alert
+// answered Yes, the register opened, the row executed on a corrected date, the note
+// declined, and the reload pushing a stopped machine.
+#include "Form7Fixture.h"
+
+#include "shell/Driver.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+class Drive
+{
+public:
+    /// Runs one command; fails the test when the driver answers with an error.
+    QJsonValue operator()(const QString& line)
+    {
+        const QString out = m_driver.execute(line);
+        const QJsonObject answer = QJsonDocument::fromJson(out.toUtf8()).object();
+        EXPECT_TRUE(answer.value("ok").toBool()) << line.toStdString() << " -> " << out.toStdString();
+        return answer.value("value");
+    }
+
+private:
+    shell::Driver m_driver;
+};
+
+} // namespace
+
+using Form7Drive = Form7Fixture;
+
+TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
+{
+    const int due = addMaintenance(1, 2, QDate(2026, 10, 16), QDate(2026, 11, 13));
+    addMaintenance(3, 2, QDate(2026, 10, 20), QDate(2026, 11, 17));
+    addStop(3, 2, QStringLiteral("10/11/2026"), 1, 0);
+
+    Drive drive;
+    drive("clock 2026-11-15T08:00:00");
+    drive("answer yes");
+    drive("start");
+    bool asked = false;
+    for (const QJsonValue& b : drive("boxes").toArray())
+        asked = asked || b.toObject().value("title").toString() == "MANUTENZIONE DA ESEGUIRE";
+    EXPECT_TRUE(asked);
+    ASSERT_TRUE(drive("loaded Form7").toBool());
+    EXPECT_EQ(drive("get Form7.Label1.Caption").toString(), "Conteggio Manutenzioni: 2");
+    // The stopped machine was pushed by its 5 days at the load.
+    EXPECT_EQ(drive("sql SELECT Prossima FROM Tbl_Maintenance WHERE ID_NUM = 3").toArray()[0].toObject()
+                  .value("Prossima").toString(),
+              "2026-11-22");
+
+    // A day later the overdue row is picked, executed a day after it was due.
+    drive("clock +1d");
+    const QJsonObject grid = drive("grid Form7.DataGrid1").toObject();
+    ASSERT_EQ(grid.value("rows").toArray().size(), 2);
+    EXPECT_EQ(grid.value("rows").toArray()[0].toArray()[0].toString(), QString::number(due)) << "cells as shown";
+    drive("select Form7.DataGrid1 0");
+    EXPECT_EQ(drive("get Form7.Label8.Caption").toString(), "Prossima!!:");
+    drive("set Form7.DTPicker2.Value 2026-11-14");
+    drive("answer yes no");
+    drive("click Form7.Cmd_Eseguita");
+    const QJsonArray shown = drive("boxes").toArray();
+    ASSERT_EQ(shown.size(), 2);
+    EXPECT_EQ(shown[0].toObject().value("title").toString(), "MANUTENZIONE ESEGUITA IL **14/11/2026**");
+    EXPECT_EQ(shown[1].toObject().value("title").toString(), "INSERISCI NOTA MANUTENZIONE ESEGUITA IL **14/11/2026**");
+
+    const QJsonObject row = drive(QStringLiteral("sql SELECT Ultima, Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(due))
+                                .toArray()[0]
+                                .toObject();
+    EXPECT_EQ(row.value("Ultima").toString(), "2026-11-14");
+    EXPECT_EQ(row.value("Prossima").toString(), "2026-12-12");
+    // The reload after the declined note pushed the stopped machine one day further.
+    EXPECT_EQ(drive("sql SELECT Prossima FROM Tbl_Maintenance WHERE ID_NUM = 3").toArray()[0].toObject()
+                  .value("Prossima").toString(),
+              "2026-11-23");
+    EXPECT_EQ(drive("get Form7.Label1.Caption").toString(), "Conteggio Manutenzioni: 2");
+}

@@ -1,0 +1,278 @@
+// The register of Form7: the list and its day filter, the selection of a row, the pick
+// lists, and the new-row and edit paths of the save.
+#include "Form7Fixture.h"
+
+#include "runtime/VBFunctions.h"
+
+using execution::Form7;
+namespace answer = vb::answer;
+
+using Form7Register = Form7Fixture;
+
+TEST_F(Form7Register, ListIsSortedByNextDateWithItsColumnsAndCount)
+{
+    addMaintenance(1, 2, today().addDays(-20), today().addDays(8));
+    addMaintenance(2, 2, today().addDays(-40), today().addDays(-12));
+    Form7* f = form7();
+    ASSERT_TRUE(f);
+    ASSERT_EQ(f->DataGrid1->RecordCount(), 2);
+    EXPECT_EQ(f->DataGrid1->cellText(0, "Numerazione"), "2");
+    EXPECT_EQ(f->Label1->Caption(), "Conteggio Manutenzioni: 2");
+    const char* captions[] = {"ID", "MACCHINA", "MODELLO", "NUM", "MANUTENZIONE TIPO", "ULTIMA", "PROSSIMA"};
+    const int widths[] = {0, 2000, 2800, 600, 1500, 1200, 1200};
+    for (int i = 0; i < 7; ++i) {
+        EXPECT_EQ(f->DataGrid1->Columns(i).Caption(), captions[i]);
+        EXPECT_EQ(f->DataGrid1->Columns(i).Width(), widths[i]);
+        EXPECT_EQ(f->DataGrid1->Columns(i).Locked(), i > 0);
+    }
+    // The load puts today in the Ultima fields.
+    EXPECT_EQ(f->MaskEdBox1->Text(), "15/11/2026");
+}
+
+TEST_F(Form7Register, DayFilterIsStrictAndTakesDigitsOnly)
+{
+    addMaintenance(1, 2, today().addDays(-30), today().addDays(-3)); // overdue: always in
+    addMaintenance(2, 2, today().addDays(-30), today().addDays(6));
+    addMaintenance(1, 3, today().addDays(-30), today().addDays(7)); // exactly 7 days ahead: left out
+    addMaintenance(3, 2, today().addDays(-30), today().addDays(8));
+    Form7* f = form7();
+    f->Txt_Search->typeText("a7x");
+    EXPECT_EQ(f->Txt_Search->Text(), "7") << "only digits and backspace pass the key filter";
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 2);
+    EXPECT_EQ(f->Label1->Caption(), "Conteggio Manutenzioni: 2");
+    f->Txt_Search->keyPress(8);
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 4) << "an empty filter lists the whole register";
+    f->Txt_Search->setText("0");
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 4) << "a filter of 0 lists the whole register";
+    f->Txt_Search->setText("8");
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 3);
+}
+
+TEST_F(Form7Register, RowChangeLoadsTheRowThroughThePickLists)
+{
+    exec("INSERT INTO Tbl_Maintenance_Note (ID_MODELLO, ID_NUM, Ultima) VALUES (1, 2, '01/11/2026')");
+    const int id = addMaintenance(2, 3, QDate(2026, 9, 1), QDate(2026, 10, 27), 9);
+    exec(QStringLiteral("UPDATE Tbl_Maintenance SET Operatore = 'ROSSI', ID_OPERATORE = 1 WHERE ID = %1").arg(id));
+    Form7* f = form7();
+    selectRow(f, id);
+    EXPECT_EQ(f->txtID->Text(), QString::number(id));
+    EXPECT_EQ(f->ID_MOD->Text(), "1");
+    EXPECT_EQ(f->ID_NUM->Text(), "2");
+    EXPECT_EQ(f->ID_MAINT->Text(), "3");
+    EXPECT_EQ(f->DataCombo3->Text(), "PRESSA");
+    EXPECT_EQ(f->DataCombo2->Text(), "AX100");
+    EXPECT_EQ(f->DataCombo1->Text(), "2");
+    EXPECT_EQ(f->DataCombo4->Text(), "Bimestrale");
+    EXPECT_EQ(f->DataCombo5->Text(), "ROSSI");
+    EXPECT_EQ(f->ID_OPERATORE->Text(), "1");
+    EXPECT_EQ(f->Txt_Qualifica->Text(), "Tecnico");
+    // The type's change comes last in the fill and takes the frequency of the type, not
+    // the row's own copy.
+    EXPECT_EQ(f->txtFrequenza->Text(), "8");
+    EXPECT_EQ(f->Txt_Tot_Minuti->Text(), "60");
+    EXPECT_EQ(f->Txt_Man_Tip->Text(), "Bimestrale");
+    EXPECT_EQ(f->MaskEdBox1->Text(), "01/09/2026");
+    EXPECT_EQ(f->MaskEdBox2->Text(), "27/10/2026");
+    EXPECT_FALSE(f->DTPicker2->isHidden());
+    EXPECT_EQ(f->Label16->Caption(), "[PRESSA]-[AX100]-[N°2]");
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "Modifica");
+    EXPECT_TRUE(f->Cmd_Add_Note->isEnabled());
+    EXPECT_TRUE(f->Cmd_Stop->isEnabled());
+    // Overdue: red and bold.
+    EXPECT_EQ(f->Label8->Caption(), "Prossima!!:");
+    EXPECT_EQ(f->Label8->ForeColor(), vb::colour::Red);
+    EXPECT_TRUE(f->Label8->FontBold());
+    // Notes of the machine.
+    EXPECT_FALSE(f->Frame1->isHidden());
+    EXPECT_EQ(f->Frame1->Caption(), "LEGGI NOTE MACCHINA: AX100  N°2");
+    EXPECT_EQ(f->DataGrid1->ToolTipText(), "CI SONO NOTE PRESENTI PER QUESTA MACCHINA!");
+    EXPECT_EQ(f->DataGrid2->Columns(1).Caption(), "ID_MAINTENANCE");
+    f->Form_MouseMove();
+    EXPECT_TRUE(f->Frame1->isHidden());
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form7Register, DueTodayLeavesTheLabelAsItWas)
+{
+    // Kept as the screen always did it: a date equal to today runs neither branch.
+    const int overdue = addMaintenance(1, 2, today().addDays(-40), today().addDays(-1));
+    const int dueToday = addMaintenance(2, 2, today().addDays(-28), today());
+    const int later = addMaintenance(3, 2, today().addDays(-20), today().addDays(5));
+    Form7* f = form7();
+    selectRow(f, overdue);
+    selectRow(f, dueToday);
+    EXPECT_EQ(f->Label8->Caption(), "Prossima!!:");
+    EXPECT_EQ(f->Label8->ForeColor(), vb::colour::Red);
+    selectRow(f, later);
+    EXPECT_EQ(f->Label8->Caption(), "Prossima:");
+    EXPECT_EQ(f->Label8->ForeColor(), vb::colour::Black);
+    EXPECT_FALSE(f->Label8->FontBold());
+    selectRow(f, dueToday);
+    EXPECT_EQ(f->Label8->Caption(), "Prossima:");
+}
+
+TEST_F(Form7Register, ModelWithoutNumbersAsksBeforeGoingOn)
+{
+    Form7* f = form7();
+    answer({answer::No});
+    f->DataCombo3->choose("FRESA");
+    f->DataCombo2->choose("F10");
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "NUMERAZIONE MACCHINA MANCANTE");
+    EXPECT_EQ(shown[0].buttons, 52);
+    EXPECT_EQ(f->DataCombo2->Text(), "") << "No empties the model";
+    EXPECT_TRUE(shell::screens().isLoaded("Form7"));
+
+    answer({answer::Yes});
+    f->DataCombo2->setText("F10");
+    EXPECT_EQ(boxes().size(), 1u);
+    EXPECT_FALSE(shell::screens().isLoaded("Form7")) << "Yes goes to the numbering and leaves the register";
+}
+
+TEST_F(Form7Register, NewRowTakesNextDateFromUltimaAndMakesThePlanRow)
+{
+    Form7* f = form7();
+    f->Cmd_Add->click();
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_FALSE(f->Cmd_Add->isEnabled());
+    EXPECT_TRUE(f->DTPicker2->isHidden());
+    f->DataCombo3->choose("PRESSA");
+    f->DataCombo2->choose("AX100");
+    f->DataCombo1->choose("2");
+    f->DataCombo4->choose("Mensile");
+    EXPECT_EQ(f->txtFrequenza->Text(), "4");
+    EXPECT_EQ(f->ID_NUM->Text(), "2");
+    f->DTPicker1->setValue(vb::Variant::fromDate(QDate(2026, 11, 2)));
+    EXPECT_EQ(f->MaskEdBox1->Text(), "02/11/2026");
+    // The hidden next date is not read by a new row.
+    f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2027, 5, 5)));
+    f->Cmd_Edit->click();
+    EXPECT_TRUE(boxes().empty());
+
+    const auto r = rows("SELECT ID_MODELLO, ID_NUM, ID_MAINT_TIPO, Ultima, Prossima, Tempo_Minuti, Operatore FROM "
+                        "Tbl_Maintenance");
+    ASSERT_EQ(r.size(), 1u);
+    EXPECT_EQ(r[0][0].toLong(), 1);
+    EXPECT_EQ(r[0][1].toLong(), 2);
+    EXPECT_EQ(r[0][2].toLong(), 2);
+    EXPECT_EQ(vb::dateFromSerial(r[0][3].toDate().serial), QDate(2026, 11, 2));
+    EXPECT_EQ(vb::dateFromSerial(r[0][4].toDate().serial), QDate(2026, 11, 30));
+    EXPECT_EQ(r[0][5].toDouble(), 30);
+    EXPECT_EQ(r[0][6].toString(), "");
+    const auto plan = rows("SELECT ID_MODELLO, Macchina, Modello, ID_NUM, Numerazione FROM Tbl_Planned");
+    ASSERT_EQ(plan.size(), 1u);
+    EXPECT_EQ(plan[0][1].toString(), "PRESSA");
+    EXPECT_EQ(plan[0][4].toString(), "2");
+
+    // The save reloads the screen in browse state.
+    Form7* again = form7();
+    EXPECT_EQ(again->Cmd_Edit->Caption(), "Modifica");
+    EXPECT_EQ(again->DataGrid1->RecordCount(), 1);
+}
+
+TEST_F(Form7Register, SaveChecksTheFieldsAndDuplicatesByText)
+{
+    const int id = addMaintenance(1, 2, today().addDays(-10), today().addDays(18));
+    Form7* f = form7();
+    f->Cmd_Add->click();
+    f->Cmd_Edit->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI!!");
+    EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
+    EXPECT_EQ(shown[0].buttons, 48);
+
+    // Same model text, number text and type as the existing row; its unit key differs,
+    // and the check still blocks, as it goes by the texts.
+    exec(QStringLiteral("UPDATE Tbl_Maintenance SET ID_NUM = 99 WHERE ID = %1").arg(id));
+    f->DataCombo3->choose("PRESSA");
+    f->DataCombo2->choose("AX100");
+    f->DataCombo1->choose("1");
+    f->DataCombo4->choose("Mensile");
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "DUPPLICATO DI MANUTENZIONE");
+    EXPECT_EQ(shown[0].prompt, "Questa manutenzione è già stata assegnata a questa numerazione di Macchina!!");
+    EXPECT_EQ(shown[0].buttons, 16);
+    EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Maintenance").toLong(), 1);
+}
+
+TEST_F(Form7Register, EditKeepsTheNextDateAsSetAndShowsProgress)
+{
+    const int id = addMaintenance(1, 2, QDate(2026, 10, 1), QDate(2026, 10, 29));
+    Form7* f = form7();
+    selectRow(f, id);
+
+    // No changes nothing.
+    answer({answer::No});
+    f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2027, 1, 10)));
+    f->Cmd_Edit->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "Modifica Manutenzione **Mensile**");
+    EXPECT_EQ(shown[0].prompt, "Stai per modificare la Manutenzione Mensile di questa Macchina, Vuoi Procedere??");
+    EXPECT_EQ(shown[0].buttons, 36);
+    EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2026, 10, 29));
+
+    // Yes: Ultima from DTPicker1, Prossima as the user set it, not from the frequency.
+    answer({answer::Yes});
+    f->DTPicker1->setValue(vb::Variant::fromDate(QDate(2026, 11, 3)));
+    f->Cmd_Edit->click();
+    EXPECT_EQ(f->ProgressBar1->Value(), 100);
+    EXPECT_EQ(f->Lbl_ProgressBar->Caption(), "Final Procedure...100,0%");
+    EXPECT_EQ(dateOf(QStringLiteral("SELECT Ultima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2026, 11, 3));
+    EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2027, 1, 10));
+    EXPECT_EQ(value(QStringLiteral("SELECT ID_Operatore FROM Tbl_Maintenance WHERE ID = %1").arg(id)),
+              vb::Variant::null());
+    EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Planned").toLong(), 1);
+}
+
+TEST_F(Form7Register, DeleteLeavesAnEmptyPlanRowForTheOtherMaintenance)
+{
+    // Kept: the remaining maintenance's tokens do not come back until each is saved again.
+    const int first = addMaintenance(1, 2, today().addDays(-10), today().addDays(18));
+    addMaintenance(1, 3, today().addDays(-10), today().addDays(46));
+    exec("INSERT INTO Tbl_Planned (ID_MODELLO, Macchina, Modello, ID_NUM, Numerazione, [1], [9]) "
+         "VALUES (1, 'PRESSA', 'AX100', 1, '1', 'Men', 'Men/Bim')");
+    Form7* f = form7();
+
+    f->Cmd_Delete->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "NESSUNA MANUTENZIONE SELEZIONATA");
+
+    selectRow(f, first);
+    answer({answer::Yes});
+    f->Cmd_Delete->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "Elimina Manutenzione");
+    EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Maintenance").toLong(), 1);
+    const auto plan = rows("SELECT ID_NUM, [1], [9] FROM Tbl_Planned");
+    ASSERT_EQ(plan.size(), 1u);
+    EXPECT_EQ(plan[0][0].toLong(), 1);
+    EXPECT_TRUE(plan[0][1].isNull());
+    EXPECT_TRUE(plan[0][2].isNull());
+}
+
+TEST_F(Form7Register, UltimaStepsByOneDayAndAsksForADate)
+{
+    Form7* f = form7();
+    f->Command1->click();
+    EXPECT_EQ(f->MaskEdBox1->Text(), "14/11/2026");
+    EXPECT_EQ(vb::dateFromSerial(f->DTPicker1->Value().toDate().serial), QDate(2026, 11, 14));
+    f->Command2->click();
+    f->Command2->click();
+    EXPECT_EQ(f->MaskEdBox1->Text(), "16/11/2026");
+    EXPECT_TRUE(boxes().empty());
+
+    f->MaskEdBox1->setText("__/__/____");
+    f->Command1->click();
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
+    EXPECT_EQ(shown[0].prompt, "Inserisci la Data!!");
+    EXPECT_EQ(shown[0].buttons, 16);
+}
