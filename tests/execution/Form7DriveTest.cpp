@@ -78,3 +78,34 @@ TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
               "2026-11-23");
     EXPECT_EQ(drive("get Form7.Label1.Caption").toString(), "Conteggio Manutenzioni: 2");
 }
+
+TEST_F(Form7Drive, MenuOpensTheRegisterAndTheMainTimersActOnIt)
+{
+    const int due = addMaintenance(1, 2, QDate(2026, 10, 16), QDate(2026, 11, 13));
+    Drive drive;
+    drive("clock 2026-11-15T08:00:00");
+    drive("answer no"); // no details at start, and no register
+    drive("start");
+    EXPECT_FALSE(drive("loaded Form7").toBool());
+    drive("click frmMain.LblManutenzioni");
+    ASSERT_TRUE(drive("loaded Form7").toBool());
+    EXPECT_TRUE(drive("get Form7.Visible").toBool());
+    EXPECT_EQ(drive("get frmMain.Caption").toString(), "VELMORA <Esegui Manutenzioni>");
+
+    drive("select Form7.DataGrid1 0");
+    EXPECT_EQ(drive("get Form7.txtID.Text").toString(), QString::number(due));
+    const QJsonArray red{231, 29, 33};
+    const QJsonArray white{255, 255, 255};
+    ASSERT_EQ(drive("get Form7.Label8.ForeColor").toArray(), red);
+    // Overdue: each tick of the clock line swaps red text for white on red and back.
+    drive("tick frmMain.Timer1");
+    EXPECT_EQ(drive("get Form7.Label8.ForeColor").toArray(), white);
+    EXPECT_EQ(drive("get Form7.Label8.BackColor").toArray(), red);
+    drive("tick frmMain.Timer1");
+    EXPECT_EQ(drive("get Form7.Label8.ForeColor").toArray(), red);
+
+    // The one-shot unload of the register, once per run.
+    drive("tick frmMain.Timer4");
+    EXPECT_FALSE(drive("loaded Form7").toBool());
+    EXPECT_EQ(drive("get frmMain.Txt_Form7.Text").toString(), "1");
+}
