@@ -1,0 +1,127 @@
+// The access screen Form20: its code and the transfer procedure text it writes.
+#include "shell/ShellFixture.h"
+
+#include "shell/Form20.h"
+
+#include <QFile>
+
+using shell::Form20;
+using shell::screens;
+
+namespace {
+
+class AccessTest : public ShellFixture
+{
+protected:
+    Form20* form20()
+    {
+        auto* f = screens().formAs<Form20>(QStringLiteral("Form20"));
+        f->show();
+        return f;
+    }
+
+    static QString file(const QString& path)
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+    }
+};
+
+} // namespace
+
+TEST_F(AccessTest, AWrongCodeIsRefusedAndTheFieldGetsTheFocus)
+{
+    Form20* f = form20();
+    EXPECT_EQ(f->Caption(), QStringLiteral("VELMORA"));
+    EXPECT_FALSE(f->Cmd_Procedura->isVisibleTo(f));
+    // The comparison is case-sensitive and over the whole text.
+    for (const QString& wrong : {QStringLiteral("gravolt"), QStringLiteral("GRAVOLT "), QString()}) {
+        f->Txt_Pass->setText(wrong);
+        f->Cmd_Pass->click();
+        const auto shown = vb::MsgBoxService::takeShown();
+        ASSERT_EQ(shown.size(), 1u);
+        EXPECT_EQ(shown[0].title, QStringLiteral("ACCESSO NEGATO!!"));
+        EXPECT_EQ(shown[0].prompt, QStringLiteral("PASSWORD NON RICONOSCIUTA!!"));
+        EXPECT_EQ(shown[0].buttons, 16);
+        EXPECT_TRUE(f->Txt_Pass->vb::Control::hasFocus());
+        EXPECT_EQ(f->Txt_Pass->BackColor(), vb::colour::Orange);
+        EXPECT_FALSE(f->Cmd_Procedura->isVisibleTo(f));
+        EXPECT_TRUE(f->Cmd_Pass->isVisibleTo(f));
+    }
+    f->Txt_Pass->focusOut();
+    EXPECT_EQ(f->Txt_Pass->BackColor(), vb::colour::White);
+}
+
+TEST_F(AccessTest, TheCodeShowsTheProcedureButton)
+{
+    Form20* f = form20();
+    f->Txt_Pass->setText(QStringLiteral("GRAVOLT"));
+    f->Cmd_Pass->click();
+    EXPECT_TRUE(vb::MsgBoxService::takeShown().empty());
+    EXPECT_FALSE(f->Cmd_Pass->isVisibleTo(f));
+    EXPECT_FALSE(f->Txt_Pass->isVisibleTo(f));
+    EXPECT_TRUE(f->Image2->isVisibleTo(f));
+    EXPECT_TRUE(f->Cmd_Procedura->isVisibleTo(f));
+
+    f->Image6->click();
+    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form20")));
+}
+
+// Velmora.txt is written (overwritten each time), the box says where, and the name handed
+// to the desktop has two dots: nothing opens. That one dot of difference is kept on purpose.
+TEST_F(AccessTest, ProcedureWritesVelmoraTxtAndHandsOverTheTwoDotName)
+{
+    Form20* f = form20();
+    const QString written = path() + QStringLiteral("/Velmora.txt");
+    {
+        QFile old(written);
+        ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+        old.write(QByteArray(5000, 'x'));
+    }
+    f->Cmd_Procedura_Click();
+    f->Cmd_Procedura_Click();
+
+    const QStringList lines = file(written).split(u'\n');
+    ASSERT_EQ(lines.size(), 36); // 35 lines and the end of the last
+    EXPECT_EQ(lines[0], QStringLiteral("DATA 15/11/2026"));
+    EXPECT_EQ(lines[1], QString());
+    EXPECT_EQ(lines[2], QStringLiteral("INIZIO PROCEDURA TRASFERIMENTO DATI DA “” A “”"));
+    EXPECT_EQ(lines[3], QString(31, QChar(0x00B0)));
+    EXPECT_EQ(lines[5], QStringLiteral("-Fare una Copia del Database “”"));
+    EXPECT_EQ(lines[8], QStringLiteral("Tipo:\tTbl_Unita_Misura.Unita_Misura"));
+    EXPECT_EQ(lines[10], QStringLiteral("Tipo:\tTbl_Materiale.Unita_Misura"));
+    EXPECT_EQ(lines[17], QStringLiteral("Tbl_0_Economia  il campo “COSTO_ECONOMIA” non deve essere vuoto mettere valore "
+                                        "“zero” dove manca"));
+    EXPECT_EQ(lines[20], QStringLiteral("NUOVO\tVECCHIO"));
+    EXPECT_EQ(lines[26], QStringLiteral("Tbl_6\tTbl_Lavori"));
+    EXPECT_EQ(lines[32], QString(31, QChar(0x00B0)));
+    EXPECT_EQ(lines[33], QStringLiteral("FINE PROCEDURA TRASFERIMENTO DATI DA “v1” A “v2”"));
+    EXPECT_EQ(lines[34], QString());
+    EXPECT_EQ(lines, Form20::TransferProcedureLines() << QString());
+
+    const auto shown = vb::MsgBoxService::takeShown();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].title, QStringLiteral("PROCEDURA TRASFERIMENTO DATI"));
+    EXPECT_EQ(shown[0].prompt, QStringLiteral("Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, "
+                                              "è stato salvato in:  ")
+                                   + path());
+    EXPECT_EQ(shown[0].buttons, 64);
+
+    const auto opened = vb::OpenFileService::takeOpened();
+    ASSERT_EQ(opened.size(), 2u);
+    EXPECT_EQ(opened[0], path() + QStringLiteral("/Velmora..txt"));
+    EXPECT_FALSE(QFile::exists(opened[0]));
+}
+
+TEST_F(AccessTest, AFileThatCannotBeWrittenShowsTheDescriptionOnly)
+{
+    Form20* f = form20();
+    vb::setAppPath(path() + QStringLiteral("/missing/folder"));
+    f->Cmd_Procedura_Click();
+    const auto shown = vb::MsgBoxService::takeShown();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].buttons, 0);
+    EXPECT_FALSE(shown[0].prompt.isEmpty());
+    EXPECT_TRUE(vb::OpenFileService::takeOpened().empty());
+    vb::setAppPath(path());
+}
