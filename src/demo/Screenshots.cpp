@@ -1,0 +1,81 @@
+#include "demo/Screenshots.h"
+
+#include "runtime/MsgBox.h"
+#include "runtime/OpenFile.h"
+#include "runtime/VBError.h"
+#include "runtime/widgets/Controls.h"
+#include "shell/Program.h"
+#include "shell/ScreenRegistry.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPixmap>
+#include <cstdio>
+
+namespace demo {
+
+namespace {
+
+void settle()
+{
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents();
+}
+
+bool grabTo(QWidget* w, const QString& path)
+{
+    if (!w)
+        return false;
+    const QPixmap picture = w->grab();
+    return !picture.isNull() && picture.save(path, "PNG");
+}
+
+} // namespace
+
+QStringList writeScreenshots(const QString& dir)
+{
+    QDir().mkpath(dir);
+    // As under the automation driver: nothing waits for a person, nothing is launched.
+    vb::MsgBoxService::setScripted(true);
+    vb::OpenFileService::setRecording(true);
+    vb::Timer::setManual(true);
+    QApplication::setQuitOnLastWindowClosed(false);
+    shell::setEndHandler([] {});
+
+    auto& registry = shell::screens();
+    QStringList written;
+    shell::startProgram();
+    settle();
+    // frmAbout stands over the main screen after the start; the main screen is taken alone.
+    if (vb::Form* about = registry.loaded(QStringLiteral("frmAbout")))
+        if (grabTo(about, QDir(dir).filePath(QStringLiteral("frmAbout.png"))))
+            written << QStringLiteral("frmAbout");
+    registry.unloadAllScreens();
+    registry.unload(QStringLiteral("frmAbout"));
+    settle();
+    if (grabTo(registry.loaded(QStringLiteral("frmMain")), QDir(dir).filePath(QStringLiteral("frmMain.png"))))
+        written << QStringLiteral("frmMain");
+
+    for (const QString& name : shell::ScreenRegistry::names()) {
+        if (name == QLatin1String("frmMain") || name == QLatin1String("frmAbout") ||
+            !shell::ScreenRegistry::built(name))
+            continue;
+        try {
+            registry.unloadAllScreens();
+            registry.show(name);
+            settle();
+            if (grabTo(registry.loaded(name), QDir(dir).filePath(name + QStringLiteral(".png"))))
+                written << name;
+            else
+                std::fprintf(stderr, "velmora: %s non ha prodotto un'immagine\n", qPrintable(name));
+        } catch (const vb::VBError& e) {
+            std::fprintf(stderr, "velmora: %s non si apre: %d %s\n", qPrintable(name), e.number(),
+                         qPrintable(e.description()));
+        }
+        vb::MsgBoxService::takeShown();
+    }
+    registry.discardAll();
+    return written;
+}
+
+} // namespace demo
