@@ -287,8 +287,8 @@ TEST(StoreWriterTest, UnknownTablesAndColumnsFollowTheOldFile)
                                  2};
     ASSERT_TRUE(writer.beginTable(extra)) << writer.error().toStdString();
     auto text = [](const char* s) { return importer::MdbValue{importer::MdbValue::Text, 0, 0, QByteArray(s)}; };
-    auto integer = [](qint64 i) { return importer::MdbValue{importer::MdbValue::Integer, i}; };
-    auto real = [](double d) { return importer::MdbValue{importer::MdbValue::Real, 0, d}; };
+    auto integer = [](qint64 i) { return importer::MdbValue{importer::MdbValue::Integer, i, 0, {}}; };
+    auto real = [](double d) { return importer::MdbValue{importer::MdbValue::Real, 0, d, {}}; };
     ASSERT_TRUE(writer.insert({integer(7), text("Chiave dinamometrica “Stahl”"), real(45000.5), integer(-1),
                                real(129.9), text("Tarata l'anno scorso")}));
     ASSERT_TRUE(writer.insert({integer(12), text("Calibro"), {}, integer(0), {}, {}}));
