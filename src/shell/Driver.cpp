@@ -6,7 +6,7 @@
 #include "runtime/VBError.h"
 #include "runtime/widgets/Controls.h"
 #include "runtime/widgets/DataControls.h"
-#include "shell/DriverReports.h"
+#include "reports/ReportViewer.h"
 #include "shell/Program.h"
 #include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
@@ -362,6 +362,30 @@ QString boxesJson()
     return json::list(out);
 }
 
+/// The laid-out pages of a loaded report: {"visible", "pages": [[{x, y, text}, ...], ...]}.
+QString reportJson(const QString& name)
+{
+    const auto laidOut = reports::LaidOutPages(name);
+    if (!laidOut)
+        throw VBError(9, QStringLiteral("Report non caricato: %1").arg(name));
+    QStringList pages;
+    for (const auto& page : laidOut->pages) {
+        QStringList items;
+        for (const reports::PlacedText& t : page)
+            items << json::object({{QStringLiteral("x"), QString::number(t.x)},
+                                   {QStringLiteral("y"), QString::number(t.y)},
+                                   {QStringLiteral("text"), json::string(t.text)}});
+        pages << json::list(items);
+    }
+    return json::object({{QStringLiteral("visible"), laidOut->visible ? QStringLiteral("true") : QStringLiteral("false")},
+                         {QStringLiteral("pages"), json::list(pages)}});
+}
+
+bool isReport(const QString& name)
+{
+    return name.startsWith(QLatin1String("DataReport"));
+}
+
 /// Set by the end of the program (close, lblExit) while a command runs.
 bool g_ended = false;
 
@@ -420,7 +444,15 @@ QString Driver::execute(const QString& input)
             needArg();
             if (!ScreenRegistry::known(arg))
                 throw VBError(ObjectRequired, QStringLiteral("Schermata sconosciuta: %1").arg(arg));
-            if (command == QLatin1String("show"))
+            if (isReport(arg)) {
+                // Reports are shown by `showreport`; here they are closed and looked at.
+                if (command == QLatin1String("unload"))
+                    reports::UnloadReport(arg);
+                else if (command == QLatin1String("loaded"))
+                    value = reports::IsReportLoaded(arg) ? QStringLiteral("true") : QStringLiteral("false");
+                else
+                    throw badCommand(QStringLiteral("Un report si mostra con showreport: %1").arg(arg));
+            } else if (command == QLatin1String("show"))
                 screens().show(arg);
             else if (command == QLatin1String("unload"))
                 screens().unload(arg);
@@ -470,8 +502,10 @@ QString Driver::execute(const QString& input)
         } else if (command == QLatin1String("get")) {
             needArg();
             const QStringList p = path(arg, 2, 3);
-            if (p.size() == 2 && p[1].compare(QLatin1String("Visible"), Qt::CaseInsensitive) == 0 &&
-                ScreenRegistry::known(p[0]) && !screens().isLoaded(p[0])) {
+            const bool visible = p.size() == 2 && p[1].compare(QLatin1String("Visible"), Qt::CaseInsensitive) == 0;
+            if (visible && isReport(p[0])) {
+                value = reports::IsReportVisible(p[0]) ? QStringLiteral("true") : QStringLiteral("false");
+            } else if (visible && ScreenRegistry::known(p[0]) && !screens().isLoaded(p[0])) {
                 value = QStringLiteral("false"); // a screen that is not loaded is not visible
             } else {
                 vb::Control* c = p.size() == 3 ? controlOf(p[0], p[1]) : screenOf(p[0]);
@@ -496,15 +530,15 @@ QString Driver::execute(const QString& input)
             needArg();
             if (tail.trimmed().isEmpty())
                 throw badCommand(QStringLiteral("Manca l'istruzione del report %1").arg(target));
-            driverShowReport(target, tail.trimmed());
+            reports::ShowReport(target, tail.trimmed());
         } else if (command == QLatin1String("report")) {
             needArg();
-            value = driverReportPages(arg);
+            value = reportJson(arg);
         } else if (command == QLatin1String("pdf")) {
             needArg();
             if (tail.trimmed().isEmpty())
                 throw badCommand(QStringLiteral("Manca il percorso del PDF"));
-            driverReportPdf(target, unquote(tail.trimmed()));
+            reports::WritePdf(target, unquote(tail.trimmed()));
         } else if (command == QLatin1String("quit")) {
             m_quit = true;
         } else {

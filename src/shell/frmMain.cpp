@@ -1,5 +1,6 @@
 #include "shell/frmMain.h"
 
+#include "reports/ReportViewer.h"
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
 #include "runtime/DateGuides.h"
@@ -113,6 +114,15 @@ const QStringList& frmMain::upgradeStatements()
 frmMain::frmMain(QWidget* owner) : vb::Form(owner, QStringLiteral("frmMain"), QString::fromLatin1(vb::AppTitle))
 {
     buildControls();
+    // Report previews are owned by this screen and open in its working area.
+    reports::setHost({[] { return static_cast<QWidget*>(screens().loaded(QStringLiteral("frmMain"))); },
+                      [] {
+                          auto* main = dynamic_cast<frmMain*>(screens().loaded(QStringLiteral("frmMain")));
+                          if (!main)
+                              return QRect();
+                          const int left = main->PicMenu->Width();
+                          return QRect(left, main->PicMenu->Top(), main->Width() - left, main->Image2->Height());
+                      }});
 }
 
 void frmMain::buildControls()
@@ -387,8 +397,10 @@ void frmMain::Reset_Menu_Highlight(bool background)
 
 void frmMain::Hide_Open_Reports()
 {
-    screens().hideIfVisible(QStringLiteral("DataReport1"));
-    screens().hideIfVisible(QStringLiteral("DataReport7"));
+    for (const QString& name : {QStringLiteral("DataReport1"), QStringLiteral("DataReport7")}) {
+        if (reports::IsReportVisible(name))
+            reports::HideReport(name);
+    }
 }
 
 // ---- the user guide -----------------------------------------------------------------

@@ -1,0 +1,159 @@
+// The automation driver: the real program driven through standard input, and the
+// driver's value forms checked in-process.
+#include "ShellFixture.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+using shell::screens;
+
+namespace {
+
+/// Runs `velmora --home DIR --drive -` on the script; one parsed JSON answer per line.
+std::vector<QJsonObject> drive(const QString& home, const QStringList& script)
+{
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(VELMORA_BINARY), {QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-")});
+    EXPECT_TRUE(p.waitForStarted());
+    p.write((script.join(u'\n') + u'\n').toUtf8());
+    p.closeWriteChannel();
+    EXPECT_TRUE(p.waitForFinished(120000));
+    EXPECT_EQ(p.exitCode(), 0);
+    std::vector<QJsonObject> out;
+    const QList<QByteArray> lines = p.readAllStandardOutput().split('\n');
+    for (const QByteArray& line : lines) {
+        if (line.isEmpty())
+            continue;
+        QJsonParseError err;
+        const QJsonDocument doc = QJsonDocument::fromJson(line, &err);
+        EXPECT_EQ(err.error, QJsonParseError::NoError) << "not JSON: " << line.toStdString();
+        out.push_back(doc.object());
+    }
+    return out;
+}
+
+QJsonValue value(const QJsonObject& o)
+{
+    EXPECT_TRUE(o.value(QStringLiteral("ok")).toBool()) << QJsonDocument(o).toJson().toStdString();
+    return o.value(QStringLiteral("value"));
+}
+
+} // namespace
+
+// A whole session: data put in place before the start, the start with its alert answered,
+// a menu click, a caption read, the close and its register row.
+TEST_F(ShellFixture, DriverRunsTheProgramEndToEnd)
+{
+    const auto r = drive(path(), {
+        QStringLiteral("# comments and blank lines get no answer"),
+        QString(),
+        QStringLiteral("clock 2026-11-15T08:00:00"),
+        QStringLiteral("exec INSERT INTO Tbl_Maintenance (Macchina, Modello, Numerazione, Manutenzione_Tipo, "
+                       "Prossima) VALUES ('PRESSA', 'AX100', '1', 'Mensile', #11/20/2026#)"),
+        QStringLiteral("answer no"),
+        QStringLiteral("start"),
+        QStringLiteral("boxes"),
+        QStringLiteral("get frmMain.Caption"),
+        QStringLiteral("click frmMain.lblRicambi"),
+        QStringLiteral("get frmMain.Caption"),
+        QStringLiteral("get frmMain.Img_Indicatore.Top"),
+        QStringLiteral("get frmMain.PicMenu.BackColor"),
+        QStringLiteral("get frmMain.Txt_Apertura.Text"),
+        QStringLiteral("loaded frmAbout"),
+        QStringLiteral("get Nowhere.Label1.Caption"),
+        QStringLiteral("tick frmMain.Timer1"),
+        QStringLiteral("get frmMain.Lbl_Time.Caption"),
+        QStringLiteral("clock +1h"),
+        QStringLiteral("close"),
+        QStringLiteral("loaded frmMain"),
+        QStringLiteral("sql SELECT Date_Open, Tempo FROM Tbl_Register"),
+        QStringLiteral("quit"),
+        QStringLiteral("get frmMain.Caption"), // after quit: never read
+    });
+    ASSERT_EQ(r.size(), 20u); // every command but the one after quit
+    EXPECT_TRUE(value(r[0]).isNull());
+    // The row is due in five days: no alert, so the queued "no" is still waiting.
+    EXPECT_EQ(value(r[4]).toArray().size(), 0);
+    EXPECT_EQ(value(r[5]).toString(), QStringLiteral("VELMORA"));
+    EXPECT_EQ(value(r[7]).toString(), QStringLiteral("VELMORA <Ricambi>"));
+    EXPECT_GT(value(r[8]).toInt(), 120);
+    EXPECT_EQ(value(r[9]).toArray(), (QJsonArray{255, 255, 255}));
+    EXPECT_EQ(value(r[10]).toString(), QStringLiteral("15/11/2026  8.0.0"));
+    EXPECT_FALSE(value(r[11]).toBool()); // the menu click unloaded it
+    EXPECT_FALSE(r[12].value(QStringLiteral("ok")).toBool());
+    EXPECT_EQ(r[12][QStringLiteral("error")][QStringLiteral("number")].toInt(), 424);
+    EXPECT_EQ(value(r[14]).toString(), QStringLiteral("Settimana N°47  15/11/2026 Ore: 08.00.00"));
+    EXPECT_FALSE(value(r[17]).toBool());
+    const QJsonArray reg = value(r[18]).toArray();
+    ASSERT_EQ(reg.size(), 1);
+    EXPECT_EQ(reg[0][QStringLiteral("Date_Open")].toString(), QStringLiteral("2026-11-15T08:00:00"));
+    EXPECT_EQ(reg[0][QStringLiteral("Tempo")].toString(), QStringLiteral("1.0.0"));
+}
+
+// A question at start answered from the script; the boxes are recorded with their answer.
+TEST_F(ShellFixture, DriverAnswersBoxesFromTheScript)
+{
+    const auto r = drive(path(), {
+        QStringLiteral("clock 2026-11-15T08:00:00"),
+        QStringLiteral("exec INSERT INTO Tbl_Maintenance (Macchina, Modello, Numerazione, Manutenzione_Tipo, "
+                       "Prossima) VALUES ('PRESSA', 'AX100', '1', 'Mensile', #11/15/2026#)"),
+        QStringLiteral("answer no"),
+        QStringLiteral("start"),
+        QStringLiteral("boxes"),
+        QStringLiteral("exit"),
+        QStringLiteral("loaded frmMain"),
+        QStringLiteral("sql SELECT * FROM Tbl_Register"),
+    });
+    ASSERT_EQ(r.size(), 8u);
+    const QJsonArray boxes = value(r[4]).toArray();
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_EQ(boxes[0][QStringLiteral("title")].toString(), QStringLiteral("MANUTENZIONE DA ESEGUIRE"));
+    EXPECT_EQ(boxes[0][QStringLiteral("buttons")].toInt(), 20);
+    EXPECT_EQ(boxes[0][QStringLiteral("answer")].toString(), QStringLiteral("no"));
+    EXPECT_TRUE(boxes[0][QStringLiteral("scripted")].toBool());
+    EXPECT_FALSE(value(r[6]).toBool());
+    EXPECT_EQ(value(r[7]).toArray().size(), 0); // lblExit writes no session row
+}
+
+// Values: dates in ISO form, colours as [r, g, b] or the system colour's integer, bad
+// commands as VB errors.
+TEST_F(ShellFixture, DriverValueForms)
+{
+    shell::Driver d;
+    auto run = [&](const QString& cmd) {
+        return QJsonDocument::fromJson(d.execute(cmd).toUtf8()).object();
+    };
+    EXPECT_TRUE(run(QStringLiteral("exec INSERT INTO Tbl_Register (Date_Open, Date_Close) VALUES (#11/29/2026#, "
+                                   "#11/29/2026 09:05:00#)"))[QStringLiteral("ok")].toBool());
+    const QJsonObject row = run(QStringLiteral("sql SELECT Date_Open, Date_Close, Tempo FROM Tbl_Register"))
+                                [QStringLiteral("value")].toArray()[0].toObject();
+    EXPECT_EQ(row[QStringLiteral("Date_Open")].toString(), QStringLiteral("2026-11-29"));
+    EXPECT_EQ(row[QStringLiteral("Date_Close")].toString(), QStringLiteral("2026-11-29T09:05:00"));
+    EXPECT_TRUE(row[QStringLiteral("Tempo")].isNull());
+
+    start();
+    EXPECT_TRUE(run(QStringLiteral("set frmMain.Label2.ForeColor -2147483643"))[QStringLiteral("ok")].toBool());
+    EXPECT_EQ(run(QStringLiteral("get frmMain.Label2.ForeColor"))[QStringLiteral("value")].toInteger(), -2147483643);
+    run(QStringLiteral("set frmMain.Label2.ForeColor [231,29,33]"));
+    EXPECT_EQ(run(QStringLiteral("get frmMain.Label2.ForeColor"))[QStringLiteral("value")].toArray(),
+              (QJsonArray{231, 29, 33}));
+    run(QStringLiteral("set frmMain.Txt_Posizione.Text \"  12 \""));
+    EXPECT_EQ(run(QStringLiteral("get frmMain.Txt_Posizione.Text"))[QStringLiteral("value")].toString(),
+              QStringLiteral("  12 "));
+
+    const QJsonObject unknown = run(QStringLiteral("frobnicate"));
+    EXPECT_FALSE(unknown[QStringLiteral("ok")].toBool());
+    EXPECT_EQ(unknown[QStringLiteral("error")][QStringLiteral("number")].toInt(), 5);
+    EXPECT_EQ(run(QStringLiteral("get frmMain.NoSuch.Caption"))[QStringLiteral("error")][QStringLiteral("number")].toInt(),
+              730);
+    EXPECT_EQ(run(QStringLiteral("get frmMain.Label2.NoSuchProperty"))[QStringLiteral("error")][QStringLiteral("number")]
+                  .toInt(),
+              438);
+    EXPECT_EQ(run(QStringLiteral("get Form9.Visible"))[QStringLiteral("value")].toBool(), false);
+    EXPECT_TRUE(run(QStringLiteral("show Form9"))[QStringLiteral("ok")].toBool()); // inert: nothing happens
+}
