@@ -116,3 +116,32 @@ TEST_F(Form7Execution, AddNoteWritesNoTypeAndLeavesTheDates)
     EXPECT_TRUE(notes[0][3].isNull());
     EXPECT_EQ(dateOf("SELECT Prossima FROM Tbl_Maintenance"), QDate(2026, 10, 29));
 }
+
+TEST_F(Form7Execution, KeysAreHandedToTheNotesAndProcedureScreens)
+{
+    standIn("Form3", {"T:Txt_ID_MODELLO", "T:Txt_DATA", "T:Txt_ID_NUM"});
+    standIn("Form13", {"T:Txt_ID_MODELLO", "T:Txt_ID_MAINT_TIPO", "T:DataCombo2", "T:DataCombo3", "T:DataCombo4"});
+    const int id = addMaintenance(2, 3, QDate(2026, 9, 1), QDate(2026, 10, 27));
+    const int other = addMaintenance(3, 2, QDate(2026, 9, 1), QDate(2026, 10, 29));
+    Form7* f = form7();
+    selectRow(f, id);
+    f->Cmd_Add_Note->click();
+    auto text = [](const char* screen, const char* control) {
+        return shell::screens().control(screen, control)->vbProperty("Text").toString();
+    };
+    ASSERT_TRUE(shell::screens().isLoaded("Form3"));
+    EXPECT_EQ(text("Form3", "Txt_ID_MODELLO"), "1");
+    EXPECT_EQ(text("Form3", "Txt_DATA"), "27/10/2026");
+    EXPECT_EQ(text("Form3", "Txt_ID_NUM"), "2");
+
+    f->Cmd_Vis_Procedura->click();
+    ASSERT_TRUE(shell::screens().isLoaded("Form13"));
+    EXPECT_EQ(text("Form13", "Txt_ID_MODELLO"), "1");
+    EXPECT_EQ(text("Form13", "Txt_ID_MAINT_TIPO"), "3");
+    EXPECT_EQ(text("Form13", "DataCombo2"), "PRESSA");
+    EXPECT_EQ(text("Form13", "DataCombo3"), "AX100");
+    EXPECT_EQ(text("Form13", "DataCombo4"), "Bimestrale");
+    // A new selection closes the procedure screen first.
+    selectRow(f, other);
+    EXPECT_FALSE(shell::screens().isLoaded("Form13"));
+}
