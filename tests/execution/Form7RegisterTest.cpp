@@ -276,3 +276,30 @@ TEST_F(Form7Register, UltimaStepsByOneDayAndAsksForADate)
     EXPECT_EQ(shown[0].prompt, "Inserisci la Data!!");
     EXPECT_EQ(shown[0].buttons, 16);
 }
+
+TEST_F(Form7Register, PickListsNarrowEachOtherInTurn)
+{
+    Form7* f = form7();
+    EXPECT_EQ(f->DataCombo3->items(), QStringList({"FRESA", "PRESSA", "TORNIO"})) << "only machines with procedures";
+    f->DataCombo3->choose("PRESSA");
+    EXPECT_EQ(f->DataCombo2->items(), QStringList({"AX100"}));
+    EXPECT_EQ(f->ID_MOD->Text(), "1");
+    EXPECT_EQ(f->DataCombo4->items(), QStringList({"Mensile", "Bimestrale"}));
+    f->DataCombo2->choose("AX100");
+    EXPECT_EQ(f->DataCombo1->items(), QStringList({"1", "2"}));
+    f->DataCombo1->choose("2");
+    f->DataCombo4->choose("Bimestrale");
+    EXPECT_EQ(f->ID_NUM->Text(), "2");
+    EXPECT_EQ(f->ID_MAINT->Text(), "3");
+    EXPECT_EQ(f->Txt_Tot_Minuti->Text(), "60");
+    // A new machine empties the lists below it; under three letters nothing else happens.
+    f->DataCombo3->setText("TO");
+    EXPECT_EQ(f->DataCombo2->Text(), "");
+    EXPECT_EQ(f->DataCombo1->Text(), "");
+    EXPECT_EQ(f->DataCombo4->Text(), "");
+    EXPECT_EQ(f->ID_MOD->Text(), "1");
+    f->DataCombo3->setText("TORNIO");
+    EXPECT_EQ(f->ID_MOD->Text(), "2");
+    EXPECT_EQ(f->DataCombo4->items(), QStringList({"Mensile"}));
+    EXPECT_TRUE(boxes().empty());
+}
