@@ -578,7 +578,7 @@ Driver::Driver(const QString& source) : m_source(source)
 
 Driver::~Driver()
 {
-    if (m_out)
+    if (m_out && m_ownOutput)
         std::fclose(m_out);
 }
 
@@ -595,10 +595,12 @@ int Driver::run()
 {
     // The answers get their own copy of standard output; anything else printed there
     // (by Qt or a library) goes to standard error.
-    std::fflush(stdout);
-    const int fd = ::dup(STDOUT_FILENO);
-    ::dup2(STDERR_FILENO, STDOUT_FILENO);
-    m_out = ::fdopen(fd, "w");
+    if (!m_out) {
+        std::fflush(stdout);
+        const int fd = ::dup(STDOUT_FILENO);
+        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+        m_out = ::fdopen(fd, "w");
+    }
 
     QSocketNotifier* notifier = nullptr;
     QByteArray pending;
@@ -653,13 +655,26 @@ void Driver::enqueue(const QString& raw)
     if (t.isEmpty() || t.startsWith(u'#'))
         return;
     m_queue.push_back(line);
-    pump();
+    schedulePump();
 }
 
 void Driver::endOfInput()
 {
     m_eof = true;
-    pump();
+    schedulePump();
+}
+
+void Driver::schedulePump()
+{
+    // Commands run from the event loop, one per pass, so timers and posted events between
+    // commands behave as between a user's actions.
+    if (m_pumpScheduled)
+        return;
+    m_pumpScheduled = true;
+    QTimer::singleShot(0, this, [this] {
+        m_pumpScheduled = false;
+        pump();
+    });
 }
 
 void Driver::pump()
@@ -696,15 +711,7 @@ void Driver::pump()
         finish();
         return;
     }
-    // The next command runs from the event loop, so timers and posted events between
-    // commands behave as between a user's actions.
-    if (!m_pumpScheduled) {
-        m_pumpScheduled = true;
-        QTimer::singleShot(0, this, [this] {
-            m_pumpScheduled = false;
-            pump();
-        });
-    }
+    schedulePump();
 }
 
 void Driver::watch(quint64 id)
@@ -720,7 +727,7 @@ void Driver::watch(quint64 id)
             if (QThread::currentThread()->loopLevel() > f.loopLevel) {
                 f.answered = true;
                 answer(QStringLiteral("{\"ok\":true,\"value\":null}"));
-                pump();
+                schedulePump();
             } else {
                 watch(id);
             }

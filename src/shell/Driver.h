@@ -24,6 +24,10 @@ public:
     /// the program kept from ending the driver. Called by the constructor.
     static void setUpServices();
 
+    /// Sends the answers to @p out instead of standard output (tests); nothing is
+    /// redirected then.
+    void setOutput(FILE* out) { m_out = out; m_ownOutput = false; }
+
     /// Reads and runs every command inside Qt's event loop, until the end of the input or
     /// `quit`; returns the process's exit code. Standard output gets the answers only.
     int run();
@@ -35,6 +39,7 @@ private:
     void enqueue(const QString& line);
     void endOfInput();
     void pump();
+    void schedulePump();
     void watch(quint64 id);
     void answer(const QString& json);
     void finish();
@@ -56,6 +61,7 @@ private:
     bool m_quit = false;
     bool m_pumpScheduled = false;
     FILE* m_out = nullptr;
+    bool m_ownOutput = true;
     class Reader;
     Reader* m_reader = nullptr;
 };

@@ -6,6 +6,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QTemporaryFile>
+#include <cstdio>
 
 using shell::screens;
 
@@ -156,4 +158,51 @@ TEST_F(ShellFixture, DriverValueForms)
               438);
     EXPECT_EQ(run(QStringLiteral("get Form9.Visible"))[QStringLiteral("value")].toBool(), false);
     EXPECT_TRUE(run(QStringLiteral("show Form9"))[QStringLiteral("ok")].toBool()); // inert: nothing happens
+}
+
+// A command that opens a modal screen is answered once the screen waits; the next commands
+// work the modal screen, and the handler that opened it goes on when it closes.
+TEST_F(ShellFixture, DriverWorksModalScreens)
+{
+    standIn(QStringLiteral("Form2"), [](QWidget* owner) -> vb::Form* {
+        auto* f = new StandIn(owner, QStringLiteral("Form2"), nullptr);
+        auto* open = new vb::CommandButton(f, QStringLiteral("Cmd_Open"), QStringLiteral("Apri"));
+        auto* back = new vb::Label(f, QStringLiteral("Label1"));
+        open->Click = [back] {
+            screens().showModal(QStringLiteral("Form1"));
+            back->setCaption(QStringLiteral("back from ") +
+                             screens().control(QStringLiteral("Form3"), QStringLiteral("Txt_Note"))->vbProperty(QStringLiteral("Text")).toString());
+        };
+        return f;
+    });
+    standIn(QStringLiteral("Form1"), QStringList{QStringLiteral("T:Txt_Images")});
+    standIn(QStringLiteral("Form3"), QStringList{QStringLiteral("T:Txt_Note")});
+    QTemporaryFile script;
+    ASSERT_TRUE(script.open());
+    script.write("show Form2\n"
+                 "show Form3\n"
+                 "click Form2.Cmd_Open\n"
+                 "loaded Form1\n"
+                 "set Form3.Txt_Note.Text Form1\n"
+                 "unload Form1\n"
+                 "get Form2.Label1.Caption\n"
+                 "quit\n");
+    script.close();
+    FILE* out = std::tmpfile();
+    {
+        shell::Driver d(script.fileName());
+        d.setOutput(out);
+        EXPECT_EQ(d.run(), 0);
+    }
+    std::rewind(out);
+    QStringList lines;
+    char buf[4096];
+    while (std::fgets(buf, sizeof buf, out))
+        lines << QString::fromUtf8(buf).trimmed();
+    std::fclose(out);
+    EXPECT_EQ(lines, (QStringList{QStringLiteral("{\"ok\":true,\"value\":null}"), QStringLiteral("{\"ok\":true,\"value\":null}"),
+                                  QStringLiteral("{\"ok\":true,\"value\":null}"), QStringLiteral("{\"ok\":true,\"value\":true}"),
+                                  QStringLiteral("{\"ok\":true,\"value\":null}"), QStringLiteral("{\"ok\":true,\"value\":null}"),
+                                  QStringLiteral("{\"ok\":true,\"value\":\"back from Form1\"}"),
+                                  QStringLiteral("{\"ok\":true,\"value\":null}")}));
 }
