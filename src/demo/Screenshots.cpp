@@ -57,8 +57,9 @@ QStringList writeScreenshots(const QString& dir)
         written << QStringLiteral("frmMain");
 
     for (const QString& name : shell::ScreenRegistry::names()) {
+        // The documents (DataReportN) show only on a statement of a screen's print command.
         if (name == QLatin1String("frmMain") || name == QLatin1String("frmAbout") ||
-            !shell::ScreenRegistry::built(name))
+            name.startsWith(QLatin1String("DataReport")) || !shell::ScreenRegistry::built(name))
             continue;
         try {
             registry.unloadAllScreens();

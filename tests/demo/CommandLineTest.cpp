@@ -54,10 +54,12 @@ TEST(DemoCommandLine, ScreenshotsOfEveryScreenOnTheDemoPlantThenNoSecondDemo)
     EXPECT_EQ(made.exitCode, 0) << qPrintable(made.err);
     EXPECT_TRUE(made.err.contains(QStringLiteral("Impianto dimostrativo:"))) << qPrintable(made.err);
 
-    // The main screen, the about screen and every screen built so far, each a real PNG.
+    // The main screen, the about screen and every working screen built so far (the
+    // documents show only from a print command), each a real PNG.
     QStringList expected{QStringLiteral("frmMain"), QStringLiteral("frmAbout")};
     for (const QString& name : shell::ScreenRegistry::names())
-        if (shell::ScreenRegistry::built(name) && !expected.contains(name))
+        if (shell::ScreenRegistry::built(name) && !expected.contains(name) &&
+            !name.startsWith(QLatin1String("DataReport")))
             expected << name;
     for (const QString& name : expected) {
         QFile f(QDir(pictures.path()).filePath(name + QStringLiteral(".png")));
