@@ -372,9 +372,9 @@ private:
                 rs.Fields(QStringLiteral("Qualifica")) = text(o.qualifica);
                 rs.Fields(QStringLiteral("Data_Nascita")) = Variant::fromDate(born);
                 rs.Fields(QStringLiteral("Inizio_Rapp")) = Variant::fromDate(hired);
-                // A running employment holds the number 0, as the operators screen writes it.
-                rs.Fields(QStringLiteral("Fine_Rapp")) =
-                    gone ? Variant::fromDate(today.addDays(-rng.between(60, 400))) : Variant(0);
+                // A running employment has no end date (Null: "nothing", not ten characters).
+                if (gone)
+                    rs.Fields(QStringLiteral("Fine_Rapp")) = Variant::fromDate(today.addDays(-rng.between(60, 400)));
                 rs.Fields(QStringLiteral("Tipo")) = text(o.tipo);
             });
             if (!gone)
