@@ -1,0 +1,154 @@
+#include "reports/ReportRender.h"
+
+#include <QFile>
+#include <QFontDatabase>
+#include <QPageLayout>
+#include <QPagedPaintDevice>
+#include <QPainter>
+#include <QPdfWriter>
+#include <cmath>
+
+static void initFontResources()
+{
+    Q_INIT_RESOURCE(fonts);
+}
+
+namespace reports {
+
+QString reportFontFamily()
+{
+    static const QString family = [] {
+        initFontResources();
+        QString name;
+        for (const char* face : {"Regular", "Bold", "Italic", "BoldItalic"}) {
+            const int id = QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/LiberationSans-%1.ttf")
+                                                                 .arg(QLatin1String(face)));
+            const QStringList families = QFontDatabase::applicationFontFamilies(id);
+            if (name.isEmpty() && !families.isEmpty())
+                name = families.front();
+        }
+        return name.isEmpty() ? QStringLiteral("Liberation Sans") : name;
+    }();
+    return family;
+}
+
+QFont qtFont(const Font& font)
+{
+    QFont f(reportFontFamily());
+    f.setPixelSize(font.size);
+    f.setBold(font.bold);
+    // Unhinted outlines scale linearly: the widths measured are the widths printed.
+    f.setHintingPreference(QFont::PreferNoHinting);
+    f.setStyleStrategy(QFont::NoFontMerging);
+    return f;
+}
+
+QFontMetricsF& QtTextMeasurer::metrics(const Font& font)
+{
+    const int key = font.size * 2 + (font.bold ? 1 : 0);
+    auto it = m_metrics.find(key);
+    if (it == m_metrics.end())
+        it = m_metrics.insert(key, std::make_shared<QFontMetricsF>(qtFont(font)));
+    return **it;
+}
+
+int QtTextMeasurer::lineHeight(const Font& font)
+{
+    return static_cast<int>(std::ceil(metrics(font).lineSpacing()));
+}
+
+int QtTextMeasurer::width(const QString& text, const Font& font)
+{
+    return static_cast<int>(std::ceil(metrics(font).horizontalAdvance(text)));
+}
+
+namespace {
+
+QColor vbColour(std::int64_t c)
+{
+    return QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF));
+}
+
+Qt::Alignment qtAlign(Align a)
+{
+    switch (a) {
+    case Align::Right:
+        return Qt::AlignRight | Qt::AlignTop;
+    case Align::Centre:
+        return Qt::AlignHCenter | Qt::AlignTop;
+    default:
+        return Qt::AlignLeft | Qt::AlignTop;
+    }
+}
+
+void paintPage(QPainter& p, const Page& page, int number, int total, QHash<int, QFont>& fonts)
+{
+    QPen rule(Qt::black);
+    rule.setWidth(15); // about a quarter of a millimetre
+    for (const PlacedItem& it : page.items) {
+        switch (it.kind) {
+        case PlacedItem::Kind::Line:
+            p.setPen(rule);
+            p.drawLine(it.rect.topLeft(), it.rect.bottomRight());
+            break;
+        case PlacedItem::Kind::Box:
+            p.setPen(rule);
+            p.setBrush(Qt::NoBrush);
+            p.drawRect(QRect(it.rect.topLeft(), it.rect.bottomRight()));
+            break;
+        case PlacedItem::Kind::Text: {
+            if (it.backColor != NoColour)
+                p.fillRect(it.rect, vbColour(it.backColor));
+            const int key = it.font.size * 2 + (it.font.bold ? 1 : 0);
+            auto f = fonts.find(key);
+            if (f == fonts.end())
+                f = fonts.insert(key, qtFont(it.font));
+            p.setFont(*f);
+            p.setPen(vbColour(it.foreColor));
+            for (int i = 0; i < it.lines.size(); ++i) {
+                const QRect line(it.rect.left(), it.rect.top() + i * it.lineHeight, it.rect.width(), it.lineHeight);
+                p.drawText(line, qtAlign(it.align) | Qt::TextDontClip, printedLine(it, i, number, total));
+            }
+            break;
+        }
+        }
+    }
+}
+
+} // namespace
+
+bool render(QPagedPaintDevice& device, const Document& doc)
+{
+    QPainter p;
+    if (!p.begin(&device))
+        return false;
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setRenderHint(QPainter::TextAntialiasing);
+    const double sx = device.logicalDpiX() / 1440.0;
+    const double sy = device.logicalDpiY() / 1440.0;
+    QHash<int, QFont> fonts;
+    const int total = static_cast<int>(doc.pages.size());
+    for (int i = 0; i < total; ++i) {
+        if (i > 0 && !device.newPage())
+            return false;
+        p.save();
+        p.scale(sx, sy);
+        paintPage(p, doc.pages[i], i + 1, total, fonts);
+        p.restore();
+    }
+    return p.end();
+}
+
+bool writePdf(const Document& doc, const QString& path, const QString& title)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    QPdfWriter pdf(&file);
+    pdf.setCreator(QStringLiteral("Velmora"));
+    pdf.setTitle(title);
+    pdf.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
+    return render(pdf, doc);
+}
+
+} // namespace reports
