@@ -37,7 +37,7 @@ QStringList guide(const QStringList& heading)
 {
     QStringList lines{QStringLiteral("DATA ") + ShortDate(Clock::today()), QString()};
     lines += heading;
-    lines += {guideParagraph(), QString(), QString(), QString(31, QChar(0x00B0)),
+    lines += {guideParagraph(), QString(), QString(), vb::DegreeRule(),
               QStringLiteral("Per Ulteriori Anomalie scrivete una Email a ") + SupportAddress()};
     return lines;
 }

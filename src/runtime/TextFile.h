@@ -13,6 +13,13 @@
 
 namespace vb {
 
+/// The rule of degree signs that closes the guides and the transfer text.
+inline QString DegreeRule()
+{
+    return QStringLiteral("°°°°°°°°°°°°°°°°°°°°°°°°°°°°°°°");
+}
+
+
 class TextFile
 {
 public:

@@ -59,7 +59,7 @@ void Form20::Cmd_Pass_Click()
 
 QStringList Form20::TransferProcedureLines()
 {
-    const QString rule(31, QChar(0x00B0));
+    const QString rule = vb::DegreeRule();
     return {
         QStringLiteral("DATA ") + vb::ShortDate(vb::Clock::today()),
         QString(),

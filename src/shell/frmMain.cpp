@@ -407,7 +407,7 @@ void frmMain::Hide_Open_Reports()
 
 void frmMain::Lbl_Procedure_Click()
 {
-    const QString line = QString(31, QChar(0x00B0));
+    const QString line = vb::DegreeRule();
     try {
         vb::TextFile f(vb::AppFile(QStringLiteral("PROCEDURA.txt")));
         f.print(QStringLiteral("DATA ") + vb::ShortDate(vb::Clock::today()));
