@@ -174,6 +174,10 @@ public:
     static void Reload();
 
 private:
+    // The chart's procedures move the register's progress group.
+    friend void Update_Planned_Row(Form7& form);
+    friend void Clear_Planned_Tokens(Form7& form);
+
     void buildControls();
     void connectEvents();
     /// Makes sure the machine number has its row in the plan; the statements run under

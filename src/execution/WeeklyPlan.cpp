@@ -1,14 +1,135 @@
 #include "execution/WeeklyPlan.h"
 
 #include "execution/Form7.h"
+#include "runtime/Trap.h"
+#include "runtime/VBError.h"
+#include "runtime/VBFunctions.h"
+#include "runtime/widgets/Controls.h"
+#include "store/DataStore.h"
 
 namespace execution {
 
-// The token writing of the chart comes with the weekly plan's own work. Until then a
-// save leaves the machine's row as it was made (keys and names, empty weeks).
+using vb::Trap;
+using vb::Variant;
 
-void Update_Planned_Row(Form7&) {}
+namespace {
 
-void Clear_Planned_Tokens(Form7&) {}
+constexpr int FirstWeekColumn = 6;
+constexpr int LastWeekColumn = 150;
+
+QString plannedRowStatement(const QString& table, Form7& form)
+{
+    return QStringLiteral("Select * from ") + table + QStringLiteral(" where ID_MODELLO =") +
+           key16(form.ID_MOD->Text()) + QStringLiteral(" AND ID_NUM=") + key16(form.ID_NUM->Text());
+}
+
+/// The token of a type: its first three characters (the whole name when shorter).
+QString token(const QString& typeName)
+{
+    return typeName.left(3);
+}
+
+/// These types are handled as not to be inserted; the chart has no other list of them.
+bool neverOnChart(const QString& t)
+{
+    return t == QLatin1String("Set") || t == QLatin1String("Ann") || t == QLatin1String("Bie") ||
+           t == QLatin1String("Tri");
+}
+
+void finishProgress(Form7& form)
+{
+    form.Lbl_ProgressBar->setVisible(false);
+    form.Shape1->setVisible(false);
+    form.Label1->setVisible(true);
+}
+
+} // namespace
+
+void Update_Planned_Row(Form7& form)
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] {
+        const QDate ultima = vb::dateFromSerial(form.DTPicker1->Value().toDate().serial);
+        form.Txt_Week->setText(QString::number(vb::WeekOfYear(ultima)));
+    });
+    store::Recordset rs;
+    trap.step([&] { rs.Open(plannedRowStatement(QStringLiteral("Tbl_Planned"), form)); });
+
+    int x = 0;
+    trap.step([&] { x = int(vb::Val(form.Txt_Week->Text())) + 5; });
+    while (x > 0 && x <= LastWeekColumn) {
+        trap.step([&] { form.Txt_Db->setText(rs.Fields(x).Value()); });
+        store::Recordset fresh;
+        trap.step([&] { fresh.Open(plannedRowStatement(QStringLiteral("Tbl_Planned"), form)); });
+        const QString t = token(form.DataCombo4->Text());
+        // A substring test: the token found anywhere in the cell counts as there.
+        form.TXT->setText(form.Txt_Db->Text().contains(t) ? QStringLiteral("ESISTE") : QStringLiteral("MANCA"));
+        if (neverOnChart(t))
+            form.TXT->setText(QStringLiteral("NON INSERIRE"));
+        if (form.TXT->Text() == QLatin1String("MANCA")) {
+            const QString cell = form.Txt_Db->Text();
+            trap.step([&] { fresh.Fields(x) = cell.isEmpty() ? t : cell + QStringLiteral("/") + t; });
+            trap.step([&] { fresh.UpdateBatch(); });
+        }
+        form.Txt_Db->setText(QString());
+        // The frequency and then the loop's own step: two tokens of a type lie
+        // Frequenza_Sett + 1 weeks apart (W, W+5, W+10 for four weeks). Kept exactly so.
+        int step = 0;
+        trap.step([&] { step = int(vb::Val(form.txtFrequenza->Text())); });
+        x += step + 1;
+        if (!form.Shape1->isHidden()) {
+            if (form.ProgressBar1->Value() == 100)
+                finishProgress(form);
+            else
+                form.raiseProgress(trap, 1.7, QStringLiteral("Final Procedure..."));
+        }
+    }
+}
+
+void Clear_Planned_Tokens(Form7& form)
+{
+    Trap trap = Trap::ignoreAll();
+    // The scratch copy is made anew at each edit; its drop fails harmlessly on a first run.
+    trap.step([&] { store::DataStore::instance().Execute(QStringLiteral("Drop Table Tbl_Planned_2")); });
+    trap.step([&] {
+        store::DataStore::instance().Execute(QStringLiteral("SELECT Tbl_Planned.* INTO Tbl_Planned_2 FROM Tbl_Planned;"));
+    });
+    for (int x = FirstWeekColumn; x <= LastWeekColumn; ++x) {
+        QString c;
+        {
+            store::Recordset copy;
+            trap.step([&] { copy.Open(plannedRowStatement(QStringLiteral("Tbl_Planned_2"), form)); });
+            trap.step([&] { c = copy.Fields(x).Value().toString(); });
+        }
+        store::Recordset rs;
+        trap.step([&] { rs.Open(plannedRowStatement(QStringLiteral("Tbl_Planned"), form)); });
+        const QString o = token(form.Txt_Man_Tip->Text());
+        const QString n = token(form.DataCombo4->Text());
+        // This order leaves no stray "/" whether the token stood first, last or between;
+        // bare substrings go, so the same three letters elsewhere in the cell go too.
+        if (!o.isEmpty()) {
+            c.replace(QStringLiteral("/") + o, QString());
+            c.replace(o + QStringLiteral("/"), QString());
+            c.replace(o, QString());
+        }
+        if (!n.isEmpty()) {
+            c.replace(QStringLiteral("/") + n, QString());
+            c.replace(n + QStringLiteral("/"), QString());
+            c.replace(n, QString());
+        }
+        trap.step([&] { rs.Fields(x) = c; });
+        trap.step([&] { rs.UpdateBatch(); });
+
+        if (form.ProgressBar1->Value() == 100) {
+            finishProgress(form);
+        } else {
+            const QString text = x <= 15   ? QStringLiteral("Start Procedure ...")
+                                 : x <= 35 ? QStringLiteral("Eliminazione dati obsoletei in corso... ")
+                                 : x < 70  ? QStringLiteral("Rielabora Planned in corso... ")
+                                           : QStringLiteral("Creazione Nuovo Planned in corso... ");
+            form.raiseProgress(trap, 0.5, text);
+        }
+    }
+}
 
 } // namespace execution
