@@ -1,4 +1,5 @@
 #include "execution/Form7.h"
+#include "execution/WeeklyPlan.h"
 
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
@@ -223,6 +224,7 @@ void Form7::connectEvents()
     Cmd_Delete->Click = [this] { Cmd_Delete_Click(); };
     Cmd_Vis_All->Click = [this] { Cmd_Vis_All_Click(); };
     Cmd_Info->Click = [this] { Cmd_Info_Click(); };
+    Cmd_Print_Week->Click = [] { Print_Week(); };
     Cmd_Vis_Procedura->Click = [this] { Cmd_Vis_Procedura_Click(); };
     DataGrid2->Click = [this] { DataGrid2_Click(); };
     MouseMove = [this] { Form_MouseMove(); };

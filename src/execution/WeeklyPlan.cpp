@@ -1,6 +1,9 @@
 #include "execution/WeeklyPlan.h"
 
 #include "execution/Form7.h"
+#include "reports/ReportViewer.h"
+#include "runtime/Clock.h"
+#include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
@@ -129,6 +132,25 @@ void Clear_Planned_Tokens(Form7& form)
                                            : QStringLiteral("Creazione Nuovo Planned in corso... ");
             form.raiseProgress(trap, 0.5, text);
         }
+    }
+}
+
+void Print_Week()
+{
+    const int w = vb::WeekOfYear(vb::Clock::today());
+    const QString before = QString::number(w - 1), week = QString::number(w), after = QString::number(w + 1);
+    const QString statement =
+        QStringLiteral("SELECT Tbl_Planned.Macchina, Tbl_Planned.Modello, Tbl_Planned.Numerazione, Tbl_Planned.[") +
+        before + QStringLiteral("] AS Week_meno, Tbl_Planned.[") + week + QStringLiteral("] AS Week, Tbl_Planned.[") +
+        after + QStringLiteral("] AS Week_Piu From Tbl_Planned Where (((Tbl_Planned.[") + before +
+        QStringLiteral("]) <> '') Or ((Tbl_Planned.[") + week + QStringLiteral("]) <> '') Or ((Tbl_Planned.[") + after +
+        QStringLiteral("]) <> '')) ORDER BY Tbl_Planned.Modello, Val(Numerazione);");
+    try {
+        reports::ShowOptions options;
+        options.placement = reports::Placement::ScreenCentred;
+        reports::ShowReport(QStringLiteral("DataReport12"), statement, options);
+    } catch (const vb::VBError& e) {
+        vb::MsgBox(e.description());
     }
 }
 

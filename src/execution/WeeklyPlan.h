@@ -17,4 +17,10 @@ void Update_Planned_Row(Form7& form);
 /// Update_Planned_Row writes the new positions.
 void Clear_Planned_Tokens(Form7& form);
 
+/// Cmd_Print_Week: the weeks before, of and after today's week on DataReport12, nine
+/// tenths of the screen and centred. There is no wrap at New Year: in week 1 the
+/// statement names column [0], which does not exist, and the box shows the error's
+/// description.
+void Print_Week();
+
 } // namespace execution

@@ -3,6 +3,8 @@
 #include "Form7Fixture.h"
 
 #include "execution/WeeklyPlan.h"
+#include "reports/ReportViewer.h"
+#include "runtime/Clock.h"
 #include "runtime/VBFunctions.h"
 
 using execution::Form7;
@@ -111,4 +113,23 @@ TEST_F(WeeklyPlan, AnEditTakesOutTheOldAndNewTokensWithoutStraySlashes)
     EXPECT_EQ(c[14], "Qua");
     // The scratch copy is rebuilt from the chart at each edit.
     EXPECT_EQ(rows("SELECT * FROM Tbl_Planned_2").size(), 1u);
+}
+
+TEST_F(WeeklyPlan, WeekPrintListsTheThreeWeeksAndFailsInWeekOne)
+{
+    Form7* f = prepare(QDate(2026, 11, 11), "Mensile", 4);
+    execution::Update_Planned_Row(*f);
+    f->Cmd_Print_Week->click();
+    EXPECT_TRUE(reports::IsReportVisible("DataReport12"));
+    EXPECT_TRUE(boxes().empty());
+    reports::UnloadReport("DataReport12");
+
+    // No wrap at New Year: week 1 names column [0], which does not exist; the plain box
+    // shows the error's description and no report opens.
+    vb::Clock::freeze(QDateTime(QDate(2027, 1, 1), QTime(8, 0)));
+    f->Cmd_Print_Week->click();
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_FALSE(shown[0].prompt.isEmpty());
+    EXPECT_FALSE(reports::IsReportVisible("DataReport12"));
 }
