@@ -225,6 +225,7 @@ void Form7::connectEvents()
     Cmd_Vis_All->Click = [this] { Cmd_Vis_All_Click(); };
     Cmd_Info->Click = [this] { Cmd_Info_Click(); };
     Cmd_Print_Week->Click = [] { Print_Week(); };
+    Print_Plan->Click = [] { execution::Print_Plan(); };
     Cmd_Vis_Procedura->Click = [this] { Cmd_Vis_Procedura_Click(); };
     DataGrid2->Click = [this] { DataGrid2_Click(); };
     MouseMove = [this] { Form_MouseMove(); };

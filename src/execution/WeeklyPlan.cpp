@@ -2,6 +2,7 @@
 
 #include "execution/Form7.h"
 #include "reports/ReportViewer.h"
+#include "runtime/AppPath.h"
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
@@ -152,6 +153,42 @@ void Print_Week()
     } catch (const vb::VBError& e) {
         vb::MsgBox(e.description());
     }
+}
+
+void Print_Plan()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { store::DataStore::report().Execute(QStringLiteral("Drop TABLE Tbl_Planned")); });
+    const QString path = vb::AppFile(QStringLiteral("RPT_Velmora.sqlite"));
+    trap.step([&] {
+        store::DataStore::instance().Execute(QStringLiteral("SELECT * INTO Tbl_Planned IN ") + QLatin1Char('"') + path +
+                                             QLatin1Char('"') + QStringLiteral("FROM Tbl_Planned"));
+    });
+    if (path.isEmpty() || trap.ended())
+        return;
+    // Read back from the report store, as the chart's print always was.
+    trap.step([&] {
+        auto rs = store::DataStore::report().Query(
+            QStringLiteral("SELECT * FROM Tbl_Planned ORDER BY Modello, Val(Numerazione)"));
+        reports::ReportData data;
+        data.columns = {QStringLiteral("Macchina"), QStringLiteral("Modello"), QStringLiteral("Numerazione"),
+                        QStringLiteral("Settimane")};
+        for (; !rs->Eof(); rs->MoveNext()) {
+            QStringList weeks;
+            for (int x = FirstWeekColumn; x <= LastWeekColumn; ++x) {
+                const QString cell = rs->Fields(x).Value().displayText();
+                if (!cell.isEmpty())
+                    weeks << QString::number(x - 5) + QStringLiteral(": ") + cell;
+            }
+            data.rows.push_back({{rs->Fields(QStringLiteral("Macchina")).Value(),
+                                  rs->Fields(QStringLiteral("Modello")).Value(),
+                                  rs->Fields(QStringLiteral("Numerazione")).Value(), Variant(weeks.join(QStringLiteral("  ")))},
+                                 {}});
+        }
+        reports::ShowOptions options;
+        options.placement = reports::Placement::ScreenCentred;
+        reports::ShowReport(QStringLiteral("Rpt_Planned"), std::move(data), options);
+    });
 }
 
 } // namespace execution

@@ -23,4 +23,8 @@ void Clear_Planned_Tokens(Form7& form);
 /// description.
 void Print_Week();
 
+/// Print_Plan: the chart copied into the report store (RPT_Velmora.sqlite) and printed
+/// whole from there on Rpt_Planned.
+void Print_Plan();
+
 } // namespace execution

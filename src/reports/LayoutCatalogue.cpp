@@ -17,6 +17,8 @@ constexpr int LayoutCount = sizeof(Factories) / sizeof(Factories[0]);
 
 std::optional<ReportLayout> MakeLayout(const QString& name)
 {
+    if (name.compare(QLatin1String("Rpt_Planned"), Qt::CaseInsensitive) == 0)
+        return layouts::Rpt_Planned();
     const QString prefix = QStringLiteral("DataReport");
     if (!name.startsWith(prefix, Qt::CaseInsensitive))
         return std::nullopt;

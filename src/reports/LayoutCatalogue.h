@@ -9,8 +9,8 @@
 
 namespace reports {
 
-/// A fresh copy of the named design ("DataReport7", case-insensitive); nullopt when the
-/// program has no such document.
+/// A fresh copy of the named design ("DataReport7", case-insensitive; also the chart's
+/// "Rpt_Planned"); nullopt when the program has no such document.
 std::optional<ReportLayout> MakeLayout(const QString& name);
 /// "DataReport1" to "DataReport21".
 QStringList LayoutNames();
@@ -40,6 +40,8 @@ ReportLayout DataReport18();
 ReportLayout DataReport19();
 ReportLayout DataReport20();
 ReportLayout DataReport21();
+/// The whole wall chart: one line per machine number, its weeks with their tokens.
+ReportLayout Rpt_Planned();
 } // namespace layouts
 
 } // namespace reports

@@ -133,3 +133,20 @@ TEST_F(WeeklyPlan, WeekPrintListsTheThreeWeeksAndFailsInWeekOne)
     EXPECT_FALSE(shown[0].prompt.isEmpty());
     EXPECT_FALSE(reports::IsReportVisible("DataReport12"));
 }
+
+TEST_F(WeeklyPlan, WholeChartGoesThroughTheReportStore)
+{
+    Form7* f = prepare(QDate(2026, 11, 11), "Mensile", 4);
+    execution::Update_Planned_Row(*f);
+    f->Print_Plan->click();
+    f->Print_Plan->click(); // the copy in the report store is dropped and made again
+    auto rs = store::DataStore::report().Query("SELECT Count(*) AS N FROM Tbl_Planned");
+    EXPECT_EQ(rs->Fields("N").Value().toLong(), 1);
+    const auto pages = reports::LaidOutPages("Rpt_Planned");
+    ASSERT_TRUE(pages && !pages->pages.empty());
+    bool found = false;
+    for (const auto& t : pages->pages[0])
+        found = found || t.text.contains("46: Men");
+    EXPECT_TRUE(found);
+    reports::UnloadReport("Rpt_Planned");
+}
