@@ -226,6 +226,11 @@ void Form7::connectEvents()
     Cmd_Info->Click = [this] { Cmd_Info_Click(); };
     Cmd_Print_Week->Click = [] { Print_Week(); };
     Print_Plan->Click = [] { execution::Print_Plan(); };
+    // The search screen keeps its own place (centred by its load), beside the register.
+    Cmd_Search->Click = [] {
+        if (vb::Form* search = shell::ScreenRegistry::instance().form(QStringLiteral("Form8")))
+            search->show();
+    };
     Cmd_Vis_Procedura->Click = [this] { Cmd_Vis_Procedura_Click(); };
     DataGrid2->Click = [this] { DataGrid2_Click(); };
     MouseMove = [this] { Form_MouseMove(); };

@@ -1,0 +1,43 @@
+// The register's search screen narrowing Form7's list while the user types.
+#include "Form7Fixture.h"
+
+#include "execution/Form8.h"
+#include "shell/ScreenRegistry.h"
+
+using execution::Form7;
+using execution::Form8;
+
+using Search = Form7Fixture;
+
+TEST_F(Search, FieldsNarrowTheRegisterWhileTyping)
+{
+    addMaintenance(1, 2, today().addDays(-20), today().addDays(8));
+    addMaintenance(2, 2, today().addDays(-40), today().addDays(-12));
+    addMaintenance(3, 3, today().addDays(-40), today().addDays(30));
+    Form7* f = form7();
+    f->Cmd_Search->click();
+    auto* s = shell::ScreenRegistry::instance().formAs<Form8>("Form8");
+    ASSERT_TRUE(s);
+    EXPECT_EQ(s->windowTitle(), "CERCA MANUTENZIONE");
+
+    // A fragment of the machine's name, in any case; the count line has no colon here.
+    s->Text1->typeText("pre");
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 2);
+    EXPECT_EQ(f->Label1->Caption(), "Conteggio Manutenzioni 2");
+    EXPECT_EQ(f->DataGrid1->Columns(2).Caption(), "MACCHINA");
+    EXPECT_EQ(f->DataGrid1->Columns(1).Width(), 0);
+    EXPECT_EQ(f->DataGrid1->Columns(10).Caption(), "PROSSIMA");
+    s->Text1->typeText("zzz");
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 0);
+    // Leaving a field empties it.
+    s->Text1->focusOut();
+    EXPECT_EQ(s->Text1->Text(), "");
+
+    // The number matches whole and takes digits only; empty leaves the list as it was.
+    s->Text3->typeText("a1");
+    EXPECT_EQ(s->Text3->Text(), "1");
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 1) << "unit 10 does not match 1";
+    EXPECT_EQ(f->Label1->Caption(), "Conteggio Manutenzioni 1");
+    s->Text3->keyPress(8);
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 1);
+}
