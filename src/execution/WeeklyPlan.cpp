@@ -11,6 +11,8 @@
 #include "runtime/widgets/Controls.h"
 #include "store/DataStore.h"
 
+#include <QFileInfo>
+
 namespace execution {
 
 using vb::Trap;
@@ -21,10 +23,24 @@ namespace {
 constexpr int FirstWeekColumn = 6;
 constexpr int LastWeekColumn = 150;
 
-QString plannedRowStatement(const QString& table, Form7& form)
+/// The machine's row of the chart, and of its scratch copy.
+QString plannedRow(Form7& form)
 {
-    return QStringLiteral("Select * from ") + table + QStringLiteral(" where ID_MODELLO =") +
-           key16(form.ID_MOD->Text()) + QStringLiteral(" AND ID_NUM=") + key16(form.ID_NUM->Text());
+    return QStringLiteral("Select * from Tbl_Planned where ID_MODELLO =") + key16(form.ID_MOD->Text()) +
+           QStringLiteral(" AND ID_NUM=") + key16(form.ID_NUM->Text());
+}
+
+QString plannedCopyRow(Form7& form)
+{
+    return QStringLiteral("Select * from Tbl_Planned_2 where ID_MODELLO =") + key16(form.ID_MOD->Text()) +
+           QStringLiteral(" AND ID_NUM=") + key16(form.ID_NUM->Text());
+}
+
+/// InStr's test as the cell check makes it: nothing is found in an empty cell, and an
+/// empty token is found in any other.
+bool occursIn(const QString& cell, const QString& t)
+{
+    return !cell.isEmpty() && cell.contains(t);
 }
 
 /// The token of a type: its first three characters (the whole name when shorter).
@@ -57,17 +73,17 @@ void Update_Planned_Row(Form7& form)
         form.Txt_Week->setText(QString::number(vb::WeekOfYear(ultima)));
     });
     store::Recordset rs;
-    trap.step([&] { rs.Open(plannedRowStatement(QStringLiteral("Tbl_Planned"), form)); });
+    trap.step([&] { rs.Open(plannedRow(form)); });
 
     int x = 0;
     trap.step([&] { x = int(vb::Val(form.Txt_Week->Text())) + 5; });
     while (x > 0 && x <= LastWeekColumn) {
         trap.step([&] { form.Txt_Db->setText(rs.Fields(x).Value()); });
         store::Recordset fresh;
-        trap.step([&] { fresh.Open(plannedRowStatement(QStringLiteral("Tbl_Planned"), form)); });
+        trap.step([&] { fresh.Open(plannedRow(form)); });
         const QString t = token(form.DataCombo4->Text());
         // A substring test: the token found anywhere in the cell counts as there.
-        form.TXT->setText(form.Txt_Db->Text().contains(t) ? QStringLiteral("ESISTE") : QStringLiteral("MANCA"));
+        form.TXT->setText(occursIn(form.Txt_Db->Text(), t) ? QStringLiteral("ESISTE") : QStringLiteral("MANCA"));
         if (neverOnChart(t))
             form.TXT->setText(QStringLiteral("NON INSERIRE"));
         if (form.TXT->Text() == QLatin1String("MANCA")) {
@@ -79,7 +95,10 @@ void Update_Planned_Row(Form7& form)
         // The frequency and then the loop's own step: two tokens of a type lie
         // Frequenza_Sett + 1 weeks apart (W, W+5, W+10 for four weeks). Kept exactly so.
         int step = 0;
-        trap.step([&] { step = int(vb::Val(form.txtFrequenza->Text())); });
+        trap.step([&] { step = vb::Variant(form.txtFrequenza->Text()).toInteger(); });
+        // A frequency below zero would never reach the chart's end: the row ends there.
+        if (step < 0)
+            break;
         x += step + 1;
         if (!form.Shape1->isHidden()) {
             if (form.ProgressBar1->Value() == 100)
@@ -102,24 +121,21 @@ void Clear_Planned_Tokens(Form7& form)
         QString c;
         {
             store::Recordset copy;
-            trap.step([&] { copy.Open(plannedRowStatement(QStringLiteral("Tbl_Planned_2"), form)); });
+            trap.step([&] { copy.Open(plannedCopyRow(form)); });
             trap.step([&] { c = copy.Fields(x).Value().toString(); });
         }
         store::Recordset rs;
-        trap.step([&] { rs.Open(plannedRowStatement(QStringLiteral("Tbl_Planned"), form)); });
+        trap.step([&] { rs.Open(plannedRow(form)); });
         const QString o = token(form.Txt_Man_Tip->Text());
         const QString n = token(form.DataCombo4->Text());
         // This order leaves no stray "/" whether the token stood first, last or between;
         // bare substrings go, so the same three letters elsewhere in the cell go too.
-        if (!o.isEmpty()) {
-            c.replace(QStringLiteral("/") + o, QString());
-            c.replace(o + QStringLiteral("/"), QString());
-            c.replace(o, QString());
-        }
-        if (!n.isEmpty()) {
-            c.replace(QStringLiteral("/") + n, QString());
-            c.replace(n + QStringLiteral("/"), QString());
-            c.replace(n, QString());
+        // With no type name "/" + O is a bare "/", and every "/" of the cell goes.
+        for (const QString& t : {o, n}) {
+            c.replace(QStringLiteral("/") + t, QString());
+            c.replace(t + QStringLiteral("/"), QString());
+            if (!t.isEmpty())
+                c.replace(t, QString());
         }
         trap.step([&] { rs.Fields(x) = c; });
         trap.step([&] { rs.UpdateBatch(); });
@@ -157,37 +173,27 @@ void Print_Week()
 
 void Print_Plan()
 {
+    // The report store lies beside the main one; without it nothing is copied or shown.
+    const QString path = vb::AppFile(QStringLiteral("RPT_Velmora.sqlite"));
+    if (path.isEmpty() || !QFileInfo::exists(path))
+        return;
     Trap trap = Trap::ignoreAll();
     trap.step([&] { store::DataStore::report().Execute(QStringLiteral("Drop TABLE Tbl_Planned")); });
-    const QString path = vb::AppFile(QStringLiteral("RPT_Velmora.sqlite"));
+    bool copied = false;
     trap.step([&] {
         store::DataStore::instance().Execute(QStringLiteral("SELECT * INTO Tbl_Planned IN ") + QLatin1Char('"') + path +
                                              QLatin1Char('"') + QStringLiteral("FROM Tbl_Planned"));
+        copied = true;
     });
-    if (path.isEmpty() || trap.ended())
+    if (!copied)
         return;
-    // Read back from the report store, as the chart's print always was.
+    // The print reads the copy in the report store, as the chart's print always did.
     trap.step([&] {
         auto rs = store::DataStore::report().Query(
-            QStringLiteral("SELECT * FROM Tbl_Planned ORDER BY Modello, Val(Numerazione)"));
-        reports::ReportData data;
-        data.columns = {QStringLiteral("Macchina"), QStringLiteral("Modello"), QStringLiteral("Numerazione"),
-                        QStringLiteral("Settimane")};
-        for (; !rs->Eof(); rs->MoveNext()) {
-            QStringList weeks;
-            for (int x = FirstWeekColumn; x <= LastWeekColumn; ++x) {
-                const QString cell = rs->Fields(x).Value().displayText();
-                if (!cell.isEmpty())
-                    weeks << QString::number(x - 5) + QStringLiteral(": ") + cell;
-            }
-            data.rows.push_back({{rs->Fields(QStringLiteral("Macchina")).Value(),
-                                  rs->Fields(QStringLiteral("Modello")).Value(),
-                                  rs->Fields(QStringLiteral("Numerazione")).Value(), Variant(weeks.join(QStringLiteral("  ")))},
-                                 {}});
-        }
+            QStringLiteral("SELECT * FROM Tbl_Planned ORDER BY Macchina, Modello, Val(Numerazione)"));
         reports::ShowOptions options;
         options.placement = reports::Placement::ScreenCentred;
-        reports::ShowReport(QStringLiteral("Rpt_Planned"), std::move(data), options);
+        reports::ShowReport(QStringLiteral("Rpt_Planned"), reports::ReportData::fromRecordset(*rs, false), options);
     });
 }
 

@@ -24,7 +24,8 @@ void Clear_Planned_Tokens(Form7& form);
 void Print_Week();
 
 /// Print_Plan: the chart copied into the report store (RPT_Velmora.sqlite) and printed
-/// whole from there on Rpt_Planned.
+/// whole from there on Rpt_Planned, in slices of weeks on landscape pages. Without the
+/// report store, or when the copy fails, nothing is shown.
 void Print_Plan();
 
 } // namespace execution

@@ -128,11 +128,21 @@ Builder& Builder::pageFooter(bool byLine, bool pageText, int pageTextLeft)
     return *this;
 }
 
+Builder& Builder::landscape()
+{
+    m_landscape = true;
+    return *this;
+}
+
 ReportLayout Builder::build() const
 {
     ReportLayout layout;
     layout.name = m_name;
     layout.title = m_title;
+    if (m_landscape) {
+        std::swap(layout.pageWidth, layout.pageHeight);
+        layout.reportWidth = layout.pageWidth - layout.leftMargin - layout.rightMargin;
+    }
     const int full = layout.reportWidth;
 
     std::vector<std::pair<Section, BandSpec>> bands = m_bands;

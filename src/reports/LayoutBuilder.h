@@ -83,6 +83,8 @@ public:
     Builder& groupValues(std::int64_t colour);
     /// The page footer: "by Velmora" left (unless `byLine` is false) and the page text.
     Builder& pageFooter(bool byLine, bool pageText, int pageTextLeft = 8504);
+    /// An A4 page turned on its side, the design's width following it (the whole chart).
+    Builder& landscape();
     ReportLayout build() const;
 
 private:
@@ -91,6 +93,7 @@ private:
     std::int64_t m_groupColour = 0;
     bool m_byLine = true, m_pageText = true;
     int m_pageTextLeft = 8504;
+    bool m_landscape = false;
 };
 
 } // namespace reports::design

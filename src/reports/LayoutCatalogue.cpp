@@ -1,5 +1,7 @@
 #include "reports/LayoutCatalogue.h"
 
+#include "reports/ChartPrint.h"
+
 namespace reports {
 
 namespace {
@@ -18,7 +20,7 @@ constexpr int LayoutCount = sizeof(Factories) / sizeof(Factories[0]);
 std::optional<ReportLayout> MakeLayout(const QString& name)
 {
     if (name.compare(QLatin1String("Rpt_Planned"), Qt::CaseInsensitive) == 0)
-        return layouts::Rpt_Planned();
+        return ChartLayout();
     const QString prefix = QStringLiteral("DataReport");
     if (!name.startsWith(prefix, Qt::CaseInsensitive))
         return std::nullopt;

@@ -40,8 +40,6 @@ ReportLayout DataReport18();
 ReportLayout DataReport19();
 ReportLayout DataReport20();
 ReportLayout DataReport21();
-/// The whole wall chart: one line per machine number, its weeks with their tokens.
-ReportLayout Rpt_Planned();
 } // namespace layouts
 
 } // namespace reports

@@ -86,20 +86,6 @@ ReportLayout DataReport12()
         .build();
 }
 
-ReportLayout Rpt_Planned()
-{
-    // The print of the whole chart: its 145 weeks cannot stand side by side, so each
-    // machine number carries its weeks that hold tokens, as "week: tokens".
-    return Builder("Rpt_Planned", "PLAN MAINTENANCE")
-        .band(S::ReportHeader, {{L("PLANNED MANUTENZIONI", 2835).centre(), L("", 7937).as("Label2")}})
-        .band(S::PageHeader,
-              BandSpec{{L("MACCHINA", 0), L("MODELLO", 2268), L("N°", 4536), L("SETTIMANE", 5103)}}.rules())
-        .band(S::Detail, BandSpec{{F("Macchina", 0).grow(), F("Modello", 2268).grow(), F("Numerazione", 4536),
-                                   F("Settimane", 5103).grow()}}
-                             .rules())
-        .build();
-}
-
 ReportLayout DataReport13()
 {
     auto card = [](const char* caption, const char* field) {

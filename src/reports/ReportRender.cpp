@@ -139,6 +139,12 @@ bool render(QPagedPaintDevice& device, const Document& doc)
     return p.end();
 }
 
+QPageLayout pageLayout(const Document& doc)
+{
+    const auto orientation = doc.pageWidth > doc.pageHeight ? QPageLayout::Landscape : QPageLayout::Portrait;
+    return QPageLayout(QPageSize(QPageSize::A4), orientation, QMarginsF(0, 0, 0, 0));
+}
+
 bool writePdf(const Document& doc, const QString& path, const QString& title)
 {
     QFile file(path);
@@ -147,7 +153,7 @@ bool writePdf(const Document& doc, const QString& path, const QString& title)
     QPdfWriter pdf(&file);
     pdf.setCreator(QStringLiteral("Velmora"));
     pdf.setTitle(title);
-    pdf.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
+    pdf.setPageLayout(pageLayout(doc));
     return render(pdf, doc);
 }
 

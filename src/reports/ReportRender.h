@@ -8,6 +8,7 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QHash>
+#include <QPageLayout>
 #include <memory>
 
 class QPagedPaintDevice;
@@ -37,6 +38,9 @@ private:
 /// caller's: the PDF and a full-page printer draw from the paper's corner). The painter
 /// is scaled by dpi / 1440 so that one unit is one twip. False when painting cannot start.
 bool render(QPagedPaintDevice& device, const Document& doc);
+
+/// A4 with no margins, on its side when the document's pages are wider than tall.
+QPageLayout pageLayout(const Document& doc);
 
 /// Writes the pages as an A4 PDF with no margins; false when the file cannot be written.
 bool writePdf(const Document& doc, const QString& path, const QString& title = {});

@@ -1,5 +1,6 @@
 #include "reports/ReportViewer.h"
 
+#include "reports/ChartPrint.h"
 #include "reports/LayoutCatalogue.h"
 #include "reports/ReportRender.h"
 #include "runtime/Clock.h"
@@ -37,7 +38,7 @@ public:
         setAttribute(Qt::WA_DeleteOnClose);
 
         m_printer.setFullPage(true);
-        m_printer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF()));
+        m_printer.setPageLayout(pageLayout(*doc));
         m_printer.setDocName(title);
 
         auto* bar = new QToolBar(this);
@@ -185,7 +186,9 @@ void ShowReport(const QString& name, ReportData data, const ShowOptions& options
     if (options.setup)
         options.setup(inst->layout);
     QtTextMeasurer measurer;
-    inst->doc = LayOut(inst->layout, data, measurer);
+    // The whole chart is laid out slice of weeks by slice, each on its own pages.
+    inst->doc = IsChartLayout(inst->layout) ? LayOutChart(inst->layout, data, measurer)
+                                            : LayOut(inst->layout, data, measurer);
 
     QWidget* owner = registry().host.owner ? registry().host.owner() : nullptr;
     auto* window = new PreviewWindow(inst->layout.name, inst->layout.title, &inst->doc, owner);

@@ -398,10 +398,17 @@ DataStore::DataStore(const QString& path, Kind kind)
     sqlite3_prepare_v2(m_db, "SELECT count(*) FROM sqlite_master", -1, &st, nullptr);
     const bool empty = sqlite3_step(st) == SQLITE_ROW && sqlite3_column_int(st, 0) == 0;
     sqlite3_finalize(st);
-    if (empty && kind == Kind::Main)
+    if (empty && kind == Kind::Main) {
         createSchema(m_db);
-    else if (empty)
+        // A new program folder gets its report store beside the main one, as the program
+        // always came with both files; the whole chart's print finds it there.
+        const QFileInfo main(path);
+        const QString report = main.absoluteDir().filePath(QLatin1String(ReportStoreFileName));
+        if (main.fileName() == QLatin1String(StoreFileName) && !QFileInfo::exists(report))
+            DataStore(report, Kind::Report);
+    } else if (empty) {
         createReportSchema(m_db);
+    }
 }
 
 DataStore::~DataStore()
