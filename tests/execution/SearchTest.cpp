@@ -41,3 +41,45 @@ TEST_F(Search, FieldsNarrowTheRegisterWhileTyping)
     s->Text3->keyPress(8);
     EXPECT_EQ(f->DataGrid1->RecordCount(), 1);
 }
+
+TEST_F(Search, TypeSearchAndAnEmptyFieldListTheWholeRegisterByMachine)
+{
+    addMaintenance(3, 2, today().addDays(-40), today().addDays(30));  // TORNIO Mensile
+    addMaintenance(1, 3, today().addDays(-20), today().addDays(8));   // PRESSA Bimestrale
+    addMaintenance(2, 2, today().addDays(-40), today().addDays(-12)); // PRESSA Mensile
+    Form7* f = form7();
+    f->Cmd_Search->click();
+    auto* s = shell::ScreenRegistry::instance().formAs<Form8>("Form8");
+    ASSERT_TRUE(s);
+
+    // Focus paints the field orange; the type search finds a fragment anywhere in the
+    // type's name, in any case, and lists by machine.
+    s->Text2->focusIn();
+    EXPECT_EQ(s->Text2->BackColor(), vb::RGB(255, 153, 0));
+    s->Text2->typeText("SIL");
+    ASSERT_EQ(f->DataGrid1->RecordCount(), 2);
+    EXPECT_EQ(f->DataGrid1->cellValue(0, 2).toString(), "PRESSA");
+    EXPECT_EQ(f->DataGrid1->cellValue(1, 2).toString(), "TORNIO");
+    EXPECT_EQ(f->Label1->Caption(), "Conteggio Manutenzioni 2");
+    s->Text2->focusOut();
+    EXPECT_EQ(s->Text2->BackColor(), vb::RGB(255, 255, 255));
+
+    // Deleting the machine fragment down to nothing lists the whole register, by machine.
+    s->Text1->typeText("t");
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 1);
+    s->Text1->keyPress(8);
+    ASSERT_EQ(s->Text1->Text(), "");
+    ASSERT_EQ(f->DataGrid1->RecordCount(), 3);
+    EXPECT_EQ(f->DataGrid1->cellValue(2, 2).toString(), "TORNIO");
+    // The search grid keeps the key, so a row change works on the results as on the list.
+    EXPECT_EQ(f->DataGrid1->Columns(0).Caption(), "ID");
+    EXPECT_FALSE(f->DataGrid1->Columns(0).Locked());
+    EXPECT_TRUE(f->DataGrid1->Columns(13).Locked());
+    EXPECT_EQ(f->DataGrid1->Columns(13).Width(), 0);
+
+    // The register's own refresh brings its normal list back, with its colon.
+    f->Cmd_Vis_All->click();
+    f = form7();
+    EXPECT_EQ(f->Label1->Caption(), "Conteggio Manutenzioni: 3");
+    EXPECT_EQ(f->DataGrid1->Columns(1).Caption(), "MACCHINA");
+}
