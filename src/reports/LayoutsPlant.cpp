@@ -72,7 +72,8 @@ ReportLayout DataReport12()
     // Label8, Label7 and Label9 get the week numbers before, of and after the week.
     return Builder("DataReport12", "PLAN MAINTENANCE")
         .band(S::ReportHeader,
-              {{L("MANUTENZIONI SETTIMANA N°", 2835).centre().as("Label5")}, {L("N° Settimane", 7938).centre()}})
+              {{L("MANUTENZIONI SETTIMANA N°", 2835).centre().as("Label5")},
+               {L("N° Settimane", 7938).centre().w(3402)}}) // over the three week columns
         .band(S::PageHeader,
               BandSpec{{L("MACCHINA", 0), L("MODELLO", 3402).right(), L("N°", 6804), L("WEEK1", 7938).centre().as("Label8"),
                         L("WEEK2", 9072).centre().as("Label7"), L("WEEK3", 10206).centre().as("Label9")},

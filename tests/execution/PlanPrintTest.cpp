@@ -90,6 +90,7 @@ TEST_F(PlanPrint, WeekPrintListsTheThreeWeeksAroundTodayByModelAndNumber)
     ASSERT_TRUE(r && r->pages.size() == 1);
     const QStringList t = texts(r->pages[0]);
     EXPECT_TRUE(t.contains("MANUTENZIONI SETTIMANA N° 47"));
+    EXPECT_TRUE(t.contains("N° Settimane")) << "the heading over the week columns prints whole";
     // The week labels before, of and after the week, over their columns.
     const auto before = find(r->pages[0], "46"), week = find(r->pages[0], "47"), after = find(r->pages[0], "48");
     EXPECT_LT(before.x, week.x);
