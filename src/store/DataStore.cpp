@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <cmath>
+#include <span>
 #include <sqlite3.h>
 
 namespace store {
@@ -452,9 +453,12 @@ std::unique_ptr<Recordset> DataStore::Command(const QString& name, const Variant
 
 namespace {
 
+/// A row of a recordset. Its values live in the recordset's one flat array of cells
+/// (columns.size() of them from `first`): a list of thousands of rows is read without
+/// an allocation per row.
 struct RowData
 {
-    std::vector<Variant> values;
+    size_t first = 0;
     std::vector<Variant> original; ///< as read, for rows found again by their values
     std::vector<bool> changed;
     sqlite3_int64 rowid = 0;
@@ -486,6 +490,7 @@ struct Recordset::Impl
     std::shared_ptr<TableInfo> table;
     int keyColumn = -1;         // result column holding the table's key
     std::vector<RowData> rows;
+    std::vector<Variant> cells; // the values of every row, row after row
     std::vector<int> view;      // rows visible under the filter, in order
     int pos = 0;                // index into view; view.size() is EOF, -1 BOF
     bool afterDelete = false;
@@ -502,6 +507,7 @@ struct Recordset::Impl
         table.reset();
         keyColumn = -1;
         rows.clear();
+        cells.clear();
         view.clear();
         pos = 0;
         afterDelete = false;
@@ -510,6 +516,11 @@ struct Recordset::Impl
     }
 
     int size() const { return int(view.size()); }
+    std::span<Variant> values(const RowData& row) { return {cells.data() + row.first, columns.size()}; }
+    std::span<const Variant> values(const RowData& row) const
+    {
+        return {cells.data() + row.first, columns.size()};
+    }
     bool eof() const { return pos >= size(); }
     bool bof() const { return pos < 0 || view.empty(); }
 
@@ -617,20 +628,21 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
     keyColumn = shape.keyColumn;
     const int n = int(columns.size());
 
+    const ColumnType* types = shape.readTypes.data();
+    const std::vector<bool>& isDate = shape.dates;
     int rc;
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
-        RowData row;
-        row.values.reserve(size_t(n));
+        RowData& row = rows.emplace_back();
+        row.first = cells.size();
         for (int i = 0; i < n; ++i)
-            row.values.push_back(readValue(stmt, i, shape.readTypes[size_t(i)], shape.dates[size_t(i)]));
+            cells.push_back(readValue(stmt, i, types[i], isDate[size_t(i)]));
         if (shape.rowidColumn >= 0) {
             row.rowid = sqlite3_column_int64(stmt, shape.rowidColumn);
             row.hasRowid = true;
-        } else if (keyColumn >= 0 && !row.values[size_t(keyColumn)].isNull()) {
-            row.rowid = row.values[size_t(keyColumn)].rawLong();
+        } else if (keyColumn >= 0 && !cells[row.first + size_t(keyColumn)].isNull()) {
+            row.rowid = cells[row.first + size_t(keyColumn)].rawLong();
             row.hasRowid = true;
         }
-        rows.push_back(std::move(row));
     }
     if (rc != SQLITE_DONE)
         throw errors::fromSqlite(db);
@@ -763,13 +775,14 @@ void Recordset::Impl::writeRow(RowData& row)
         throw VBError(3251, QStringLiteral("L'operazione richiesta non è supportata dall'oggetto o dal provider."));
     sqlite3* db = store->handle();
     const QString tableName = quoteName(table->name);
+    const std::span<Variant> rowValues = values(row);
     QStringList names;
     std::vector<Variant> values;
     for (size_t i = 0; i < columns.size(); ++i) {
         if (!row.changed[i] || baseIndex[i] < 0)
             continue;
         names << quoteName(table->columns[baseIndex[i]]);
-        values.push_back(row.values[i]);
+        values.push_back(rowValues[i]);
     }
     if (row.isNew) {
         if (table->key >= 0 && (keyColumn < 0 || !row.changed[size_t(keyColumn)])) {
@@ -807,7 +820,7 @@ void Recordset::Impl::writeRow(RowData& row)
             if (sqlite3_step(reread.get()) == SQLITE_ROW) {
                 for (size_t k = 0; k < positions.size(); ++k) {
                     const size_t i = size_t(positions[k]);
-                    row.values[i] = readValue(reread.get(), int(k), readTypes[i], dates[i]);
+                    rowValues[i] = readValue(reread.get(), int(k), readTypes[i], dates[i]);
                 }
             }
         }
@@ -839,7 +852,7 @@ void Recordset::Impl::writeRow(RowData& row)
     }
     row.dirty = false;
     std::fill(row.changed.begin(), row.changed.end(), false);
-    row.original = row.values;
+    row.original.assign(rowValues.begin(), rowValues.end());
 }
 
 void Recordset::Impl::flushPending()
@@ -925,15 +938,15 @@ void Recordset::AddNew()
     if (!d->table)
         throw VBError(3251, QStringLiteral("L'operazione richiesta non è supportata dall'oggetto o dal provider."));
     RowData row;
-    row.values.assign(d->columns.size(), Variant::null());
     row.changed.assign(d->columns.size(), false);
     row.isNew = true;
     row.dirty = true;
-    if (d->table->key >= 0) {
+    if (d->table->key >= 0)
         row.rowid = d->reserveKey();
-        if (d->keyColumn >= 0)
-            row.values[size_t(d->keyColumn)] = Variant(std::int64_t(row.rowid));
-    }
+    row.first = d->cells.size();
+    d->cells.resize(d->cells.size() + d->columns.size(), Variant::null());
+    if (d->table->key >= 0 && d->keyColumn >= 0)
+        d->cells[row.first + size_t(d->keyColumn)] = Variant(std::int64_t(row.rowid));
     d->rows.push_back(std::move(row));
     d->view.push_back(int(d->rows.size()) - 1);
     d->pos = d->size() - 1;
@@ -964,7 +977,7 @@ void Recordset::Delete()
                 if (d->baseIndex[i] < 0)
                     continue;
                 match << QStringLiteral("%1 IS ?%2").arg(quoteName(d->table->columns[d->baseIndex[i]])).arg(values.size() + 1);
-                values.push_back(row.original.empty() ? row.values[i] : row.original[i]);
+                values.push_back(row.original.empty() ? d->values(row)[i] : row.original[i]);
             }
             where = QStringLiteral("rowid = (SELECT rowid FROM %1 WHERE %2 LIMIT 1)")
                         .arg(quoteName(d->table->name), match.join(QLatin1String(" AND ")));
@@ -1054,7 +1067,7 @@ void Recordset::setFilter(const QString& criteria)
     const filter::Criteria c(criteria, names);
     std::vector<int> kept;
     for (int i : d->view)
-        if (c.matches(d->rows[size_t(i)].values))
+        if (c.matches(d->values(d->rows[size_t(i)])))
             kept.push_back(i);
     d->view = std::move(kept);
     d->pos = 0;
@@ -1102,14 +1115,18 @@ Recordset* Recordset::Child(const QString& member)
         for (const RowData& r : all.rows) {
             bool match = true;
             for (const auto& [p, ch] : c.relate) {
-                const auto cmp = filter::compare(parent.values[size_t(p)], r.values[size_t(ch)]);
+                const auto cmp = filter::compare(d->values(parent)[size_t(p)], all.values(r)[size_t(ch)]);
                 if (!cmp || *cmp != 0) {
                     match = false;
                     break;
                 }
             }
-            if (match)
-                v.rows.push_back(r);
+            if (match) {
+                const std::span<const Variant> cells = all.values(r);
+                RowData& copy = v.rows.emplace_back(r);
+                copy.first = v.cells.size();
+                v.cells.insert(v.cells.end(), cells.begin(), cells.end());
+            }
         }
         for (const ChildSpec& grand : all.children)
             v.children.push_back(ChildSpec{grand.name, grand.all, grand.relate, nullptr, -1});
@@ -1134,7 +1151,7 @@ Variant Recordset::value(int row, int column) const
     d->requireOpen();
     if (row < 0 || row >= d->size() || column < 0 || column >= FieldCount())
         throw VBError(vb::err::NoCurrentRecord);
-    return d->rows[size_t(d->view[size_t(row)])].values[size_t(column)];
+    return d->values(d->rows[size_t(d->view[size_t(row)])])[size_t(column)];
 }
 
 // ---------------------------------------------------------------------------------------
@@ -1142,7 +1159,8 @@ Variant Recordset::value(int row, int column) const
 
 Variant Field::Value() const
 {
-    return m_rs->d->current().values[size_t(m_index)];
+    Recordset::Impl& d = *m_rs->d;
+    return d.values(d.current())[size_t(m_index)];
 }
 
 void Field::setValue(const Variant& v)
@@ -1152,9 +1170,10 @@ void Field::setValue(const Variant& v)
     const Variant stored = d.toStored(v, m_index);
     if (row.changed.empty())
         row.changed.assign(d.columns.size(), false);
+    const std::span<Variant> values = d.values(row);
     if (row.original.empty())
-        row.original = row.values;
-    row.values[size_t(m_index)] = stored;
+        row.original.assign(values.begin(), values.end());
+    values[size_t(m_index)] = stored;
     row.changed[size_t(m_index)] = true;
     row.dirty = true;
 }

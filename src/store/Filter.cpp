@@ -84,7 +84,7 @@ struct Criteria::Node
     QString op;
     Variant literal;
 
-    bool eval(const std::vector<Variant>& row) const
+    bool eval(std::span<const Variant> row) const
     {
         switch (kind) {
         case And: return left->eval(row) && right->eval(row);
@@ -312,7 +312,7 @@ Criteria::Criteria(const QString& text, const QStringList& columns)
 
 Criteria::~Criteria() = default;
 
-bool Criteria::matches(const std::vector<Variant>& row) const
+bool Criteria::matches(std::span<const Variant> row) const
 {
     return m_root->eval(row);
 }

@@ -10,7 +10,7 @@
 #include <QStringList>
 #include <memory>
 #include <optional>
-#include <vector>
+#include <span>
 
 namespace store::filter {
 
@@ -28,7 +28,7 @@ public:
     /// vb::VBError 3001 ("Argomenti non validi...") on text it cannot read.
     Criteria(const QString& text, const QStringList& columns);
     ~Criteria();
-    bool matches(const std::vector<vb::Variant>& row) const;
+    bool matches(std::span<const vb::Variant> row) const;
 
     struct Node;
 
