@@ -22,6 +22,13 @@ Ty tyOf(ColumnKind k)
     return Ty::Unknown;
 }
 
+/// The column a value is written to: its kind, and whether it holds whole numbers only.
+struct Target
+{
+    ColumnKind kind = ColumnKind::Unknown;
+    bool whole = false;
+};
+
 bool numeric(Ty t)
 {
     return t == Ty::Number || t == Ty::Date || t == Ty::Bool;
@@ -542,7 +549,7 @@ private:
 
     /// The SQL of a select; types/names receive the result columns' types and names.
     /// targetKinds: the kinds of the columns an INSERT ... SELECT writes (conversions).
-    QString selectSql(const Select& s, const Scope* parent, const std::vector<ColumnKind>* targetKinds,
+    QString selectSql(const Select& s, const Scope* parent, const std::vector<Target>* targetKinds,
                       std::vector<Ty>* types, QStringList* names = nullptr, bool* starsKnown = nullptr,
                       std::vector<QString>* declTypes = nullptr, const QString& rowidOf = QString())
     {
@@ -750,10 +757,11 @@ private:
         return {};
     }
 
-    // A value written to a column of a kind takes that kind, as Jet converts it.
-    static G convert(const G& g, ColumnKind k)
+    // A value written to a column of a kind takes that kind, as Jet converts it; a
+    // whole-number column keeps whole numbers only, rounded as CLng rounds (half to even).
+    static G convert(const G& g, Target target)
     {
-        switch (k) {
+        switch (target.kind) {
         case ColumnKind::Text:
             if (g.ty == Ty::Date)
                 return {QStringLiteral("jet_cstr(1, ") + g.sql + u')', Ty::Text};
@@ -761,10 +769,14 @@ private:
                 return {QStringLiteral("jet_cstr(0, ") + g.sql + u')', Ty::Text};
             return g;
         case ColumnKind::Number:
-        case ColumnKind::Boolean:
+        case ColumnKind::Boolean: {
+            G out = g;
             if (g.ty == Ty::Text || g.ty == Ty::Unknown)
-                return {QStringLiteral("jet_num(") + g.sql + u')', Ty::Number};
-            return g;
+                out = {QStringLiteral("jet_num(") + g.sql + u')', Ty::Number};
+            if (target.whole)
+                out = {QStringLiteral("jet_clng(") + out.sql + u')', Ty::Number};
+            return out;
+        }
         case ColumnKind::Date:
             if (g.ty == Ty::Text || g.ty == Ty::Unknown)
                 return {QStringLiteral("jet_cdate(") + g.sql + u')', Ty::Date};
@@ -774,10 +786,20 @@ private:
         return g;
     }
 
-    ColumnKind kindOf(const TableInfo* info, const QString& column) const
+    static Target targetOf(const ColumnInfo* c)
     {
-        const ColumnInfo* c = info ? info->column(column) : nullptr;
-        return c ? c->kind : ColumnKind::Unknown;
+        if (!c)
+            return {};
+        const QString d = c->declType.toUpper();
+        const bool whole = c->kind == ColumnKind::Number
+                           && (d.contains(QLatin1String("INT")) || d.contains(QLatin1String("LONG"))
+                               || d.contains(QLatin1String("BYTE")) || d.contains(QLatin1String("SHORT")));
+        return {c->kind, whole};
+    }
+
+    Target targetOf(const TableInfo* info, const QString& column) const
+    {
+        return targetOf(info ? info->column(column) : nullptr);
     }
 
     // ---- action statements ---------------------------------------------------------
@@ -787,16 +809,16 @@ private:
         t.kind = StatementKind::Insert;
         t.intoTable = st.table;
         const TableInfo* info = lookup(st.table);
-        std::vector<ColumnKind> kinds;
+        std::vector<Target> kinds;
         QStringList cols;
         if (!st.columns.empty()) {
             for (const QString& c : st.columns) {
-                kinds.push_back(kindOf(info, c));
+                kinds.push_back(targetOf(info, c));
                 cols << ident(c);
             }
         } else if (info) {
             for (const ColumnInfo& c : info->columns)
-                kinds.push_back(c.kind);
+                kinds.push_back(targetOf(&c));
         }
         QString sql = QStringLiteral("INSERT INTO ") + ident(st.table);
         if (!cols.isEmpty())
@@ -854,7 +876,7 @@ private:
         QStringList sets;
         for (const auto& [col, value] : st.assignments) {
             G g = gen(value, scope);
-            g = convert(g, kindOf(target->info, col.name));
+            g = convert(g, targetOf(target->info, col.name));
             sets << ident(col.name) + QStringLiteral(" = ") + g.sql;
         }
         QString sql = QStringLiteral("UPDATE ") + ident(target->name);
