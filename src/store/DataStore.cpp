@@ -55,6 +55,7 @@ struct CachedStatement
 {
     sqlite3_stmt* stmt = nullptr;
     std::shared_ptr<const ResultShape> shape;
+    size_t rowsLastTime = 0; ///< rows read at the last use: the room set aside for the next
     bool inUse = false;
     bool orphan = false;
 };
@@ -179,6 +180,7 @@ public:
     sqlite3_stmt* get() const { return m_slot->stmt; }
     /// The result shape kept with the statement (null until first worked out).
     std::shared_ptr<const ResultShape>& shape() { return m_slot->shape; }
+    size_t& rowsLastTime() { return m_slot->rowsLastTime; }
 
 private:
     std::shared_ptr<CachedStatement> m_slot;
@@ -633,6 +635,10 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
 
     const ColumnType* types = shape.readTypes.data();
     const std::vector<bool>& isDate = shape.dates;
+    // A list is read again and again with much the same rows: room for as many as last
+    // time, so that the values are not moved as the array grows.
+    rows.reserve(lease.rowsLastTime());
+    cells.reserve(lease.rowsLastTime() * size_t(n));
     int rc;
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
         RowData& row = rows.emplace_back();
@@ -649,6 +655,12 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
     }
     if (rc != SQLITE_DONE)
         throw errors::fromSqlite(db);
+    if (rows.size() < lease.rowsLastTime() / 2) {
+        // Far fewer rows than last time: the room left over is given back.
+        rows.shrink_to_fit();
+        cells.shrink_to_fit();
+    }
+    lease.rowsLastTime() = rows.size();
     open = true;
     rebuildView();
 }
