@@ -221,6 +221,9 @@ TEST_F(JetDialectTest, NullsInConditionsAndFunctions)
         {"SELECT ID FROM Tbl_Maintenance WHERE Not (Costo Between 1 And 10) ORDER BY ID", "1;2;3"},
         {"SELECT IIf(Nota = 'olio', 'si', 'no') FROM Tbl_Maintenance WHERE ID < 3 ORDER BY ID", "si;no"},
         {"SELECT Nz(Costo, 0) FROM Tbl_Maintenance WHERE ID = 6", "0"},
+        // "Not X Is Null" is "Not (X Is Null)"; date bounds of Between are inclusive.
+        {"SELECT ID FROM Tbl_Maintenance WHERE Not Nota Is Null ORDER BY ID", "1;3;5"},
+        {"SELECT ID FROM Tbl_Maintenance WHERE Ultima Between #9/3/2016# And #9/30/2016# ORDER BY ID", "2;4"},
         {"SELECT ID_Macchina FROM Tbl_Macchina WHERE ID_Fornitore Not In (SELECT ID_Fornitore FROM Tbl_Macchina "
          "WHERE ID_Macchina > 1)",
          ""},
