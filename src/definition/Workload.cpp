@@ -65,12 +65,12 @@ WorkloadFigures Recompute_Workload(const Variant& m, const Variant& t, DurationW
     store::Recordset sum;
     trap.step([&] {
         sum.Open(QStringLiteral("SELECT Sum(Tbl_ProcedureM.Minuti) AS SommaDiMinuti, Tbl_Maint_Tipo.Koeff_Settimanale "
-                                 "FROM Tbl_Macchina INNER JOIN (Tbl_Maint_Tipo INNER JOIN Tbl_ProcedureM ON "
-                                 "Tbl_Maint_Tipo.ID_MAINT_TIPO = Tbl_ProcedureM.ID_MAINT_TIPO) ON "
-                                 "Tbl_Macchina.ID_MODELLO = Tbl_ProcedureM.ID_MODELLO GROUP BY "
-                                 "Tbl_Maint_Tipo.Koeff_Settimanale, Tbl_ProcedureM.ID_MODELLO, "
-                                 "Tbl_ProcedureM.ID_MAINT_TIPO Having Tbl_ProcedureM.ID_MODELLO = ")
-                      + mKey + QStringLiteral(" And Tbl_ProcedureM.ID_MAINT_TIPO = ") + tKey);
+                                "FROM Tbl_Macchina INNER JOIN (Tbl_Maint_Tipo INNER JOIN Tbl_ProcedureM ON "
+                                "Tbl_Maint_Tipo.ID_MAINT_TIPO = Tbl_ProcedureM.ID_MAINT_TIPO) ON "
+                                "Tbl_Macchina.ID_MODELLO = Tbl_ProcedureM.ID_MODELLO GROUP BY "
+                                "Tbl_Maint_Tipo.Koeff_Settimanale, Tbl_ProcedureM.ID_MODELLO, "
+                                "Tbl_ProcedureM.ID_MAINT_TIPO Having Tbl_ProcedureM.ID_MODELLO = ")
+            + mKey + QStringLiteral(" And Tbl_ProcedureM.ID_MAINT_TIPO = ") + tKey);
         f.found = !sum.Eof();
     });
     if (!f.found)
@@ -82,11 +82,11 @@ WorkloadFigures Recompute_Workload(const Variant& m, const Variant& t, DurationW
     trap.step([&] {
         store::Recordset units;
         units.Open(QStringLiteral("SELECT Tbl_Assegna_M.ID_MODELLO, Tbl_Assegna_M.ID_MAINT_TIPO, "
-                                   "Count(Tbl_Numerazione.Numerazione) AS ConteggioDiNumerazione FROM "
-                                   "Tbl_Numerazione INNER JOIN Tbl_Assegna_M ON Tbl_Numerazione.ID_MODELLO = "
-                                   "Tbl_Assegna_M.ID_MODELLO GROUP BY Tbl_Assegna_M.ID_MODELLO, "
-                                   "Tbl_Assegna_M.ID_MAINT_TIPO HAVING Tbl_Assegna_M.ID_MODELLO= ")
-                        + mKey + QStringLiteral(" AND Tbl_Assegna_M.ID_MAINT_TIPO= ") + tKey);
+                                  "Count(Tbl_Numerazione.Numerazione) AS ConteggioDiNumerazione FROM "
+                                  "Tbl_Numerazione INNER JOIN Tbl_Assegna_M ON Tbl_Numerazione.ID_MODELLO = "
+                                  "Tbl_Assegna_M.ID_MODELLO GROUP BY Tbl_Assegna_M.ID_MODELLO, "
+                                  "Tbl_Assegna_M.ID_MAINT_TIPO HAVING Tbl_Assegna_M.ID_MODELLO= ")
+            + mKey + QStringLiteral(" AND Tbl_Assegna_M.ID_MAINT_TIPO= ") + tKey);
         if (!units.Eof())
             f.N = units.Fields(QStringLiteral("ConteggioDiNumerazione")).Value();
     });
@@ -120,11 +120,11 @@ WorkloadFigures Recompute_Workload(const Variant& m, const Variant& t, DurationW
     store::Recordset row;
     bool opened = trap.step([&] {
         row.Open(QStringLiteral("SELECT Tbl_Assegna_M.ID_MODELLO, Tbl_Assegna_M.ID_MAINT_TIPO, "
-                                 "Tbl_Assegna_M.Tempo_Minuti, Tbl_Assegna_M.Minuti_Sett, Tbl_Assegna_M.Tot_Ore_Sett, "
-                                 "Tbl_Assegna_M.Num_Macchine, Tbl_Assegna_M.Minuti_Sett, "
-                                 "Tbl_Assegna_M.Tot_Minuti_Sett From Tbl_Assegna_M WHERE "
-                                 "Tbl_Assegna_M.ID_MODELLO = ")
-                      + mKey + QStringLiteral(" And Tbl_Assegna_M.ID_MAINT_TIPO = ") + tKey);
+                                "Tbl_Assegna_M.Tempo_Minuti, Tbl_Assegna_M.Minuti_Sett, Tbl_Assegna_M.Tot_Ore_Sett, "
+                                "Tbl_Assegna_M.Num_Macchine, Tbl_Assegna_M.Minuti_Sett, "
+                                "Tbl_Assegna_M.Tot_Minuti_Sett From Tbl_Assegna_M WHERE "
+                                "Tbl_Assegna_M.ID_MODELLO = ")
+            + mKey + QStringLiteral(" And Tbl_Assegna_M.ID_MAINT_TIPO = ") + tKey);
     });
     if (!opened || row.Eof())
         return f;
@@ -158,13 +158,13 @@ WorkloadTotal workloadTotal(const Variant& T)
 QString mainWorkloadLine(const WorkloadTotal& total)
 {
     return QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss ") + total.time
-           + QStringLiteral(" -Persone Necessarie: ") + total.persons + QStringLiteral("]");
+        + QStringLiteral(" -Persone Necessarie: ") + total.persons + QStringLiteral("]");
 }
 
 QString form9WorkloadLine(int n, const WorkloadTotal& total)
 {
     return QStringLiteral("N° ") + QString::number(n) + QStringLiteral(" Macchine    [-Ore Settimanali: hh:mm:ss ")
-           + total.time + QStringLiteral(" -Persone Necessarie: ") + total.persons + QStringLiteral("]");
+        + total.time + QStringLiteral(" -Persone Necessarie: ") + total.persons + QStringLiteral("]");
 }
 
 void Show_Workload_Total()
@@ -174,7 +174,7 @@ void Show_Workload_Total()
     trap.step([&] {
         store::Recordset rs;
         rs.Open(QStringLiteral("SELECT Sum(Tbl_Assegna_M.Tot_Minuti_Sett) AS SommaDiTot_Minuti_Sett FROM "
-                                "Tbl_Assegna_M;"));
+                               "Tbl_Assegna_M;"));
         if (!rs.Eof())
             T = rs.Fields(QStringLiteral("SommaDiTot_Minuti_Sett")).Value();
     });

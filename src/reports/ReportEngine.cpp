@@ -7,7 +7,7 @@ namespace reports {
 // ---------------------------------------------------------------------------------------
 // Wrapping
 
-QStringList wrapText(const QString& text, int width, const Font& font, TextMeasurer& m)
+QStringList wrapText(const QString& text, int width, const Font& font, TextMeasurer& m, bool breakWords)
 {
     QStringList out;
     if (text.isEmpty()) {
@@ -34,7 +34,7 @@ QStringList wrapText(const QString& text, int width, const Font& font, TextMeasu
                 line.clear();
                 lineWidth = 0;
             }
-            if (w <= width) {
+            if (w <= width || !breakWords) {
                 line = word;
                 lineWidth = w;
                 continue;
@@ -203,7 +203,9 @@ MeasuredBand measure(const ReportLayout& layout, const BoundBand& bb, TextMeasur
             lines[i] = QStringList{text}; // filled and drawn at paint time
             continue;
         }
-        lines[i] = wrapText(text, c.width, c.font, m);
+        // A fixed-height field keeps its first lines; a word is never cut there, so a
+        // value a little wider than its column still prints whole.
+        lines[i] = wrapText(text, c.width, c.font, m, c.canGrow && !pageBand);
         const int needed = static_cast<int>(lines[i].size()) * lh;
         if (c.canGrow && !pageBand) {
             growth[i] = std::max(0, needed - c.height);

@@ -24,8 +24,9 @@ public:
 };
 
 /// Word wrap to `width`: paragraphs at line ends, words at blanks, a word wider than the
-/// line broken between characters. Always at least one line ("" for an empty text).
-QStringList wrapText(const QString& text, int width, const Font& font, TextMeasurer& m);
+/// line broken between characters (unless `breakWords` is false: then it stays whole).
+/// Always at least one line ("" for an empty text).
+QStringList wrapText(const QString& text, int width, const Font& font, TextMeasurer& m, bool breakWords = true);
 
 /// One occurrence of a band with the text of each of its controls (parallel to
 /// Band::controls; labels carry their caption, totals their result).

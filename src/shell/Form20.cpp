@@ -11,7 +11,8 @@
 
 namespace shell {
 
-Form20::Form20(QWidget* owner) : vb::Form(owner, QStringLiteral("Form20"), QString::fromLatin1(vb::AppTitle))
+Form20::Form20(QWidget* owner)
+    : vb::Form(owner, QStringLiteral("Form20"), QString::fromLatin1(vb::AppTitle))
 {
     buildControls();
 }
@@ -107,8 +108,8 @@ void Form20::Cmd_Procedura_Click()
         vb::WriteTextFile(vb::AppFile(QStringLiteral("Velmora.txt")), TransferProcedureLines());
         vb::MsgBox(QStringLiteral("Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, è stato "
                                   "salvato in:  ")
-                       + vb::AppPath(),
-                   vb::mb::Information, QStringLiteral("PROCEDURA TRASFERIMENTO DATI"));
+                + vb::AppPath(),
+            vb::mb::Information, QStringLiteral("PROCEDURA TRASFERIMENTO DATI"));
         // The name handed over has two dots where the file written has one, so the desktop
         // finds nothing to open. The users know it this way; it stays.
         vb::OpenFile(vb::AppFile(QStringLiteral("Velmora..txt")));

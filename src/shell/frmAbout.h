@@ -66,8 +66,8 @@ private:
     void applyOpacity();
     /// One box for a due row, by its day count.
     void alertRow(const QString& today, const vb::Variant& macchina, const vb::Variant& tipo,
-                  const vb::Variant& modello, const vb::Variant& minuti, const vb::Variant& prossima,
-                  const vb::Variant& numerazione);
+        const vb::Variant& modello, const vb::Variant& minuti, const vb::Variant& prossima,
+        const vb::Variant& numerazione);
 
     quint8 m_opacity = 255;
 };

@@ -76,6 +76,8 @@ TEST(ReportEngine, WrapsAtBlanksAndBreaksLongWords)
     const Font f;
     EXPECT_EQ(wrapText("uno due tre", 700, f, m), (QStringList{"uno due", "tre"}));
     EXPECT_EQ(wrapText("abcdefghij", 400, f, m), (QStringList{"abcd", "efgh", "ij"}));
+    // Fixed-height fields never cut a word: it prints whole, past its column.
+    EXPECT_EQ(wrapText("abcdefghij xy", 400, f, m, false), (QStringList{"abcdefghij", "xy"}));
     EXPECT_EQ(wrapText("riga\r\naltra", 2000, f, m), (QStringList{"riga", "altra"}));
     EXPECT_EQ(wrapText("", 2000, f, m), (QStringList{""}));
 }

@@ -1,7 +1,6 @@
 // The access screen Form20: its code and the transfer procedure text it writes.
-#include "shell/ShellFixture.h"
-
 #include "shell/Form20.h"
+#include "shell/ShellFixture.h"
 
 #include <QFile>
 
@@ -35,7 +34,7 @@ TEST_F(AccessTest, AWrongCodeIsRefusedAndTheFieldGetsTheFocus)
     EXPECT_EQ(f->Caption(), QStringLiteral("VELMORA"));
     EXPECT_FALSE(f->Cmd_Procedura->isVisibleTo(f));
     // The comparison is case-sensitive and over the whole text.
-    for (const QString& wrong : {QStringLiteral("gravolt"), QStringLiteral("GRAVOLT "), QString()}) {
+    for (const QString& wrong : { QStringLiteral("gravolt"), QStringLiteral("GRAVOLT "), QString() }) {
         f->Txt_Pass->setText(wrong);
         f->Cmd_Pass->click();
         const auto shown = vb::MsgBoxService::takeShown();
@@ -90,8 +89,9 @@ TEST_F(AccessTest, ProcedureWritesVelmoraTxtAndHandsOverTheTwoDotName)
     EXPECT_EQ(lines[5], QStringLiteral("-Fare una Copia del Database “”"));
     EXPECT_EQ(lines[8], QStringLiteral("Tipo:\tTbl_Unita_Misura.Unita_Misura"));
     EXPECT_EQ(lines[10], QStringLiteral("Tipo:\tTbl_Materiale.Unita_Misura"));
-    EXPECT_EQ(lines[17], QStringLiteral("Tbl_0_Economia  il campo “COSTO_ECONOMIA” non deve essere vuoto mettere valore "
-                                        "“zero” dove manca"));
+    EXPECT_EQ(lines[17],
+        QStringLiteral("Tbl_0_Economia  il campo “COSTO_ECONOMIA” non deve essere vuoto mettere valore "
+                       "“zero” dove manca"));
     EXPECT_EQ(lines[20], QStringLiteral("NUOVO\tVECCHIO"));
     EXPECT_EQ(lines[26], QStringLiteral("Tbl_6\tTbl_Lavori"));
     EXPECT_EQ(lines[32], QString(31, QChar(0x00B0)));
@@ -102,9 +102,10 @@ TEST_F(AccessTest, ProcedureWritesVelmoraTxtAndHandsOverTheTwoDotName)
     const auto shown = vb::MsgBoxService::takeShown();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_EQ(shown[0].title, QStringLiteral("PROCEDURA TRASFERIMENTO DATI"));
-    EXPECT_EQ(shown[0].prompt, QStringLiteral("Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, "
-                                              "è stato salvato in:  ")
-                                   + path());
+    EXPECT_EQ(shown[0].prompt,
+        QStringLiteral("Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, "
+                       "è stato salvato in:  ")
+            + path());
     EXPECT_EQ(shown[0].buttons, 64);
 
     const auto opened = vb::OpenFileService::takeOpened();

@@ -1,8 +1,7 @@
 // The due alerts of the start, in frmAbout's load, and the screen's fade and hover.
-#include "shell/ShellFixture.h"
-
 #include "definition/Workload.h"
 #include "runtime/VBError.h"
+#include "shell/ShellFixture.h"
 #include "shell/frmAbout.h"
 
 using shell::frmAbout;
@@ -18,12 +17,12 @@ protected:
     {
         ShellFixture::SetUp();
         // The register stands in for Form7, so that only its opening is seen here.
-        standIn(QStringLiteral("Form7"), QStringList{}, &form7Loads);
+        standIn(QStringLiteral("Form7"), QStringList {}, &form7Loads);
     }
 
     /// A register row due on today + days (Null: no date).
     void due(const QString& macchina, const QString& numerazione, const QString& tipo, const Variant& minuti,
-             const Variant& prossima)
+        const Variant& prossima)
     {
         store::Recordset rs;
         rs.Open(QStringLiteral("SELECT * FROM Tbl_Maintenance"));
@@ -45,16 +44,17 @@ protected:
     void loadAbout() { screens().form(QStringLiteral("frmAbout")); }
 
     std::vector<vb::ShownBox> boxes() { return vb::MsgBoxService::takeShown(); }
-    static std::tuple<QString, QString, int> box(const vb::ShownBox& b) { return {b.title, b.prompt, b.buttons}; }
+    static std::tuple<QString, QString, int> box(const vb::ShownBox& b) { return { b.title, b.prompt, b.buttons }; }
     static std::tuple<QString, QString, int> box(const QString& title, const QString& prompt, int buttons)
     {
-        return {title, prompt, buttons};
+        return { title, prompt, buttons };
     }
 
     int form7Loads = 0;
 };
 
-const QString Question = QStringLiteral("Attenzione!! Oggi sono in programma delle Manutenzioni, Vuoi vedere i dettagli?");
+const QString Question
+    = QStringLiteral("Attenzione!! Oggi sono in programma delle Manutenzioni, Vuoi vedere i dettagli?");
 
 } // namespace
 
@@ -79,28 +79,28 @@ TEST_F(AlertsTest, OneBoxPerRowByTheDayCountInDateOrder)
     dueIn(-1, QStringLiteral("3"));
     dueIn(-3, QStringLiteral("11"));
     dueIn(2, QStringLiteral("12"));
-    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
+    vb::MsgBoxService::queueAnswers({ vb::answer::Yes });
     loadAbout();
 
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 5u);
     EXPECT_EQ(box(shown[0]), box(QStringLiteral("MANUTENZIONE DA ESEGUIRE"), Question, 20));
     EXPECT_EQ(box(shown[1]),
-              box(QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
-                  QStringLiteral(" Attenzione!! La Manutezione: Mensile Tempo richiesto minuti: 90 era programmata in "
-                                 "data 10/11/2026 sono trascorsi 5 giorni ma non è ancora stata eseguita!!"),
-                  48));
+        box(QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
+            QStringLiteral(" Attenzione!! La Manutezione: Mensile Tempo richiesto minuti: 90 era programmata in "
+                           "data 10/11/2026 sono trascorsi 5 giorni ma non è ancora stata eseguita!!"),
+            48));
     EXPECT_EQ(shown[2].title,
-              QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 3 GIORNI PER LA MACCHINA: PRESSA AX100 N°11"));
+        QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 3 GIORNI PER LA MACCHINA: PRESSA AX100 N°11"));
     EXPECT_TRUE(shown[2].prompt.contains(QStringLiteral("in data 12/11/2026 sono trascorsi 3 giorni")));
     EXPECT_EQ(box(shown[3]),
-              box(QStringLiteral("MANUTENZIONE ODIERNA:"),
-                  QStringLiteral("MACCHINA:[PRESSA AX100 N°4] Frequenza:[Mensile] Tempo richiesto minuti:[90]"), 64));
+        box(QStringLiteral("MANUTENZIONE ODIERNA:"),
+            QStringLiteral("MACCHINA:[PRESSA AX100 N°4] Frequenza:[Mensile] Tempo richiesto minuti:[90]"), 64));
     EXPECT_EQ(box(shown[4]),
-              box(QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7"),
-                  QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [Bimestrale] alla Macchina [PRESSA "
-                                 "AX100 N°7] Tempo richiesto minuti:[90] ... O R G A N I Z Z A T I!"),
-                  64));
+        box(QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7"),
+            QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [Bimestrale] alla Macchina [PRESSA "
+                           "AX100 N°7] Tempo richiesto minuti:[90] ... O R G A N I Z Z A T I!"),
+            64));
 
     EXPECT_EQ(form7Loads, 1);
     EXPECT_TRUE(screens().loaded(QStringLiteral("Form7"))->isVisible());
@@ -109,7 +109,7 @@ TEST_F(AlertsTest, OneBoxPerRowByTheDayCountInDateOrder)
 TEST_F(AlertsTest, NoToTheQuestionShowsNothingMoreAndNoRegister)
 {
     dueIn(-10, QStringLiteral("1"));
-    vb::MsgBoxService::queueAnswers({vb::answer::No});
+    vb::MsgBoxService::queueAnswers({ vb::answer::No });
     loadAbout();
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(form7Loads, 0);
@@ -121,7 +121,7 @@ TEST_F(AlertsTest, OnlyOneOrTwoDaysLateAsksButShowsNoDetail)
 {
     dueIn(-1, QStringLiteral("1"));
     dueIn(-2, QStringLiteral("2"));
-    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
+    vb::MsgBoxService::queueAnswers({ vb::answer::Yes });
     loadAbout();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 1u);
@@ -133,11 +133,12 @@ TEST_F(AlertsTest, EmptyValuesJoinAsNothing)
 {
     due(QStringLiteral("TORNIO"), QString(), QStringLiteral("Annuale"), Variant::null(),
         Variant::fromDate(vb::Clock::today()));
-    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
+    vb::MsgBoxService::queueAnswers({ vb::answer::Yes });
     loadAbout();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[1].prompt, QStringLiteral("MACCHINA:[TORNIO AX100 N°] Frequenza:[Annuale] Tempo richiesto minuti:[]"));
+    EXPECT_EQ(
+        shown[1].prompt, QStringLiteral("MACCHINA:[TORNIO AX100 N°] Frequenza:[Annuale] Tempo richiesto minuti:[]"));
 }
 
 // A row without Prossima is never due: Jet's "Prossima <= Date()+1" is not true for Null.
@@ -156,9 +157,9 @@ TEST_F(AlertsTest, ProssimaNullIsNotDueAndGivesNoDayCount)
         EXPECT_EQ(e.number(), vb::err::TypeMismatch);
     }
     EXPECT_EQ(shell::alertToday(), QStringLiteral("15,11,2026"));
-    EXPECT_EQ(shell::dueDayCount(QStringLiteral("15,11,2026"),
-                                 Variant::fromDateTime(QDateTime(QDate(2026, 11, 12), QTime(18, 0)))),
-              -3);
+    EXPECT_EQ(shell::dueDayCount(
+                  QStringLiteral("15,11,2026"), Variant::fromDateTime(QDateTime(QDate(2026, 11, 12), QTime(18, 0)))),
+        -3);
 }
 
 // The alerts have no trap of their own: a failure goes up to frmMain's load, whose trap
@@ -183,15 +184,16 @@ TEST_F(AlertsTest, StartShowsTheAlertsOpensTheRegisterAndWritesTheWorkloadLine)
 {
     shell::setWorkloadTotal([] { definition::Show_Workload_Total(); });
     dueIn(0, QStringLiteral("1"));
-    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
+    vb::MsgBoxService::queueAnswers({ vb::answer::Yes });
     shell::frmMain* main = start();
     ASSERT_NE(main, nullptr);
     EXPECT_EQ(boxes().size(), 2u);
     EXPECT_EQ(form7Loads, 1);
     EXPECT_EQ(main->Caption(), QStringLiteral("VELMORA <Esegui Manutenzioni>"));
     EXPECT_FALSE(main->Img_Indicatore->isVisibleTo(main));
-    EXPECT_EQ(main->Label1->Caption(), QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: "
-                                                      "hh:mm:ss 00:00:00 -Persone Necessarie: ]"));
+    EXPECT_EQ(main->Label1->Caption(),
+        QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: "
+                       "hh:mm:ss 00:00:00 -Persone Necessarie: ]"));
 
     // Opened again from the logo with the main screen up: no query, no box.
     screens().unload(QStringLiteral("frmAbout"));
