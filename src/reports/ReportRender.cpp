@@ -59,7 +59,14 @@ int QtTextMeasurer::lineHeight(const Font& font)
 
 int QtTextMeasurer::width(const QString& text, const Font& font)
 {
-    return static_cast<int>(std::ceil(metrics(font).horizontalAdvance(text)));
+    QHash<QString, int>& cache = m_widths[font.size * 2 + (font.bold ? 1 : 0)];
+    if (const auto it = cache.constFind(text); it != cache.constEnd())
+        return *it;
+    if (cache.size() > 100000)
+        cache.clear();
+    const int w = static_cast<int>(std::ceil(metrics(font).horizontalAdvance(text)));
+    cache.insert(text, w);
+    return w;
 }
 
 namespace {

@@ -32,6 +32,8 @@ public:
 private:
     QFontMetricsF& metrics(const Font& font);
     QHash<int, std::shared_ptr<QFontMetricsF>> m_metrics;
+    // Long documents repeat the same words: their widths are measured once per font.
+    QHash<int, QHash<QString, int>> m_widths;
 };
 
 /// Paints every page on the device, one device page each (the device's margins are its
