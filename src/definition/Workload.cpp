@@ -1,6 +1,6 @@
 #include "definition/Workload.h"
 
-#include "runtime/DateGuides.h"
+#include "runtime/DateTexts.h"
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"

@@ -4,7 +4,7 @@
 #include "execution/WeeklyPlan.h"
 
 #include "runtime/Clock.h"
-#include "runtime/DateGuides.h"
+#include "reports/TextExport.h"
 #include "runtime/MsgBox.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
@@ -491,7 +491,7 @@ void Form7::Command2_Click()
 void Form7::Cmd_Add_Click()
 {
     Trap trap{{err::InvalidUseOfNull}, Trap::ShowBox};
-    trap.on(err::InvalidPropertyValue, [] { vb::WriteDateErrorGuide(); });
+    trap.on(err::InvalidPropertyValue, [] { reports::WriteDateErrorGuide(); });
     trap.step([&] { Clear_Fields(); });
     trap.step([&] { MaskEdBox1->setText(dateText(today())); });
     trap.step([&] { DTPicker1->setValue(today()); });
@@ -543,7 +543,7 @@ void Form7::raiseProgress(Trap& trap, double by, const QString& text)
 void Form7::Cmd_Edit_Click()
 {
     Trap trap{{err::InvalidUseOfNull}, Trap::Resume};
-    trap.on(err::InvalidPropertyValue, [] { vb::WriteDateErrorGuide(); });
+    trap.on(err::InvalidPropertyValue, [] { reports::WriteDateErrorGuide(); });
 
     // The type is not checked here.
     if (txtFrequenza->Text().isEmpty() || DataCombo3->Text().isEmpty() || DataCombo2->Text().isEmpty() ||
@@ -706,7 +706,7 @@ void Form7::Cmd_Vis_All_Click()
 void Form7::Cmd_Info_Click()
 {
     Trap trap = Trap::ignoreAll();
-    trap.step([] { vb::WriteDateInfo(); });
+    trap.step([] { reports::WriteDateInfo(); });
 }
 
 void Form7::Cmd_Vis_Procedura_Click()

@@ -1,5 +1,6 @@
 #include "shell/Form20.h"
 
+#include "reports/TextExport.h"
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
@@ -62,8 +63,6 @@ QStringList Form20::TransferProcedureLines()
 {
     const QString rule = vb::DegreeRule();
     return {
-        QStringLiteral("DATA ") + vb::ShortDate(vb::Clock::today()),
-        QString(),
         QStringLiteral("INIZIO PROCEDURA TRASFERIMENTO DATI DA “” A “”"),
         rule,
         QString(),
@@ -104,15 +103,16 @@ QStringList Form20::TransferProcedureLines()
 
 void Form20::Cmd_Procedura_Click()
 {
+    // The name handed over has two dots where the file written has one, so the box
+    // speaks of a file that is not there and the desktop finds nothing to open. The users
+    // know it this way; it stays.
+    reports::TextExport transfer;
+    transfer.fileName = QStringLiteral("Velmora.txt");
+    transfer.lines = TransferProcedureLines();
+    transfer.boxTitle = QStringLiteral("PROCEDURA TRASFERIMENTO DATI");
+    transfer.openedName = QStringLiteral("Velmora..txt");
     try {
-        vb::WriteTextFile(vb::AppFile(QStringLiteral("Velmora.txt")), TransferProcedureLines());
-        vb::MsgBox(QStringLiteral("Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, è stato "
-                                  "salvato in:  ")
-                + vb::AppPath(),
-            vb::mb::Information, QStringLiteral("PROCEDURA TRASFERIMENTO DATI"));
-        // The name handed over has two dots where the file written has one, so the desktop
-        // finds nothing to open. The users know it this way; it stays.
-        vb::OpenFile(vb::AppFile(QStringLiteral("Velmora..txt")));
+        reports::WriteTextExport(transfer);
     } catch (const vb::VBError& e) {
         vb::MsgBox(e.description());
     }

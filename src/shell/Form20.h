@@ -19,7 +19,7 @@ public:
 
     /// The access code; compared case-sensitively with the whole text.
     static constexpr const char* AccessCode = "GRAVOLT";
-    /// The lines of Velmora.txt, today's date first.
+    /// The lines of Velmora.txt below its date line and the empty line after it.
     static QStringList TransferProcedureLines();
 
     vb::TextBox* Txt_Pass;

@@ -1,9 +1,10 @@
 #include "shell/frmMain.h"
 
 #include "reports/ReportViewer.h"
+#include "reports/TextExport.h"
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
-#include "runtime/DateGuides.h"
+#include "runtime/DateTexts.h"
 #include "runtime/MsgBox.h"
 #include "runtime/OpenFile.h"
 #include "runtime/Regional.h"
@@ -408,65 +409,67 @@ void frmMain::Hide_Open_Reports()
 void frmMain::Lbl_Procedure_Click()
 {
     const QString line = vb::DegreeRule();
-    try {
-        vb::TextFile f(vb::AppFile(QStringLiteral("PROCEDURA.txt")));
-        f.print(QStringLiteral("DATA ") + vb::ShortDate(vb::Clock::today()));
-        f.print();
-        f.print(QStringLiteral("PROCEDURA PER UN CORRETTO USO DI VELMORA:"));
-        f.print(QStringLiteral("\t-INSERIMENTO DATI:"));
-        f.print(QStringLiteral("\tPremi il Pulsante 'INSERISCI', Aggiungi i dati e Premi 'SALVA'"));
-        f.print(QStringLiteral("\t-MODIFICA DATI:"));
-        f.print(QStringLiteral("\t\tSeleziona un dato da Modificare, Modifica i valori e Premi 'MODIFICA'"));
-        f.print(QStringLiteral("\t-ELIMINAZIONE DATI:"));
-        f.print(QStringLiteral("\tSeleziona il dato da Eliminare e premi il Pulsante 'ELIMINA'"));
-        f.print();
-        f.print(QStringLiteral("IMPORTANTE PER IL PRIMO UTILIZZO DEL SOFTWARE"));
-        f.print(QStringLiteral("INSERIRE I DATI SEGUENDO L'ORDINE SOTTOSTANTE:"));
-        f.print();
-        f.print(QStringLiteral("GRUPPO MACCHINE"));
-        f.print(QStringLiteral("01- REPARTO MACCHINE"));
-        f.print(QStringLiteral("02- MACCHINE (non si possono inserire MACCHINE in assenza di REPARTO MACCHINE)"));
-        f.print(QStringLiteral(
-            "03- NUMERAZIONE MACCHINE (non si possono inserire NUMERAZIONE MACCHINE in assenza di MACCHINE)"));
-        f.print();
-        f.print(QStringLiteral("GRUPPO RICAMBI"));
-        f.print(QStringLiteral("01- RICAMBI"));
-        f.print(QStringLiteral(
-            "02- DESCRIZIONE RICAMBI (non si possono inserire DESCRIZIONE RICAMBI in assenza di RICAMBI)"));
-        f.print(QStringLiteral("03- INTERVENTI MACCHINE (non si possono inserire INTERVENTI MACCHINE in assenza di "
-                               "DESCRIZIONE RICAMBI)"));
-        f.print();
-        f.print(QStringLiteral("GRUPPO MANUTENZIONI"));
-        f.print(QStringLiteral("01- OPERATORI"));
-        f.print(QStringLiteral(
+    reports::TextExport guide;
+    guide.fileName = QStringLiteral("PROCEDURA.txt");
+    guide.lines = QStringList{
+        QStringLiteral("PROCEDURA PER UN CORRETTO USO DI VELMORA:"),
+        QStringLiteral("\t-INSERIMENTO DATI:"),
+        QStringLiteral("\tPremi il Pulsante 'INSERISCI', Aggiungi i dati e Premi 'SALVA'"),
+        QStringLiteral("\t-MODIFICA DATI:"),
+        QStringLiteral("\t\tSeleziona un dato da Modificare, Modifica i valori e Premi 'MODIFICA'"),
+        QStringLiteral("\t-ELIMINAZIONE DATI:"),
+        QStringLiteral("\tSeleziona il dato da Eliminare e premi il Pulsante 'ELIMINA'"),
+        QString(),
+        QStringLiteral("IMPORTANTE PER IL PRIMO UTILIZZO DEL SOFTWARE"),
+        QStringLiteral("INSERIRE I DATI SEGUENDO L'ORDINE SOTTOSTANTE:"),
+        QString(),
+        QStringLiteral("GRUPPO MACCHINE"),
+        QStringLiteral("01- REPARTO MACCHINE"),
+        QStringLiteral("02- MACCHINE (non si possono inserire MACCHINE in assenza di REPARTO MACCHINE)"),
+        QStringLiteral(
+            "03- NUMERAZIONE MACCHINE (non si possono inserire NUMERAZIONE MACCHINE in assenza di MACCHINE)"),
+        QString(),
+        QStringLiteral("GRUPPO RICAMBI"),
+        QStringLiteral("01- RICAMBI"),
+        QStringLiteral(
+            "02- DESCRIZIONE RICAMBI (non si possono inserire DESCRIZIONE RICAMBI in assenza di RICAMBI)"),
+        QStringLiteral("03- INTERVENTI MACCHINE (non si possono inserire INTERVENTI MACCHINE in assenza di "
+                               "DESCRIZIONE RICAMBI)"),
+        QString(),
+        QStringLiteral("GRUPPO MANUTENZIONI"),
+        QStringLiteral("01- OPERATORI"),
+        QStringLiteral(
             "02- SCRIVI MANUTENZIONI (nb: Qui devi elencare una lista con tutte le manutenzioni che devono essere "
             "fatte per ogni macchina, senza indicare il tipo di manutenzione 'Mensile, Bimestrale, Annuale etc "
-            "etc...', queste verranno segnalate in seguito)"));
+            "etc...', queste verranno segnalate in seguito)"),
         // The bracket of this line was never closed; the text is kept as the users know it.
-        f.print(QStringLiteral(
+        QStringLiteral(
             "03- ASSEGNA MANUTENZIONI (nb: Qui dovrai indicare la frequenza della manutenzione, 'Mensile, "
             "Bimestrale, Annuale etc etc...' e inserendo con un doppio Click dalla Lista creata al punto 02 tutti "
-            "i lavori riguardanti quel tipo di Manutenzione"));
-        f.print(QStringLiteral(
+            "i lavori riguardanti quel tipo di Manutenzione"),
+        QStringLiteral(
             "04- ESEGUI MANUTENZIONI (non si possono eseguire delle Manutenzioni in assenza di ASSEGNA "
-            "MANUTENZIONI)"));
-        f.print();
-        f.print(QStringLiteral(
+            "MANUTENZIONI)"),
+        QString(),
+        QStringLiteral(
             "VELMORA Per Programmare, Archiviare le manutenzioni e gli interventi eseguiti sui vostri macchinari; "
             "All'apertura del Software sarete avvisati qualora ci fossero manutenzioni in scadenza o scadute ma non "
             "ancora eseguite, sarà possibile gestire il vostro magazzino ricambi; Dopo l'inserimento di tutti i "
             "dati sarete in grado di sapere quante persone servono per eseguire tutte le vostre manutenzioni, sarà "
-            "possibile avere una lista dei ricambi suddivisa per tipologia, presenti nel vostro guppo macchine;"));
-        f.print();
-        f.print(line);
-        f.print(QStringLiteral("Per Ulteriori Anomalie o Suggerimenti scrivete una Email a ") + vb::SupportAddress());
-        f.print(line);
-        f.print(QStringLiteral("Verifica Aggiornamenti Software ") + vb::SupportSite() +
-                QStringLiteral("/il_Tromvero_Download.asp"));
-        f.print(line);
-        f.print();
-        f.close();
-        vb::OpenFile(f.path());
+            "possibile avere una lista dei ricambi suddivisa per tipologia, presenti nel vostro guppo macchine;"),
+        QString(),
+    };
+    guide.ending = {
+        line,
+        QStringLiteral("Per Ulteriori Anomalie o Suggerimenti scrivete una Email a ") + vb::SupportAddress(),
+        line,
+        QStringLiteral("Verifica Aggiornamenti Software ") + vb::SupportSite() +
+            QStringLiteral("/il_Tromvero_Download.asp"),
+        line,
+        QString(),
+    };
+    try {
+        reports::WriteTextExport(guide);
     } catch (const vb::VBError& e) {
         vb::MsgBox(e.description());
     }
