@@ -39,8 +39,8 @@ QString DatedTitle(const QString& shortName);
 QStringList TextExportLines(const TextExport& text);
 
 /// Writes the file (replacing it); then, when it has a box title, the information box
-/// "Il File '{name}' che verrà aperto automaticamente dopo il Click, è stato salvato in:
-/// {folder}"; then hands the file to the desktop. A write that fails raises its VBError
+/// "Il File '{name}.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  {folder}"
+/// (two blanks before the folder); then hands the file to the desktop. A write that fails raises its VBError
 /// before any box, and nothing is opened.
 void WriteTextExport(const TextExport& text);
 
