@@ -1,0 +1,490 @@
+// The parts register of Form2: the two lists, insert with its twin check, edit with the
+// description carried to past interventions, delete, the searches, the field rules, the
+// prints, the gallery's hand-over and the menu entry.
+#include "Form2Fixture.h"
+
+#include "reports/ReportViewer.h"
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+
+using spares::Form2;
+namespace answer = vb::answer;
+
+namespace {
+
+QStringList texts(const std::vector<reports::PlacedText>& page)
+{
+    QStringList out;
+    for (const auto& t : page)
+        out << t.text;
+    return out;
+}
+
+QStringList allTexts(const QString& report)
+{
+    QStringList out;
+    if (const auto r = reports::LaidOutPages(report))
+        for (const auto& page : r->pages)
+            out += texts(page);
+    return out;
+}
+
+} // namespace
+
+TEST_F(Form2Fixture, LoadListsCategoriesAndAClickListsTheirParts)
+{
+    Form2* f = form();
+    ASSERT_TRUE(f);
+    EXPECT_EQ(f->Caption(), "DESCRIZIONE RICAMBI");
+    EXPECT_EQ(f->List1->items(), QStringList({"OLIO", "VITE", "VITE M8"}));
+    EXPECT_EQ(f->Label2->Caption(), "3");
+    EXPECT_EQ(f->DataCombo1->items(), QStringList({"lt", "pz"}));
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_FALSE(f->Cmd_Edit->isEnabled());
+    EXPECT_FALSE(f->Cmd_Photo->isEnabled());
+    EXPECT_EQ(f->TextCosto->Text(), "0");
+    EXPECT_EQ(f->Frame3->Caption(), "CERCA NELLE UNITà DI MISURA");
+
+    pick(f, "VITE M8");
+    EXPECT_EQ(f->Text1->Text(), "1");
+    EXPECT_EQ(f->TextRICAMBI->Text(), "VITE M8");
+    EXPECT_EQ(f->DataCombo1->Text(), "pz");
+    EXPECT_EQ(f->List2->items(), QStringList({"Brugola", "Testa esagonale"}));
+    EXPECT_TRUE(boxes().empty());
+
+    f->List2->choose("Testa esagonale");
+    EXPECT_EQ(f->TextID_DESCR_RIC->Text(), "1");
+    EXPECT_EQ(f->Txt_Descrizione->Text(), "Testa esagonale");
+    EXPECT_EQ(f->Txt_Codice->Text(), "V8-1");
+    EXPECT_EQ(f->TextCosto->Text(), "0,35");
+    EXPECT_EQ(f->Txt_Giacenza->Text(), "100");
+    EXPECT_EQ(f->Txt_Scorta->Text(), "20");
+    EXPECT_EQ(f->TextNOTE->Text(), "zincata");
+    EXPECT_TRUE(f->Cmd_Edit->isEnabled()) << "a part key lets the save through";
+    EXPECT_TRUE(f->Cmd_Photo->isEnabled());
+    // No NOTE on the other part: the field stays as cleared.
+    f->List2->choose("Brugola");
+    EXPECT_EQ(f->TextNOTE->Text(), "");
+    EXPECT_EQ(f->TextID_DESCR_RIC->Text(), "2");
+
+    // A category with no parts warns while browsing.
+    pick(f, "VITE");
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "RICAMBIO [VITE] MANCANTE!!");
+    EXPECT_EQ(shown[0].prompt, "Non è stata trovato nessun Ricambio [VITE]!!!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+    EXPECT_EQ(f->List2->ListCount(), 0);
+    EXPECT_FALSE(f->Cmd_Edit->isEnabled());
+}
+
+TEST_F(Form2Fixture, InsertRoadWithTheTwinCheckAndThePriceRules)
+{
+    Form2* f = form();
+    pick(f, "VITE M8", "Brugola");
+    f->Cmd_Add->click();
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_TRUE(f->Cmd_Edit->isEnabled());
+    EXPECT_FALSE(f->Cmd_Add->isEnabled());
+    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
+    EXPECT_EQ(f->Text1->Text(), "");
+    EXPECT_EQ(f->Txt_Descrizione->Text(), "");
+
+    // At once: no category chosen yet.
+    f->Cmd_Edit->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
+    EXPECT_EQ(shown[0].prompt, "Non sono stati compilati tutti i dati richiesti o non è stato selezionato nessun Ricambi");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Critical);
+
+    // Picking the category keeps the insert mode, and its having no parts is no warning.
+    pick(f, "VITE");
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(f->Text1->Text(), "2");
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+
+    // "VITE" is part of "VITE M8", which has a Brugola: refused, still inserting.
+    f->Txt_Descrizione->typeText("Brugola");
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "RICAMBIO GIA ESISTENTE");
+    EXPECT_EQ(shown[0].prompt, "Un Ricambio simile a questo, è gia presente !!!");
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList{"3"});
+
+    // A negative price ends the save in silence.
+    retype(f->Txt_Descrizione, "Autofilettante");
+    retype(f->TextCosto, "-1");
+    f->Cmd_Edit->click();
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList{"3"});
+
+    retype(f->TextCosto, "1,25");
+    f->Txt_Giacenza->typeText("3a0");
+    f->Txt_Codice->typeText("AF-4");
+    f->Cmd_Edit->click();
+    EXPECT_TRUE(boxes().empty());
+    const auto r = rows("SELECT ID_Ricambi, Ricambi, Costo, Giacenza, Scorta, Codice FROM Tbl_Descrizione_Ricambi "
+                        "WHERE Descrizione = 'Autofilettante'");
+    ASSERT_EQ(r.size(), 1u);
+    EXPECT_EQ(r[0][0].toLong(), 2);
+    EXPECT_EQ(r[0][1].toString(), "VITE");
+    EXPECT_DOUBLE_EQ(r[0][2].toDouble(), 1.25);
+    EXPECT_DOUBLE_EQ(r[0][3].toDouble(), 30) << "the stock field drops the letter";
+    EXPECT_DOUBLE_EQ(r[0][4].toDouble(), 0);
+    EXPECT_EQ(r[0][5].toString(), "AF-4");
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_TRUE(f->Cmd_Add->isEnabled());
+    EXPECT_EQ(f->List2->ListCount(), 0);
+    EXPECT_EQ(f->Txt_Descrizione->Text(), "");
+
+    // A price that is no number is blamed on the price, and the save goes on regardless:
+    // the part is written without a price.
+    f->Cmd_Add->click();
+    pick(f, "OLIO");
+    f->Txt_Descrizione->typeText("Motore");
+    retype(f->TextCosto, "abc");
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_FALSE(shown.empty());
+    EXPECT_EQ(shown[0].title, "DATI ERRARI !!!");
+    EXPECT_EQ(shown[0].prompt, "Il Prezzo può contenere solo dati Numerici!!!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+    EXPECT_EQ(column("SELECT Costo FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Motore'"),
+              QStringList{"<null>"});
+}
+
+TEST_F(Form2Fixture, EditOverwritesThePartAndCarriesTheDescriptionToPastInterventions)
+{
+    Form2* f = form();
+    pick(f, "VITE M8", "Testa esagonale");
+    retype(f->Txt_Descrizione, "Testa esagonale lunga");
+    retype(f->Txt_Giacenza, "80");
+
+    answer({answer::No});
+    f->Cmd_Edit->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "Modifica Ricambio **VITE M8**");
+    EXPECT_EQ(shown[0].prompt, "Stai per modificare i dati del Ricambio [VITE M8] Vuoi Procedere??");
+    EXPECT_EQ(shown[0].buttons, vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 1"),
+              QStringList{"Testa esagonale"});
+    EXPECT_EQ(f->Txt_Descrizione->Text(), "Testa esagonale lunga") << "No reloads nothing";
+
+    answer({answer::Yes});
+    f->Cmd_Edit->click();
+    EXPECT_EQ(boxes().size(), 1u);
+    EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 1"),
+              QStringList{"Testa esagonale lunga"});
+    // The stock typed replaces the stock.
+    EXPECT_EQ(column("SELECT Giacenza FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 1"),
+              QStringList{"80"});
+    EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 1"),
+              QStringList({"Testa esagonale lunga", "Testa esagonale lunga"}));
+    EXPECT_EQ(f->List2->ListCount(), 0);
+    EXPECT_EQ(f->Label2->Caption(), "3");
+
+    // A new category name: the category and this part take it; the other part and the
+    // past interventions keep the old text.
+    pick(f, "VITE M8", "Brugola");
+    retype(f->TextRICAMBI, "VITI M8");
+    answer({answer::Yes});
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].prompt, "Il Ricambio [VITE M8] Sta per essere modificato con [VITI M8] Vuoi Procedere??");
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 1"), QStringList{"VITI M8"});
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Descrizione_Ricambi WHERE ID_Ricambi = 1 ORDER BY ID_DESCRIZIONE_RICAMBI"),
+              QStringList({"VITE M8", "VITI M8"}));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 2"), QStringList{"VITE M8"});
+    EXPECT_EQ(f->List1->items(), QStringList({"OLIO", "VITE", "VITI M8"}));
+
+    // The first part still holds the old category text, so under the new line it is not
+    // found and the fields stay cleared.
+    pick(f, "VITI M8", "Testa esagonale lunga");
+    EXPECT_EQ(f->TextID_DESCR_RIC->Text(), "");
+}
+
+TEST_F(Form2Fixture, EditCascadeTakesTheDescriptionAsTypedSoAnApostropheStopsIt)
+{
+    Form2* f = form();
+    pick(f, "VITE M8", "Brugola");
+    retype(f->Txt_Descrizione, "Brugola d'acciaio");
+    answer({answer::Yes});
+    f->Cmd_Edit->click();
+    // The part takes the text with one apostrophe; the statement for the interventions
+    // breaks on it and its error is shown plainly, under the program's title; they keep
+    // the old text.
+    EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 2"),
+              QStringList{"Brugola d'acciaio"});
+    EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 2"), QStringList{"Brugola"});
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[1].title, "VELMORA");
+    EXPECT_EQ(shown[1].buttons, 0);
+    EXPECT_TRUE(shown[1].prompt.startsWith("-2147217900 ")) << shown[1].prompt.toStdString();
+    // The list is refreshed all the same.
+    EXPECT_EQ(f->List2->ListCount(), 0);
+
+    // A later search finds the part by its apostrophe.
+    f->Txt_Search_Desc->typeText("d'acc");
+    EXPECT_EQ(f->List2->items(), QStringList{"Brugola d'acciaio"});
+}
+
+TEST_F(Form2Fixture, DeleteAsksAndLeavesInterventionsBehind)
+{
+    Form2* f = form();
+    f->Cmd_Delete->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "NESSUN Ricambio SELEZIONATO");
+    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun dato!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+
+    // A category but no part: the statement has no key and nothing goes.
+    pick(f, "VITE M8");
+    answer({answer::Yes});
+    f->Cmd_Delete->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "Eliminazione Ricambio **VITE M8**");
+    EXPECT_EQ(shown[0].prompt, "Vuoi Veramente eliminare il Ricambio selezionato?");
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList{"3"});
+
+    pick(f, "VITE M8", "Brugola");
+    answer({answer::No});
+    f->Cmd_Delete->click();
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList{"3"});
+    EXPECT_EQ(f->TextID_DESCR_RIC->Text(), "2");
+
+    answer({answer::Yes});
+    f->Cmd_Delete->click();
+    EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Descrizione_Ricambi ORDER BY ID_DESCRIZIONE_RICAMBI"),
+              QStringList({"Testa esagonale", "Idraulico"}));
+    EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 2"), QStringList{"Brugola"});
+    EXPECT_EQ(f->List2->ListCount(), 0);
+    EXPECT_EQ(f->List1->ListCount(), 3);
+}
+
+TEST_F(Form2Fixture, SearchesByCategoryDescriptionAndUnit)
+{
+    Form2* f = form();
+    pick(f, "VITE M8", "Brugola");
+
+    // A key in a search field empties the parts, the fields and the other fields.
+    f->Txt_Search_UN_MIS->setText("x");
+    f->Txt_Search->typeText("vite");
+    EXPECT_EQ(f->List1->items(), QStringList({"VITE", "VITE M8"}));
+    EXPECT_EQ(f->Label2->Caption(), "2");
+    EXPECT_EQ(f->List2->ListCount(), 0);
+    EXPECT_EQ(f->Txt_Descrizione->Text(), "");
+    EXPECT_EQ(f->Txt_Search_UN_MIS->Text(), "");
+    EXPECT_TRUE(boxes().empty());
+
+    // Each word but the last must end the name: "vite m8" finds nothing, "8 vite" finds it.
+    retype(f->Txt_Search, "vite m8");
+    auto shown = boxes();
+    ASSERT_FALSE(shown.empty());
+    EXPECT_EQ(shown.back().title, "RICAMBIO NON TROVATO !!");
+    EXPECT_EQ(shown.back().prompt, "Non è stata trovata nessun Ricambio con le seguenti parole chiave < vite m8 > !!!");
+    EXPECT_EQ(f->List1->ListCount(), 0);
+    EXPECT_EQ(f->Label2->Caption(), "0");
+    retype(f->Txt_Search, "8 vite");
+    EXPECT_EQ(f->List1->items(), QStringList{"VITE M8"});
+
+    // Descriptions fill List2 and leave List1 empty; a click then goes by description.
+    f->Txt_Search_Desc->typeText("esag");
+    EXPECT_EQ(f->Txt_Search->Text(), "");
+    EXPECT_EQ(f->List1->ListCount(), 0);
+    EXPECT_EQ(f->List2->items(), QStringList{"Testa esagonale"});
+    EXPECT_EQ(f->Label2->Caption(), "1");
+    f->List2->choose("Testa esagonale");
+    EXPECT_EQ(f->TextID_DESCR_RIC->Text(), "1");
+    EXPECT_EQ(f->Text1->Text(), "1");
+    boxes();
+    // Nothing found quotes the category field, empty by now.
+    retype(f->Txt_Search_Desc, "zzz");
+    shown = boxes();
+    ASSERT_FALSE(shown.empty());
+    EXPECT_EQ(shown.back().title, "RICAMBIO NON TROVATO !!");
+    EXPECT_EQ(shown.back().prompt, "Non è stata trovata nessun Ricambio con le seguenti parole chiave <  > !!!");
+
+    f->Txt_Search_UN_MIS->setText(QString());
+    f->Txt_Search_UN_MIS->typeText("l");
+    EXPECT_EQ(f->List1->items(), QStringList{"OLIO"});
+    boxes();
+    retype(f->Txt_Search_UN_MIS, "q");
+    shown = boxes();
+    ASSERT_FALSE(shown.empty());
+    EXPECT_EQ(shown.back().title, "Definizione non trovata !!");
+    EXPECT_EQ(shown.back().prompt,
+              "Non è stata trovata nessuna Definizione con le seguenti parole chiave < q > !!!");
+    // Two words name the column UN_MIS, which does not exist: the error is shown plainly.
+    f->Txt_Search_UN_MIS->setText(QString());
+    f->Txt_Search_UN_MIS->typeText("p");
+    EXPECT_EQ(f->List1->items(), QStringList({"VITE", "VITE M8"}));
+    boxes();
+    f->Txt_Search_UN_MIS->typeText(" z");
+    shown = boxes();
+    ASSERT_FALSE(shown.empty());
+    EXPECT_EQ(shown.back().title, "VELMORA");
+    EXPECT_EQ(f->List1->ListCount(), 0);
+
+    // VISUALIZZA TUTTO empties the searches and lists everything again.
+    f->Command1->click();
+    EXPECT_EQ(f->Txt_Search_UN_MIS->Text(), "");
+    EXPECT_EQ(f->List1->ListCount(), 3);
+    EXPECT_EQ(f->Label2->Caption(), "3");
+}
+
+TEST_F(Form2Fixture, FieldRulesKeysAndFocusColours)
+{
+    Form2* f = form();
+    f->Txt_Scorta->typeText("1x2");
+    EXPECT_EQ(f->Txt_Scorta->Text(), "12");
+    f->Txt_Giacenza->typeText("-5");
+    EXPECT_EQ(f->Txt_Giacenza->Text(), "5");
+    // The price takes any key; emptied it is "0" again, the caret after it.
+    EXPECT_FALSE(f->Cmd_Edit->isEnabled());
+    f->TextCosto->typeText("abc");
+    EXPECT_EQ(f->TextCosto->Text(), "abc");
+    EXPECT_TRUE(f->Cmd_Edit->isEnabled()) << "typing lets the save through";
+    f->TextCosto->focusOut();
+    f->TextCosto->focusIn(); // the whole text selected, then Backspace
+    f->TextCosto->keyPress(8);
+    EXPECT_EQ(f->TextCosto->Text(), "0");
+    EXPECT_EQ(f->TextCosto->SelStart(), 1);
+
+    for (vb::Control* c : std::initializer_list<vb::Control*>{f->List1, f->List2, f->TextRICAMBI, f->DataCombo1,
+                                                              f->Txt_Descrizione, f->TextCosto, f->TextNOTE,
+                                                              f->Txt_Search_Desc}) {
+        c->focusIn();
+        EXPECT_EQ(c->BackColor(), vb::colour::Orange) << c->Name().toStdString();
+        c->focusOut();
+        EXPECT_EQ(c->BackColor(), vb::colour::White) << c->Name().toStdString();
+    }
+}
+
+TEST_F(Form2Fixture, PrintsAllPartsByCategoryAndWhereOneIsFitted)
+{
+    start();
+    boxes();
+    shell::screens().show("Form2");
+    Form2* f = form();
+
+    f->Cmd_print_A->click();
+    ASSERT_TRUE(reports::IsReportVisible("DataReport4"));
+    QStringList t = allTexts("DataReport4");
+    EXPECT_TRUE(t.contains("LISTA RICAMBI"));
+    EXPECT_LT(t.indexOf("Idraulico"), t.indexOf("Brugola"));
+    EXPECT_LT(t.indexOf("Brugola"), t.indexOf("Testa esagonale"));
+
+    f->Cmd_Print_Group->click();
+    ASSERT_TRUE(reports::IsReportVisible("DataReport11"));
+    t = allTexts("DataReport11");
+    EXPECT_TRUE(t.contains("LISTA RICAMBI"));
+    EXPECT_TRUE(t.contains("0,35")) << "the category's lowest cost";
+    EXPECT_TRUE(t.contains("1.234,50")) << "under the Standard format";
+
+    // Presence needs a part.
+    f->Cmd_Presence->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "RICAMBIO NON SELEZIONATA!");
+    EXPECT_EQ(shown[0].prompt, "Non hai selezionato nessuna Ricambio!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Information);
+    EXPECT_FALSE(reports::IsReportLoaded("DataReport17"));
+
+    pick(f, "VITE M8", "Testa esagonale");
+    f->Cmd_Presence->click();
+    ASSERT_TRUE(reports::IsReportVisible("DataReport17"));
+    t = allTexts("DataReport17");
+    EXPECT_TRUE(t.contains("PRESSA"));
+    EXPECT_TRUE(t.contains("TORNIO"));
+    EXPECT_TRUE(t.contains("Testa esagonale"));
+    EXPECT_TRUE(t.contains("15/11/2026")) << "today's date, no time";
+    EXPECT_EQ(reports::ReportWindow("DataReport17")->geometry().left(), vb::twipsToPixels(2200));
+
+    for (const char* r : {"DataReport4", "DataReport11", "DataReport17"})
+        reports::UnloadReport(r);
+}
+
+TEST_F(Form2Fixture, PictureTakesThePhotoButtonsPlaceAndTheGalleryGetsThePart)
+{
+    QImage picture(300, 150, QImage::Format_RGB32);
+    picture.fill(Qt::darkGreen);
+    const QString file = path() + "/vite.png";
+    ASSERT_TRUE(picture.save(file));
+    exec(QStringLiteral("INSERT INTO Tbl_Images_Desc_Ricambi (ID_DESCRIZIONE_RICAMBI, Images, Percorso) "
+                        "VALUES (1, 'vite.png', '%1')")
+             .arg(file));
+
+    Form2* f = form();
+    pick(f, "VITE M8", "Testa esagonale");
+    EXPECT_EQ(f->Txt_Images->Text(), "vite.png");
+    EXPECT_EQ(f->Txt_ID_IMAGES_DC->Text(), "1");
+    EXPECT_FALSE(f->Image4->isHidden());
+    EXPECT_TRUE(f->Cmd_Photo->isHidden());
+    // Wider than the button: the button's width decides, the proportions stay.
+    EXPECT_EQ(f->Image4->Width(), f->Cmd_Photo->Width());
+    EXPECT_EQ(f->Image4->Height(), f->Cmd_Photo->Width() / 2);
+    EXPECT_EQ(f->Image4->ToolTipText(), "32%");
+
+    // A part without pictures shows the button again.
+    f->List2->choose("Brugola");
+    EXPECT_TRUE(f->Image4->isHidden());
+    EXPECT_FALSE(f->Cmd_Photo->isHidden());
+
+    // The gallery is given the part (and, from the button, the picture) and shown modally.
+    standIn("Form1", QStringList{"T:TextID_DESCR_RIC", "T:TextID_IMAGES_DC"});
+    QStringList seen;
+    auto closeGallery = [&] {
+        QTimer::singleShot(0, [&] {
+            for (const char* c : {"TextID_DESCR_RIC", "TextID_IMAGES_DC"})
+                seen << shell::screens().control("Form1", c)->vbProperty("Text").toString();
+            shell::screens().unload("Form1");
+        });
+    };
+    closeGallery();
+    f->Cmd_Photo->click();
+    EXPECT_EQ(seen, QStringList({"2", ""}));
+    pick(f, "VITE M8", "Testa esagonale");
+    seen.clear();
+    closeGallery();
+    f->Image4->click();
+    EXPECT_EQ(seen, QStringList({"1", ""})) << "the picture's key is not handed from the picture";
+}
+
+TEST_F(Form2Fixture, MenuEntryOpensTheRegisterAndTheDriverWorksIt)
+{
+    ASSERT_TRUE(start());
+    boxes();
+    shell::Driver driver;
+    auto drive = [&](const QString& line) {
+        const QJsonObject out = QJsonDocument::fromJson(driver.execute(line).toUtf8()).object();
+        EXPECT_TRUE(out.value("ok").toBool()) << line.toStdString();
+        return out.value("value");
+    };
+    drive("click frmMain.lblDescRicambi");
+    ASSERT_TRUE(drive("loaded Form2").toBool());
+    EXPECT_TRUE(drive("get Form2.Visible").toBool());
+    EXPECT_EQ(drive("get frmMain.Caption").toString(), "VELMORA <Descrizione Ricambi>");
+
+    drive("click Form2.Cmd_Add");
+    drive("select Form2.List1 0");
+    drive("type Form2.Txt_Descrizione Sintetico");
+    drive("type Form2.TextCosto 7,5");
+    drive("click Form2.Cmd_Edit");
+    EXPECT_TRUE(drive("boxes").toArray().isEmpty());
+    const QJsonArray r = drive("sql SELECT Ricambi, Costo FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Sintetico'").toArray();
+    ASSERT_EQ(r.size(), 1);
+    EXPECT_EQ(r[0].toObject().value("Ricambi").toString(), "OLIO");
+    EXPECT_DOUBLE_EQ(r[0].toObject().value("Costo").toDouble(), 7.5);
+}
