@@ -1,0 +1,252 @@
+// The supplier register: the list and its card, insert and edit with the name carried to
+// the order lines, delete without cascade, the reset, the failure boxes and the prints.
+#include "Form17Fixture.h"
+
+#include "reports/ReportViewer.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+using spares::Form17;
+namespace answer = vb::answer;
+
+namespace {
+
+class Form17Test : public Form17Fixture
+{
+protected:
+    void TearDown() override
+    {
+        reports::UnloadReport("DataReport13");
+        Form17Fixture::TearDown();
+    }
+
+    static QStringList printed()
+    {
+        QStringList t;
+        if (const auto r = reports::LaidOutPages("DataReport13"))
+            for (const auto& page : r->pages)
+                for (const auto& p : page)
+                    t << p.text;
+        return t;
+    }
+};
+
+} // namespace
+
+TEST_F(Form17Test, ListCardSelectionAndReset)
+{
+    const int zeta = addSupplier("ZETA", "Zeta Srl");
+    const int alfa = addSupplier("alfa", "Alfa Spa", "", "");
+    Form17* f = form17();
+    EXPECT_EQ(f->Caption(), "STAMPA DISTINTE");
+    EXPECT_EQ(f->Frame1->Caption(), "FORNITORI");
+    EXPECT_EQ(f->DataGrid1->cellValue(0, 0).toLong(), alfa) << "by name, case ignored";
+    EXPECT_EQ(f->Label1->Caption(), "Conteggio Fornitori: 2");
+    ASSERT_EQ(f->DataGrid1->ColumnCount(), 12);
+    const char* captions[] = {"ID", "FORNITORE", "SOCIETA'", "TEL"};
+    for (int i = 0; i < 12; ++i) {
+        const vb::GridColumn& c = f->DataGrid1->Columns(i);
+        EXPECT_EQ(c.Caption(), i < 4 ? QString(captions[i]) : c.DataField());
+        EXPECT_EQ(c.Width(), i == 1 || i == 2 ? 3500 : i == 3 ? 1600 : 0) << i;
+        EXPECT_EQ(c.Locked(), i < 3) << i;
+    }
+    // The captions go by position: "TEL" stands over position 3 of the table, the VAT number.
+    EXPECT_EQ(f->DataGrid1->cellText(1, 3), "01234567890");
+    EXPECT_EQ(f->Cmd_Save->Caption(), "Salva in Txt Tutti Fornitori");
+    EXPECT_EQ(f->Cmd_Print->Caption(), "Stampa Tutti Fornitori");
+    EXPECT_FALSE(f->Cmd_Edit->isEnabled());
+
+    selectSupplier(f, zeta);
+    EXPECT_EQ(f->txtCitta->Text(), "Brescia");
+    // Empty columns leave their fields as the clearing left them: no card data carried over.
+    selectSupplier(f, alfa);
+    EXPECT_EQ(f->txtID_FORNITORE->Text(), QString::number(alfa));
+    EXPECT_EQ(f->txtFornitore->Text(), "alfa");
+    EXPECT_EQ(f->txtUrl->Text(), "www.example.it");
+    EXPECT_EQ(f->txtCitta->Text(), "");
+    EXPECT_TRUE(f->Cmd_Edit->isEnabled());
+    EXPECT_EQ(f->Txt_Posizione->Text(), "0");
+    // Only the print follows the selection; the save keeps saying all suppliers.
+    EXPECT_EQ(f->Cmd_Print->Caption(), "Stampa Questo Fornitore");
+    EXPECT_NE(f->Cmd_Save->Caption(), spares::SaveOneCaption);
+
+    f->txtCitta->focusIn();
+    EXPECT_EQ(f->txtCitta->BackColor(), vb::colour::Orange);
+    f->txtCitta->focusOut();
+    EXPECT_EQ(f->txtCitta->BackColor(), vb::colour::White);
+
+    f->Command1->click();
+    Form17* again = reopened();
+    EXPECT_NE(again, f);
+    EXPECT_EQ(again->Cmd_Print->Caption(), "Stampa Tutti Fornitori");
+    EXPECT_EQ(again->txtFornitore->Text(), "");
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form17Test, InsertNeedsNameAndCompanyThenReturnsToTheKeptRow)
+{
+    const int rossi = addSupplier("ROSSI", "Rossi Srl");
+    Form17* f = form17();
+    selectSupplier(f, rossi);
+    f->Cmd_Add->click();
+    EXPECT_EQ(f->txtID_FORNITORE->Text(), "");
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_FALSE(f->Cmd_Add->isEnabled());
+    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
+
+    f->Cmd_Edit->click();
+    f->txtFornitore->typeText("VERDI");
+    f->Cmd_Edit->click();
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
+    EXPECT_EQ(shown[0].prompt, "Devi Inserire il Nome Fornitore");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+    EXPECT_EQ(shown[1].prompt, "Devi Inserire il Nome Società");
+
+    f->txtNome_Soceta->typeText("Verdi & Figli");
+    f->Cmd_Edit->click();
+    EXPECT_EQ(column("SELECT Nome_Soceta FROM Tbl_Fornitori WHERE Fornitore = 'VERDI'"), QStringList{"Verdi & Figli"});
+    // Reopened in browse mode on the row kept before the insert: row 0, ROSSI.
+    Form17* again = reopened();
+    EXPECT_EQ(again->Label1->Caption(), "Conteggio Fornitori: 2");
+    EXPECT_EQ(again->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_TRUE(again->Cmd_Add->isEnabled());
+    EXPECT_EQ(again->txtFornitore->Text(), "ROSSI");
+}
+
+TEST_F(Form17Test, EveryEditRewritesTheOrderLinesWithTheNameQuotesDoubled)
+{
+    const int rossi = addSupplier("ROSSI", "Rossi Srl");
+    const int other = addSupplier("BIANCHI", "Bianchi Snc");
+    const QString key = QString::number(rossi);
+    addOrderLines(key, "rossi a mano");
+    addOrderLines(QString::number(other), "BIANCHI");
+    addOrderLines("Null", "ROSSI"); // typed on the line, no supplier key
+    Form17* f = form17();
+
+    // The name unchanged: the lines get the card's name all the same.
+    selectSupplier(f, rossi);
+    f->txtTel->setText("030 999");
+    answer({answer::Yes});
+    f->Cmd_Edit->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "Modifica Fornitore **ROSSI**");
+    EXPECT_EQ(shown[0].prompt, "Stai per modificare i dati del Fornitore [ROSSI] Vuoi Procedere??");
+    EXPECT_EQ(shown[0].buttons, vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE = " + key), QStringList{"ROSSI"});
+
+    // A rename with a quote, declined first, then done.
+    f = reopened();
+    selectSupplier(f, rossi);
+    f->txtFornitore->setText("ALL'ANGELO");
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].prompt, "Il Fornitore [ROSSI] Sta per essere modificato con [ALL'ANGELO] Vuoi Procedere??");
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Fornitori WHERE ID_FORNITORE = " + key), QStringList{"ROSSI"});
+    answer({answer::Yes});
+    f->Cmd_Edit->click();
+    EXPECT_EQ(column("SELECT Tel FROM Tbl_Fornitori WHERE ID_FORNITORE = " + key), QStringList{"030 999"});
+    for (const char* table : {"Tbl_Fornitori", "Tbl_Order", "Tbl_Historian_Orders"})
+        EXPECT_EQ(column(QStringLiteral("SELECT Fornitore FROM %1 WHERE ID_FORNITORE = ").arg(table) + key),
+                  QStringList{"ALL'ANGELO"})
+            << table;
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE Is Null"), QStringList{"ROSSI"});
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE = " + QString::number(other)),
+              QStringList{"BIANCHI"});
+    // The reopened screen goes back to the row number it kept, not to the supplier: the
+    // new name sorts first, so row 1 now holds the neighbour.
+    EXPECT_EQ(reopened()->txtFornitore->Text(), "BIANCHI");
+}
+
+TEST_F(Form17Test, DeleteAsksFirstAndLeavesTheOrderLinesAlone)
+{
+    const int rossi = addSupplier("ROSSI", "Rossi Srl");
+    addOrderLines(QString::number(rossi), "ROSSI");
+    Form17* f = form17();
+    f->Cmd_Delete->click();
+    selectSupplier(f, rossi);
+    f->Cmd_Delete->click(); // answered No
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].title, "NESSUN Fornitore SELEZIONATO");
+    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun dato!");
+    EXPECT_EQ(shown[1].title, "Eliminazione Fornitore **ROSSI**");
+    EXPECT_EQ(shown[1].prompt, "Vuoi Veramente eliminare il Fornitore selezionato?");
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Fornitori").size(), 1);
+
+    answer({answer::Yes});
+    f->Cmd_Delete->click();
+    EXPECT_TRUE(column("SELECT Fornitore FROM Tbl_Fornitori").isEmpty());
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order"), QStringList{"ROSSI"});
+    EXPECT_EQ(reopened()->Label1->Caption(), "Conteggio Fornitori: 0");
+}
+
+TEST_F(Form17Test, GridWithoutRowsAndKeysBeyondSixteenBitsShowTheirBoxes)
+{
+    Form17* f = form17();
+    f->txtFornitore->setText("ROSSI");
+    f->txtNome_Soceta->setText("Rossi Srl");
+    f->Cmd_Edit_Click(); // an edit with no row behind the grid
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "DATI MANCANTI!");
+    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun Dato!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Critical);
+
+    exec("INSERT INTO Tbl_Fornitori (ID_FORNITORE, Fornitore, Nome_Soceta) VALUES (40000, 'GRANDE', 'Grande Spa')");
+    exec("INSERT INTO Tbl_Order (Ricambi, ID_FORNITORE, Fornitore) VALUES ('X', 40000, 'GRANDE')");
+    shell::screens().unload("Form17");
+    f = form17();
+    f->DataGrid1->select(0);
+    f->txtID_FORNITORE->setText("40000");
+    f->txtFornitore->setText("GRANDISSIMO");
+    f->txtNome_Soceta->setText("Grande Spa");
+    f->Cmd_Edit->setEnabled(true);
+    answer({answer::Yes});
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 3u);
+    EXPECT_EQ(shown[0].prompt, "6 Overflow") << "the row selection cannot pass the key";
+    EXPECT_EQ(shown[2].prompt, "6 Overflow") << "nor the save";
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order"), QStringList{"GRANDE"});
+}
+
+TEST_F(Form17Test, PrintsAllSuppliersInTheWorkAreaOrTheSelectedOneCentred)
+{
+    addSupplier("ZETA", "Zeta Srl");
+    const int alfa = addSupplier("ALFA", "Alfa Spa");
+    start(); // the main screen hosts the previews
+    boxes();
+    Form17* f = form17();
+    f->Cmd_Print->click();
+    QStringList t = printed();
+    EXPECT_TRUE(t.contains("LISTA FORNITORI"));
+    EXPECT_TRUE(t.contains("15/11/2026 08.00.00")) << "Label2: the present date and time";
+    EXPECT_EQ(t.mid(t.indexOf("FORNITORE:"), 2), (QStringList{"FORNITORE:", "ALFA"})) << "TextBox17 on Fornitore";
+    EXPECT_LT(t.indexOf("Alfa Spa"), t.indexOf("Zeta Srl"));
+    EXPECT_EQ(reports::ReportWindow("DataReport13")->geometry().left(), vb::twipsToPixels(2200)) << "work area";
+
+    selectSupplier(f, alfa);
+    f->Cmd_Print->click();
+    t = printed();
+    EXPECT_TRUE(t.contains("Alfa Spa"));
+    EXPECT_FALSE(t.contains("Zeta Srl"));
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect g = reports::ReportWindow("DataReport13")->geometry();
+    EXPECT_EQ(g.width(), screen.width() * 9 / 10);
+    EXPECT_EQ(g.center().x(), screen.center().x());
+
+    // INSERISCI clears the card but leaves the print on "this supplier": nothing to print.
+    reports::UnloadReport("DataReport13");
+    f->Cmd_Add->click();
+    f->Cmd_Print->click();
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI!!");
+    EXPECT_EQ(shown[0].prompt, "Non hai Selezionato nessun Fornitore!");
+    EXPECT_FALSE(reports::IsReportLoaded("DataReport13"));
+}
