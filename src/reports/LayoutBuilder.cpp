@@ -189,6 +189,7 @@ ReportLayout Builder::build() const
                     c.caption = item.text;
                 } else {
                     c.dataField = item.text;
+                    c.dataFormat = item.format;
                     c.total = item.total;
                     if (s == Section::Detail && grouped && item.kind == ControlKind::Field)
                         c.dataMember = QStringLiteral("Dati");

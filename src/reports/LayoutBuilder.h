@@ -26,6 +26,7 @@ struct Item
     /// (or up to the edge) otherwise.
     int width = 0;
     QString name;  ///< empty: numbered by the builder
+    QString format; ///< the field's Format pattern
 
     Item right() const { return with([](Item& i) { i.align = Align::Right; }); }
     Item centre() const { return with([](Item& i) { i.align = Align::Centre; }); }
@@ -33,6 +34,7 @@ struct Item
     Item hide() const { return with([](Item& i) { i.hidden = true; }); }
     Item w(int width) const { return with([width](Item& i) { i.width = width; }); }
     Item as(const char* n) const { return with([n](Item& i) { i.name = QString::fromLatin1(n); }); }
+    Item fmt(const char* f) const { return with([f](Item& i) { i.format = QString::fromUtf8(f); }); }
 
 private:
     template <typename F>

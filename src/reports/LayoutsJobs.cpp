@@ -47,7 +47,8 @@ ReportLayout DataReport2()
                {L("NASCITA:", 10).right(), F("Data_Nascita", 1701), L("INIZIO RAPPORTO:", 5113).right(),
                 F("Inizio_Rapp", 7371)},
                {L("TIPO:", 10).right(), F("Tipo", 1701)},
-               {L("Ultima Manutenz", 0), L("Macchina e Numerazione", 1250), L("Manutenzione", 6150)}})
+               // the date column is narrower than its heading, which takes two lines
+               {L("Ultima Manutenz", 0).grow(), L("Macchina e Numerazione", 1250), L("Manutenzione", 6150)}})
         .band(S::Detail, {{F("Ultima", 0).grow(), F("Modello", 1250).grow(), F("Numerazione", 5464).grow(),
                            F("Manutenzione_Tipo", 6150).grow()}})
         .band(S::GroupFooter, {{L("TOTALE OPERATORI", 100), L("Interventi Eseguiti", 2834),
@@ -116,12 +117,13 @@ ReportLayout DataReport6()
 {
     return Builder("DataReport6", "PROCEDURE MANUTENZIONE GENERALE")
         .band(S::ReportHeader, {{L("", 7370).as("Label2")}})
-        // TextBox7 and TextBox1 are bound by the machines screen's print; they do not show.
+        // TextBox7 and TextBox1 are bound by the machines screen's print, which reads the
+        // hours as minutes / 60 and has them under "#,###.00"; they do not show.
         .band(S::GroupHeader,
               BandSpec{machineHeadings(),
                        {F("Macchina", 0).grow().as("TextBox11"), F("Modello", 3667).grow().as("TextBox4"),
                         L("Generale", 7370), F("SommaDiMinuti", 7370).hide().as("TextBox7"),
-                        F("Ore", 7370).hide().as("TextBox1")}}
+                        F("Ore", 7370).hide().fmt("#,###.00").as("TextBox1")}}
                   .framed())
         .band(S::Detail, {{F("Num", 0).grow(), F("Titolo", 567).grow()}, {F("Procedura", 0).grow()}})
         .build();

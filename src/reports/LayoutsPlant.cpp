@@ -17,8 +17,10 @@ ReportLayout DataReport8()
                                 L("Anno", 8200).right()}})
         .band(S::Detail, {{F("Macchina", 0).grow(), F("Modello", 2835), F("Costruttore", 4866).grow(),
                            F("Stato", 6803), F("Anno", 8200).right()}})
+        // The machines screen's print binds the count with this spelling; column names
+        // are found whatever their case.
         .band(S::GroupFooter, {{L("TOTALE MACCHINE", 100), F("Reparto", 2268).as("TextBox7"),
-                                F("ConteggioDiMacchina", 5365).as("TextBox8")}})
+                                F("ConteggioDiMAcchina", 5365).as("TextBox8")}})
         .band(S::ReportFooter, {{L("TOTALE MACCHINE IN TUTTI I REPARTI:", 0), SumOf("ConteggioDiMacchina", 3969)}})
         .build();
 }
@@ -50,6 +52,7 @@ ReportLayout DataReport10()
 
 ReportLayout DataReport11()
 {
+    const int toEdge = ReportLayout().reportWidth - 8900;
     return Builder("DataReport11", "RICAMBI")
         .groupValues(192)
         .band(S::PageHeader, {{L("LISTA RICAMBI", 2835).centre().as("Label5")}})
@@ -59,9 +62,11 @@ ReportLayout DataReport11()
               {{F("Descrizione", 0).grow(), F("Costo", 6237).right(), F("Giacenza", 7937).right().grow()}})
         .band(S::GroupFooter,
               {{F("ConteggioDiRicambi", 97).right().as("TextBox8"), L("CONTEGGIO DI", 950), F("Ricambi", 2500),
-                L("Costo Min €", 5883).right(), L("Costo Max €", 7199).right(), L("Totale in Giacenza", 8900).right()},
+                L("Costo Min €", 5883).right(), L("Costo Max €", 7199).right(),
+                L("Totale in Giacenza", 8900).right().w(toEdge)},
+               // the stock total and its heading end together at the right margin
                {F("MinDiCosto", 5883).right().as("TextBox5"), F("MaxDiCosto", 7199).right().as("TextBox6"),
-                F("SommaDiGiacenza", 8900).right()}})
+                F("SommaDiGiacenza", 8900).right().w(toEdge)}})
         .band(S::ReportFooter, {{L("CONTEGGIO DI RICAMBI N°", 383).right(), CountOf("ConteggioDiRicambi", 3969)},
                                 {L("TOTALE MATERIALI PRESENTI N°", 383).right(), SumOf("ConteggioDiRicambi", 3969)}})
         .build();

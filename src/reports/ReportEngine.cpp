@@ -1,5 +1,7 @@
 #include "reports/ReportEngine.h"
 
+#include "runtime/VBFunctions.h"
+
 #include <algorithm>
 
 namespace reports {
@@ -19,6 +21,7 @@ QStringList wrapText(const QString& text, int width, const Font& font, TextMeasu
     normalised.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
     const QStringList paragraphs = normalised.split(QLatin1Char('\n'));
     for (const QString& para : paragraphs) {
+        const qsizetype first = out.size();
         QString line;
         int lineWidth = 0;
         const QStringList words = para.split(QLatin1Char(' '), Qt::SkipEmptyParts);
@@ -53,7 +56,8 @@ QStringList wrapText(const QString& text, int width, const Font& font, TextMeasu
             line = piece;
             lineWidth = m.width(piece, font);
         }
-        out << line;
+        // A paragraph on one line keeps its blanks as written ("FORNITORE: ").
+        out << (out.size() == first && !line.isEmpty() ? para : line);
     }
     return out;
 }
@@ -63,11 +67,17 @@ QStringList wrapText(const QString& text, int width, const Font& font, TextMeasu
 
 namespace {
 
-QString columnText(const ReportData::Values* values, int column)
+/// A value as its control prints it: under the control's Format pattern when it has one.
+QString valueText(const vb::Variant& v, const Control& c)
+{
+    return c.dataFormat.isEmpty() ? v.displayText() : vb::Format(v, c.dataFormat).displayText();
+}
+
+QString columnText(const ReportData::Values* values, int column, const Control& c)
 {
     if (!values || column < 0 || column >= static_cast<int>(values->size()))
         return {};
-    return (*values)[column].displayText();
+    return valueText((*values)[column], c);
 }
 
 /// Binds one band: fields without a data member read the parent row, fields with one the
@@ -84,9 +94,9 @@ BoundBand bindBand(const ReportLayout& layout, const ReportData& data, Section s
             break;
         case ControlKind::Field:
             if (!c.dataMember.isEmpty())
-                b.texts.push_back(columnText(child, data.childColumn(c.dataField)));
+                b.texts.push_back(columnText(child, data.childColumn(c.dataField), c));
             else
-                b.texts.push_back(columnText(parent, data.column(c.dataField)));
+                b.texts.push_back(columnText(parent, data.column(c.dataField), c));
             break;
         default:
             b.texts.push_back(QString());
@@ -111,7 +121,7 @@ QString totalText(const Control& c, const ReportData& data)
                 sum += v.toDouble();
         }
     }
-    return c.total == Total::Count ? vb::Variant(count).displayText() : vb::Variant(sum).displayText();
+    return valueText(c.total == Total::Count ? vb::Variant(count) : vb::Variant(sum), c);
 }
 
 bool bandPrints(const Band& b)

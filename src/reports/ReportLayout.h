@@ -44,6 +44,7 @@ struct Control
     QString caption;   ///< labels; a page-footer caption may hold %p and %P
     QString dataField; ///< fields and totals
     QString dataMember; ///< "Dati" for fields bound to the child rows
+    QString dataFormat; ///< a Format pattern for the value of a field or total; empty: as read
     Total total = Total::Sum;
     Align align = Align::Left;
     bool canGrow = false;

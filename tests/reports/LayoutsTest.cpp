@@ -197,3 +197,24 @@ TEST(Layouts, PdfHasOnePagePerLaidOutPage)
     // A folder that does not exist gives false, not a half-written file.
     EXPECT_FALSE(writePdf(doc, dir.filePath("missing/r9.pdf")));
 }
+
+// Every fixed text of every design prints whole: a heading wider than its place would
+// lose its last words, since only growing controls take more lines.
+TEST(Layouts, EveryFixedTextPrintsWhole)
+{
+    QtTextMeasurer m;
+    for (const QString& name : LayoutNames()) {
+        const ReportLayout l = *MakeLayout(name);
+        for (int s = 0; s < SectionCount; ++s) {
+            for (const Control& c : l.band(static_cast<Section>(s)).controls) {
+                if (c.kind != ControlKind::Label || !c.visible || c.caption.isEmpty())
+                    continue;
+                QString caption = c.caption;
+                caption.replace("%p", "99").replace("%P", "99");
+                const int fit = c.canGrow ? 99 : std::max(1, c.height / m.lineHeight(c.font));
+                EXPECT_LE(wrapText(caption, c.width, c.font, m, false).size(), fit)
+                    << name.toStdString() << " " << c.name.toStdString() << " \"" << c.caption.toStdString() << "\"";
+            }
+        }
+    }
+}
