@@ -1,51 +1,15 @@
 // The automation driver: the real program driven through standard input, and the
 // driver's value forms checked in-process.
+#include "DriveProcess.h"
 #include "ShellFixture.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryFile>
 #include <cstdio>
 
 using shell::screens;
-
-namespace {
-
-/// Runs `velmora --home DIR --drive -` on the script; one parsed JSON answer per line.
-std::vector<QJsonObject> drive(const QString& home, const QStringList& script)
-{
-    QProcess p;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    p.setProcessEnvironment(env);
-    p.start(QStringLiteral(VELMORA_BINARY), {QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-")});
-    EXPECT_TRUE(p.waitForStarted());
-    p.write((script.join(u'\n') + u'\n').toUtf8());
-    p.closeWriteChannel();
-    EXPECT_TRUE(p.waitForFinished(120000));
-    EXPECT_EQ(p.exitCode(), 0);
-    std::vector<QJsonObject> out;
-    const QList<QByteArray> lines = p.readAllStandardOutput().split('\n');
-    for (const QByteArray& line : lines) {
-        if (line.isEmpty())
-            continue;
-        QJsonParseError err;
-        const QJsonDocument doc = QJsonDocument::fromJson(line, &err);
-        EXPECT_EQ(err.error, QJsonParseError::NoError) << "not JSON: " << line.toStdString();
-        out.push_back(doc.object());
-    }
-    return out;
-}
-
-QJsonValue value(const QJsonObject& o)
-{
-    EXPECT_TRUE(o.value(QStringLiteral("ok")).toBool()) << QJsonDocument(o).toJson().toStdString();
-    return o.value(QStringLiteral("value"));
-}
-
-} // namespace
 
 // A whole session: data put in place before the start, the start with its alert answered,
 // a menu click, a caption read, the close and its register row.
