@@ -28,7 +28,7 @@ const QString Browsing = QStringLiteral("MODIFICA");
 // The column of entry fields, in twips.
 constexpr int FieldLabelLeft = 8280;
 constexpr int FieldLeft = 9840;
-constexpr int FieldWidth = 3000;
+constexpr int FieldWidth = 3600;
 constexpr int RowHeight = 315;
 constexpr int RowStep = 420;
 
@@ -94,7 +94,7 @@ Form2::Form2(QWidget* owner) : vb::Form(owner, QStringLiteral("Form2"), QStringL
 
 void Form2::buildControls()
 {
-    Move(0, 0, 13080, 6840);
+    Move(0, 0, 13680, 7320);
 
     auto label = [this](const char* name, const QString& caption, int left, int top, int width) {
         auto* l = new vb::Label(this, QString::fromLatin1(name), caption);
@@ -155,7 +155,7 @@ void Form2::buildControls()
     TextNOTE->Move(FieldLeft, top, FieldWidth, 900);
 
     // The picture stands in the button's place once the part has one.
-    Cmd_Photo = button("Cmd_Photo", QStringLiteral("INSERISCI IMMAGINE"), FieldLeft + 1560, photoTop, 1440);
+    Cmd_Photo = button("Cmd_Photo", QStringLiteral("INSERISCI IMMAGINE"), FieldLeft + 1560, photoTop, FieldWidth - 1560);
     Cmd_Photo->setHeight(2 * RowStep + RowHeight);
     Cmd_Photo->setEnabled(false);
     Image4 = new vb::Image(this, QStringLiteral("Image4"));
@@ -170,34 +170,37 @@ void Form2::buildControls()
 
     // Commands.
     top = 4560;
-    Cmd_Add = button("Cmd_Add", QStringLiteral("INSERISCI"), FieldLabelLeft, top, 1440);
-    Cmd_Edit = button("Cmd_Edit", Browsing, FieldLabelLeft + 1560, top, 1440);
+    Cmd_Add = button("Cmd_Add", QStringLiteral("INSERISCI"), FieldLabelLeft, top, 1640);
+    Cmd_Edit = button("Cmd_Edit", Browsing, FieldLabelLeft + 1760, top, 1640);
     // A part key or typing in the fields lets a save through.
     Cmd_Edit->setEnabled(false);
-    Cmd_Delete = button("Cmd_Delete", QStringLiteral("ELIMINA"), FieldLabelLeft + 3120, top, 1440);
+    Cmd_Delete = button("Cmd_Delete", QStringLiteral("ELIMINA"), FieldLabelLeft + 3520, top, 1640);
     top += 495;
-    Command1 = button("Command1", QStringLiteral("VISUALIZZA TUTTO"), FieldLabelLeft, top, 4560);
+    constexpr int CommandsWidth = 5160;
+    Command1 = button("Command1", QStringLiteral("VISUALIZZA TUTTO"), FieldLabelLeft, top, CommandsWidth);
     top += 495;
-    Cmd_print_A = button("Cmd_print_A", QStringLiteral("STAMPA TUTTI I RICAMBI"), FieldLabelLeft, top, 2220);
-    Cmd_Print_Group = button("Cmd_Print_Group", QStringLiteral("STAMPA IN ORDINE ALFABETICO"), FieldLabelLeft + 2340, top,
-                             2220);
+    Cmd_print_A = button("Cmd_print_A", QStringLiteral("STAMPA TUTTI I RICAMBI"), FieldLabelLeft, top, CommandsWidth);
     top += 495;
-    Cmd_Presence = button("Cmd_Presence", QStringLiteral("PRESENZA MACCHINE"), FieldLabelLeft, top, 2220);
-    Cmd_Save_txt = button("Cmd_Save_txt", QStringLiteral("SALVA IN FILE Txt"), FieldLabelLeft + 2340, top, 2220);
+    Cmd_Print_Group =
+        button("Cmd_Print_Group", QStringLiteral("STAMPA IN ORDINE ALFABETICO"), FieldLabelLeft, top, CommandsWidth);
+    top += 495;
+    Cmd_Presence = button("Cmd_Presence", QStringLiteral("PRESENZA MACCHINE"), FieldLabelLeft, top, 2520);
+    Cmd_Save_txt = button("Cmd_Save_txt", QStringLiteral("SALVA IN FILE Txt"), FieldLabelLeft + 2640, top, 2520);
 
-    // Searches, under the lists.
-    auto searchField = [this](const char* frameName, const QString& caption, const char* name, int left,
-                              vb::Frame*& frame) {
+    // Searches, each under the list it fills; the units under the categories.
+    auto searchField = [this](const char* frameName, const QString& caption, const char* name, int left, int top,
+                              int width, vb::Frame*& frame) {
         frame = new vb::Frame(this, QString::fromLatin1(frameName), caption);
-        frame->Move(left, 5400, 2600, 780);
+        frame->Move(left, top, width, 780);
         auto* t = new vb::TextBox(frame, QString::fromLatin1(name));
-        t->Move(120, 300, 2360, RowHeight);
+        t->Move(120, 300, width - 240, RowHeight);
         return t;
     };
-    Txt_Search = searchField("Frame1", QStringLiteral("CERCA NEI RICAMBI"), "Txt_Search", 120, Frame1);
-    Txt_Search_Desc = searchField("Frame2", QStringLiteral("CERCA NELLE DESCRIZIONI"), "Txt_Search_Desc", 2840, Frame2);
-    Txt_Search_UN_MIS =
-        searchField("Frame3", QStringLiteral("CERCA NELLE UNITà DI MISURA"), "Txt_Search_UN_MIS", 5560, Frame3);
+    Txt_Search = searchField("Frame1", QStringLiteral("CERCA NEI RICAMBI"), "Txt_Search", 120, 5400, 3600, Frame1);
+    Txt_Search_Desc =
+        searchField("Frame2", QStringLiteral("CERCA NELLE DESCRIZIONI"), "Txt_Search_Desc", 3840, 5400, 4200, Frame2);
+    Txt_Search_UN_MIS = searchField("Frame3", QStringLiteral("CERCA NELLE UNITà DI MISURA"), "Txt_Search_UN_MIS", 120,
+                                    6300, 3600, Frame3);
 }
 
 void Form2::connectEvents()
@@ -499,13 +502,14 @@ void Form2::Cmd_Edit_Click()
         step([&] { rs.UpdateBatch(); });
     }
     // Then the part; the stock typed replaces the stock, with no trace of the difference.
-    QString part;
-    step([&] { part = key16(TextID_DESCR_RIC->Text()); });
+    // Without a part chosen its key is no number: the part and the cascade are passed over
+    // with the price's box each.
+    const auto part = [this] { return key16(TextID_DESCR_RIC->Text()); };
     {
         store::Recordset rs;
         bool found = false;
         step([&] {
-            rs.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi where ID_DESCRIZIONE_RICAMBI =") + part);
+            rs.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi where ID_DESCRIZIONE_RICAMBI =") + part());
             found = !rs.Eof();
         });
         if (found) {
@@ -525,7 +529,7 @@ void Form2::Cmd_Edit_Click()
     step([&] {
         store::Recordset rs;
         rs.Open(QStringLiteral("UPDATE Tbl_Ricerca SET Tbl_Ricerca.Descrizione = '") + Txt_Descrizione->Text() +
-                QStringLiteral("' Where ID_DESCRIZIONE_RICAMBI =") + part);
+                QStringLiteral("' Where ID_DESCRIZIONE_RICAMBI =") + part());
     });
     step([&] { Refresh_Category_List(); });
 }

@@ -210,6 +210,22 @@ TEST_F(Form2Fixture, EditOverwritesThePartAndCarriesTheDescriptionToPastInterven
     // found and the fields stay cleared.
     pick(f, "VITI M8", "Testa esagonale lunga");
     EXPECT_EQ(f->TextID_DESCR_RIC->Text(), "");
+
+    // A category alone: its unit changes; without a part key the part and the cascade are
+    // passed over, each with the price's box.
+    boxes();
+    pick(f, "OLIO");
+    f->DataCombo1->setText(QString());
+    f->DataCombo1->typeText("kg");
+    f->Txt_Descrizione->typeText("Idraulico");
+    answer({answer::Yes});
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 3u);
+    EXPECT_EQ(shown[1].title, "DATI ERRARI !!!");
+    EXPECT_EQ(shown[2].title, "DATI ERRARI !!!");
+    EXPECT_EQ(column("SELECT Unita_Misura FROM Tbl_Ricambi WHERE ID_RICAMBI = 3"), QStringList{"kg"});
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Idraulico'"), QStringList{"1"});
 }
 
 TEST_F(Form2Fixture, EditCascadeTakesTheDescriptionAsTypedSoAnApostropheStopsIt)
@@ -435,7 +451,7 @@ TEST_F(Form2Fixture, PictureTakesThePhotoButtonsPlaceAndTheGalleryGetsThePart)
     // Wider than the button: the button's width decides, the proportions stay.
     EXPECT_EQ(f->Image4->Width(), f->Cmd_Photo->Width());
     EXPECT_EQ(f->Image4->Height(), f->Cmd_Photo->Width() / 2);
-    EXPECT_EQ(f->Image4->ToolTipText(), "32%");
+    EXPECT_EQ(f->Image4->ToolTipText(), "45%");
 
     // A part without pictures shows the button again.
     f->List2->choose("Brugola");
