@@ -6,6 +6,7 @@
 #include "store/DataStore.h"
 
 #include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
 using namespace reports;
@@ -71,37 +72,38 @@ private:
 // its column wraps and pushes the rows and the footer below it down.
 TEST_F(StoreDocuments, DepartmentsWithEmptyGroupsTotalsAndGrowingNames)
 {
-    for (const char* r : {"ASSEMBLAGGIO", "MAGAZZINO", "STAMPAGGIO"})
+    for (const char* r : { "ASSEMBLAGGIO", "ACCETTAZIONE", "STAMPAGGIO" })
         exec(QStringLiteral("INSERT INTO Tbl_Reparto (Reparto) VALUES ('%1')").arg(QLatin1String(r)));
     const QString longName = QStringLiteral("PRESSA IDRAULICA A DOPPIO EFFETTO CON CUSCINO MOBILE");
     exec(QStringLiteral("INSERT INTO Tbl_Macchina (Macchina, Modello, Stato, REPARTO, Costruttore, Anno) "
                         "VALUES ('AVVITATORE', 'AV1', 'Attiva', 'ASSEMBLAGGIO', 'Bosco', '2019')"));
     exec(QStringLiteral("INSERT INTO Tbl_Macchina (Macchina, Modello, Stato, REPARTO, Costruttore, Anno) "
-                        "VALUES ('%1', 'PX200', 'Attiva', 'STAMPAGGIO', 'Ferri', '2015')").arg(longName));
+                        "VALUES ('%1', 'PX200', 'Attiva', 'STAMPAGGIO', 'Ferri', '2015')")
+             .arg(longName));
     exec(QStringLiteral("INSERT INTO Tbl_Macchina (Macchina, Modello, Stato, REPARTO, Costruttore, Anno) "
                         "VALUES ('TRANCIA', 'TR5', 'Ferma', 'STAMPAGGIO', 'Ferri', '2001')"));
 
     // The machines screen's child rows, under departments read from their own table.
     ShowReport(QStringLiteral("DataReport8"),
-               QStringLiteral("SHAPE {SELECT Tbl_Reparto.Reparto, Count(Tbl_Macchina.Macchina) AS ConteggioDiMacchina "
-                              "FROM Tbl_Reparto LEFT JOIN Tbl_Macchina ON Tbl_Reparto.Reparto = Tbl_Macchina.REPARTO "
-                              "GROUP BY Tbl_Reparto.Reparto;} "
-                              "APPEND ({SELECT Tbl_Macchina.REPARTO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
-                              "Tbl_Macchina.Stato, Tbl_Macchina.Costruttore, Tbl_Macchina.Anno From Tbl_Macchina "
-                              "GROUP BY Tbl_Macchina.REPARTO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
-                              "Tbl_Macchina.Stato, Tbl_Macchina.Costruttore, Tbl_Macchina.Anno "
-                              "ORDER BY Tbl_Macchina.REPARTO;} RELATE Reparto to Reparto) as Dati"));
+        QStringLiteral("SHAPE {SELECT Tbl_Reparto.Reparto, Count(Tbl_Macchina.Macchina) AS ConteggioDiMacchina "
+                       "FROM Tbl_Reparto LEFT JOIN Tbl_Macchina ON Tbl_Reparto.Reparto = Tbl_Macchina.REPARTO "
+                       "GROUP BY Tbl_Reparto.Reparto;} "
+                       "APPEND ({SELECT Tbl_Macchina.REPARTO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
+                       "Tbl_Macchina.Stato, Tbl_Macchina.Costruttore, Tbl_Macchina.Anno From Tbl_Macchina "
+                       "GROUP BY Tbl_Macchina.REPARTO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
+                       "Tbl_Macchina.Stato, Tbl_Macchina.Costruttore, Tbl_Macchina.Anno "
+                       "ORDER BY Tbl_Macchina.REPARTO;} RELATE Reparto to Reparto) as Dati"));
     const auto p = page(QStringLiteral("DataReport8"));
     const QStringList t = texts(p);
 
-    // The empty department: its header, its column headings, then at once its footer
-    // with the count 0 (the count is bound under the print's own spelling of the column).
-    const int empty = static_cast<int>(t.indexOf(QStringLiteral("MAGAZZINO")));
+    // The empty department, the first of all: its header, its column headings, then at
+    // once its footer with the count 0 (bound under the print's own spelling of it).
+    const int empty = static_cast<int>(t.indexOf(QStringLiteral("ACCETTAZIONE")));
     ASSERT_GT(empty, 0);
     EXPECT_EQ(t[empty - 1], QStringLiteral("REPARTO:"));
     EXPECT_EQ(t.mid(empty + 1, 9),
-              (QStringList{"MACCHINA", "Modello", "Costruttore", "Stato", "Anno", "TOTALE MACCHINE", "MAGAZZINO", "0",
-                           "REPARTO:"}));
+        (QStringList { "MACCHINA", "Modello", "Costruttore", "Stato", "Anno", "TOTALE MACCHINE", "ACCETTAZIONE", "0",
+            "REPARTO:" }));
 
     // The report footer sums the counts of all three departments.
     const int total = static_cast<int>(t.indexOf(QStringLiteral("TOTALE MACCHINE IN TUTTI I REPARTI:")));
@@ -150,30 +152,29 @@ TEST_F(StoreDocuments, PartsByCategoryWithStandardCostsAndFooterTotals)
     part("CINGHIE", "Cinghia A40", "7", 10);
 
     ShowReport(QStringLiteral("DataReport11"),
-               QStringLiteral(
-                   "SHAPE {SELECT Count(Tbl_Descrizione_Ricambi.Ricambi) AS ConteggioDiRicambi, "
-                   "Format(Min(Tbl_Descrizione_Ricambi.Costo),'Standard') AS MinDiCosto, "
-                   "Format(Max(Tbl_Descrizione_Ricambi.Costo),'Standard') AS MaxDiCosto, "
-                   "Sum(Tbl_Descrizione_Ricambi.Costo) AS SommaDiCosto, Tbl_Descrizione_Ricambi.Ricambi, "
-                   "Sum(Tbl_Descrizione_Ricambi.Giacenza) AS SommaDiGiacenza From Tbl_Descrizione_Ricambi "
-                   "GROUP BY Tbl_Descrizione_Ricambi.Ricambi;} APPEND ({SELECT Tbl_Descrizione_Ricambi.Ricambi, "
-                   "Tbl_Descrizione_Ricambi.Costo, Tbl_Descrizione_Ricambi.Descrizione, "
-                   "Tbl_Descrizione_Ricambi.Giacenza From Tbl_Descrizione_Ricambi GROUP BY "
-                   "Tbl_Descrizione_Ricambi.Ricambi, Tbl_Descrizione_Ricambi.Costo, "
-                   "Tbl_Descrizione_Ricambi.Descrizione, Tbl_Descrizione_Ricambi.Giacenza;} "
-                   "RELATE Ricambi to Ricambi) as Dati"));
+        QStringLiteral("SHAPE {SELECT Count(Tbl_Descrizione_Ricambi.Ricambi) AS ConteggioDiRicambi, "
+                       "Format(Min(Tbl_Descrizione_Ricambi.Costo),'Standard') AS MinDiCosto, "
+                       "Format(Max(Tbl_Descrizione_Ricambi.Costo),'Standard') AS MaxDiCosto, "
+                       "Sum(Tbl_Descrizione_Ricambi.Costo) AS SommaDiCosto, Tbl_Descrizione_Ricambi.Ricambi, "
+                       "Sum(Tbl_Descrizione_Ricambi.Giacenza) AS SommaDiGiacenza From Tbl_Descrizione_Ricambi "
+                       "GROUP BY Tbl_Descrizione_Ricambi.Ricambi;} APPEND ({SELECT Tbl_Descrizione_Ricambi.Ricambi, "
+                       "Tbl_Descrizione_Ricambi.Costo, Tbl_Descrizione_Ricambi.Descrizione, "
+                       "Tbl_Descrizione_Ricambi.Giacenza From Tbl_Descrizione_Ricambi GROUP BY "
+                       "Tbl_Descrizione_Ricambi.Ricambi, Tbl_Descrizione_Ricambi.Costo, "
+                       "Tbl_Descrizione_Ricambi.Descrizione, Tbl_Descrizione_Ricambi.Giacenza;} "
+                       "RELATE Ricambi to Ricambi) as Dati"));
     const QStringList t = texts(page(QStringLiteral("DataReport11")));
     const int bearings = static_cast<int>(t.indexOf(QStringLiteral("CUSCINETTI")));
     ASSERT_GT(bearings, 0);
     // Group header, its parts with their raw costs, the footer with the formatted ones.
     EXPECT_EQ(t.mid(bearings - 1, 17),
-              (QStringList{"Ricambi:", "CUSCINETTI", "RICAMBI", "COSTO €", "GIACENZA", "Cuscinetto 6204", "12,5", "4",
-                           "Cuscinetto 6305 a doppia corona di sfere", "1234,5", "2", "2", "CONTEGGIO DI",
-                           "CUSCINETTI", "Costo Min €", "Costo Max €", "Totale in Giacenza"}));
-    EXPECT_EQ(t.mid(bearings + 16, 3), (QStringList{"12,50", "1.234,50", "6"}));
+        (QStringList { "Ricambi:", "CUSCINETTI", "RICAMBI", "COSTO €", "GIACENZA", "Cuscinetto 6204", "12,5", "4",
+            "Cuscinetto 6305 a doppia corona di sfere", "1234,5", "2", "2", "CONTEGGIO DI", "CUSCINETTI", "Costo Min €",
+            "Costo Max €", "Totale in Giacenza" }));
+    EXPECT_EQ(t.mid(bearings + 16, 3), (QStringList { "12,50", "1.234,50", "6" }));
     const int count = static_cast<int>(t.indexOf(QStringLiteral("CONTEGGIO DI RICAMBI N°")));
     ASSERT_GE(count, 0);
-    EXPECT_EQ(t.mid(count, 4), (QStringList{"CONTEGGIO DI RICAMBI N°", "2", "TOTALE MATERIALI PRESENTI N°", "3"}));
+    EXPECT_EQ(t.mid(count, 4), (QStringList { "CONTEGGIO DI RICAMBI N°", "2", "TOTALE MATERIALI PRESENTI N°", "3" }));
 }
 
 // The general procedures as the machines screen prints them: the hours, minutes / 60,
@@ -196,17 +197,17 @@ TEST_F(StoreDocuments, GeneralProcedureHoursUnderTheirFormat)
     auto hoursOf = [&](int model) {
         store::Recordset rs;
         rs.Open(QStringLiteral(
-                    "SHAPE {SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
-                    "Sum(Tbl_Proc_General.Minuti) AS SommaDiMinuti, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60 AS Ore "
-                    "FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
-                    "Tbl_Proc_General.ID_MODELLO GROUP BY Tbl_Proc_General_Macc.Macchina, "
-                    "Tbl_Proc_General_Macc.Modello, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60, "
-                    "Tbl_Proc_General.ID_MODELLO HAVING (((Tbl_Proc_General.ID_MODELLO)=%1));} "
-                    "APPEND ({SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
-                    "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura, "
-                    "Tbl_Proc_General.Minuti FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General on "
-                    "(Tbl_Proc_General_Macc.ID_MODELLO = Tbl_Proc_General.ID_MODELLO);} "
-                    "RELATE Modello to Modello) as Dati")
+            "SHAPE {SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+            "Sum(Tbl_Proc_General.Minuti) AS SommaDiMinuti, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60 AS Ore "
+            "FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
+            "Tbl_Proc_General.ID_MODELLO GROUP BY Tbl_Proc_General_Macc.Macchina, "
+            "Tbl_Proc_General_Macc.Modello, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60, "
+            "Tbl_Proc_General.ID_MODELLO HAVING (((Tbl_Proc_General.ID_MODELLO)=%1));} "
+            "APPEND ({SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+            "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura, "
+            "Tbl_Proc_General.Minuti FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General on "
+            "(Tbl_Proc_General_Macc.ID_MODELLO = Tbl_Proc_General.ID_MODELLO);} "
+            "RELATE Modello to Modello) as Dati")
                     .arg(model));
         const std::vector<BoundBand> flow = Bind(layout, ReportData::fromRecordset(rs, true));
         for (const BoundBand& b : flow)

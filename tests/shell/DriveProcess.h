@@ -6,6 +6,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QStringList>
+
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -16,7 +17,8 @@ inline std::vector<QJsonObject> drive(const QString& home, const QStringList& sc
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     p.setProcessEnvironment(env);
-    p.start(QStringLiteral(VELMORA_BINARY), {QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-")});
+    p.start(QStringLiteral(VELMORA_BINARY),
+        { QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-") });
     EXPECT_TRUE(p.waitForStarted());
     p.write((script.join(u'\n') + u'\n').toUtf8());
     p.closeWriteChannel();

@@ -36,7 +36,7 @@ std::vector<Page> pagesOf(const QJsonValue& report)
 int pdfPages(const QString& path)
 {
     QProcess info;
-    info.start(QStringLiteral("pdfinfo"), {path});
+    info.start(QStringLiteral("pdfinfo"), { path });
     if (info.waitForFinished(30000) && info.exitStatus() == QProcess::NormalExit && info.exitCode() == 0) {
         for (const QByteArray& line : info.readAllStandardOutput().split('\n'))
             if (line.startsWith("Pages:"))
@@ -61,7 +61,7 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     const QString partsPdf = out.filePath(QStringLiteral("ricambi.pdf"));
     const QString notesPdf = out.filePath(QStringLiteral("note.pdf"));
 
-    QStringList s{QStringLiteral("clock 2026-11-15T08:00:00")};
+    QStringList s { QStringLiteral("clock 2026-11-15T08:00:00") };
     // Sixty parts: more than one page of the flat parts list.
     for (int i = 1; i <= 60; ++i)
         s << QStringLiteral("exec INSERT INTO Tbl_Descrizione_Ricambi (Ricambi, Descrizione, Codice, Costo, "
@@ -87,8 +87,7 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     const int first = static_cast<int>(s.size());
     s << QStringLiteral("showreport DataReport4 Select * from Tbl_Descrizione_Ricambi order by "
                         "Ricambi,Descrizione,Giacenza,Costo")
-      << QStringLiteral("report DataReport4")
-      << QStringLiteral("pdf DataReport4 %1").arg(partsPdf)
+      << QStringLiteral("report DataReport4") << QStringLiteral("pdf DataReport4 %1").arg(partsPdf)
       << QStringLiteral("showreport DataReport13 SHAPE {SELECT Tbl_Fornitori.ID_FORNITORE, Tbl_Fornitori.Fornitore "
                         "From Tbl_Fornitori ORDER BY Tbl_Fornitori.Fornitore;} APPEND ({SELECT "
                         "Tbl_Fornitori.ID_FORNITORE, Tbl_Fornitori.Fornitore, Tbl_Fornitori.Nome_Soceta, "
@@ -97,19 +96,17 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
                         "Tbl_Fornitori.Email, Tbl_Fornitori.Url From Tbl_Fornitori ORDER BY Tbl_Fornitori.Fornitore;} "
                         "RELATE ID_FORNITORE to ID_FORNITORE) as Dati")
       << QStringLiteral("report DataReport13")
-      << QStringLiteral("showreport DataReport10 SHAPE {SELECT Tbl_Maintenance_Note.Tipo_Nota, "
-                        "Count(Tbl_Maintenance_Note.NOTE) AS ConteggioDiNOTE From Tbl_Maintenance_Note GROUP BY "
-                        "Tbl_Maintenance_Note.Tipo_Nota;} APPEND ({SELECT Qry_Report10.Ultima, Tbl_Maintenance_Note.NOTE, "
-                        "Qry_Report10.Tipo_Nota, Qry_Report10.Macchina, Qry_Report10.Modello, "
-                        "Qry_Report10.Numerazione, Qry_Report10.Images, Qry_Report10.Percorso, "
-                        "Qry_Report10.ConteggioDiTipo_Nota FROM Tbl_Maintenance_Note INNER JOIN Qry_Report10 ON "
-                        "Tbl_Maintenance_Note.ID = Qry_Report10.ID;} RELATE Tipo_Nota to Tipo_Nota) as Dati")
-      << QStringLiteral("report DataReport10")
-      << QStringLiteral("pdf DataReport10 \"%1\"").arg(notesPdf)
-      << QStringLiteral("get DataReport13.Visible")
-      << QStringLiteral("unload DataReport13")
-      << QStringLiteral("report DataReport13")
-      << QStringLiteral("showreport DataReport4 SELECT * FROM Tbl_Niente")
+      << QStringLiteral(
+             "showreport DataReport10 SHAPE {SELECT Tbl_Maintenance_Note.Tipo_Nota, "
+             "Count(Tbl_Maintenance_Note.NOTE) AS ConteggioDiNOTE From Tbl_Maintenance_Note GROUP BY "
+             "Tbl_Maintenance_Note.Tipo_Nota;} APPEND ({SELECT Qry_Report10.Ultima, Tbl_Maintenance_Note.NOTE, "
+             "Qry_Report10.Tipo_Nota, Qry_Report10.Macchina, Qry_Report10.Modello, "
+             "Qry_Report10.Numerazione, Qry_Report10.Images, Qry_Report10.Percorso, "
+             "Qry_Report10.ConteggioDiTipo_Nota FROM Tbl_Maintenance_Note INNER JOIN Qry_Report10 ON "
+             "Tbl_Maintenance_Note.ID = Qry_Report10.ID;} RELATE Tipo_Nota to Tipo_Nota) as Dati")
+      << QStringLiteral("report DataReport10") << QStringLiteral("pdf DataReport10 \"%1\"").arg(notesPdf)
+      << QStringLiteral("get DataReport13.Visible") << QStringLiteral("unload DataReport13")
+      << QStringLiteral("report DataReport13") << QStringLiteral("showreport DataReport4 SELECT * FROM Tbl_Niente")
       << QStringLiteral("loaded DataReport4");
     const auto r = drive(path(), s);
     ASSERT_EQ(r.size(), static_cast<size_t>(s.size()));
@@ -123,9 +120,8 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     const auto pp = pagesOf(parts);
     ASSERT_EQ(pp.size(), 2u);
     EXPECT_EQ(pp[0].texts.first(), QStringLiteral("LISTA RICAMBI"));
-    EXPECT_EQ(pp[0].texts.mid(1, 5),
-              (QStringList{"RICAMBI", "Descrizione", "COSTO €", "Giacenza", "NOTE"}));
-    EXPECT_EQ(pp[0].texts.mid(6, 5), (QStringList{"CINGHIE", "Pezzo 01", "1", "1", "scaffale"}));
+    EXPECT_EQ(pp[0].texts.mid(1, 5), (QStringList { "RICAMBI", "Descrizione", "COSTO €", "Giacenza", "NOTE" }));
+    EXPECT_EQ(pp[0].texts.mid(6, 5), (QStringList { "CINGHIE", "Pezzo 01", "1", "1", "scaffale" }));
     EXPECT_EQ(pp[0].texts.last(), QStringLiteral("Pagina 1 di 2"));
     EXPECT_GE(pp[1].indexOf(QStringLiteral("COSTO €")), 0);
     EXPECT_EQ(pp[1].texts.last(), QStringLiteral("Pagina 2 di 2"));
@@ -145,14 +141,14 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     const auto sp = pagesOf(value(r[first + 4]));
     ASSERT_EQ(sp.size(), 1u);
     const Page& cards = sp[0];
-    EXPECT_EQ(cards.texts.mid(0, 2), (QStringList{"LISTA FORNITORI", "15/11/2026 08.00.00"}));
+    EXPECT_EQ(cards.texts.mid(0, 2), (QStringList { "LISTA FORNITORI", "15/11/2026 08.00.00" }));
     const int bianchi = cards.indexOf(QStringLiteral("FORNITORE: "));
     const int rossi = cards.indexOf(QStringLiteral("FORNITORE: "), bianchi + 1);
     ASSERT_GT(bianchi, 0);
     ASSERT_GT(rossi, bianchi);
     EXPECT_EQ(cards.texts.mid(bianchi, 6),
-              (QStringList{"FORNITORE: ", "BIANCHI", "Fornitore:", "BIANCHI", "Nome Società:", "Bianchi Utensili"}));
-    EXPECT_EQ(cards.texts.mid(rossi, 2), (QStringList{"FORNITORE: ", "ROSSI"}));
+        (QStringList { "FORNITORE: ", "BIANCHI", "Fornitore:", "BIANCHI", "Nome Società:", "Bianchi Utensili" }));
+    EXPECT_EQ(cards.texts.mid(rossi, 2), (QStringList { "FORNITORE: ", "ROSSI" }));
     EXPECT_GT(cards.places[rossi + 2].second, cards.places[rossi].second);
     EXPECT_GE(cards.indexOf(QStringLiteral("Via Milano 4"), rossi), 0);
     EXPECT_EQ(cards.texts.last(), QStringLiteral("Pagina 1 di 1"));
@@ -164,16 +160,16 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     const Page& notes = np[0];
     const int group = notes.indexOf(QStringLiteral("NOTA:"));
     ASSERT_GE(group, 0);
-    EXPECT_EQ(notes.texts.mid(group, 6), (QStringList{"NOTA:", "GENERALE", "DATA", "MACCHINA", "N°", "NOTA"}));
+    EXPECT_EQ(notes.texts.mid(group, 6), (QStringList { "NOTA:", "GENERALE", "DATA", "MACCHINA", "N°", "NOTA" }));
     const int oil = notes.indexOf(QStringLiteral("Cambio olio"));
     const int gone = notes.indexOf(QStringLiteral("Macchina dismessa"));
     ASSERT_GT(oil, 0);
     ASSERT_GT(gone, 0);
-    EXPECT_EQ(notes.texts.mid(oil - 2, 2), (QStringList{"10/11/2026", "PX200"}));
+    EXPECT_EQ(notes.texts.mid(oil - 2, 2), (QStringList { "10/11/2026", "PX200" }));
     EXPECT_EQ(notes.texts[gone - 1], QStringLiteral("12/11/2026"));
     const int footer = notes.indexOf(QStringLiteral("Totale note"));
     ASSERT_GT(footer, std::max(oil, gone));
-    EXPECT_EQ(notes.texts.mid(footer, 3), (QStringList{"Totale note", "GENERALE", "2"}));
+    EXPECT_EQ(notes.texts.mid(footer, 3), (QStringList { "Totale note", "GENERALE", "2" }));
     EXPECT_TRUE(head(notesPdf, 5).startsWith("%PDF"));
     EXPECT_EQ(pdfPages(notesPdf), 1);
 
