@@ -226,7 +226,7 @@ TEST_F(Form17Test, PrintsAllSuppliersInTheWorkAreaOrTheSelectedOneCentred)
     QStringList t = printed();
     EXPECT_TRUE(t.contains("LISTA FORNITORI"));
     EXPECT_TRUE(t.contains("15/11/2026 08.00.00")) << "Label2: the present date and time";
-    EXPECT_EQ(t.mid(t.indexOf("FORNITORE:"), 2), (QStringList{"FORNITORE:", "ALFA"})) << "TextBox17 on Fornitore";
+    EXPECT_EQ(t.mid(t.indexOf("FORNITORE: "), 2), (QStringList{"FORNITORE: ", "ALFA"})) << "TextBox17 on Fornitore";
     EXPECT_LT(t.indexOf("Alfa Spa"), t.indexOf("Zeta Srl"));
     EXPECT_EQ(reports::ReportWindow("DataReport13")->geometry().left(), vb::twipsToPixels(2200)) << "work area";
 
