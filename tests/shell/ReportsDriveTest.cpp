@@ -107,7 +107,19 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
       << QStringLiteral("report DataReport10") << QStringLiteral("pdf DataReport10 \"%1\"").arg(notesPdf)
       << QStringLiteral("get DataReport13.Visible") << QStringLiteral("unload DataReport13")
       << QStringLiteral("report DataReport13") << QStringLiteral("showreport DataReport4 SELECT * FROM Tbl_Niente")
-      << QStringLiteral("loaded DataReport4");
+      << QStringLiteral("loaded DataReport4")
+      << QStringLiteral(
+             "showreport DataReport11 SHAPE {SELECT Count(Tbl_Descrizione_Ricambi.Ricambi) AS ConteggioDiRicambi, "
+             "Format(Min(Tbl_Descrizione_Ricambi.Costo),'Standard') AS MinDiCosto, "
+             "Format(Max(Tbl_Descrizione_Ricambi.Costo),'Standard') AS MaxDiCosto, Sum(Tbl_Descrizione_Ricambi.Costo) "
+             "AS SommaDiCosto, Tbl_Descrizione_Ricambi.Ricambi, Sum(Tbl_Descrizione_Ricambi.Giacenza) AS "
+             "SommaDiGiacenza From Tbl_Descrizione_Ricambi GROUP BY Tbl_Descrizione_Ricambi.Ricambi;} APPEND "
+             "({SELECT Tbl_Descrizione_Ricambi.Ricambi, Tbl_Descrizione_Ricambi.Costo, "
+             "Tbl_Descrizione_Ricambi.Descrizione, Tbl_Descrizione_Ricambi.Giacenza From Tbl_Descrizione_Ricambi "
+             "GROUP BY Tbl_Descrizione_Ricambi.Ricambi, Tbl_Descrizione_Ricambi.Costo, "
+             "Tbl_Descrizione_Ricambi.Descrizione, Tbl_Descrizione_Ricambi.Giacenza;} RELATE Ricambi to Ricambi) as "
+             "Dati")
+      << QStringLiteral("report DataReport11");
     const auto r = drive(path(), s);
     ASSERT_EQ(r.size(), static_cast<size_t>(s.size()));
     for (int i = 0; i < first; ++i)
@@ -182,4 +194,25 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     // the same.
     EXPECT_FALSE(r[first + 11][QStringLiteral("ok")].toBool());
     EXPECT_FALSE(value(r[first + 12]).toBool());
+
+    // The parts by category: each category's footer with its costs under "Standard" and
+    // its stock; at the end of the last page the count of categories and the sum of
+    // their parts.
+    const auto cp = pagesOf(value(r[first + 14]));
+    ASSERT_EQ(cp.size(), 2u);
+    const int belts = cp[0].indexOf(QStringLiteral("CINGHIE"));
+    ASSERT_GT(belts, 0);
+    EXPECT_EQ(cp[0].texts[belts - 1], QStringLiteral("Ricambi:"));
+    EXPECT_EQ(cp[0].texts[belts + 4], QStringLiteral("Pezzo 01")); // after the column headings
+    const int beltsTotal = cp[0].indexOf(QStringLiteral("CONTEGGIO DI"));
+    ASSERT_GT(beltsTotal, belts);
+    EXPECT_EQ(cp[0].texts[beltsTotal - 1], QStringLiteral("25"));
+    // 1 to 25 Mod 7: three weeks of 21 and 1 + 2 + 3 + 4
+    EXPECT_EQ(cp[0].texts.mid(beltsTotal + 5, 3), (QStringList { "1,00", "25,00", "73" }));
+    const Page& last = cp[1];
+    const int count = last.indexOf(QStringLiteral("CONTEGGIO DI RICAMBI N°"));
+    ASSERT_GE(count, 0);
+    EXPECT_EQ(last.texts.mid(count, 4),
+        (QStringList { "CONTEGGIO DI RICAMBI N°", "2", "TOTALE MATERIALI PRESENTI N°", "60" }));
+    EXPECT_EQ(last.texts.last(), QStringLiteral("Pagina 2 di 2"));
 }
