@@ -383,7 +383,7 @@ QString reportJson(const QString& name)
 
 bool isReport(const QString& name)
 {
-    return name.startsWith(QLatin1String("DataReport"));
+    return name.startsWith(QLatin1String("DataReport"), Qt::CaseInsensitive);
 }
 
 /// Set by the end of the program (close, lblExit) while a command runs.
