@@ -77,19 +77,11 @@ TEST_F(Form15Test, LoadListsTheCategoriesAndTheUnitsInUse)
     exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('ALBERO', 'PZ')");
     Form15* f = form();
     ASSERT_TRUE(f);
-    EXPECT_EQ(f->Caption(), "INSERISCI RICAMBI");
     EXPECT_EQ(f->List1->items(), QStringList({"ALBERO", "OLIO", "VITE", "VITE M8"}));
     EXPECT_EQ(f->Label2->Caption(), "4");
     // Units are grouped as the store compares text: "PZ" and "pz" are one unit.
     EXPECT_EQ(f->DataCombo1->items().size(), 2);
-    EXPECT_EQ(f->DataCombo1->items().front(), "lt");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
     EXPECT_FALSE(f->Cmd_Edit->isEnabled()) << "nothing typed yet";
-    EXPECT_TRUE(f->Cmd_Add->isEnabled());
-    EXPECT_TRUE(f->Cmd_Delete->isEnabled());
-    EXPECT_TRUE(f->Text1->isHidden());
-    EXPECT_EQ(f->Frame1->Caption(), "Per Ricambio");
-    EXPECT_EQ(f->Frame2->Caption(), "Per Unità di Misura");
 
     // Focus paints every list, entry and search field orange, leaving paints it white.
     for (vb::Control* c : std::initializer_list<vb::Control*>{f->List1, f->TextRICAMBI, f->DataCombo1, f->Txt_Search,
@@ -109,35 +101,10 @@ TEST_F(Form15Test, InsertRoadWritesTheCategoryAndOffersTheNewUnit)
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
     EXPECT_FALSE(f->Cmd_Add->isEnabled());
     EXPECT_FALSE(f->Cmd_Delete->isEnabled());
-    EXPECT_EQ(f->TextRICAMBI->Text(), "");
     EXPECT_EQ(f->DataCombo1->Text(), "");
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
 
-    // Only typing lets the save through.
-    f->TextRICAMBI->typeText("CINGHIA");
-    EXPECT_TRUE(f->Cmd_Edit->isEnabled());
-    f->DataCombo1->typeText("mt");
-    f->Cmd_Edit->click();
-    EXPECT_TRUE(boxes().empty());
-
-    const auto r = rows("SELECT ID_RICAMBI, Ricambi, Unita_Misura FROM Tbl_Ricambi WHERE Ricambi = 'CINGHIA'");
-    ASSERT_EQ(r.size(), 1u);
-    EXPECT_EQ(r[0][0].toLong(), 4);
-    EXPECT_EQ(r[0][2].toString(), "mt");
-    EXPECT_EQ(f->Text1->Text(), "4") << "the new key is read at once";
-    EXPECT_EQ(f->List1->items(), QStringList({"CINGHIA", "OLIO", "VITE", "VITE M8"}));
-    EXPECT_EQ(f->Label2->Caption(), "4");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
-    EXPECT_TRUE(f->Cmd_Add->isEnabled());
-    EXPECT_TRUE(f->Cmd_Delete->isEnabled());
-    EXPECT_EQ(f->TextRICAMBI->Text(), "");
-    EXPECT_TRUE(f->DataCombo1->items().contains("mt"));
-}
-
-TEST_F(Form15Test, MissingNameOrUnitIsRefused)
-{
-    Form15* f = form();
-    f->Cmd_Add->click();
+    // Only typing lets the save through; a name without a unit is refused.
     f->TextRICAMBI->typeText("CINGHIA");
     f->Cmd_Edit->click();
     auto shown = boxes();
@@ -147,7 +114,18 @@ TEST_F(Form15Test, MissingNameOrUnitIsRefused)
               "Non sono stati compilati tutti i dati richiesti o non è stato selezionato nessun Ricambi");
     EXPECT_EQ(shown[0].buttons, 16);
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA") << "still inserting";
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricambi"), QStringList({"3"}));
+
+    f->DataCombo1->typeText("mt");
+    f->Cmd_Edit->click();
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(column("SELECT ID_RICAMBI & ' ' & Unita_Misura FROM Tbl_Ricambi WHERE Ricambi = 'CINGHIA'"),
+              QStringList({"4 mt"}));
+    EXPECT_EQ(f->Text1->Text(), "4") << "the new key is read at once";
+    EXPECT_EQ(f->List1->items(), QStringList({"CINGHIA", "OLIO", "VITE", "VITE M8"}));
+    EXPECT_EQ(f->Label2->Caption(), "4");
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_TRUE(f->Cmd_Add->isEnabled());
+    EXPECT_TRUE(f->DataCombo1->items().contains("mt"));
 }
 
 TEST_F(Form15Test, TwinCheckCountsOnlyCategoriesWithPartsWhoseNameContainsTheNewOne)
@@ -166,7 +144,6 @@ TEST_F(Form15Test, TwinCheckCountsOnlyCategoriesWithPartsWhoseNameContainsTheNew
     EXPECT_EQ(shown[0].prompt, "Un Ricambio simile a questo, è gia presente !!!");
     EXPECT_EQ(shown[0].buttons, 48);
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricambi WHERE Ricambi = 'm8'"), QStringList({"0"}));
 
     // A name that contains an existing one is no twin: the test goes one way only.
     add("OLIO MOTORE");
@@ -178,13 +155,15 @@ TEST_F(Form15Test, TwinCheckCountsOnlyCategoriesWithPartsWhoseNameContainsTheNew
     add("GUARNIZIONE");
     add("GUARNIZIONE");
     EXPECT_TRUE(boxes().empty());
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricambi WHERE Ricambi = 'GUARNIZIONE'"), QStringList({"2"}));
-    EXPECT_EQ(f->List1->items().count("GUARNIZIONE"), 2);
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI > 3"),
+              QStringList({"OLIO MOTORE", "GUARNIZIONE", "GUARNIZIONE"}));
 }
 
-TEST_F(Form15Test, ClickInTheListFillsTheFieldsAndKeepsTheInsertMode)
+TEST_F(Form15Test, ClickInTheListLooksTheLineUpAndKeepsTheInsertMode)
 {
     exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('FILTRO', Null)");
+    exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('VITE_M8', 'nr')");
+    exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('L''ANELLO', 'pz')");
     Form15* f = form();
     pick(f, "OLIO");
     EXPECT_EQ(f->Text1->Text(), "3");
@@ -195,47 +174,35 @@ TEST_F(Form15Test, ClickInTheListFillsTheFieldsAndKeepsTheInsertMode)
     pick(f, "FILTRO");
     EXPECT_EQ(f->Text1->Text(), "4");
     EXPECT_EQ(f->DataCombo1->Text(), "");
-    EXPECT_TRUE(boxes().empty());
-
-    // With "SALVA" showing, a click fills the fields and a save inserts a copy.
-    f->Cmd_Add->click();
-    pick(f, "OLIO");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_EQ(f->TextRICAMBI->Text(), "OLIO");
-    f->TextRICAMBI->typeText("OLIO SINTETICO"); // the focus selects the whole name
-    f->Cmd_Edit->click();
-    EXPECT_TRUE(boxes().empty());
-    EXPECT_EQ(column("SELECT Unita_Misura FROM Tbl_Ricambi WHERE Ricambi = 'OLIO SINTETICO'"), QStringList({"lt"}));
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricambi"), QStringList({"5"}));
-}
-
-TEST_F(Form15Test, ClickLooksTheLineUpByPattern)
-{
-    exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('VITE_M8', 'nr')");
-    exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('L''ANELLO', 'pz')");
-    Form15* f = form();
+    // An apostrophe is doubled in the filter and found.
+    pick(f, "L'ANELLO");
+    EXPECT_EQ(f->Text1->Text(), "6");
     // The line is a pattern: "_" stands for any character, and the first row it matches
     // in name order is taken, here "VITE M8" for "VITE_M8".
     pick(f, "VITE_M8");
     EXPECT_EQ(f->Text1->Text(), "1");
     EXPECT_EQ(f->TextRICAMBI->Text(), "VITE_M8");
-    EXPECT_EQ(f->DataCombo1->Text(), "pz");
-    // An apostrophe is doubled in the filter and found.
-    pick(f, "L'ANELLO");
     EXPECT_TRUE(boxes().empty());
-    EXPECT_EQ(f->TextRICAMBI->Text(), "L'ANELLO");
-    EXPECT_EQ(f->Text1->Text(), "5");
 
-    // A line whose row went meanwhile.
+    // A line whose row went meanwhile: the box, and the key found last stays.
     exec("Delete * from Tbl_Ricambi WHERE Ricambi = 'OLIO'");
     pick(f, "OLIO");
-    const auto shown = boxes();
+    auto shown = boxes();
     ASSERT_EQ(shown.size(), 1u);
     EXPECT_EQ(shown[0].title, "RICAMBIO NON PRESENTE");
     EXPECT_EQ(shown[0].prompt, "Non ci sono OLIO nel DataBase");
     EXPECT_EQ(shown[0].buttons, 64);
-    EXPECT_EQ(f->Text1->Text(), "5") << "the key of the last line found stays";
+    EXPECT_EQ(f->Text1->Text(), "1");
     EXPECT_EQ(f->TextRICAMBI->Text(), "");
+
+    // With "SALVA" showing, a click fills the fields and a save inserts a copy.
+    f->Cmd_Add->click();
+    pick(f, "L'ANELLO");
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    f->TextRICAMBI->typeText("ANELLO"); // the focus selects the whole name
+    f->Cmd_Edit->click();
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(column("SELECT Unita_Misura FROM Tbl_Ricambi WHERE Ricambi = 'ANELLO'"), QStringList({"pz"}));
 }
 
 TEST_F(Form15Test, RenameReachesThePartsAndThePastInterventionsByKey)
@@ -402,25 +369,18 @@ TEST_F(Form15Test, SearchByNameStartsAtTheBeginningAndEmptiesTheOtherFields)
     EXPECT_EQ(f->Label2->Caption(), "0");
     // An emptied field searches nothing and leaves the list as it is.
     typeAfter(f->Txt_Search, QString(), 'o');
+    typeAfter(f->Txt_Search, QString(), 8);
     EXPECT_EQ(f->List1->items(), QStringList({"OLIO"}));
-    f->Txt_Search->setText("o");
-    f->Txt_Search->setSelStart(1);
-    f->Txt_Search->keyPress(8);
-    EXPECT_EQ(f->Txt_Search->Text(), "");
-    EXPECT_EQ(f->List1->items(), QStringList({"OLIO"}));
-    EXPECT_EQ(f->Label2->Caption(), "1");
     EXPECT_TRUE(boxes().empty());
 
     // VISUALIZZA TUTTO: back to the whole list, browsing, nothing to save or delete.
     f->Cmd_Add->click();
     f->Txt_Search->setText("x");
     f->Command1->click();
-    EXPECT_EQ(f->List1->ListCount(), 5);
     EXPECT_EQ(f->Label2->Caption(), "5");
     EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
     EXPECT_TRUE(f->Cmd_Add->isEnabled());
-    EXPECT_EQ(f->Txt_Search->Text(), "");
 }
 
 TEST_F(Form15Test, SearchByUnitAndItsSilentTwoWords)
