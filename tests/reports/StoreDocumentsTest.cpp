@@ -72,7 +72,7 @@ private:
 // its column wraps and pushes the rows and the footer below it down.
 TEST_F(StoreDocuments, DepartmentsWithEmptyGroupsTotalsAndGrowingNames)
 {
-    for (const char* r : { "ASSEMBLAGGIO", "ACCETTAZIONE", "STAMPAGGIO" })
+    for (const char* r : {"ASSEMBLAGGIO", "ACCETTAZIONE", "STAMPAGGIO"})
         exec(QStringLiteral("INSERT INTO Tbl_Reparto (Reparto) VALUES ('%1')").arg(QLatin1String(r)));
     const QString longName = QStringLiteral("PRESSA IDRAULICA A DOPPIO EFFETTO CON CUSCINO MOBILE");
     exec(QStringLiteral("INSERT INTO Tbl_Macchina (Macchina, Modello, Stato, REPARTO, Costruttore, Anno) "
@@ -102,8 +102,8 @@ TEST_F(StoreDocuments, DepartmentsWithEmptyGroupsTotalsAndGrowingNames)
     ASSERT_GT(empty, 0);
     EXPECT_EQ(t[empty - 1], QStringLiteral("REPARTO:"));
     EXPECT_EQ(t.mid(empty + 1, 9),
-        (QStringList { "MACCHINA", "Modello", "Costruttore", "Stato", "Anno", "TOTALE MACCHINE", "ACCETTAZIONE", "0",
-            "REPARTO:" }));
+        (QStringList{"MACCHINA", "Modello", "Costruttore", "Stato", "Anno", "TOTALE MACCHINE", "ACCETTAZIONE", "0",
+            "REPARTO:"}));
 
     // The report footer sums the counts of all three departments.
     const int total = static_cast<int>(t.indexOf(QStringLiteral("TOTALE MACCHINE IN TUTTI I REPARTI:")));
@@ -168,13 +168,13 @@ TEST_F(StoreDocuments, PartsByCategoryWithStandardCostsAndFooterTotals)
     ASSERT_GT(bearings, 0);
     // Group header, its parts with their raw costs, the footer with the formatted ones.
     EXPECT_EQ(t.mid(bearings - 1, 17),
-        (QStringList { "Ricambi:", "CUSCINETTI", "RICAMBI", "COSTO €", "GIACENZA", "Cuscinetto 6204", "12,5", "4",
+        (QStringList{"Ricambi:", "CUSCINETTI", "RICAMBI", "COSTO €", "GIACENZA", "Cuscinetto 6204", "12,5", "4",
             "Cuscinetto 6305 a doppia corona di sfere", "1234,5", "2", "2", "CONTEGGIO DI", "CUSCINETTI", "Costo Min €",
-            "Costo Max €", "Totale in Giacenza" }));
-    EXPECT_EQ(t.mid(bearings + 16, 3), (QStringList { "12,50", "1.234,50", "6" }));
+            "Costo Max €", "Totale in Giacenza"}));
+    EXPECT_EQ(t.mid(bearings + 16, 3), (QStringList{"12,50", "1.234,50", "6"}));
     const int count = static_cast<int>(t.indexOf(QStringLiteral("CONTEGGIO DI RICAMBI N°")));
     ASSERT_GE(count, 0);
-    EXPECT_EQ(t.mid(count, 4), (QStringList { "CONTEGGIO DI RICAMBI N°", "2", "TOTALE MATERIALI PRESENTI N°", "3" }));
+    EXPECT_EQ(t.mid(count, 4), (QStringList{"CONTEGGIO DI RICAMBI N°", "2", "TOTALE MATERIALI PRESENTI N°", "3"}));
 }
 
 // The general procedures as the machines screen prints them: the hours, minutes / 60,

@@ -18,7 +18,7 @@ inline std::vector<QJsonObject> drive(const QString& home, const QStringList& sc
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     p.setProcessEnvironment(env);
     p.start(QStringLiteral(VELMORA_BINARY),
-        { QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-") });
+        {QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-")});
     EXPECT_TRUE(p.waitForStarted());
     p.write((script.join(u'\n') + u'\n').toUtf8());
     p.closeWriteChannel();
