@@ -1,0 +1,381 @@
+// The operators' register: the list and the selected operator with age, service and last
+// job; insert, edit with the end of employment, delete; the searches; the date advice;
+// the print; and the road from the main menu through the automation driver.
+#include "Form18Fixture.h"
+
+#include "reports/ReportViewer.h"
+#include "shell/Driver.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using people::Form18;
+using vb::Variant;
+namespace answer = vb::answer;
+
+namespace {
+
+class Form18Test : public Form18Fixture
+{
+protected:
+    void TearDown() override
+    {
+        reports::UnloadReport("DataReport2");
+        Form18Fixture::TearDown();
+    }
+
+    static QStringList printed()
+    {
+        QStringList t;
+        if (const auto r = reports::LaidOutPages("DataReport2"))
+            for (const auto& page : r->pages)
+                for (const auto& p : page)
+                    t << p.text;
+        return t;
+    }
+};
+
+} // namespace
+
+TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
+{
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 12, 31), date(2010, 3, 1), Variant(0));
+    const int bianchi = addOperator("bianchi", "Meccanico", date(1975, 5, 20), date(2001, 9, 1), date(2020, 6, 30),
+                                    "Esterno");
+    // A birth of 0 reads back as a time of day, shorter than a date: no date at all.
+    const int verdi = addOperator("VERDI", "Meccanico", Variant(0), Variant::null());
+    addJob(rossi, QDate(2026, 10, 1), "Mensile", "AX100", "1");
+    addJob(rossi, QDate(2026, 11, 10), "Bimestrale", "T200", "10");
+
+    Form18* f = form18();
+    EXPECT_EQ(f->Caption(), "MANUTENTORI");
+    EXPECT_EQ(f->Label1->Caption(), "0peratori Presenti: 3");
+    EXPECT_EQ(f->DataGrid1->cellValue(0, 0).toLong(), bianchi) << "by name, case ignored";
+    ASSERT_EQ(f->DataGrid1->ColumnCount(), 7);
+    const int widths[] = {0, 1800, 1800, 1100, 0, 1150, 0};
+    const char* captions[] = {"ID_OPERATORE", "Operatore", "Qualifica", "Nascita", "Tipo", "Assunzione", "Fine_Rapp"};
+    for (int i = 0; i < 7; ++i) {
+        EXPECT_EQ(f->DataGrid1->Columns(i).Width(), widths[i]) << i;
+        EXPECT_EQ(f->DataGrid1->Columns(i).Caption(), captions[i]) << i;
+        EXPECT_TRUE(f->DataGrid1->Columns(i).Locked()) << i;
+    }
+    EXPECT_EQ(f->DataGrid1->cellText(0, 3), "20/05/1975");
+    EXPECT_FALSE(f->Cmd_Edit->isEnabled());
+    EXPECT_TRUE(f->DTPicker4->isHidden());
+    EXPECT_TRUE(f->DTPicker3->isHidden());
+
+    selectOperator(f, rossi);
+    EXPECT_EQ(f->TxtID_OPERATORE->Text(), QString::number(rossi));
+    EXPECT_EQ(f->txtOperatore->Text(), "ROSSI");
+    EXPECT_EQ(f->Txt_Qualifica->Text(), "Elettricista");
+    EXPECT_EQ(f->Combo1->Text(), "Interno");
+    EXPECT_EQ(f->DTPicker2->date(), QDate(1980, 12, 31));
+    EXPECT_EQ(f->DTPicker1->date(), QDate(2010, 3, 1));
+    EXPECT_TRUE(f->DTPicker4->isHidden()) << "Fine_Rapp 0: the employment runs";
+    // Years only: born on 31 December 1980, counted 46 on 15 November 2026.
+    EXPECT_EQ(f->Txt_Eta->Text(), "46");
+    EXPECT_EQ(f->Txt_Rapporto->Text(), "16");
+    EXPECT_FALSE(f->DTPicker3->isHidden());
+    EXPECT_EQ(f->DTPicker3->date(), QDate(2026, 11, 10)) << "the newest job";
+    EXPECT_EQ(f->Txt_Manutenzione->Text(), "Bimestrale");
+    EXPECT_EQ(f->Txt_Modello->Text(), "T200");
+    EXPECT_EQ(f->Txt_Numero->Text(), "10");
+    EXPECT_EQ(f->Txt_Posizione->Text(), "1");
+    EXPECT_TRUE(f->Cmd_Edit->isEnabled());
+
+    // An ended employment: the end date shown, the service frozen at the end year; no
+    // job, so nothing of ROSSI's job stays in the frame.
+    selectOperator(f, bianchi);
+    EXPECT_EQ(f->Combo1->Text(), "Esterno");
+    EXPECT_FALSE(f->DTPicker4->isHidden());
+    EXPECT_EQ(f->DTPicker4->date(), QDate(2020, 6, 30));
+    EXPECT_EQ(f->Txt_Rapporto->Text(), "19");
+    EXPECT_EQ(f->Txt_Eta->Text(), "51");
+    EXPECT_TRUE(f->DTPicker3->isHidden());
+    EXPECT_EQ(f->Txt_Manutenzione->Text(), "");
+    EXPECT_EQ(f->Txt_Modello->Text(), "");
+    EXPECT_EQ(f->Txt_Numero->Text(), "");
+
+    // No dates: the pickers show today and nothing is worked out.
+    selectOperator(f, verdi);
+    EXPECT_EQ(f->DTPicker2->date(), QDate(2026, 11, 15));
+    EXPECT_EQ(f->DTPicker1->date(), QDate(2026, 11, 15));
+    EXPECT_TRUE(f->DTPicker4->isHidden());
+    EXPECT_EQ(f->Txt_Eta->Text(), "");
+    EXPECT_EQ(f->Txt_Rapporto->Text(), "");
+
+    // From 1 January the one born on 31 December is counted a full year older.
+    vb::Clock::freeze(QDateTime(QDate(2027, 1, 1), QTime(8, 0)));
+    selectOperator(f, rossi);
+    EXPECT_EQ(f->Txt_Eta->Text(), "47");
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form18Test, InsertNeedsNameAndQualificationAndSavesARunningEmployment)
+{
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 1, 1), date(2010, 3, 1), Variant(0));
+    Form18* f = form18();
+    selectOperator(f, rossi);
+    f->Cmd_Add->click();
+    EXPECT_EQ(f->TxtID_OPERATORE->Text(), "");
+    EXPECT_EQ(f->txtOperatore->Text(), "");
+    EXPECT_EQ(f->Combo1->Text(), "Interno");
+    EXPECT_EQ(f->DTPicker2->date(), QDate(2026, 11, 15));
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_TRUE(f->Cmd_Edit->isEnabled());
+    EXPECT_FALSE(f->Cmd_Add->isEnabled());
+    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
+
+    f->Cmd_Edit->click();
+    f->txtOperatore->typeText("NERI PAOLO");
+    f->Cmd_Edit->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    for (const auto& b : shown) {
+        EXPECT_EQ(b.title, "MANCANZA DATI!!");
+        EXPECT_EQ(b.prompt, "Inserisci i dati Richiesti!");
+        EXPECT_EQ(b.buttons, vb::mb::Exclamation);
+    }
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore"), QStringList{"ROSSI"});
+
+    f->Txt_Qualifica->typeText("Saldatore");
+    f->DTPicker2->setValue(date(1990, 4, 12));
+    f->DTPicker1->setValue(date(2015, 2, 1));
+    f->Combo1->choose("Esterno");
+    f->Cmd_Edit->click();
+    const auto saved = rows("SELECT Qualifica, Data_Nascita, Inizio_Rapp, Fine_Rapp, Tipo FROM Tbl_Operatore "
+                            "WHERE Operatore = 'NERI PAOLO'");
+    ASSERT_EQ(saved.size(), 1u);
+    EXPECT_EQ(saved[0][0].toString(), "Saldatore");
+    EXPECT_EQ(saved[0][1].toString(), "12/04/1990");
+    EXPECT_EQ(saved[0][2].toString(), "01/02/2015");
+    // A running employment is written as 0, which reads back as no date.
+    EXPECT_FALSE(people::IsTenCharacterDate(saved[0][3]));
+    EXPECT_EQ(saved[0][3].toDouble(), 0.0);
+    EXPECT_EQ(saved[0][4].toString(), "Esterno");
+    EXPECT_TRUE(boxes().empty());
+
+    // Reopened in browse mode on the row number kept before the insert: row 0, where
+    // the new name now sorts.
+    Form18* again = reopened();
+    EXPECT_NE(again, f);
+    EXPECT_EQ(again->Label1->Caption(), "0peratori Presenti: 2");
+    EXPECT_EQ(again->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_TRUE(again->Cmd_Add->isEnabled());
+    EXPECT_EQ(again->txtOperatore->Text(), "NERI PAOLO");
+    EXPECT_TRUE(again->DTPicker4->isHidden());
+    EXPECT_EQ(again->Txt_Rapporto->Text(), "11");
+
+    // A click on the list leaves an insert for editing the selected operator.
+    again->Cmd_Add->click();
+    again->DataGrid1->select(1);
+    again->DataGrid1->click();
+    EXPECT_EQ(again->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_TRUE(again->Cmd_Edit->isEnabled());
+    EXPECT_TRUE(again->Cmd_Add->isEnabled());
+    EXPECT_EQ(again->txtOperatore->Text(), "ROSSI");
+}
+
+TEST_F(Form18Test, EditAsksWithTheOldNameAndDimissioniEndsTheEmployment)
+{
+    addOperator("bianchi", "Meccanico", date(1975, 5, 20), date(2001, 9, 1), Variant(0));
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1), Variant(0));
+    const QString key = QString::number(rossi);
+    Form18* f = form18();
+
+    // Nothing changed in name or qualification: the plain question, answered No.
+    selectOperator(f, rossi);
+    f->Cmd_Edit->click();
+    // The name changed: the other question, also No.
+    f->txtOperatore->setText("ROSSI MARIO");
+    f->Cmd_Edit->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].title, "Modifica Operatore **ROSSI**");
+    EXPECT_EQ(shown[0].prompt, "Stai per modificare i dati dell' Operatore [ROSSI] Vuoi Procedere??");
+    EXPECT_EQ(shown[0].buttons, vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(shown[1].title, "Modifica Operatore **ROSSI**");
+    EXPECT_EQ(shown[1].prompt, "L'Operatore [ROSSI] Sta per essere modificato, Vuoi Procedere??");
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList{"ROSSI"});
+
+    // Dimissioni shows the end date at today; the save writes it.
+    f->Cmd_Dimissioni->click();
+    EXPECT_FALSE(f->DTPicker4->isHidden());
+    EXPECT_EQ(f->DTPicker4->date(), QDate(2026, 11, 15));
+    answer({answer::Yes});
+    f->Cmd_Edit->click();
+    EXPECT_EQ(boxes().size(), 1u);
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList{"ROSSI MARIO"});
+    EXPECT_EQ(column("SELECT Fine_Rapp FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList{"15/11/2026"});
+
+    // Back on the kept row; two years on, the service stays at the end year less the start.
+    vb::Clock::freeze(QDateTime(QDate(2028, 11, 15), QTime(8, 0)));
+    f = reopened();
+    f->DataGrid1->select(0);
+    f->DataGrid1->select(1);
+    EXPECT_EQ(f->txtOperatore->Text(), "ROSSI MARIO");
+    EXPECT_FALSE(f->DTPicker4->isHidden());
+    EXPECT_EQ(f->Txt_Rapporto->Text(), "14");
+    EXPECT_EQ(f->Txt_Eta->Text(), "48");
+
+    // A second click takes the end back: the save writes 0 again and the service runs on.
+    f->Cmd_Dimissioni->click();
+    EXPECT_TRUE(f->DTPicker4->isHidden());
+    f->Txt_Qualifica->setText("Capo squadra");
+    answer({answer::Yes});
+    f->Cmd_Edit->click();
+    EXPECT_EQ(boxes()[0].prompt, "L'Operatore [ROSSI MARIO] Sta per essere modificato, Vuoi Procedere??")
+        << "a new qualification counts as a change";
+    EXPECT_EQ(rows("SELECT Fine_Rapp FROM Tbl_Operatore WHERE ID_OPERATORE = " + key)[0][0].toDouble(), 0.0);
+    EXPECT_EQ(reopened()->Txt_Rapporto->Text(), "16");
+}
+
+TEST_F(Form18Test, DeleteAsksFirstAndTheRegisterKeepsTheKey)
+{
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1), Variant(0));
+    addJob(rossi, QDate(2026, 11, 10), "Mensile", "AX100", "1");
+    Form18* f = form18();
+    f->Cmd_Delete->click();
+    selectOperator(f, rossi);
+    f->Cmd_Delete->click(); // answered No
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].title, "NESSUNA OPERATORE SELEZIONATA");
+    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun dato!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+    EXPECT_EQ(shown[1].title, "Eliminazione Operatore **ROSSI**");
+    EXPECT_EQ(shown[1].prompt, "Vuoi Veramente eliminare l'Operatore ROSSI?");
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore").size(), 1);
+
+    answer({answer::Yes});
+    f->Cmd_Delete->click();
+    EXPECT_TRUE(column("SELECT Operatore FROM Tbl_Operatore").isEmpty());
+    EXPECT_EQ(column("SELECT ID_OPERATORE FROM Tbl_Maintenance"), QStringList{QString::number(rossi)});
+    EXPECT_EQ(reopened()->Label1->Caption(), "0peratori Presenti: 0");
+}
+
+TEST_F(Form18Test, SearchesByNameAndQualificationAndTheFullListAgain)
+{
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1), Variant(0));
+    addOperator("ROSSINI", "Meccanico", date(1982, 6, 1), date(2014, 3, 1), Variant(0));
+    addOperator("BIANCHI", "Meccanico", date(1984, 6, 1), date(2016, 3, 1), Variant(0));
+    Form18* f = form18();
+    selectOperator(f, rossi);
+
+    f->Text1->typeText("ross");
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 2);
+    EXPECT_EQ(f->Label1->Caption(), "0peratori Presenti: 2");
+    EXPECT_EQ(f->TxtID_OPERATORE->Text(), "") << "a search leaves no operator selected";
+    EXPECT_EQ(f->txtOperatore->Text(), "");
+
+    // Into the other search: the first one empties as it is left.
+    f->Text2->click();
+    EXPECT_EQ(f->Text1->Text(), "");
+    f->Text2->typeText("MECC");
+    EXPECT_EQ(f->DataGrid1->cellText(0, "Operatore"), "BIANCHI");
+    EXPECT_EQ(f->DataGrid1->cellText(1, "Operatore"), "ROSSINI");
+    f->Text1->setText("x");
+    f->Text2->click();
+    EXPECT_EQ(f->Text1->Text(), "") << "a click in one search empties the other";
+
+    // A quote breaks the statement: an empty list, no message, nothing changed.
+    f->Text2->setText("");
+    f->Text2->typeText("'");
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 0);
+    EXPECT_TRUE(boxes().empty());
+
+    f->Cmd_Vis_All->click();
+    Form18* again = reopened();
+    EXPECT_EQ(again->Label1->Caption(), "0peratori Presenti: 3");
+    EXPECT_EQ(again->Cmd_Print->Caption(), "Stampa Tutto");
+    EXPECT_EQ(again->txtOperatore->Text(), "");
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore ORDER BY Operatore"),
+              (QStringList{"BIANCHI", "ROSSI", "ROSSINI"}));
+}
+
+TEST_F(Form18Test, APickerRefusingTodayWritesTheDateGuideAndInfoOnRequest)
+{
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1), Variant(0));
+    // A date the pickers cannot hold, as on a computer set to another date format.
+    vb::Clock::freeze(QDateTime(QDate(1600, 6, 1), QTime(8, 0)));
+    Form18* f = form18();
+    vb::OpenFileService::takeOpened();
+
+    // The row selection passes the refused date by in silence.
+    selectOperator(f, rossi);
+    EXPECT_EQ(f->txtOperatore->Text(), "ROSSI");
+    EXPECT_TRUE(vb::OpenFileService::takeOpened().empty());
+
+    // INSERISCI blames the date format: the guide opens and the insert does not begin.
+    f->Cmd_Add->click();
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{path() + "/Errore_Formato_Data.txt"});
+    const QStringList guide = linesOf("Errore_Formato_Data.txt");
+    EXPECT_EQ(guide.value(0), "DATA 01/06/1600");
+    EXPECT_EQ(guide.value(2), "IL FORMATO DATA IMPOSTATO SU QUESTO PC HA CAUSATO UN ERRORE AL SOFTWARE");
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_TRUE(f->Cmd_Add->isEnabled());
+    EXPECT_TRUE(boxes().empty());
+
+    vb::Clock::freeze(QDateTime(QDate(2026, 11, 15), QTime(8, 0)));
+    f->Cmd_Info->click();
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "Info --");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Information);
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{path() + "/Info.txt"});
+    EXPECT_EQ(linesOf("Info.txt").value(2), "INFORMAZIONI PER UNA VISUALIZZAZIONE CORRETTA DELLE DATE");
+}
+
+TEST_F(Form18Test, PrintListsOperatorsWithJobsByQualificationNewestJobFirst)
+{
+    const int rossi = addOperator("ROSSI", "Meccanico", date(1980, 6, 1), date(2012, 3, 1), Variant(0));
+    const int bianchi = addOperator("BIANCHI", "Elettricista", date(1975, 5, 20), date(2001, 9, 1), Variant(0));
+    addOperator("VERDI", "Apprendista", date(2001, 1, 1), date(2024, 9, 1), Variant(0));
+    addJob(rossi, QDate(2026, 9, 1), "Mensile", "AX100", "1");
+    addJob(rossi, QDate(2026, 11, 10), "Bimestrale", "T200", "10");
+    addJob(bianchi, QDate(2026, 10, 5), "Annuale", "PM160", "3");
+    start(); // the main screen hosts the previews
+    boxes();
+
+    form18()->Cmd_Print->click();
+    const QStringList t = printed();
+    EXPECT_TRUE(t.contains("LISTA OPERATORI"));
+    EXPECT_TRUE(t.contains("15/11/2026 08.00.00")) << "Label2: the present date and time";
+    EXPECT_FALSE(t.contains("VERDI")) << "no job, no place in the list";
+    EXPECT_LT(t.indexOf("BIANCHI"), t.indexOf("ROSSI")) << "by qualification";
+    EXPECT_LT(t.indexOf("T200"), t.indexOf("AX100")) << "newest job first";
+    EXPECT_EQ(t.mid(t.indexOf("Interventi Eseguiti"), 2), (QStringList{"Interventi Eseguiti", "1"}));
+    EXPECT_EQ(reports::ReportWindow("DataReport2")->geometry().left(), vb::twipsToPixels(2200)) << "work area";
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form18Test, FromTheMainMenuThroughTheDriverToTheRegistersOperatorList)
+{
+    shell::Driver driver;
+    auto drive = [&](const QString& line) {
+        const QString out = driver.execute(line);
+        const QJsonObject a = QJsonDocument::fromJson(out.toUtf8()).object();
+        EXPECT_TRUE(a.value("ok").toBool()) << line.toStdString() << " -> " << out.toStdString();
+        return a.value("value");
+    };
+    drive("start");
+    drive("click frmMain.lblOperatore");
+    ASSERT_TRUE(drive("loaded Form18").toBool());
+    EXPECT_EQ(drive("get Form18.Caption").toString(), "MANUTENTORI");
+    drive("click Form18.Cmd_Add");
+    drive("type Form18.txtOperatore NERI PAOLO");
+    drive("type Form18.Txt_Qualifica Saldatore");
+    drive("choose Form18.Combo1 Esterno");
+    drive("click Form18.Cmd_Edit");
+    const QJsonArray saved = drive("sql SELECT Operatore, Qualifica, Tipo FROM Tbl_Operatore").toArray();
+    ASSERT_EQ(saved.size(), 1);
+    EXPECT_EQ(saved[0].toObject().value("Tipo").toString(), "Esterno");
+    EXPECT_EQ(drive("get Form18.Label1.Caption").toString(), "0peratori Presenti: 1");
+    const QJsonObject grid = drive("grid Form18.DataGrid1").toObject();
+    EXPECT_EQ(grid.value("columns").toArray()[5].toObject().value("caption").toString(), "Assunzione");
+
+    // The register's operator list reads the same table.
+    drive("show Form7");
+    EXPECT_TRUE(drive("get Form7.DataCombo5.items").toArray().contains(QJsonValue("NERI PAOLO")));
+}
