@@ -16,17 +16,6 @@ constexpr int RowHeight = 315;
 
 } // namespace
 
-QString key16(const QString& text)
-{
-    return QString::number(vb::Variant(text).toInteger());
-}
-
-QString quoted(const QString& text)
-{
-    QString t = text;
-    return t.replace(QLatin1Char('\''), QStringLiteral("''"));
-}
-
 Form7::Form7(QWidget* owner) : vb::Form(owner, QStringLiteral("Form7"), QStringLiteral("ESEGUI MANUTENZIONI"))
 {
     buildControls();

@@ -193,11 +193,4 @@ private:
     void lookUpMinutes();
 };
 
-/// Which key of a hidden field goes into a statement: the text read as VB's 16-bit
-/// Integer (empty text 13, above 32767 overflow 6) and written back as plain digits.
-QString key16(const QString& text);
-
-/// Text for a statement between single quotes, its quotes doubled.
-QString quoted(const QString& text);
-
 } // namespace execution

@@ -323,7 +323,7 @@ void Form7::DataCombo3_Change()
                                 "Tbl_ProcedureM INNER JOIN Tbl_Macchina ON Tbl_ProcedureM.ID_MODELLO = "
                                 "Tbl_Macchina.ID_MODELLO GROUP BY Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Macchina, "
                                 "Tbl_Macchina.Modello HAVING (((Tbl_Macchina.Macchina)='") +
-                     quoted(machine) + QStringLiteral("'))ORDER BY Tbl_Macchina.Modello;"),
+                     vb::DoubledQuotes(machine) + QStringLiteral("'))ORDER BY Tbl_Macchina.Modello;"),
                  QStringLiteral("Modello"));
     });
     trap.step([&] { ID_MOD->setText(sourceField(Adodc2, QStringLiteral("ID_MODELLO"))); });
@@ -348,7 +348,7 @@ void Form7::DataCombo2_Change()
         ID_MOD->setText(firstField(QStringLiteral("SELECT Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Macchina, "
                                                   "Tbl_Macchina.Modello From Tbl_Macchina Where "
                                                   "(((Tbl_Macchina.Modello) = '") +
-                                       quoted(model) + QStringLiteral("'))ORDER BY Tbl_Macchina.Modello;"),
+                                       vb::DoubledQuotes(model) + QStringLiteral("'))ORDER BY Tbl_Macchina.Modello;"),
                                    QStringLiteral("ID_MODELLO")));
     });
     bool numbered = true;

@@ -26,14 +26,14 @@ constexpr int LastWeekColumn = 150;
 /// The machine's row of the chart, and of its scratch copy.
 QString plannedRow(Form7& form)
 {
-    return QStringLiteral("Select * from Tbl_Planned where ID_MODELLO =") + key16(form.ID_MOD->Text()) +
-           QStringLiteral(" AND ID_NUM=") + key16(form.ID_NUM->Text());
+    return QStringLiteral("Select * from Tbl_Planned where ID_MODELLO =") + vb::KeyText(form.ID_MOD->Text()) +
+           QStringLiteral(" AND ID_NUM=") + vb::KeyText(form.ID_NUM->Text());
 }
 
 QString plannedCopyRow(Form7& form)
 {
-    return QStringLiteral("Select * from Tbl_Planned_2 where ID_MODELLO =") + key16(form.ID_MOD->Text()) +
-           QStringLiteral(" AND ID_NUM=") + key16(form.ID_NUM->Text());
+    return QStringLiteral("Select * from Tbl_Planned_2 where ID_MODELLO =") + vb::KeyText(form.ID_MOD->Text()) +
+           QStringLiteral(" AND ID_NUM=") + vb::KeyText(form.ID_NUM->Text());
 }
 
 /// InStr's test as the cell check makes it: nothing is found in an empty cell, and an

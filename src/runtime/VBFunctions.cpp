@@ -709,4 +709,14 @@ Variant Concat(const Variant& a, const Variant& b)
     return Variant(a.displayText() + b.displayText());
 }
 
+QString KeyText(const QString& text)
+{
+    return QString::number(Variant(text).toInteger());
+}
+
+QString DoubledQuotes(QString text)
+{
+    return text.replace(QLatin1Char('\''), QStringLiteral("''"));
+}
+
 } // namespace vb

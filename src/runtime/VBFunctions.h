@@ -43,4 +43,11 @@ Variant Replace(const Variant& s, const QString& find, const QString& with);
 /// VB's "&": Null counts as "" unless both are Null; numbers through CStr.
 Variant Concat(const Variant& a, const Variant& b);
 
+/// A key held as text on a screen, on its way into a statement: read as a 16-bit
+/// Integer (CInt: empty text is error 13, above 32767 overflow 6), written back as digits.
+QString KeyText(const QString& text);
+
+/// Text for a statement between apostrophes: each apostrophe doubled.
+QString DoubledQuotes(QString text);
+
 } // namespace vb

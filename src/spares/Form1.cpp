@@ -39,12 +39,6 @@ void setForm2(const char* control, const char* property, const Variant& value)
         c->setVbProperty(QString::fromLatin1(property), value);
 }
 
-/// A key on its way into a statement goes through a 16-bit integer.
-QString keyText(const QString& text)
-{
-    return vb::CInt(Variant(text)).toString();
-}
-
 /// The register's CONTROLLO_IMMAGINE: its picture in the place of its photo button.
 void fitRegisterPicture()
 {
@@ -61,7 +55,7 @@ int number(const vb::TextBox* field)
 
 QString pictures(const QString& part)
 {
-    return QStringLiteral("Select * from Tbl_Images_Desc_Ricambi WHERE ID_DESCRIZIONE_RICAMBI= ") + keyText(part);
+    return QStringLiteral("Select * from Tbl_Images_Desc_Ricambi WHERE ID_DESCRIZIONE_RICAMBI= ") + vb::KeyText(part);
 }
 
 } // namespace
@@ -300,7 +294,7 @@ void Form1::UP_images_Click()
                                     QStringLiteral("'")) == vb::answer::Yes;
     {
         store::Recordset rs;
-        trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Images_Desc_Ricambi WHERE ID_IMAGES_DC=") + keyText(key)); });
+        trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Images_Desc_Ricambi WHERE ID_IMAGES_DC=") + vb::KeyText(key)); });
         if (add) {
             trap.step([&] { rs.AddNew(); });
             trap.step([&] { TextID_IMAGES_DC->setText(rs.Fields(QStringLiteral("ID_IMAGES_DC")).Value()); });
@@ -330,7 +324,7 @@ void Form1::Delete_Images_Click()
     if (TextID_IMAGES_DC->Text().isEmpty())
         trap.step([&] { TextID_IMAGES_DC->setText(form2Text("Txt_ID_IMAGES_DC")); });
     QString key;
-    trap.step([&] { key = keyText(TextID_IMAGES_DC->Text()); });
+    trap.step([&] { key = vb::KeyText(TextID_IMAGES_DC->Text()); });
     if (vb::Val(key) == 0)
         return;
     if (vb::MsgBox(QStringLiteral("Vuoi veramente Eliminare l'Immagine selezionata?"), mb::YesNo + mb::Exclamation,

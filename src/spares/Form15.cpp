@@ -19,18 +19,6 @@ namespace {
 const QString Saving = QStringLiteral("SALVA");
 const QString Browsing = QStringLiteral("MODIFICA");
 
-QString doubled(QString text)
-{
-    return text.replace(QLatin1Char('\''), QStringLiteral("''"));
-}
-
-/// A key on its way into a statement goes through a 16-bit integer: an empty key is a
-/// type mismatch (13), one above 32767 an overflow (6).
-QString keyText(const QString& text)
-{
-    return vb::CInt(Variant(text)).toString();
-}
-
 } // namespace
 
 Form15::Form15(QWidget* owner) : vb::Form(owner, QStringLiteral("Form15"), QStringLiteral("INSERISCI RICAMBI"))
@@ -139,7 +127,7 @@ void Form15::List1_Click()
     const QString name = List1->Text();
     store::Recordset rs;
     trap.step([&] { rs.Open(QStringLiteral("SELECT * from Tbl_Ricambi ORDER BY Tbl_Ricambi.Ricambi;")); });
-    trap.step([&] { rs.setFilter(QStringLiteral("Ricambi like '") + doubled(name) + QStringLiteral("'")); });
+    trap.step([&] { rs.setFilter(QStringLiteral("Ricambi like '") + vb::DoubledQuotes(name) + QStringLiteral("'")); });
     bool none = true;
     trap.step([&] { none = rs.Eof(); });
     if (none) {
@@ -228,7 +216,7 @@ void Form15::Cmd_Edit_Click()
         return;
 
     QString id;
-    trap.step([&] { id = keyText(Text1->Text()); });
+    trap.step([&] { id = vb::KeyText(Text1->Text()); });
     {
         store::Recordset rs;
         trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Ricambi where ID_Ricambi =") + id); });
@@ -270,7 +258,7 @@ void Form15::Cmd_Delete_Click()
     // joins them to their category.
     trap.step([&] {
         store::Recordset rs;
-        rs.Open(QStringLiteral("Delete * from Tbl_Ricambi WHERE ID_Ricambi  = ") + keyText(Text1->Text()));
+        rs.Open(QStringLiteral("Delete * from Tbl_Ricambi WHERE ID_Ricambi  = ") + vb::KeyText(Text1->Text()));
     });
     trap.step([&] { TextRICAMBI->setText(QString()); });
     trap.step([&] { DataCombo1->setText(QString()); });
@@ -312,7 +300,7 @@ void Form15::Txt_Search_KeyUp()
     if (Txt_Search->Text().isEmpty())
         return;
     // Each word but the last must end the name, and the first starts it.
-    QString text = doubled(Txt_Search->Text());
+    QString text = vb::DoubledQuotes(Txt_Search->Text());
     text.replace(QLatin1Char(' '), QStringLiteral("' and Ricambi like '%"));
     search(QStringLiteral("Select * from Tbl_Ricambi WHERE Ricambi like '") + text + QStringLiteral("%' ORDER by Ricambi"),
            Txt_Search->Text(), false);
@@ -323,7 +311,7 @@ void Form15::Txt_Search_UN_MIS_KeyUp()
     if (Txt_Search_UN_MIS->Text().isEmpty())
         return;
     // UN_MIS names no column: two words make a statement the store refuses.
-    QString text = doubled(Txt_Search_UN_MIS->Text());
+    QString text = vb::DoubledQuotes(Txt_Search_UN_MIS->Text());
     text.replace(QLatin1Char(' '), QStringLiteral("' and UN_MIS  like '%"));
     search(QStringLiteral("Select * from Tbl_Ricambi WHERE Unita_Misura like '") + text +
                QStringLiteral("%' ORDER by Ricambi"),

@@ -35,17 +35,6 @@ constexpr int ButtonHeight = 375;
 
 /// A key from a hidden field on its way into a statement: VB's 16-bit Integer (empty text
 /// 13, above 32767 overflow 6), written back as plain digits.
-QString key16(const QString& text)
-{
-    return QString::number(Variant(text).toInteger());
-}
-
-QString doubledQuotes(const QString& text)
-{
-    QString t = text;
-    return t.replace(QLatin1Char('\''), QStringLiteral("''"));
-}
-
 /// An action statement, run as the program ran them: through a recordset never read.
 void run(const QString& statement)
 {
@@ -283,7 +272,7 @@ void Form17::Cmd_Edit_Click()
         return;
 
     QString id;
-    trap.step([&] { id = key16(txtID_FORNITORE->Text()); });
+    trap.step([&] { id = vb::KeyText(txtID_FORNITORE->Text()); });
     {
         store::Recordset rs;
         trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Fornitori where ID_FORNITORE =") + id); });
@@ -292,7 +281,7 @@ void Form17::Cmd_Edit_Click()
     }
     // The order lines keep a copy of the name: every edit rewrites it, changed or not.
     // Lines with no supplier key keep the text typed on them.
-    const QString quotedName = doubledQuotes(name);
+    const QString quotedName = vb::DoubledQuotes(name);
     trap.step([&] {
         run(QStringLiteral("UPDATE Tbl_Historian_Orders SET Tbl_Historian_Orders.Fornitore = '") + quotedName +
             QStringLiteral("' WHERE ((Tbl_Historian_Orders.ID_FORNITORE = ") + id + QStringLiteral("))"));
@@ -319,7 +308,7 @@ void Form17::Cmd_Delete_Click()
         return;
     // No cascade: order lines keep the key and the name of a supplier that is gone.
     trap.step([&] {
-        run(QStringLiteral("Delete * from Tbl_Fornitori WHERE ID_FORNITORE  = ") + key16(txtID_FORNITORE->Text()));
+        run(QStringLiteral("Delete * from Tbl_Fornitori WHERE ID_FORNITORE  = ") + vb::KeyText(txtID_FORNITORE->Text()));
     });
     trap.step([&] { reopen(false); });
 }
@@ -363,7 +352,7 @@ void Form17::Cmd_Print_Click()
             return;
         }
         QString id;
-        trap.step([&] { id = key16(txtID_FORNITORE->Text()); });
+        trap.step([&] { id = vb::KeyText(txtID_FORNITORE->Text()); });
         parent = QStringLiteral("SHAPE {SELECT Tbl_Fornitori.ID_FORNITORE, Tbl_Fornitori.Fornitore From Tbl_Fornitori "
                                 "Where Tbl_Fornitori.ID_FORNITORE = ") +
                  id + QStringLiteral(" ORDER BY Tbl_Fornitori.Fornitore;} ");

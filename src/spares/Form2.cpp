@@ -32,17 +32,6 @@ constexpr int FieldWidth = 3600;
 constexpr int RowHeight = 315;
 constexpr int RowStep = 420;
 
-QString doubled(QString text)
-{
-    return text.replace(QLatin1Char('\''), QStringLiteral("''"));
-}
-
-/// A key on its way into a statement goes through a 16-bit integer: an empty key is a
-/// type mismatch (13), one above 32767 an overflow (6).
-QString key16(const QString& text)
-{
-    return vb::CInt(Variant(text)).toString();
-}
 
 void notFoundBox(const QString& text, bool byUnit)
 {
@@ -280,7 +269,7 @@ void Form2::List1_Click()
     const QString name = List1->Text();
     store::Recordset rs;
     rs.Open(QStringLiteral("SELECT * from Tbl_Ricambi ORDER BY Tbl_Ricambi.Ricambi;"));
-    rs.setFilter(QStringLiteral("Ricambi like '") + doubled(name) + QStringLiteral("'"));
+    rs.setFilter(QStringLiteral("Ricambi like '") + vb::DoubledQuotes(name) + QStringLiteral("'"));
     if (rs.Eof()) {
         List2->Clear();
         vb::MsgBox(QStringLiteral("Non ci sono ") + name + QStringLiteral(" nel DataBase"), mb::Information,
@@ -296,7 +285,7 @@ void Form2::List1_Click()
     }
 
     store::Recordset parts;
-    parts.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi WHERE ID_RICAMBI = ") + key16(Text1->Text()) +
+    parts.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi WHERE ID_RICAMBI = ") + vb::KeyText(Text1->Text()) +
                QStringLiteral(" ORDER by Descrizione"));
     if (parts.Eof()) {
         // Picking the category of a new part is no reason for a warning.
@@ -325,10 +314,10 @@ void Form2::List2_Click()
     });
     // The category goes by the text copied into the part: after a search in descriptions
     // List1 is empty, and the first part of that description decides.
-    const QString description = doubled(List2->Text());
+    const QString description = vb::DoubledQuotes(List2->Text());
     trap.step([&] {
         if (!List1->Text().isEmpty())
-            rs.setFilter(QStringLiteral("Ricambi like '") + doubled(List1->Text()) +
+            rs.setFilter(QStringLiteral("Ricambi like '") + vb::DoubledQuotes(List1->Text()) +
                          QStringLiteral("' And Descrizione like '") + description + QStringLiteral("'"));
         else
             rs.setFilter(QStringLiteral("Descrizione like '") + description + QStringLiteral("'"));
@@ -352,7 +341,7 @@ void Form2::List2_Click()
     store::Recordset pictures;
     trap.step([&] {
         pictures.Open(QStringLiteral("SELECT * FROM Tbl_Images_Desc_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = ") +
-                      key16(TextID_DESCR_RIC->Text()));
+                      vb::KeyText(TextID_DESCR_RIC->Text()));
     });
     bool none = true;
     trap.step([&] { none = !pictures.isOpen() || pictures.Eof(); });
@@ -452,9 +441,9 @@ void Form2::Cmd_Edit_Click()
                         "Tbl_Descrizione_Ricambi ON Tbl_Ricambi.ID_RICAMBI = Tbl_Descrizione_Ricambi.ID_Ricambi GROUP "
                         "BY Tbl_Ricambi.Ricambi, Tbl_Descrizione_Ricambi.Descrizione HAVING "
                         "(((Tbl_Ricambi.Ricambi) like '%") +
-                    doubled(TextRICAMBI->Text()) +
+                    vb::DoubledQuotes(TextRICAMBI->Text()) +
                     QStringLiteral("%') AND ((Tbl_Descrizione_Ricambi.Descrizione) = '") +
-                    doubled(Txt_Descrizione->Text()) + QStringLiteral("'));"));
+                    vb::DoubledQuotes(Txt_Descrizione->Text()) + QStringLiteral("'));"));
             twin = !rs.Eof();
         });
         if (twin) {
@@ -496,7 +485,7 @@ void Form2::Cmd_Edit_Click()
     // The category first: a new name or unit here holds for all its parts.
     {
         store::Recordset rs;
-        step([&] { rs.Open(QStringLiteral("Select * from Tbl_Ricambi where ID_Ricambi =") + key16(Text1->Text())); });
+        step([&] { rs.Open(QStringLiteral("Select * from Tbl_Ricambi where ID_Ricambi =") + vb::KeyText(Text1->Text())); });
         step([&] { rs.Fields(QStringLiteral("Ricambi")) = TextRICAMBI->Text(); });
         step([&] { rs.Fields(QStringLiteral("Unita_Misura")) = DataCombo1->Text(); });
         step([&] { rs.UpdateBatch(); });
@@ -504,7 +493,7 @@ void Form2::Cmd_Edit_Click()
     // Then the part; the stock typed replaces the stock, with no trace of the difference.
     // Without a part chosen its key is no number: the part and the cascade are passed over
     // with the price's box each.
-    const auto part = [this] { return key16(TextID_DESCR_RIC->Text()); };
+    const auto part = [this] { return vb::KeyText(TextID_DESCR_RIC->Text()); };
     {
         store::Recordset rs;
         bool found = false;
@@ -551,7 +540,7 @@ void Form2::Cmd_Delete_Click()
     trap.step([&] {
         store::Recordset rs;
         rs.Open(QStringLiteral("Delete * from Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI  = ") +
-                key16(TextID_DESCR_RIC->Text()));
+                vb::KeyText(TextID_DESCR_RIC->Text()));
     });
     trap.step([&] { Refresh_Category_List(); });
 }
@@ -583,7 +572,7 @@ bool Form2::startSearch(vb::TextBox* field)
 QString Form2::searchWords(const vb::TextBox* field, const QString& blank)
 {
     // No per-cent sign leads a replaced blank: each word but the last must end the value.
-    return doubled(field->Text()).replace(QLatin1Char(' '), blank);
+    return vb::DoubledQuotes(field->Text()).replace(QLatin1Char(' '), blank);
 }
 
 void Form2::search(vb::TextBox* field, const QString& statement, vb::ListBox* list, const QString& column)
@@ -703,7 +692,7 @@ void Form2::Cmd_Presence_Click()
         layout.setCaption(Section::ReportHeader, QStringLiteral("Label2"), vb::ShortDate(vb::Clock::today()));
     };
     trap.step([&] {
-        const QString id = key16(TextID_DESCR_RIC->Text());
+        const QString id = vb::KeyText(TextID_DESCR_RIC->Text());
         reports::ShowReport(
             QStringLiteral("DataReport17"),
             QStringLiteral("SHAPE {SELECT Tbl_Ricerca.ID_DESCRIZIONE_RICAMBI, Tbl_Ricerca.Ricambi, "

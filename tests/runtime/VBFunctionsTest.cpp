@@ -174,3 +174,14 @@ TEST(TextFunctions, IsNumericAndIsDateFollowItalianSettings)
     EXPECT_FALSE(IsDate(42554));
     EXPECT_EQ(ShortDate(QDate(2016, 7, 3)), "03/07/2016");
 }
+
+TEST(StatementPieces, KeysGoThroughAnIntegerAndApostrophesAreDoubled)
+{
+    EXPECT_EQ(KeyText("12"), "12");
+    EXPECT_EQ(KeyText(" 7 "), "7");
+    EXPECT_EQ(KeyText("2,5"), "2"); // CInt rounds halves to even
+    EXPECT_EQ(errorOf([] { KeyText(""); }), 13);
+    EXPECT_EQ(errorOf([] { KeyText("32768"); }), 6);
+    EXPECT_EQ(DoubledQuotes("l'unità d'uso"), "l''unità d''uso");
+    EXPECT_EQ(DoubledQuotes(""), "");
+}
