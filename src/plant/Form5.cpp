@@ -1,0 +1,614 @@
+#include "plant/Form5.h"
+
+#include "reports/ReportLayout.h"
+#include "reports/ReportViewer.h"
+#include "reports/TextExport.h"
+#include "runtime/MsgBox.h"
+#include "runtime/Trap.h"
+#include "runtime/VBFunctions.h"
+#include "shell/ScreenRegistry.h"
+#include "store/DataStore.h"
+
+namespace plant {
+
+using vb::Trap;
+using vb::Variant;
+namespace err = vb::err;
+namespace mb = vb::mb;
+using reports::Section;
+
+namespace {
+
+const QString ScreenName = QStringLiteral("Form5");
+const QString Save = QStringLiteral("SALVA");
+const QString Edit = QStringLiteral("MODIFICA");
+
+// The screen in twips: the list over the whole width, below it the model's fields, the
+// three searches and the commands side by side. The whole of it fits the main screen's
+// working area of an 800 x 600 display (9225 x 6200).
+constexpr int ScreenWidth = 9225;
+constexpr int ScreenHeight = 6200;
+constexpr int GridHeight = 2640;
+constexpr int FieldsTop = 3120;
+constexpr int RowStep = 420;
+constexpr int RowHeight = 315;
+constexpr int LabelWidth = 1230;
+constexpr int FieldLeft = 1410;
+constexpr int FieldWidth = 2700;
+constexpr int SearchLeft = 4260;
+constexpr int SearchWidth = 2235;
+constexpr int ButtonsLeft = 6630;
+constexpr int ButtonWidth = 2475;
+constexpr int ButtonHeight = 345;
+constexpr int ButtonStep = 390;
+
+/// The grid's columns by field: the whole list's six, and so a search's rows too.
+struct GridColumnSpec
+{
+    const char* field;
+    const char* caption;
+    int width;
+};
+constexpr GridColumnSpec GridColumns[]
+    = { { "ID_MODELLO", "ID_MODELLO", 1350 }, { "Macchina", "MACCHINA", 1650 }, { "Modello", "MODELLO", 1600 },
+          { "Stato", "STATO", 950 }, { "reparto", "REPARTO", 1300 }, { "Costruttore", "COSTRUTTORE", 1550 } };
+
+/// A key from a hidden field on its way into a statement: VB's 16-bit Integer (empty text
+/// 13, above 32767 overflow 6), written back as plain digits.
+QString key16(const QString& text)
+{
+    return QString::number(Variant(text).toInteger());
+}
+
+QString doubled(QString text)
+{
+    return text.replace(QLatin1Char('\''), QStringLiteral("''"));
+}
+
+/// An action statement, run as the program ran them: through a recordset never read.
+void run(const QString& statement)
+{
+    store::Recordset rs;
+    rs.Open(statement);
+}
+
+} // namespace
+
+QString Rename_Statement(const QString& table, const QString& machine, const QString& model, const QString& id)
+{
+    // One text for the five tables, each named in place of the register; the names go in
+    // after the table's, so a name is never taken for one.
+    QStringList pieces { QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Macchina = '"),
+        QStringLiteral("', Tbl_Maintenance.Modello = '"), QStringLiteral("' WHERE ((Tbl_Maintenance.ID_MODELLO = "),
+        QStringLiteral("))") };
+    pieces.replaceInStrings(QStringLiteral("Tbl_Maintenance"), table);
+    return pieces[0] + doubled(machine) + pieces[1] + doubled(model) + pieces[2] + id + pieces[3];
+}
+
+Form5::Form5(QWidget* owner)
+    : vb::Form(owner, ScreenName, QStringLiteral("INSERISCI MACCHINE"))
+{
+    buildControls();
+    connectEvents();
+}
+
+void Form5::buildControls()
+{
+    Move(0, 0, ScreenWidth, ScreenHeight);
+
+    Adodc2 = new vb::Adodc(this, QStringLiteral("Adodc2"));
+    DataGrid1 = new vb::DataGrid(this, QStringLiteral("DataGrid1"));
+    DataGrid1->Move(120, 120, ScreenWidth - 240, GridHeight);
+    DataGrid1->setDataSource(Adodc2);
+    Label1 = new vb::Label(this, QStringLiteral("Label1"), QStringLiteral("Conteggio Macchine:"));
+    Label1->setBackStyle(0);
+    Label1->Move(120, 120 + GridHeight + 60, 5000, 255);
+    Txt_Posizione = new vb::TextBox(this, QStringLiteral("Txt_Posizione"));
+    Txt_Posizione->setVisible(false);
+    txtID_MODELLO = new vb::TextBox(this, QStringLiteral("txtID_MODELLO"));
+    txtID_MODELLO->setVisible(false);
+    TxtID_REPARTO = new vb::TextBox(this, QStringLiteral("TxtID_REPARTO"));
+    TxtID_REPARTO->setVisible(false);
+
+    // The model, one row per field.
+    int row = 0;
+    auto label = [&](const char* name, const char* caption) {
+        auto* l = new vb::Label(this, QString::fromLatin1(name), QString::fromUtf8(caption));
+        l->setBackStyle(0);
+        l->Move(120, FieldsTop + row * RowStep + 30, LabelWidth, 255);
+        return l;
+    };
+    auto place = [&](vb::Control* c) {
+        c->Move(FieldLeft, FieldsTop + row * RowStep, FieldWidth, RowHeight);
+        ++row;
+    };
+    auto combo = [&](const char* name) {
+        auto* c = new vb::DataCombo(this, QString::fromLatin1(name));
+        place(c);
+        return c;
+    };
+    auto field = [&](const char* name) {
+        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
+        place(t);
+        return t;
+    };
+    Label2 = label("Label2", "Macchina:");
+    txtMacchina = field("txtMacchina");
+    Label3 = label("Label3", "Modello:");
+    Txt_Modello = field("Txt_Modello");
+    Label4 = label("Label4", "Reparto:");
+    DataCombo3 = combo("DataCombo3");
+    Adodc4 = new vb::Adodc(this, QStringLiteral("Adodc4"));
+    Label5 = label("Label5", "Costruttore:");
+    DataCombo2 = combo("DataCombo2");
+    Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
+    Label6 = label("Label6", "Stato:");
+    DataCombo4 = combo("DataCombo4");
+    Adodc3 = new vb::Adodc(this, QStringLiteral("Adodc3"));
+    Label7 = label("Label7", "Anno:");
+    txtAnno = field("txtAnno");
+    txtAnno->setWidth(1200);
+
+    // The searches, one frame each.
+    auto searchFrame = [this](const char* name, const char* caption, int index) {
+        auto* f = new vb::Frame(this, QString::fromLatin1(name), QString::fromUtf8(caption));
+        f->Move(SearchLeft, FieldsTop - 60 + index * 840, SearchWidth, 780);
+        return f;
+    };
+    Frame1 = searchFrame("Frame1", "Cerca per Macchina", 0);
+    Text1 = new vb::TextBox(Frame1, QStringLiteral("Text1"));
+    Text1->Move(120, 330, SearchWidth - 240, RowHeight);
+    Frame2 = searchFrame("Frame2", "Cerca per Modello", 1);
+    Text2 = new vb::TextBox(Frame2, QStringLiteral("Text2"));
+    Text2->Move(120, 330, SearchWidth - 240, RowHeight);
+    Frame3 = searchFrame("Frame3", "Cerca per Stato", 2);
+    DataCombo1 = new vb::DataCombo(Frame3, QStringLiteral("DataCombo1"));
+    DataCombo1->Move(120, 330, SearchWidth - 240, RowHeight);
+
+    // The commands in one column.
+    int step = 0;
+    auto button = [&](const char* name, const QString& caption) {
+        auto* b = new vb::CommandButton(this, QString::fromLatin1(name), caption);
+        b->Move(ButtonsLeft, FieldsTop - 60 + step * ButtonStep, ButtonWidth, ButtonHeight);
+        ++step;
+        return b;
+    };
+    Cmd_Add = button("Cmd_Add", QStringLiteral("INSERISCI"));
+    Cmd_Edit = button("Cmd_Edit", Edit);
+    Cmd_Edit->setEnabled(false); // a row selection or INSERISCI enables it
+    Cmd_Delete = button("Cmd_Delete", QStringLiteral("ELIMINA"));
+    Cmd_Print = button("Cmd_Print", QStringLiteral("PRINT LISTA MACCHINE"));
+    Cmd_Vis_Manut = button("Cmd_Vis_Manut", QStringLiteral("MANUTENZIONI GENERALI"));
+    Cmd_Vis_All = button("Cmd_Vis_All", QStringLiteral("VISUALIZZA TUTTO"));
+    Cmd_Info = button("Cmd_Info", QStringLiteral("Info"));
+}
+
+void Form5::connectEvents()
+{
+    DataGrid1->Click = [this] { DataGrid1_Click(); };
+    DataGrid1->RowColChange = [this] { DataGrid1_RowColChange(); };
+    DataCombo3->Change = [this] { DataCombo3_Change(); };
+
+    // The three searches exclude each other; leaving a typed search empties it.
+    Text1->Change = [this] {
+        Trap trap = Trap::ignoreAll();
+        trap.step([&] { DataCombo1->setText(QString()); });
+        trap.step([&] { Text2->setText(QString()); });
+    };
+    Text2->Change = [this] {
+        Trap trap = Trap::ignoreAll();
+        trap.step([&] { Text1->setText(QString()); });
+        trap.step([&] { DataCombo1->setText(QString()); });
+    };
+    Text1->LostFocus.connect([this] { Text1->setText(QString()); });
+    Text2->LostFocus.connect([this] { Text2->setText(QString()); });
+    Text1->KeyUp = [this] { Text1_KeyUp(); };
+    Text2->KeyUp = [this] { Text2_KeyUp(); };
+    DataCombo1->Click = [this] { DataCombo1_Click(); };
+
+    Cmd_Add->Click = [this] { Cmd_Add_Click(); };
+    Cmd_Edit->Click = [this] { Cmd_Edit_Click(); };
+    Cmd_Delete->Click = [this] { Cmd_Delete_Click(); };
+    Cmd_Vis_All->Click = [this] { Cmd_Vis_All_Click(); };
+    Cmd_Print->Click = [this] { Cmd_Print_Click(); };
+    Cmd_Vis_Manut->Click = [this] { Cmd_Vis_Manut_Click(); };
+    Cmd_Info->Click = [this] { Cmd_Info_Click(); };
+}
+
+// ---- load and list ------------------------------------------------------------------
+
+void Form5::Form_Load()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { centre(); });
+    // The makers and the states offer what was typed before; the combos take new text.
+    trap.step([&] {
+        Adodc4->setRecordSource(QStringLiteral("Select * From Tbl_Reparto Order by REPARTO asc"));
+        Adodc4->Refresh();
+        DataCombo3->bind(Adodc4, QStringLiteral("Reparto"));
+    });
+    trap.step([&] {
+        Adodc1->setRecordSource(QStringLiteral("SELECT Tbl_Macchina.Costruttore From Tbl_Macchina GROUP BY "
+                                               "Tbl_Macchina.Costruttore ORDER BY Tbl_Macchina.Costruttore;"));
+        Adodc1->Refresh();
+        DataCombo2->bind(Adodc1, QStringLiteral("COSTRUTTORE"));
+    });
+    trap.step([&] {
+        Adodc3->setRecordSource(
+            QStringLiteral("SELECT Tbl_Macchina.Stato From Tbl_Macchina GROUP BY Tbl_Macchina.Stato;"));
+        Adodc3->Refresh();
+        DataCombo4->bind(Adodc3, QStringLiteral("STATO"));
+        DataCombo1->bind(Adodc3, QStringLiteral("STATO"));
+    });
+    trap.step([&] { Fill_Grid_Macchine_All(); });
+}
+
+void Form5::Fill_Grid_Macchine_All()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] {
+        Adodc2->setRecordSource(
+            QStringLiteral("SELECT ID_MODELLO, Macchina, "
+                           "Modello, Stato,reparto,Costruttore From Tbl_Macchina Order by Macchina"));
+        Adodc2->Refresh();
+    });
+    trap.step([&] { DataGrid1->setDataSource(Adodc2); });
+    Set_Grid_Columns();
+    trap.step(
+        [&] { Label1->setCaption(QStringLiteral("Conteggio Macchine: ") + QString::number(Adodc2->RecordCount())); });
+}
+
+void Form5::Set_Grid_Columns()
+{
+    Trap trap = Trap::ignoreAll();
+    // A search lists whole rows: the department's key and the year stay out of sight.
+    for (int i = 0; i < DataGrid1->ColumnCount(); ++i)
+        trap.step([&] { DataGrid1->Columns(i).setWidth(0); });
+    for (const GridColumnSpec& c : GridColumns) {
+        trap.step([&] {
+            vb::GridColumn& column = DataGrid1->Columns(QString::fromLatin1(c.field));
+            column.setCaption(QString::fromLatin1(c.caption));
+            column.setWidth(c.width);
+            column.setLocked(true);
+        });
+    }
+}
+
+void Form5::Clear_Fields()
+{
+    Trap trap = Trap::ignoreAll();
+    for (vb::TextBox* t : { txtID_MODELLO, txtMacchina, Txt_Modello, txtAnno, TxtID_REPARTO })
+        trap.step([&] { t->setText(QString()); });
+    for (vb::DataCombo* c : { DataCombo3, DataCombo2, DataCombo4 })
+        trap.step([&] { c->setText(QString()); });
+}
+
+// ---- the selection of a row ---------------------------------------------------------
+
+void Form5::DataGrid1_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    // A click on the list leaves an insert.
+    trap.step([&] {
+        Cmd_Edit->setCaption(Edit);
+        Cmd_Delete->setEnabled(true);
+        Cmd_Add->setEnabled(true);
+    });
+}
+
+void Form5::DataGrid1_RowColChange()
+{
+    Trap trap { { err::InvalidUseOfNull, err::GridDataAccess, err::InvalidPropertyValue }, Trap::ShowBox };
+    trap.step([&] { Clear_Fields(); });
+    trap.step([&] { Cmd_Edit->setEnabled(true); });
+
+    std::int16_t id = 0;
+    trap.step([&] {
+        if (DataGrid1->Row() < 0)
+            throw vb::VBError(err::GridDataAccess);
+        id = DataGrid1->Columns(QStringLiteral("ID_MODELLO")).Value().toInteger();
+    });
+    // The general procedures can be printed only when the model has some.
+    bool procedures = false;
+    trap.step([&] {
+        store::Recordset rs;
+        rs.Open(QStringLiteral("Select * from Tbl_Proc_General WHERE ID_MODELLO = ") + QString::number(id));
+        procedures = !rs.Eof();
+    });
+    trap.step([&] { Cmd_Vis_Manut->setEnabled(procedures); });
+
+    store::Recordset rs;
+    trap.step([&] { rs.Open(QStringLiteral("SELECT * FROM Tbl_Macchina WHERE ID_MODELLO= ") + QString::number(id)); });
+    bool found = false;
+    trap.step([&] { found = !rs.Eof(); });
+    if (!found || trap.ended())
+        return;
+
+    // An empty column leaves its field as the clearing left it. The department's key is
+    // read and let go: TxtID_REPARTO follows the department's name through DataCombo3.
+    auto copy = [&](vb::Control* to, const char* column) {
+        trap.step([&] { to->setVbProperty(QStringLiteral("Text"), rs.Fields(QString::fromLatin1(column)).Value()); });
+    };
+    copy(txtID_MODELLO, "ID_MODELLO");
+    copy(txtMacchina, "Macchina");
+    copy(Txt_Modello, "Modello");
+    copy(DataCombo4, "Stato");
+    trap.step([&] { static_cast<void>(rs.Fields(QStringLiteral("ID_REPARTO")).Value()); });
+    copy(DataCombo3, "REPARTO");
+    copy(DataCombo2, "Costruttore");
+    copy(txtAnno, "Anno");
+    trap.step([&] { Txt_Posizione->setText(QString::number(DataGrid1->Row())); });
+}
+
+void Form5::DataCombo3_Change()
+{
+    Trap trap { { err::InvalidUseOfNull, err::InvalidPropertyValue }, Trap::ShowBox };
+    const QString name = DataCombo3->Text();
+    if (name.size() < 1)
+        return;
+    // A name that is no department's has no row: the box of the missing row says so.
+    store::Recordset rs;
+    trap.step([&] {
+        rs.Open(QStringLiteral("SELECT * From Tbl_Reparto Where Reparto= '") + doubled(name)
+            + QStringLiteral("' ORDER BY Reparto;"));
+    });
+    trap.step([&] { TxtID_REPARTO->setText(rs.Fields(QStringLiteral("ID_REPARTO")).Value()); });
+}
+
+// ---- searches -----------------------------------------------------------------------
+
+void Form5::search(const QString& command, const QString& text)
+{
+    Trap trap { { err::InvalidUseOfNull, err::InvalidPropertyValue }, Trap::ShowBox };
+    if (text.isEmpty())
+        return;
+    trap.step([&] { Clear_Fields(); });
+    // The command's rows stand in the grid until the screen is reopened.
+    trap.step([&] { Adodc2->setRecordset(store::DataStore::instance().Command(command, text)); });
+    trap.step([&] { Set_Grid_Columns(); });
+    trap.step(
+        [&] { Label1->setCaption(QStringLiteral("Macchine Trovate n° ") + QString::number(Adodc2->RecordCount())); });
+}
+
+void Form5::Text1_KeyUp()
+{
+    search(QStringLiteral("Tbl_Macchina"), Text1->Text());
+}
+
+void Form5::Text2_KeyUp()
+{
+    search(QStringLiteral("Tbl_Macchina_Search_Modello"), Text2->Text());
+}
+
+void Form5::DataCombo1_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Text1->setText(QString()); });
+    trap.step([&] { Text2->setText(QString()); });
+    search(QStringLiteral("Tbl_Macchina_Search_Stato"), DataCombo1->Text());
+}
+
+// ---- insert, save, delete -----------------------------------------------------------
+
+void Form5::Cmd_Add_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Clear_Fields(); });
+    trap.step([&] {
+        Cmd_Edit->setCaption(Save);
+        Cmd_Edit->setEnabled(true);
+        Cmd_Delete->setEnabled(false);
+        Cmd_Add->setEnabled(false);
+    });
+}
+
+void Form5::Cmd_Edit_Click()
+{
+    // Every failure carries on with the next statement.
+    Trap trap = Trap::ignoreAll();
+    if (txtMacchina->Text().isEmpty() || Txt_Modello->Text().isEmpty() || DataCombo3->Text().isEmpty()
+        || DataCombo4->Text().isEmpty()) {
+        vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), mb::Exclamation, QStringLiteral("MANCANZA DATI!!"));
+        return;
+    }
+
+    // The seven columns besides the key, from the fields. A department typed by hand has
+    // no key: its key column is passed over and keeps what it held.
+    auto writeModel = [&](store::Recordset& rs) {
+        trap.step([&] { rs.Fields(QStringLiteral("Macchina")) = txtMacchina->Text(); });
+        trap.step([&] { rs.Fields(QStringLiteral("Modello")) = Txt_Modello->Text(); });
+        trap.step([&] { rs.Fields(QStringLiteral("Stato")) = DataCombo4->Text(); });
+        trap.step([&] { rs.Fields(QStringLiteral("ID_REPARTO")) = TxtID_REPARTO->Text(); });
+        trap.step([&] { rs.Fields(QStringLiteral("Reparto")) = DataCombo3->Text(); });
+        trap.step([&] { rs.Fields(QStringLiteral("Costruttore")) = DataCombo2->Text(); });
+        trap.step([&] { rs.Fields(QStringLiteral("Anno")) = txtAnno->Text(); });
+    };
+
+    if (Cmd_Edit->Caption() == Save) {
+        {
+            store::Recordset rs;
+            trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Macchina")); });
+            trap.step([&] { rs.AddNew(); });
+            trap.step([&] { txtID_MODELLO->setText(rs.Fields(QStringLiteral("ID_MODELLO")).Value()); });
+            writeModel(rs);
+            trap.step([&] { rs.UpdateBatch(); });
+        }
+        trap.step([&] { Cmd_Edit->setCaption(Edit); });
+        trap.step([&] { reopen(false, true); });
+        return;
+    }
+
+    // An edit of the selected model: the list still shows the names before the edit.
+    QString old, oldModel;
+    trap.step([&] {
+        if (DataGrid1->Row() < 0)
+            throw vb::VBError(err::GridDataAccess);
+        old = DataGrid1->Columns(QStringLiteral("Macchina")).Text();
+        oldModel = DataGrid1->Columns(QStringLiteral("Modello")).Text();
+    });
+    const QString machine = txtMacchina->Text();
+    const QString model = Txt_Modello->Text();
+    const QString prompt = old != machine || oldModel != model
+        ? QStringLiteral("La Macchina [") + old + QStringLiteral("] Sta per essere modificata, Vuoi Procedere??")
+        : QStringLiteral("Stai per modificare i dati della Macchina [") + old + QStringLiteral("] Vuoi Procedere??");
+    if (vb::MsgBox(
+            prompt, mb::YesNo + mb::Question, QStringLiteral("Modifica Macchina **") + old + QStringLiteral("**"))
+        != vb::answer::Yes)
+        return;
+
+    QString id;
+    trap.step([&] { id = key16(txtID_MODELLO->Text()); });
+    {
+        store::Recordset rs;
+        trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Macchina where ID_MODELLO =") + id); });
+        writeModel(rs);
+        trap.step([&] { rs.UpdateBatch(); });
+    }
+    // Every copy of the names follows, renamed or not. The register and the procedures'
+    // screen hold the old names in their lists: they go first.
+    trap.step([] { shell::screens().unload(QStringLiteral("Form7")); });
+    trap.step([&] { run(Rename_Statement(QStringLiteral("Tbl_Maintenance"), machine, model, id)); });
+    trap.step([] { shell::screens().unload(QStringLiteral("Form9")); });
+    for (const char* table : { "Tbl_Proc_General_Macc", "Tbl_Assegna_M", "Tbl_Planned", "Tbl_Ricerca" })
+        trap.step([&] { run(Rename_Statement(QString::fromLatin1(table), machine, model, id)); });
+    trap.step([&] { reopen(false, true); });
+}
+
+void Form5::Cmd_Delete_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    if (txtID_MODELLO->Text().isEmpty()) {
+        vb::MsgBox(QStringLiteral("Non è stato selezionato nessun dato!"), mb::Exclamation,
+            QStringLiteral("NESSUNA MACCHINA SELEZIONATA"));
+        return;
+    }
+    if (vb::MsgBox(QStringLiteral("Vuoi Veramente eliminare la Macchina selezionata e tutti i suoi Dati?"),
+            mb::YesNo + mb::Question,
+            QStringLiteral("Eliminazione Macchina **") + Txt_Modello->Text()
+                + QStringLiteral("** e Corrispettivi Dati"))
+        != vb::answer::Yes)
+        return;
+    // The model's units, steps of assigned maintenance, notes and interventions stay, and
+    // so do its general procedure steps: only their heading goes.
+    QString id;
+    trap.step([&] { id = key16(txtID_MODELLO->Text()); });
+    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Macchina WHERE ID_MODELLO  = ") + id); });
+    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Proc_General_Macc WHERE ID_MODELLO  = ") + id); });
+    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Assegna_M WHERE ID_MODELLO  = ") + id); });
+    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_MODELLO  = ") + id); });
+    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Planned WHERE ID_MODELLO  = ") + id); });
+    trap.step([&] { reopen(false, true); });
+}
+
+void Form5::Cmd_Vis_All_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    Form5* again = nullptr;
+    trap.step([&] { again = reopen(true, false); });
+    if (!again)
+        return;
+    trap.step([&] { again->Cmd_Print->setCaption(QStringLiteral("Stampa Tutti le Macchine")); });
+    // The caption of a save to a text file: this screen has no such button, and the
+    // caption goes nowhere.
+    trap.step([&] {
+        if (vb::Control* saveButton = again->control(QStringLiteral("Cmd_Save")))
+            saveButton->setVbProperty(QStringLiteral("Caption"), QStringLiteral("Salva in Txt Tutti le Macchine"));
+    });
+}
+
+Form5* Form5::reopen(bool plus300, bool backToRow)
+{
+    const QString row = Txt_Posizione->Text();
+    shell::screens().unload(ScreenName);
+    if (plus300)
+        shell::screens().show(ScreenName);
+    else
+        shell::screens().showAbout(ScreenName); // the placement without the 300 twips
+    auto* again = shell::screens().formAs<Form5>(ScreenName);
+    if (!again)
+        return nullptr;
+    again->DataGrid1->clearSelection();
+    bool isRow = false;
+    const int r = row.toInt(&isRow);
+    if (backToRow && isRow && r >= 0 && r < again->Adodc2->RecordCount()) {
+        again->Txt_Posizione->setText(row);
+        again->Adodc2->moveTo(r);
+    }
+    return again;
+}
+
+// ---- prints and date advice ---------------------------------------------------------
+
+void Form5::Cmd_Print_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    // A department with no model gives no group; models of no department group together.
+    const QString statement
+        = QStringLiteral("SHAPE {SELECT Tbl_Macchina.REPARTO, Count(Tbl_Macchina.Macchina) AS ConteggioDiMacchina From "
+                         "Tbl_Macchina GROUP BY Tbl_Macchina.REPARTO;} ")
+        + QStringLiteral("APPEND ({SELECT Tbl_Macchina.REPARTO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
+                         "Tbl_Macchina.Stato, Tbl_Macchina.Costruttore, Tbl_Macchina.Anno From Tbl_Macchina GROUP BY "
+                         "Tbl_Macchina.REPARTO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, Tbl_Macchina.Stato, "
+                         "Tbl_Macchina.Costruttore, Tbl_Macchina.Anno ORDER BY Tbl_Macchina.REPARTO;} ")
+        + QStringLiteral("RELATE Reparto to Reparto) as Dati");
+    // Label2 of the report header takes the present date and time with every show.
+    reports::ShowOptions options;
+    options.setup = [](reports::ReportLayout& layout) {
+        layout.setDataField(Section::GroupHeader, QStringLiteral("TextBox1"), QStringLiteral("Reparto"));
+        layout.setDataField(Section::GroupFooter, QStringLiteral("TextBox7"), QStringLiteral("Reparto"));
+        layout.setDataField(Section::GroupFooter, QStringLiteral("TextBox8"), QStringLiteral("ConteggioDiMAcchina"));
+    };
+    trap.step([&] { reports::ShowReport(QStringLiteral("DataReport8"), statement, options); });
+}
+
+void Form5::Cmd_Vis_Manut_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([] { reports::UnloadReport(QStringLiteral("DataReport6")); });
+    const QString key = txtID_MODELLO->Text();
+    if (key.isEmpty()) {
+        vb::MsgBox(
+            QStringLiteral("Non hai selezionato nessun dato!"), mb::Exclamation, QStringLiteral("MANCANZA DATI"));
+        return;
+    }
+    if (vb::Val(Variant(key)) == 0) {
+        vb::MsgBox(QStringLiteral("Non c'è nessuna Procedura di Manutenzione!"), mb::Information,
+            QStringLiteral("MANCANZA DATI!"));
+        return;
+    }
+    QString id;
+    trap.step([&] { id = key16(key); });
+    // The steps come from every model of the same name; the hours print as "#,###.00".
+    const QString statement
+        = QStringLiteral(
+              "SHAPE {SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+              "Sum(Tbl_Proc_General.Minuti) AS SommaDiMinuti, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60 AS Ore FROM "
+              "Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
+              "Tbl_Proc_General.ID_MODELLO GROUP BY Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+              "[Tbl_Proc_General_Macc]![Tempo_Minuti]/60, Tbl_Proc_General.ID_MODELLO HAVING "
+              "(((Tbl_Proc_General.ID_MODELLO)=")
+        + id + QStringLiteral("));} ")
+        + QStringLiteral("APPEND ({SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+                         "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura, "
+                         "Tbl_Proc_General.Minuti FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General on "
+                         "(Tbl_Proc_General_Macc.ID_MODELLO = Tbl_Proc_General.ID_MODELLO);} ")
+        + QStringLiteral("RELATE Modello to Modello) as Dati");
+    reports::ShowOptions options;
+    options.setup = [](reports::ReportLayout& layout) {
+        layout.setDataField(Section::GroupHeader, QStringLiteral("TextBox11"), QStringLiteral("Macchina"));
+        layout.setDataField(Section::GroupHeader, QStringLiteral("TextBox4"), QStringLiteral("Modello"));
+        layout.setDataField(Section::GroupHeader, QStringLiteral("TextBox7"), QStringLiteral("SommaDiMinuti"));
+        layout.setDataField(Section::GroupHeader, QStringLiteral("TextBox1"), QStringLiteral("Ore"));
+    };
+    trap.step([&] { reports::ShowReport(QStringLiteral("DataReport6"), statement, options); });
+}
+
+void Form5::Cmd_Info_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([] { reports::WriteDateInfo(); });
+}
+
+VELMORA_SCREEN(Form5);
+
+} // namespace plant

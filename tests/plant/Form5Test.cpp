@@ -1,0 +1,403 @@
+// The machine models: the list and its selection, insert and edit with the names carried
+// to every copy, delete with its kept asymmetry, the searches as the user types, the
+// department looked up by name, the prints and the menu's road through the driver.
+#include "plant/Form5.h"
+
+#include "reports/ReportViewer.h"
+#include "shell/ShellFixture.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using plant::Form5;
+namespace answer = vb::answer;
+
+namespace {
+
+class Form5Test : public ShellFixture
+{
+protected:
+    void SetUp() override
+    {
+        ShellFixture::SetUp();
+        // Departments 1 MONTAGGIO and 2 PRESSE; models 1 PRESSA AX100 (with procedures),
+        // 2 TORNIO T200, 3 PRESSA P9 with no maker.
+        exec("INSERT INTO Tbl_Reparto (Reparto) VALUES ('PRESSE')");
+        exec("INSERT INTO Tbl_Reparto (Reparto) VALUES ('MONTAGGIO')");
+        addModel("PRESSA", "AX100", "In Uso", 1, "PRESSE", "Bruni", "1998");
+        addModel("TORNIO", "T200", "Fermo", 2, "MONTAGGIO", "Colli", "2004");
+        addModel("PRESSA", "P9", "In Uso", 1, "PRESSE", "", "");
+        exec("INSERT INTO Tbl_Proc_General_Macc (ID_MODELLO, Macchina, Modello, Tempo_Minuti) "
+             "VALUES (1, 'PRESSA', 'AX100', 90)");
+        exec("INSERT INTO Tbl_Proc_General (ID_MODELLO, Num, Titolo, Procedura, Minuti) "
+             "VALUES (1, 1, 'Olio', 'Cambio olio del circuito', 90)");
+    }
+
+    void TearDown() override
+    {
+        reports::UnloadReport("DataReport6");
+        reports::UnloadReport("DataReport8");
+        ShellFixture::TearDown();
+    }
+
+    /// A model; "" leaves a column Null.
+    void addModel(const QString& machine, const QString& model, const QString& state, int department,
+        const QString& departmentName, const QString& maker, const QString& year)
+    {
+        store::Recordset rs;
+        rs.Open("Select * from Tbl_Macchina");
+        rs.AddNew();
+        const std::pair<const char*, vb::Variant> columns[]
+            = { { "Macchina", machine }, { "Modello", model }, { "Stato", state }, { "ID_REPARTO", department },
+                  { "REPARTO", departmentName }, { "Costruttore", maker }, { "Anno", year } };
+        for (const auto& [column, value] : columns)
+            rs.Fields(column) = value.toString().isEmpty() ? vb::Variant::null() : value;
+        rs.UpdateBatch();
+    }
+
+    /// Every table that copies a model's names, with a row of model 1 and one of model 2.
+    void addCopies()
+    {
+        for (const char* table :
+            { "Tbl_Maintenance", "Tbl_Proc_General_Macc", "Tbl_Assegna_M", "Tbl_Planned", "Tbl_Ricerca" })
+            for (const char* row : { "1, 'PRESSA', 'AX100'", "2, 'TORNIO', 'T200'" })
+                exec(QStringLiteral("INSERT INTO %1 (ID_MODELLO, Macchina, Modello) VALUES (%2)").arg(table, row));
+    }
+
+    QStringList column(const QString& jet)
+    {
+        QStringList out;
+        for (const auto& r : rows(jet))
+            out << (r.front().isNull() ? QStringLiteral("<Null>") : r.front().toString());
+        return out;
+    }
+
+    Form5* form5() { return shell::screens().formAs<Form5>(QStringLiteral("Form5")); }
+
+    /// The screen after a reopening of its own, once the old one is gone.
+    Form5* reopened()
+    {
+        QCoreApplication::processEvents();
+        return form5();
+    }
+
+    /// Selects the grid row of a model, as a click does.
+    void selectModel(Form5* f, int id)
+    {
+        for (int r = 0; r < f->DataGrid1->RecordCount(); ++r) {
+            if (f->DataGrid1->cellValue(r, 0).toLong() == id) {
+                f->DataGrid1->click();
+                return f->DataGrid1->select(r);
+            }
+        }
+        FAIL() << "no model " << id;
+    }
+
+    std::vector<vb::ShownBox> boxes() { return vb::MsgBoxService::takeShown(); }
+    static void answer(std::initializer_list<int> answers) { vb::MsgBoxService::queueAnswers(answers); }
+
+    static QStringList printed(const char* report)
+    {
+        QStringList t;
+        if (const auto r = reports::LaidOutPages(report))
+            for (const auto& page : r->pages)
+                for (const auto& p : page)
+                    t << p.text;
+        return t;
+    }
+};
+
+} // namespace
+
+TEST_F(Form5Test, ListListsAndTheSelectionOfAModel)
+{
+    Form5* f = form5();
+    EXPECT_EQ(f->Caption(), "INSERISCI MACCHINE");
+    EXPECT_EQ(f->Label1->Caption(), "Conteggio Macchine: 3");
+    ASSERT_EQ(f->DataGrid1->ColumnCount(), 6);
+    const QStringList captions { "ID_MODELLO", "MACCHINA", "MODELLO", "STATO", "REPARTO", "COSTRUTTORE" };
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(f->DataGrid1->Columns(i).Caption(), captions[i]);
+    EXPECT_EQ(f->DataGrid1->cellText(2, 1), "TORNIO") << "by kind";
+    EXPECT_EQ(f->DataCombo3->items(), (QStringList { "MONTAGGIO", "PRESSE" }));
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList { "", "Bruni", "Colli" })) << "the makers typed before, once each";
+    EXPECT_EQ(f->DataCombo4->items(), (QStringList { "Fermo", "In Uso" }));
+    EXPECT_EQ(f->DataCombo1->items(), f->DataCombo4->items());
+    EXPECT_FALSE(f->Cmd_Edit->isEnabled());
+
+    selectModel(f, 1);
+    EXPECT_EQ(f->txtID_MODELLO->Text(), "1");
+    EXPECT_EQ(f->txtMacchina->Text(), "PRESSA");
+    EXPECT_EQ(f->Txt_Modello->Text(), "AX100");
+    EXPECT_EQ(f->DataCombo4->Text(), "In Uso");
+    EXPECT_EQ(f->DataCombo3->Text(), "PRESSE");
+    EXPECT_EQ(f->TxtID_REPARTO->Text(), "1") << "found by the department's name";
+    EXPECT_EQ(f->DataCombo2->Text(), "Bruni");
+    EXPECT_EQ(f->txtAnno->Text(), "1998");
+    EXPECT_TRUE(f->Cmd_Edit->isEnabled());
+    EXPECT_TRUE(f->Cmd_Vis_Manut->isEnabled());
+
+    // Empty columns leave their fields as the clearing left them; no procedures, no print.
+    selectModel(f, 3);
+    EXPECT_EQ(f->Txt_Modello->Text(), "P9");
+    EXPECT_EQ(f->DataCombo2->Text(), "");
+    EXPECT_EQ(f->txtAnno->Text(), "");
+    EXPECT_FALSE(f->Cmd_Vis_Manut->isEnabled());
+    EXPECT_EQ(f->Txt_Posizione->Text(), "1");
+
+    f->txtMacchina->focusIn();
+    EXPECT_EQ(f->txtMacchina->BackColor(), vb::colour::Orange);
+    f->txtMacchina->focusOut();
+    EXPECT_EQ(f->txtMacchina->BackColor(), vb::colour::White);
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form5Test, InsertNeedsItsFourFieldsThenReopensOnTheKeptRow)
+{
+    Form5* f = form5();
+    f->Cmd_Add->click();
+    EXPECT_TRUE(f->Cmd_Edit->isEnabled()) << "the save is open to a new model";
+    selectModel(f, 2); // a click in the list leaves the insert
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_TRUE(f->Cmd_Add->isEnabled());
+    EXPECT_TRUE(f->Cmd_Delete->isEnabled());
+    f->Cmd_Add->click();
+    EXPECT_EQ(f->txtID_MODELLO->Text(), "");
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_FALSE(f->Cmd_Add->isEnabled());
+    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
+
+    f->txtMacchina->typeText("SALDATRICE");
+    f->Txt_Modello->typeText("DELL'ARCO 3");
+    f->DataCombo3->choose("MONTAGGIO");
+    f->Cmd_Edit->click(); // no state
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI!!");
+    EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+
+    f->DataCombo4->typeText("Nuova");
+    f->DataCombo2->typeText("Ferri");
+    f->Cmd_Edit->click();
+    const auto saved = rows("SELECT Modello, Stato, ID_REPARTO, REPARTO, Costruttore, Anno FROM Tbl_Macchina "
+                            "WHERE Macchina = 'SALDATRICE'");
+    ASSERT_EQ(saved.size(), 1u);
+    EXPECT_EQ(saved[0][0].toString(), "DELL'ARCO 3");
+    EXPECT_EQ(saved[0][1].toString(), "Nuova");
+    EXPECT_EQ(saved[0][2].toLong(), 2);
+    EXPECT_EQ(saved[0][3].toString(), "MONTAGGIO");
+    EXPECT_EQ(saved[0][4].toString(), "Ferri");
+    EXPECT_EQ(saved[0][5].toString(), "");
+    // Reopened in browse mode on the row number kept before the insert (2): the new model
+    // sorts there now.
+    Form5* again = reopened();
+    EXPECT_NE(again, f);
+    EXPECT_EQ(again->Label1->Caption(), "Conteggio Macchine: 4");
+    EXPECT_EQ(again->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_EQ(again->txtMacchina->Text(), "SALDATRICE");
+    EXPECT_TRUE(again->DataCombo4->items().contains("Nuova")) << "a new state is offered from now on";
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form5Test, RenameCarriesBothNamesToEveryCopyWithApostrophes)
+{
+    addCopies();
+    standIn("Form7", QStringList {});
+    standIn("Form9", QStringList {});
+    shell::screens().form("Form7");
+    shell::screens().form("Form9");
+    Form5* f = form5();
+    selectModel(f, 1);
+    f->txtMacchina->setText("PRESSA D'ORO");
+    f->Txt_Modello->setText("AX'200");
+    f->Cmd_Edit->click(); // answered No
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "Modifica Macchina **PRESSA**");
+    EXPECT_EQ(shown[0].prompt, "La Macchina [PRESSA] Sta per essere modificata, Vuoi Procedere??");
+    EXPECT_EQ(shown[0].buttons, vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(column("SELECT Modello FROM Tbl_Macchina WHERE ID_MODELLO = 1"), QStringList { "AX100" });
+    EXPECT_TRUE(shell::screens().isLoaded("Form7"));
+
+    answer({ answer::Yes });
+    f->Cmd_Edit->click();
+    boxes();
+    for (const char* table :
+        { "Tbl_Macchina", "Tbl_Maintenance", "Tbl_Proc_General_Macc", "Tbl_Assegna_M", "Tbl_Planned", "Tbl_Ricerca" }) {
+        EXPECT_EQ(
+            column(QStringLiteral("SELECT DISTINCT Macchina & '|' & Modello FROM %1 WHERE ID_MODELLO = 1").arg(table)),
+            QStringList { "PRESSA D'ORO|AX'200" })
+            << table;
+        EXPECT_EQ(
+            column(QStringLiteral("SELECT Modello FROM %1 WHERE ID_MODELLO = 2").arg(table)), QStringList { "T200" })
+            << table;
+    }
+    EXPECT_FALSE(shell::screens().isLoaded("Form7"));
+    EXPECT_FALSE(shell::screens().isLoaded("Form9"));
+
+    // Names unchanged: the plain question, and the copies are written all the same.
+    exec("UPDATE Tbl_Ricerca SET Modello = 'a mano' WHERE ID_MODELLO = 2");
+    f = reopened();
+    selectModel(f, 2);
+    f->txtAnno->setText("2005");
+    answer({ answer::Yes });
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].prompt, "Stai per modificare i dati della Macchina [TORNIO] Vuoi Procedere??");
+    EXPECT_EQ(column("SELECT Anno FROM Tbl_Macchina WHERE ID_MODELLO = 2"), QStringList { "2005" });
+    EXPECT_EQ(column("SELECT Modello FROM Tbl_Ricerca WHERE ID_MODELLO = 2"), QStringList { "T200" });
+}
+
+TEST_F(Form5Test, DeleteAsksFirstAndLeavesUnitsStepsNotesAndInterventions)
+{
+    addCopies();
+    exec("INSERT INTO Tbl_Numerazione (Numerazione, ID_MODELLO) VALUES ('1', 1)");
+    exec("INSERT INTO Tbl_ProcedureM (ID_MODELLO, ID_MAINT_TIPO, Num, Titolo) VALUES (1, 2, 1, 'Olio')");
+    exec("INSERT INTO Tbl_Maintenance_Note (ID_MODELLO, NOTE) VALUES (1, 'rumore')");
+    Form5* f = form5();
+    f->Cmd_Delete->click();
+    selectModel(f, 1);
+    f->Cmd_Delete->click(); // answered No
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].title, "NESSUNA MACCHINA SELEZIONATA");
+    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun dato!");
+    EXPECT_EQ(shown[1].title, "Eliminazione Macchina **AX100** e Corrispettivi Dati");
+    EXPECT_EQ(shown[1].prompt, "Vuoi Veramente eliminare la Macchina selezionata e tutti i suoi Dati?");
+    EXPECT_EQ(column("SELECT Modello FROM Tbl_Macchina").size(), 3);
+
+    answer({ answer::Yes });
+    f->Cmd_Delete->click();
+    for (const char* gone :
+        { "Tbl_Macchina", "Tbl_Proc_General_Macc", "Tbl_Assegna_M", "Tbl_Maintenance", "Tbl_Planned" })
+        EXPECT_TRUE(column(QStringLiteral("SELECT ID_MODELLO FROM %1 WHERE ID_MODELLO = 1").arg(gone)).isEmpty())
+            << gone;
+    for (const char* kept :
+        { "Tbl_Numerazione", "Tbl_Proc_General", "Tbl_ProcedureM", "Tbl_Maintenance_Note", "Tbl_Ricerca" })
+        EXPECT_EQ(column(QStringLiteral("SELECT ID_MODELLO FROM %1 WHERE ID_MODELLO = 1").arg(kept)).size(), 1) << kept;
+    EXPECT_EQ(column("SELECT Modello FROM Tbl_Maintenance").size(), 1) << "the other model's rows stay";
+    EXPECT_EQ(reopened()->Label1->Caption(), "Conteggio Macchine: 2");
+}
+
+TEST_F(Form5Test, SearchesNarrowTheListAsTheUserTypes)
+{
+    addModel("TRAPANO D'ANGOLO", "TA'1", "Fermo", 2, "MONTAGGIO", "", "");
+    Form5* f = form5();
+    selectModel(f, 1);
+    f->Text1->focusIn();
+    f->Text1->typeText("pre");
+    EXPECT_EQ(f->Label1->Caption(), "Macchine Trovate n° 2") << "contained, case ignored";
+    EXPECT_EQ(f->DataGrid1->Columns(2).Caption(), "MODELLO");
+    EXPECT_EQ(f->DataGrid1->Columns("Modello").Caption(), "MODELLO") << "captions by field on whole rows";
+    EXPECT_EQ(f->DataGrid1->Columns("Anno").Width(), 0);
+    EXPECT_EQ(f->txtMacchina->Text(), "") << "the fields are emptied";
+    EXPECT_EQ(f->txtID_MODELLO->Text(), "");
+
+    f->Text1->focusOut();
+    EXPECT_EQ(f->Text1->Text(), "") << "leaving a search empties it";
+    f->Text2->focusIn();
+    f->Text2->typeText("'1");
+    EXPECT_EQ(f->Label1->Caption(), "Macchine Trovate n° 1");
+    EXPECT_EQ(f->DataGrid1->cellText(0, "Macchina"), "TRAPANO D'ANGOLO");
+    f->Text2->focusOut();
+
+    f->DataCombo1->choose("Fermo");
+    EXPECT_EQ(f->Label1->Caption(), "Macchine Trovate n° 2");
+    EXPECT_EQ(f->DataGrid1->cellText(0, "Modello"), "T200") << "by model";
+    // A typed search empties the state's choice, and an emptied field leaves the list.
+    f->Text1->typeText("x");
+    EXPECT_EQ(f->DataCombo1->Text(), "");
+    f->Text1->keyPress(8);
+    EXPECT_EQ(f->Label1->Caption(), "Macchine Trovate n° 0");
+    EXPECT_TRUE(boxes().empty());
+
+    f->Cmd_Vis_All->click();
+    Form5* again = reopened();
+    EXPECT_EQ(again->Label1->Caption(), "Conteggio Macchine: 4");
+    EXPECT_EQ(again->Cmd_Print->Caption(), "Stampa Tutti le Macchine");
+}
+
+TEST_F(Form5Test, ADepartmentTypedByHandHasNoKey)
+{
+    Form5* f = form5();
+    selectModel(f, 2);
+    f->DataCombo3->setText("OFFICINA");
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_TRUE(shown[0].prompt.startsWith("3021 ")) << "no current row: " << shown[0].prompt.toStdString();
+    EXPECT_EQ(f->TxtID_REPARTO->Text(), "2") << "the key of the department before";
+
+    // A new model in a department that is not in the list keeps no department key.
+    f->Cmd_Add->click();
+    f->txtMacchina->setText("SEGA");
+    f->Txt_Modello->setText("S1");
+    f->DataCombo4->setText("In Uso");
+    f->DataCombo3->typeText("O'");
+    f->Cmd_Edit->click();
+    // One box for each letter's lookup, and one more when the reopened screen goes back to
+    // row 2, which is now the new model.
+    EXPECT_EQ(boxes().size(), 3u);
+    EXPECT_EQ(rows("SELECT ID_REPARTO, REPARTO FROM Tbl_Macchina WHERE Macchina = 'SEGA'")[0],
+        (std::vector<vb::Variant> { vb::Variant::null(), vb::Variant("O'") }));
+}
+
+TEST_F(Form5Test, PrintsTheListByDepartmentAndAModelsGeneralProcedures)
+{
+    start(); // the main screen hosts the previews
+    boxes();
+    Form5* f = form5();
+    f->Cmd_Print->click();
+    QStringList t = printed("DataReport8");
+    EXPECT_TRUE(t.contains("LISTA MACCHINE"));
+    EXPECT_TRUE(t.contains("15/11/2026 08.00.00")) << "Label2: the present date and time";
+    EXPECT_EQ(t.mid(t.indexOf("REPARTO:"), 2), (QStringList { "REPARTO:", "MONTAGGIO" }));
+    const int presse = t.lastIndexOf("PRESSE");
+    ASSERT_GT(presse, 0);
+    EXPECT_EQ(t.mid(presse - 1, 3), (QStringList { "TOTALE MACCHINE", "PRESSE", "2" })) << "the group's count";
+    EXPECT_EQ(t.mid(t.indexOf("TOTALE MACCHINE IN TUTTI I REPARTI:"), 2),
+        (QStringList { "TOTALE MACCHINE IN TUTTI I REPARTI:", "3" }));
+
+    f->Cmd_Vis_Manut->click();
+    EXPECT_FALSE(reports::IsReportLoaded("DataReport6"));
+    selectModel(f, 1);
+    f->Cmd_Vis_Manut->click();
+    t = printed("DataReport6");
+    EXPECT_TRUE(t.contains("PRESSA"));
+    EXPECT_TRUE(t.contains("Cambio olio del circuito"));
+    f->txtID_MODELLO->setText("0");
+    f->Cmd_Vis_Manut->click();
+    EXPECT_FALSE(reports::IsReportLoaded("DataReport6")) << "the earlier one is closed first";
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
+    EXPECT_EQ(shown[0].prompt, "Non hai selezionato nessun dato!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+    EXPECT_EQ(shown[1].title, "MANCANZA DATI!");
+    EXPECT_EQ(shown[1].prompt, "Non c'è nessuna Procedura di Manutenzione!");
+    EXPECT_EQ(shown[1].buttons, vb::mb::Information);
+
+    f->Cmd_Info->click();
+    EXPECT_EQ(boxes().size(), 1u);
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString> { path() + "/Info.txt" });
+}
+
+TEST_F(Form5Test, TheMenuEntryOpensTheScreenThroughTheDriver)
+{
+    shell::Driver driver;
+    auto drive = [&](const QString& line) {
+        const QJsonObject answer = QJsonDocument::fromJson(driver.execute(line).toUtf8()).object();
+        EXPECT_TRUE(answer.value("ok").toBool()) << line.toStdString();
+        return answer.value("value");
+    };
+    drive("start");
+    drive("click frmMain.lblMacc");
+    EXPECT_EQ(drive("get Form5.Caption").toString(), "INSERISCI MACCHINE");
+    EXPECT_EQ(drive("get frmMain.Caption").toString(), "VELMORA <Inserisci Macchine>");
+    drive("select Form5.DataGrid1 2");
+    EXPECT_EQ(drive("get Form5.Txt_Modello.Text").toString(), "T200");
+    drive("type Form5.Text2 ax");
+    EXPECT_EQ(drive("grid Form5.DataGrid1").toObject().value("rows").toArray().size(), 1);
+}
