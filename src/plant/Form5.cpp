@@ -53,18 +53,6 @@ constexpr GridColumnSpec GridColumns[]
     = { { "ID_MODELLO", "ID_MODELLO", 1350 }, { "Macchina", "MACCHINA", 1650 }, { "Modello", "MODELLO", 1600 },
           { "Stato", "STATO", 950 }, { "reparto", "REPARTO", 1300 }, { "Costruttore", "COSTRUTTORE", 1550 } };
 
-/// A key from a hidden field on its way into a statement: VB's 16-bit Integer (empty text
-/// 13, above 32767 overflow 6), written back as plain digits.
-QString key16(const QString& text)
-{
-    return QString::number(Variant(text).toInteger());
-}
-
-QString doubled(QString text)
-{
-    return text.replace(QLatin1Char('\''), QStringLiteral("''"));
-}
-
 /// An action statement, run as the program ran them: through a recordset never read.
 void run(const QString& statement)
 {
@@ -82,7 +70,7 @@ QString Rename_Statement(const QString& table, const QString& machine, const QSt
         QStringLiteral("', Tbl_Maintenance.Modello = '"), QStringLiteral("' WHERE ((Tbl_Maintenance.ID_MODELLO = "),
         QStringLiteral("))") };
     pieces.replaceInStrings(QStringLiteral("Tbl_Maintenance"), table);
-    return pieces[0] + doubled(machine) + pieces[1] + doubled(model) + pieces[2] + id + pieces[3];
+    return pieces[0] + vb::DoubledQuotes(machine) + pieces[1] + vb::DoubledQuotes(model) + pieces[2] + id + pieces[3];
 }
 
 Form5::Form5(QWidget* owner)
@@ -349,7 +337,7 @@ void Form5::DataCombo3_Change()
     // A name that is no department's has no row: the box of the missing row says so.
     store::Recordset rs;
     trap.step([&] {
-        rs.Open(QStringLiteral("SELECT * From Tbl_Reparto Where Reparto= '") + doubled(name)
+        rs.Open(QStringLiteral("SELECT * From Tbl_Reparto Where Reparto= '") + vb::DoubledQuotes(name)
             + QStringLiteral("' ORDER BY Reparto;"));
     });
     trap.step([&] { TxtID_REPARTO->setText(rs.Fields(QStringLiteral("ID_REPARTO")).Value()); });
@@ -457,7 +445,7 @@ void Form5::Cmd_Edit_Click()
         return;
 
     QString id;
-    trap.step([&] { id = key16(txtID_MODELLO->Text()); });
+    trap.step([&] { id = vb::KeyText(txtID_MODELLO->Text()); });
     {
         store::Recordset rs;
         trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Macchina where ID_MODELLO =") + id); });
@@ -491,7 +479,7 @@ void Form5::Cmd_Delete_Click()
     // The model's units, steps of assigned maintenance, notes and interventions stay, and
     // so do its general procedure steps: only their heading goes.
     QString id;
-    trap.step([&] { id = key16(txtID_MODELLO->Text()); });
+    trap.step([&] { id = vb::KeyText(txtID_MODELLO->Text()); });
     trap.step([&] { run(QStringLiteral("Delete * from Tbl_Macchina WHERE ID_MODELLO  = ") + id); });
     trap.step([&] { run(QStringLiteral("Delete * from Tbl_Proc_General_Macc WHERE ID_MODELLO  = ") + id); });
     trap.step([&] { run(QStringLiteral("Delete * from Tbl_Assegna_M WHERE ID_MODELLO  = ") + id); });
@@ -577,7 +565,7 @@ void Form5::Cmd_Vis_Manut_Click()
         return;
     }
     QString id;
-    trap.step([&] { id = key16(key); });
+    trap.step([&] { id = vb::KeyText(key); });
     // The steps come from every model of the same name; the hours print as "#,###.00".
     const QString statement
         = QStringLiteral(
