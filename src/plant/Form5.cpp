@@ -60,18 +60,29 @@ void run(const QString& statement)
     rs.Open(statement);
 }
 
-} // namespace
+// A model's names in every table that copies them: the register first, then the general
+// procedures, the assignments, the wall chart and the interventions.
+const char* const RegisterRename = "UPDATE Tbl_Maintenance SET Tbl_Maintenance.Macchina = '%1', "
+                                   "Tbl_Maintenance.Modello = '%2' WHERE ((Tbl_Maintenance.ID_MODELLO = %3))";
+const char* const CopyRenames[] = {
+    "UPDATE Tbl_Proc_General_Macc SET Tbl_Proc_General_Macc.Macchina = '%1', Tbl_Proc_General_Macc.Modello = '%2' "
+    "WHERE ((Tbl_Proc_General_Macc.ID_MODELLO = %3))",
+    "UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.Macchina = '%1', Tbl_Assegna_M.Modello = '%2' "
+    "WHERE ((Tbl_Assegna_M.ID_MODELLO = %3))",
+    "UPDATE Tbl_Planned SET Tbl_Planned.Macchina = '%1', Tbl_Planned.Modello = '%2' "
+    "WHERE ((Tbl_Planned.ID_MODELLO = %3))",
+    "UPDATE Tbl_Ricerca SET Tbl_Ricerca.Macchina = '%1', Tbl_Ricerca.Modello = '%2' "
+    "WHERE ((Tbl_Ricerca.ID_MODELLO = %3))",
+};
 
-QString Rename_Statement(const QString& table, const QString& machine, const QString& model, const QString& id)
+/// One rename statement with the names, quotes doubled, and the key (all put in at once,
+/// so a "%" in a name stays as typed).
+QString renameStatement(const char* pattern, const QString& machine, const QString& model, const QString& id)
 {
-    // One text for the five tables, each named in place of the register; the names go in
-    // after the table's, so a name is never taken for one.
-    QStringList pieces { QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Macchina = '"),
-        QStringLiteral("', Tbl_Maintenance.Modello = '"), QStringLiteral("' WHERE ((Tbl_Maintenance.ID_MODELLO = "),
-        QStringLiteral("))") };
-    pieces.replaceInStrings(QStringLiteral("Tbl_Maintenance"), table);
-    return pieces[0] + vb::DoubledQuotes(machine) + pieces[1] + vb::DoubledQuotes(model) + pieces[2] + id + pieces[3];
+    return QString::fromLatin1(pattern).arg(vb::DoubledQuotes(machine), vb::DoubledQuotes(model), id);
 }
+
+} // namespace
 
 Form5::Form5(QWidget* owner)
     : vb::Form(owner, ScreenName, QStringLiteral("INSERISCI MACCHINE"))
@@ -455,10 +466,10 @@ void Form5::Cmd_Edit_Click()
     // Every copy of the names follows, renamed or not. The register and the procedures'
     // screen hold the old names in their lists: they go first.
     trap.step([] { shell::screens().unload(QStringLiteral("Form7")); });
-    trap.step([&] { run(Rename_Statement(QStringLiteral("Tbl_Maintenance"), machine, model, id)); });
+    trap.step([&] { run(renameStatement(RegisterRename, machine, model, id)); });
     trap.step([] { shell::screens().unload(QStringLiteral("Form9")); });
-    for (const char* table : { "Tbl_Proc_General_Macc", "Tbl_Assegna_M", "Tbl_Planned", "Tbl_Ricerca" })
-        trap.step([&] { run(Rename_Statement(QString::fromLatin1(table), machine, model, id)); });
+    for (const char* pattern : CopyRenames)
+        trap.step([&] { run(renameStatement(pattern, machine, model, id)); });
     trap.step([&] { reopen(false, true); });
 }
 

@@ -97,7 +97,4 @@ private:
     Form5* reopen(bool plus300, bool backToRow);
 };
 
-/// The statement that carries a model's names to one of the tables that copy them.
-QString Rename_Statement(const QString& table, const QString& machine, const QString& model, const QString& id);
-
 } // namespace plant

@@ -199,7 +199,7 @@ TEST_F(Form5Test, RenameCarriesBothNamesToEveryCopyWithApostrophes)
     Form5* f = form5();
     selectModel(f, 1);
     f->txtMacchina->setText("PRESSA D'ORO");
-    f->Txt_Modello->setText("AX'200");
+    f->Txt_Modello->setText("AX'2%1");
     f->Cmd_Edit->click(); // answered No
     auto shown = boxes();
     ASSERT_EQ(shown.size(), 1u);
@@ -216,7 +216,7 @@ TEST_F(Form5Test, RenameCarriesBothNamesToEveryCopyWithApostrophes)
         { "Tbl_Macchina", "Tbl_Maintenance", "Tbl_Proc_General_Macc", "Tbl_Assegna_M", "Tbl_Planned", "Tbl_Ricerca" }) {
         EXPECT_EQ(
             column(QStringLiteral("SELECT DISTINCT Macchina & '|' & Modello FROM %1 WHERE ID_MODELLO = 1").arg(table)),
-            QStringList { "PRESSA D'ORO|AX'200" })
+            QStringList { "PRESSA D'ORO|AX'2%1" })
             << table;
         EXPECT_EQ(
             column(QStringLiteral("SELECT Modello FROM %1 WHERE ID_MODELLO = 2").arg(table)), QStringList { "T200" })
