@@ -1,0 +1,482 @@
+// The notebook: the three lists and the register's machine, the save with its checks and
+// its two modes, the filters, the selections, the symbols, the pictures, Note.txt and the
+// prints.
+#include "Form3Fixture.h"
+
+#include "reports/ReportViewer.h"
+#include "runtime/AppPath.h"
+#include "runtime/widgets/CommonDialog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+
+using people::Form3;
+namespace answer = vb::answer;
+
+namespace {
+
+class Form3Test : public Form3Fixture
+{
+protected:
+    void TearDown() override
+    {
+        vb::FileDialogService::clear();
+        for (const char* r : {"DataReport10", "DataReport18", "DataReport19", "DataReport20", "DataReport21"})
+            reports::UnloadReport(r);
+        Form3Fixture::TearDown();
+    }
+
+    static QStringList printed(const char* report)
+    {
+        QStringList t;
+        if (const auto r = reports::LaidOutPages(report))
+            for (const auto& page : r->pages)
+                for (const auto& p : page)
+                    t << p.text;
+        return t;
+    }
+
+    /// A picture file away from the program's folder.
+    QString picture(const QString& name)
+    {
+        QDir(path()).mkpath(QStringLiteral("foto"));
+        const QString file = path() + QStringLiteral("/foto/") + name;
+        QImage image(300, 100, QImage::Format_RGB32);
+        image.fill(Qt::darkGreen);
+        EXPECT_TRUE(image.save(file, "BMP"));
+        return file;
+    }
+};
+
+} // namespace
+
+TEST_F(Form3Test, LoadShowsTheThreeListsAndTheRegistersMachine)
+{
+    Form3* f = form3();
+    EXPECT_EQ(f->Caption(), "NOTE");
+    EXPECT_TRUE(shell::screens().isLoaded("Form7")) << "reading the register's date brings it into being";
+
+    // Machines with notes: the general note has no machine and stays out.
+    EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 2");
+    ASSERT_EQ(f->DataGrid2->RecordCount(), 2);
+    EXPECT_EQ(f->DataGrid2->cellText(0, 0), "AX100");
+    EXPECT_EQ(f->DataGrid2->cellText(1, 1), "2");
+    EXPECT_EQ(f->DataGrid2->cellText(1, 2), "1");
+    const int machineWidths[] = {2900, 500, 500, 0, 0};
+    const char* machineCaptions[] = {"Modello", "N°", "Note"};
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(f->DataGrid2->Columns(i).Width(), machineWidths[i]) << i;
+        if (i < 3) {
+            EXPECT_EQ(f->DataGrid2->Columns(i).Caption(), QString::fromUtf8(machineCaptions[i]));
+        }
+    }
+
+    // All notes, newest first by the date's text: day first, so a March note of last year
+    // sorts below November's.
+    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 3");
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{guanti, olio, filtri}));
+    EXPECT_EQ(f->DataGrid3->Columns("Tipo_Nota").Caption(), "Nota Tipo");
+    EXPECT_EQ(f->DataGrid3->Columns("Tipo_Nota").Width(), 1000);
+    EXPECT_EQ(f->DataGrid3->Columns("NOTE").Width(), 3000);
+    EXPECT_EQ(f->DataGrid3->Columns("Avvisa").Width(), 0);
+    EXPECT_EQ(f->Txt_Specifica_Note->Text(), "0");
+
+    // The register shows no machine: every note, under today's date; the other ten columns
+    // are there at no width.
+    EXPECT_EQ(f->DTPicker2->Value().toString(), "15/11/2026");
+    EXPECT_EQ(f->Frame1->Caption(), "N° 3 Note 15/11/2026");
+    ASSERT_EQ(f->DataGrid1->ColumnCount(), 12);
+    for (int i = 0; i < 12; ++i) {
+        const vb::GridColumn& c = f->DataGrid1->Columns(i);
+        const int width = c.DataField() == "Ultima" ? 1150 : c.DataField() == "NOTE" ? 8800 : 0;
+        EXPECT_EQ(c.Width(), width) << c.DataField().toStdString();
+    }
+
+    // Open from the register on a machine: its notes of the register's date.
+    setRegister("1", "1", true);
+    f = reload();
+    EXPECT_EQ(f->DTPicker2->Value().toString(), "10/11/2026");
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{olio}));
+    EXPECT_EQ(f->Frame1->Caption(), "N° 1 Note 10/11/2026");
+    // A hidden register gives its keys but not its date: none of today.
+    setRegister("1", "1", false);
+    f = reload();
+    EXPECT_EQ(f->Frame1->Caption(), "N° 0 Note 15/11/2026");
+    // The keys the register handed over come first.
+    f->Txt_ID_MODELLO->setText("1");
+    f->Txt_ID_NUM->setText("2");
+    f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2025, 3, 3)));
+    f->Show_Notes_Of_Machine();
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{filtri}));
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
+{
+    Form3* f = form3();
+    auto save = [&] {
+        f->Cmd_Add_Note->click();
+        const auto b = boxes();
+        EXPECT_LE(b.size(), 1u);
+        return b.empty() ? vb::ShownBox{} : b.front();
+    };
+    const vb::ShownBox empty = save();
+    EXPECT_EQ(empty.prompt, "Inserisci la l'Annotazione ...");
+    EXPECT_EQ(empty.title, "MANCANO LE INFORMAZIONI BASE");
+    EXPECT_EQ(empty.buttons, vb::mb::Exclamation);
+    f->Txt_Nota->setText("Nuovi guanti\r\nin magazzino");
+    EXPECT_EQ(save().prompt, "Selezionare o inserisci il Tipo Nota...");
+    f->DataCombo5->setText("Sicurezza");
+    EXPECT_EQ(save().prompt, "Selezionare o inserisci il Tipo Nota2...");
+    EXPECT_EQ(rows("SELECT ID FROM Tbl_Maintenance_Note").size(), 3u) << "nothing written by a refused save";
+
+    // No machine: a general note, of today whatever the picker says.
+    f->DataCombo4->setText("Reparto B");
+    f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2026, 1, 2)));
+    EXPECT_EQ(save().prompt, "");
+    const auto general = rows("SELECT ID_MODELLO, ID_NUM, ID_OPERATORE, Ultima, NOTE, Tipo_Nota, Tipo_Nota2 FROM "
+                              "Tbl_Maintenance_Note WHERE Tipo_Nota2 = 'Reparto B'");
+    ASSERT_EQ(general.size(), 1u);
+    EXPECT_EQ(general[0][0].toLong(), 0);
+    EXPECT_EQ(general[0][1].toLong(), 0);
+    EXPECT_EQ(general[0][2].toLong(), 0);
+    EXPECT_EQ(general[0][3].toString(), "15/11/2026");
+    EXPECT_EQ(general[0][4].toString(), "Nuovi guanti\r\nin magazzino");
+    EXPECT_EQ(general[0][5].toString(), "Sicurezza");
+    EXPECT_EQ(f->Txt_Nota->Text(), "") << "the inputs are cleared";
+    EXPECT_EQ(f->DataCombo5->Text(), "");
+    EXPECT_EQ(f->Txt_DATA->Text(), "02/01/2026");
+    EXPECT_EQ(f->Txt_ID_NUM->Text(), "0");
+    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 4");
+    EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 2") << "a general note is no machine's";
+
+    // Lookups start at three characters.
+    f->DataCombo3->setText("PR");
+    EXPECT_FALSE(f->DataCombo2->isEnabled());
+    EXPECT_EQ(f->DataCombo2->ListCount(), 0);
+    f->DataCombo3->setText("PRESSA");
+    EXPECT_TRUE(f->DataCombo2->isEnabled());
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList{"AX100", "BX200"}));
+    EXPECT_EQ(f->ID_MOD->Text(), "1") << "the machine's first model";
+    // A name of no machine has no first model: the plain box of the empty list, and the
+    // model stays closed.
+    f->DataCombo3->setText("PRESSE");
+    const auto unknown = boxes();
+    ASSERT_EQ(unknown.size(), 1u);
+    EXPECT_TRUE(unknown[0].prompt.startsWith("3021 ")) << unknown[0].prompt.toStdString();
+    EXPECT_FALSE(f->DataCombo2->isEnabled());
+    f->DataCombo3->setText("PRESSA");
+
+    f->Txt_Nota->setText("Perdita dal cilindro");
+    f->DataCombo5->setText("Guasto");
+    f->DataCombo4->setText("Idraulico");
+    EXPECT_EQ(save().prompt, "Selezionare IL Modello...");
+    f->DataCombo2->setText("BX");
+    EXPECT_TRUE(f->DataCombo1->isEnabled()) << "any model text opens the number";
+    EXPECT_EQ(f->DataCombo1->ListCount(), 0);
+    f->DataCombo2->choose("BX200");
+    EXPECT_EQ(f->ID_MOD->Text(), "4");
+    EXPECT_EQ(f->DataCombo1->items(), (QStringList{"5"}));
+    EXPECT_EQ(save().prompt, "Selezionare il Numero della Macchina...");
+    f->DataCombo1->setText("9");
+    EXPECT_EQ(f->ID_NUM->Text(), "") << "no such number: nothing changes";
+    f->DataCombo1->choose("5");
+    EXPECT_EQ(f->ID_NUM->Text(), "4");
+    EXPECT_EQ(save().prompt, "");
+    const auto machine = rows("SELECT ID_MODELLO, ID_NUM, Ultima FROM Tbl_Maintenance_Note WHERE Tipo_Nota2 = 'Idraulico'");
+    ASSERT_EQ(machine.size(), 1u);
+    EXPECT_EQ(machine[0][0].toLong(), 4);
+    EXPECT_EQ(machine[0][1].toLong(), 4);
+    EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 3");
+
+    // A name with an apostrophe is looked up with it doubled.
+    f->DataCombo3->setText("TORNIO");
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList{"T-50 dell'officina", "T200"}));
+    f->DataCombo2->choose("T-50 dell'officina");
+    EXPECT_EQ(f->ID_MOD->Text(), "5");
+    EXPECT_EQ(f->DataCombo1->items(), (QStringList{"7"}));
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form3Test, EachFilterReplacesTheOthersAndEmptyingOneShowsEveryNote)
+{
+    Form3* f = form3();
+    f->DataCombo5->setText("Guasto");
+    EXPECT_EQ(f->Txt_Specifica_Note->Text(), "1");
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{olio}));
+    // The text search ignores the classification chosen before.
+    f->Txt_Search->typeText("olio");
+    EXPECT_EQ(f->Txt_Specifica_Note->Text(), "3");
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{olio, filtri}));
+    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 2");
+    // Emptied, it does not go back to the classification: no filter at all.
+    f->Txt_Search->setText("");
+    EXPECT_EQ(f->Txt_Specifica_Note->Text(), "0");
+    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 3");
+    f->DataCombo4->setText("Meccanico");
+    EXPECT_EQ(f->Txt_Specifica_Note->Text(), "2");
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{filtri}));
+    // The text goes into the statement as typed: an apostrophe finds nothing, silently.
+    f->Txt_Search->setText("l'olio");
+    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 0");
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
+{
+    Form3* f = form3();
+    // A note of all notes: it alone below, ready for a new one.
+    selectNote(f->DataGrid3, olio);
+    EXPECT_EQ(f->Cmd_Add_Note->Caption(), "INSERISCI NOTA");
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{olio}));
+    EXPECT_EQ(f->Txt_ID->Text(), QString::number(olio));
+    EXPECT_EQ(f->Txt_Grid->Text(), "0");
+    EXPECT_TRUE(f->Cmd_Photo->isEnabled());
+    EXPECT_EQ(f->DataGrid3->Row(), 1) << "back on the row clicked after the rebuild";
+
+    // The note itself into the input area, machine included.
+    f->DataGrid1->select(0);
+    EXPECT_EQ(f->Cmd_Add_Note->Caption(), "MODIFICA NOTA");
+    EXPECT_EQ(f->DataCombo3->Text(), "PRESSA");
+    EXPECT_EQ(f->DataCombo2->Text(), "AX100");
+    EXPECT_EQ(f->DataCombo1->Text(), "1");
+    EXPECT_EQ(f->ID_MOD->Text(), "1");
+    EXPECT_EQ(f->ID_NUM->Text(), "1");
+    EXPECT_EQ(f->DataCombo5->Text(), "Guasto");
+    EXPECT_EQ(f->DataCombo4->Text(), "Elettrico");
+    EXPECT_EQ(f->Txt_Nota->Text(), "Cambiato olio");
+    // Filling the classifications filters the list of all notes by them, the last one winning.
+    EXPECT_EQ(f->Txt_Specifica_Note->Text(), "2");
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{olio}));
+
+    // An edit writes the picker's date, not the note's: the note moves to that day.
+    f->Txt_Nota->setText("Cambiato olio e filtro");
+    f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2026, 11, 14)));
+    f->Cmd_Add_Note->click();
+    auto saved = note(olio);
+    EXPECT_EQ(saved[0][0].toLong(), 1);
+    EXPECT_EQ(saved[0][1].toLong(), 1);
+    EXPECT_EQ(saved[0][3].toString(), "14/11/2026");
+    EXPECT_EQ(saved[0][4].toString(), "Cambiato olio e filtro");
+    EXPECT_EQ(rows("SELECT ID FROM Tbl_Maintenance_Note").size(), 3u);
+
+    // A general note is read without a machine and stays general.
+    f->DataCombo4->setText("");
+    selectNote(f->DataGrid3, guanti);
+    EXPECT_EQ(f->Txt_Grid->Text(), "1");
+    f->DataGrid1->select(0);
+    EXPECT_EQ(f->DataCombo3->Text(), "");
+    EXPECT_EQ(f->Txt_Nota->Text(), "Ordinare guanti");
+    f->Txt_Nota->setText("Ordinare guanti e occhiali");
+    f->Cmd_Add_Note->click();
+    saved = note(guanti);
+    EXPECT_EQ(saved[0][0].toLong(), 0);
+    EXPECT_EQ(saved[0][4].toString(), "Ordinare guanti e occhiali");
+
+    // A machine number: its notes, and they are notes of a machine.
+    f->DataGrid2->select(1);
+    EXPECT_EQ(f->Cmd_Add_Note->Caption(), "INSERISCI NOTA");
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{filtri}));
+    EXPECT_EQ(f->Txt_Grid->Text(), "0");
+    EXPECT_EQ(f->DataGrid2->Row(), 1);
+    f->DataGrid1->select(0);
+    EXPECT_EQ(f->DataCombo1->Text(), "2");
+
+    // Found through the search: the note clicked, though the clearing empties the filter.
+    f->Txt_Search->setText("guanti");
+    ASSERT_EQ(keys(f->DataGrid3), (QList<int>{guanti}));
+    f->DataGrid3->select(0);
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{guanti}));
+    EXPECT_EQ(f->Txt_Search->Text(), "");
+    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 3");
+    EXPECT_EQ(f->DataGrid3->cellText(f->DataGrid3->Row(), "ID"), QString::number(guanti));
+    EXPECT_EQ(f->Txt_Grid->Text(), "1");
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form3Test, ASelectionInAnEmptyListSaysThereAreNoNotes)
+{
+    setRegister("2", "3", true); // TORNIO T200 10 has no notes
+    Form3* f = form3();
+    ASSERT_EQ(f->DataGrid1->RecordCount(), 0);
+    f->DataGrid1_RowColChange();
+    const auto b = boxes();
+    ASSERT_EQ(b.size(), 1u);
+    EXPECT_EQ(b[0].title, "NON CI SONO NOTE");
+    EXPECT_TRUE(b[0].prompt.startsWith("6061 ")) << b[0].prompt.toStdString();
+    EXPECT_EQ(b[0].buttons, 0);
+}
+
+TEST_F(Form3Test, SymbolsGoWhereTheLastChangeOrClickLeftTheCaret)
+{
+    Form3* f = form3();
+    EXPECT_FALSE(f->Frame5->isVisible());
+    f->show();
+    f->Txt_Nota->typeText("abc");
+    EXPECT_TRUE(f->Frame5->isVisible()) << "the symbols while the text has the focus";
+    EXPECT_EQ(f->txt_Lunghezza->Text(), "abc");
+    EXPECT_EQ(f->Txt_Len->Text(), "3");
+    // Arrow keys move the caret and nothing else: the symbol lands after the "c".
+    f->Txt_Nota->setSelStart(1);
+    f->Cmd_Diametro->click();
+    EXPECT_EQ(f->Txt_Nota->Text(), "abcØ");
+    // A click in the text is kept.
+    f->Txt_Nota->focusIn();
+    f->Txt_Nota->setSelStart(2);
+    f->Txt_Nota->click();
+    f->Cmd_Un_Mezzo->click();
+    EXPECT_EQ(f->Txt_Nota->Text(), "ab½cØ");
+    // Over a line end, counted as two characters as in the saved text.
+    f->Txt_Nota->setText("");
+    f->Txt_Nota->typeText("ab");
+    f->Txt_Nota->keyPress(13);
+    f->Txt_Nota->typeText("cd");
+    f->Txt_Nota->focusIn();
+    f->Txt_Nota->setSelStart(4);
+    f->Txt_Nota->click();
+    f->Cmd_Radice->click();
+    EXPECT_EQ(f->Txt_Nota->Text(), "ab\r\nc\\/¯¯d");
+    f->Cmd_Un_Quarto->click();
+    EXPECT_EQ(f->Txt_Nota->Text(), "¼ab\r\nc\\/¯¯d") << "a text set by a button leaves the caret at its start";
+
+    f->Txt_Search->focusIn();
+    EXPECT_FALSE(f->Frame5->isVisible());
+    f->Txt_Nota->focusIn();
+    f->DataCombo3->MouseMove();
+    EXPECT_FALSE(f->Frame5->isVisible());
+}
+
+TEST_F(Form3Test, PicturesShowFitAndAMissingOneIsNamedOnce)
+{
+    const QString photo = picture("pompa.bmp");
+    exec(QStringLiteral("UPDATE Tbl_Maintenance_Note SET Images = 'pompa.bmp', Percorso = '%1' WHERE ID = %2")
+             .arg(photo)
+             .arg(olio));
+    exec(QStringLiteral("UPDATE Tbl_Maintenance_Note SET Images = 'via.jpg', Percorso = '/nessuna/cartella/via.jpg' "
+                        "WHERE ID = %1")
+             .arg(filtri));
+    Form3* f = form3();
+    f->show();
+    selectNote(f->DataGrid3, olio);
+    EXPECT_TRUE(f->Image4->isVisible());
+    EXPECT_FALSE(f->Cmd_Photo->isVisible());
+    EXPECT_EQ(f->Image4->Picture(), photo);
+    EXPECT_EQ(f->Image2->Picture(), photo);
+    EXPECT_LE(f->Image4->Width(), f->Cmd_Photo->Width()) << "fitted in the button's place";
+    EXPECT_LE(f->Image4->Height(), f->Cmd_Photo->Height());
+    f->Image4->MouseMove();
+    EXPECT_TRUE(f->Frame4->isVisible());
+    f->MouseMove();
+    EXPECT_FALSE(f->Frame4->isVisible());
+    EXPECT_TRUE(boxes().empty());
+
+    selectNote(f->DataGrid3, filtri);
+    const auto b = boxes();
+    ASSERT_EQ(b.size(), 1u) << "once for the change of the path, not for the name";
+    EXPECT_EQ(b[0].title, "PERCORSO IMMAGINE NONVALIDO");
+    EXPECT_EQ(b[0].prompt, "Impossibile caricare l'immagine [via.jpg] ... Controlla che il seguente percorso "
+                           "dell'Immagine [/nessuna/cartella/via.jpg]  sia valido!");
+    EXPECT_EQ(b[0].buttons, 0);
+    EXPECT_EQ(note(filtri)[0][8].toString(), "/nessuna/cartella/via.jpg") << "the note is left as it is";
+
+    // The dialog: cancelled, nothing; refused, nothing stored.
+    vb::FileDialogService::queueAnswers({QString()});
+    f->Image4->click();
+    const auto asked = vb::FileDialogService::takeShown();
+    ASSERT_EQ(asked.size(), 1u);
+    EXPECT_EQ(asked[0].title, "Selezionare il file da aprire");
+    EXPECT_EQ(asked[0].filter, "JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
+    EXPECT_EQ(asked[0].filterIndex, 1);
+    EXPECT_EQ(asked[0].defaultExt, "Jpg");
+    EXPECT_EQ(asked[0].initDir, vb::AppPath() + "/");
+    EXPECT_EQ(asked[0].fileName, "/nessuna/cartella/via.jpg");
+    EXPECT_TRUE(boxes().empty());
+    const QString other = picture("valvola.bmp");
+    vb::FileDialogService::queueAnswers({other});
+    answer({answer::No});
+    f->Image4->click();
+    EXPECT_EQ(boxes().size(), 1u);
+    EXPECT_EQ(note(filtri)[0][7].toString(), "via.jpg");
+
+    // Saved: the one picture of the note is replaced, whichever the answer.
+    vb::FileDialogService::queueAnswers({other});
+    answer({answer::Yes, answer::No});
+    f->Image4->MouseMove();
+    f->Image2->click();
+    const auto asks = boxes();
+    ASSERT_EQ(asks.size(), 2u);
+    EXPECT_EQ(asks[0].title, "SALVA IMMAGINE'valvola.bmp'");
+    EXPECT_EQ(asks[0].prompt, "Vuoi salvare l'Immagine 'valvola.bmp' ?");
+    EXPECT_EQ(asks[0].buttons, vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(asks[1].title, "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'valvola.bmp'");
+    EXPECT_EQ(asks[1].prompt, "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'valvola.bmp' ?");
+    const auto saved = note(filtri);
+    EXPECT_EQ(saved[0][7].toString(), "valvola.bmp");
+    EXPECT_EQ(saved[0][8].toString(), other);
+    EXPECT_EQ(f->Image2->Picture(), other);
+    EXPECT_EQ(rows("SELECT ID FROM Tbl_Maintenance_Note").size(), 3u);
+}
+
+TEST_F(Form3Test, NotesFileIsCreatedOnceAndKeepsWhatTheUserWrote)
+{
+    Form3* f = form3();
+    const QString file = vb::AppFile("Note.txt");
+    f->Cmd_Apri_Txt->click();
+    ASSERT_TRUE(QFile::exists(file));
+    EXPECT_EQ(QFile(file).size(), 0);
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), (std::vector<QString>{file}));
+    {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::Append));
+        out.write("da ordinare: cinghie\n");
+    }
+    f->Cmd_Apri_Txt->click();
+    QFile in(file);
+    ASSERT_TRUE(in.open(QIODevice::ReadOnly));
+    EXPECT_EQ(in.readAll(), "da ordinare: cinghie\n");
+    EXPECT_EQ(vb::OpenFileService::takeOpened().size(), 1u);
+    EXPECT_TRUE(boxes().empty()) << "no message for the user's own file";
+}
+
+TEST_F(Form3Test, PrintsFollowTheFilterAndTheMachinePrintResetsIt)
+{
+    start(); // the main screen hosts the previews
+    boxes();
+    Form3* f = form3();
+    f->Cmd_Print->click();
+    ASSERT_TRUE(reports::IsReportLoaded("DataReport10"));
+    QStringList t = printed("DataReport10");
+    EXPECT_TRUE(t.contains("NOTE GENERALI 15/11/2026"));
+    EXPECT_TRUE(t.contains("Ordinare guanti")) << "a general note prints without its machine";
+
+    f->DataCombo5->setText("Guasto");
+    f->Cmd_Print->click();
+    EXPECT_FALSE(reports::IsReportLoaded("DataReport10"));
+    t = printed("DataReport18");
+    EXPECT_TRUE(t.contains("NOTE Guasto"));
+    EXPECT_TRUE(t.contains("Cambiato olio"));
+    EXPECT_FALSE(t.contains("Ordinare guanti"));
+
+    f->DataCombo4->setText("Meccanico");
+    f->Cmd_Print->click();
+    t = printed("DataReport19");
+    EXPECT_TRUE(t.contains("NOTE Meccanico"));
+    EXPECT_TRUE(t.contains("Controllo olio e filtri"));
+
+    f->Txt_Search->setText("olio");
+    f->Cmd_Print->click();
+    t = printed("DataReport20");
+    EXPECT_TRUE(t.contains("Cerca 'olio'"));
+    EXPECT_TRUE(t.contains("Cambiato olio"));
+    EXPECT_FALSE(t.contains("Ordinare guanti"));
+
+    f->Cmd_Print_Macchin->click();
+    EXPECT_FALSE(reports::IsReportLoaded("DataReport20"));
+    EXPECT_EQ(f->Txt_Specifica_Note->Text(), "0");
+    t = printed("DataReport21");
+    EXPECT_TRUE(t.contains("NOTE MACCHINE"));
+    EXPECT_TRUE(t.contains("AX100"));
+    EXPECT_FALSE(t.contains("Ordinare guanti")) << "a general note has no machine to group it";
+    EXPECT_TRUE(boxes().empty());
+}
