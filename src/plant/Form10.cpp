@@ -1,0 +1,398 @@
+#include "plant/Form10.h"
+
+#include "runtime/MsgBox.h"
+#include "runtime/Trap.h"
+#include "runtime/VBFunctions.h"
+#include "shell/ScreenRegistry.h"
+#include "store/DataStore.h"
+
+namespace plant {
+
+using vb::Trap;
+using vb::Variant;
+namespace err = vb::err;
+namespace mb = vb::mb;
+
+namespace {
+
+const QString ScreenName = QStringLiteral("Form10");
+const QString Saving = QStringLiteral("SALVA");
+const QString Browsing = QStringLiteral("MODIFICA");
+
+// Three lists side by side over the entry fields and the commands, in twips: the whole
+// screen fits the main screen's working area of a small display.
+constexpr int ListFrameWidth = 2900;
+constexpr int ListFrameTop = 120;
+constexpr int ListFrameHeight = 5300;
+constexpr int FieldHeight = 315;
+constexpr int ButtonWidth = 2100;
+constexpr int ButtonHeight = 375;
+
+/// An action statement, run as the program runs them: through a recordset never read.
+void run(const QString& statement)
+{
+    store::Recordset rs;
+    rs.Open(statement);
+}
+
+/// The box of a kind or a model without numbers.
+void noNumbersBox(const QString& text)
+{
+    vb::MsgBox(QStringLiteral("Non è stata trovata nessuna Numerazione per la Macchina [") + text +
+                   QStringLiteral("]!!!"),
+               mb::Exclamation, QStringLiteral("NUMERAZIONE [") + text + QStringLiteral("] MANCANTE!!"));
+}
+
+/// Fills a list with one column of a statement's rows, the list emptied first.
+void fillList(Trap& trap, vb::ListBox* list, const QString& statement, const QString& column, bool* empty = nullptr)
+{
+    store::Recordset rs;
+    if (!trap.step([&] { rs.Open(statement); }))
+        return;
+    bool none = true;
+    trap.step([&] { none = rs.Eof(); });
+    if (empty)
+        *empty = none;
+    if (none)
+        return;
+    trap.step([&] { list->Clear(); });
+    while (!rs.Eof()) {
+        trap.step([&] { list->AddItem(rs.Fields(column).Value().toString()); });
+        if (!trap.step([&] { rs.MoveNext(); }))
+            break;
+    }
+}
+
+} // namespace
+
+Form10::Form10(QWidget* owner) : vb::Form(owner, ScreenName, QStringLiteral("NUMERAZIONE MACCHINE"))
+{
+    buildControls();
+}
+
+void Form10::buildControls()
+{
+    Move(0, 0, 120 + 3 * (ListFrameWidth + 120) + 120, 7800);
+
+    auto listFrame = [this](const char* frameName, const char* caption, const char* listName, int index,
+                            vb::Frame*& frame) {
+        frame = new vb::Frame(this, QString::fromLatin1(frameName), QString::fromLatin1(caption));
+        frame->Move(120 + index * (ListFrameWidth + 120), ListFrameTop, ListFrameWidth, ListFrameHeight);
+        auto* list = new vb::ListBox(frame, QString::fromLatin1(listName));
+        list->Move(120, 270, ListFrameWidth - 240, ListFrameHeight - 390);
+        list->setFocusHighlight(true);
+        return list;
+    };
+    List1 = listFrame("Frame1", "MACCHINE PRESENTI              ", "List1", 0, Frame1);
+    List1->setHeight(ListFrameHeight - 690);
+    Label2 = new vb::Label(Frame1, QStringLiteral("Label2"), QStringLiteral("0"));
+    Label2->setBackStyle(0);
+    Label2->setAlignment(1);
+    Label2->Move(120, ListFrameHeight - 360, ListFrameWidth - 240, 255);
+    List2 = listFrame("Frame2", "MODELLO MACCHINA", "List2", 1, Frame2);
+    List3 = listFrame("Frame3", "NUMERAZIONE MACCHINE", "List3", 2, Frame3);
+
+    constexpr int fieldTop = ListFrameTop + ListFrameHeight + 120;
+    Frame4 = new vb::Frame(this, QStringLiteral("Frame4"), QStringLiteral("Modello"));
+    Frame4->Move(120, fieldTop, 2 * ListFrameWidth + 120, 660);
+    Txt_Modello = new vb::TextBox(Frame4, QStringLiteral("Txt_Modello"));
+    Txt_Modello->Move(120, 270, 2 * ListFrameWidth - 120, FieldHeight);
+    Frame5 = new vb::Frame(this, QStringLiteral("Frame5"), QStringLiteral("Numerazione"));
+    Frame5->Move(120 + 2 * (ListFrameWidth + 120), fieldTop, ListFrameWidth, 660);
+    Txt_Num = new vb::TextBox(Frame5, QStringLiteral("Txt_Num"));
+    Txt_Num->Move(120, 270, ListFrameWidth - 240, FieldHeight);
+
+    Text1 = new vb::TextBox(this, QStringLiteral("Text1"));
+    Text1->setVisible(false);
+    Txt_ID_NUM = new vb::TextBox(this, QStringLiteral("Txt_ID_NUM"));
+    Txt_ID_NUM->setVisible(false);
+    ID_MODELLO = new vb::TextBox(this, QStringLiteral("ID_MODELLO"));
+    ID_MODELLO->setVisible(false);
+
+    constexpr int buttonTop = fieldTop + 780;
+    auto button = [this](const char* name, const char* caption, int index) {
+        auto* b = new vb::CommandButton(this, QString::fromLatin1(name), QString::fromLatin1(caption));
+        b->Move(120 + index * (ButtonWidth + 180), buttonTop, ButtonWidth, ButtonHeight);
+        return b;
+    };
+    Cmd_Add = button("Cmd_Add", "INSERISCI", 0);
+    Cmd_Edit = button("Cmd_Edit", "MODIFICA", 1);
+    Cmd_Delete = button("Cmd_Delete", "ELIMINA", 2);
+    Cmd_Aggiorna = button("Cmd_Aggiorna", "AGGIORNA", 3);
+
+    List1->Click = [this] { List1_Click(); };
+    List2->Click = [this] { List2_Click(); };
+    List3->Click = [this] { List3_Click(); };
+    Cmd_Add->Click = [this] { Cmd_Add_Click(); };
+    Cmd_Edit->Click = [this] { Cmd_Edit_Click(); };
+    Cmd_Delete->Click = [this] { Cmd_Delete_Click(); };
+    Cmd_Aggiorna->Click = [this] { Fill_All_Kinds(); };
+}
+
+// ---- load and the kinds -------------------------------------------------------------------
+
+void Form10::Form_Load()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { centre(); });
+    // The register hands a model over in its own field; reading it loads the register
+    // hidden when it is not there.
+    trap.step([&] {
+        if (vb::Control* handed = shell::screens().control(QStringLiteral("Form7"), QStringLiteral("ID_MOD")))
+            ID_MODELLO->setText(handed->vbProperty(QStringLiteral("Text")));
+    });
+    if (!ID_MODELLO->Text().isEmpty())
+        trap.step([&] { Fill_Model_Only(); });
+    else
+        trap.step([&] { Fill_All_Kinds(); });
+}
+
+void Form10::Fill_All_Kinds()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { List1->Clear(); });
+    trap.step([&] { List2->Clear(); });
+    trap.step([&] { List3->Clear(); });
+    trap.step([&] { Txt_Modello->setText(QString()); });
+    trap.step([&] { Txt_Num->setText(QString()); });
+    listKinds(QStringLiteral("SELECT Tbl_Macchina.Macchina From Tbl_Macchina GROUP BY Tbl_Macchina.Macchina "
+                             "Having (((Tbl_Macchina.Macchina) <> ''))ORDER BY Tbl_Macchina.Macchina;"));
+}
+
+void Form10::Fill_Model_Only()
+{
+    QString id;
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { id = vb::KeyText(ID_MODELLO->Text()); });
+    listKinds(QStringLiteral("SELECT * From Tbl_Macchina Where ID_MODELLO = ") + id +
+              QStringLiteral(" ORDER BY Macchina;"));
+}
+
+void Form10::listKinds(const QString& statement)
+{
+    Trap trap = Trap::ignoreAll();
+    int count = 0;
+    store::Recordset rs;
+    if (trap.step([&] { rs.Open(statement); })) {
+        while (!rs.Eof()) {
+            trap.step([&] { List1->AddItem(rs.Fields(QStringLiteral("Macchina")).Value().toString()); });
+            ++count;
+            if (!trap.step([&] { rs.MoveNext(); }))
+                break;
+        }
+    }
+    trap.step([&] { Label2->setCaption(QString::number(count)); });
+    trap.step([&] { Cmd_Add->setEnabled(true); });
+    trap.step([&] { Cmd_Edit->setCaption(Browsing); });
+}
+
+// ---- the three lists ----------------------------------------------------------------------
+
+void Form10::List1_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Txt_Num->setText(QString()); });
+    trap.step([&] { Txt_Modello->setText(QString()); });
+    trap.step([&] { List3->Clear(); });
+    const QString kind = List1->Text();
+    bool found = false;
+    {
+        store::Recordset rs;
+        trap.step([&] { rs.Open(QStringLiteral("SELECT * from Tbl_Macchina ORDER BY Tbl_Macchina.Macchina;")); });
+        trap.step(
+            [&] { rs.setFilter(QStringLiteral("Macchina like '") + vb::DoubledQuotes(kind) + QStringLiteral("'")); });
+        trap.step([&] {
+            rs.Fields(QStringLiteral("Macchina")).Value().toString();
+            rs.Fields(QStringLiteral("ID_MODELLO")).Value();
+            found = true;
+        });
+    }
+    if (!found)
+        return;
+    // Every model whose kind contains the one chosen. The kind goes in as it stands: with an
+    // apostrophe the statement breaks and the models stay as they were.
+    bool none = false;
+    fillList(trap, List2,
+             QStringLiteral("Select * from Tbl_Macchina WHERE Macchina like '%") + kind +
+                 QStringLiteral("%' ORDER by Modello"),
+             QStringLiteral("Modello"), &none);
+    if (none) {
+        noNumbersBox(kind);
+        trap.step([&] { List2->Clear(); });
+    }
+}
+
+void Form10::List2_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Txt_Num->setText(QString()); });
+    const QString model = List2->Text();
+    {
+        // The model is looked up as it stands: with an apostrophe the filter fails and the
+        // first model by name is the one read.
+        store::Recordset rs;
+        trap.step([&] { rs.Open(QStringLiteral("SELECT * from Tbl_Macchina ORDER BY Tbl_Macchina.Modello;")); });
+        trap.step([&] { rs.setFilter(QStringLiteral("Modello like '") + model + QStringLiteral("'")); });
+        QString name;
+        trap.step([&] { name = rs.Fields(QStringLiteral("Modello")).Value().toString(); });
+        trap.step([&] { Text1->setText(rs.Fields(QStringLiteral("ID_MODELLO")).Value()); });
+        trap.step([&] { Txt_Modello->setText(name); });
+    }
+    trap.step([&] { Cmd_Edit->setCaption(Browsing); });
+    trap.step([&] { Cmd_Add->setEnabled(true); });
+    bool none = false;
+    QString id;
+    trap.step([&] { id = vb::KeyText(Text1->Text()); });
+    fillList(trap, List3,
+             QStringLiteral("Select * from Tbl_Numerazione WHERE ID_MODELLO = ") + id +
+                 QStringLiteral(" ORDER by val(Numerazione)"),
+             QStringLiteral("Numerazione"), &none);
+    if (none) {
+        noNumbersBox(model);
+        trap.step([&] { List3->Clear(); });
+    }
+}
+
+void Form10::List3_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Txt_ID_NUM->setText(QString()); });
+    trap.step([&] { Txt_Num->setText(List3->Text()); });
+    trap.step([&] {
+        store::Recordset rs;
+        rs.Open(QStringLiteral("SELECT * from Tbl_Numerazione Where ID_MODELLO = ") + vb::KeyText(Text1->Text()) +
+                QStringLiteral(" And Numerazione= '") + Txt_Num->Text() + QStringLiteral("'"));
+        Txt_ID_NUM->setText(rs.Fields(QStringLiteral("ID_NUM")).Value());
+    });
+    trap.step([&] { Cmd_Edit->setCaption(Browsing); });
+    trap.step([&] { Cmd_Add->setEnabled(true); });
+}
+
+// ---- insert, save, delete -------------------------------------------------------------------
+
+void Form10::Cmd_Add_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Cmd_Edit->setCaption(Saving); });
+    trap.step([&] { Cmd_Add->setEnabled(false); });
+}
+
+bool Form10::numberTaken()
+{
+    // A contains match: with "10" present, "1" counts as taken.
+    store::Recordset rs;
+    rs.Open(QStringLiteral("Select * from Tbl_Numerazione WHERE Numerazione like '%") +
+            vb::DoubledQuotes(Txt_Num->Text()) + QStringLiteral("%' and ID_MODELLO = ") + vb::KeyText(Text1->Text()));
+    return !rs.Eof();
+}
+
+void Form10::Cmd_Edit_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    if (Txt_Modello->Text().isEmpty() || Text1->Text().isEmpty() || Txt_Num->Text().isEmpty()) {
+        vb::MsgBox(QStringLiteral("Macchina o Numerazione Mancante!"), mb::Critical, QStringLiteral("MANCANZA DATI"));
+        return;
+    }
+    const QString number = Txt_Num->Text();
+    auto takenBox = [&] {
+        vb::MsgBox(QStringLiteral("Esiste già la Numerazione [") + number + QStringLiteral("] per la Macchina [") +
+                       Txt_Modello->Text() + QStringLiteral("] !!!"),
+                   mb::Exclamation, QStringLiteral("NUMERAZIONE GIA' ESISTENTE"));
+    };
+
+    if (Cmd_Edit->Caption() == Saving) {
+        bool taken = false;
+        trap.step([&] { taken = numberTaken(); });
+        if (taken) {
+            takenBox();
+            return;
+        }
+        // A new unit has no maintenance yet: the list of machines without maintenance
+        // finds it.
+        {
+            store::Recordset rs;
+            trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Numerazione")); });
+            trap.step([&] { rs.AddNew(); });
+            trap.step([&] { Txt_ID_NUM->setText(rs.Fields(QStringLiteral("ID_NUM")).Value()); });
+            trap.step([&] { rs.Fields(QStringLiteral("Numerazione")) = number; });
+            trap.step([&] { rs.Fields(QStringLiteral("ID_NUM")) = Txt_ID_NUM->Text(); });
+            trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = Text1->Text(); });
+            trap.step([&] { rs.UpdateBatch(); });
+        }
+        trap.step([&] { Cmd_Edit->setCaption(Browsing); });
+        trap.step([&] { Cmd_Add->setEnabled(true); });
+        trap.step([&] { Fill_All_Kinds(); });
+        return;
+    }
+
+    const QString listed = List2->Text();
+    const QString prompt = listed != Txt_Modello->Text()
+                               ? QStringLiteral("La Numerazione della Macchina [") + listed +
+                                     QStringLiteral("] Sta per essere modificata con [") + Txt_Modello->Text() +
+                                     QStringLiteral("] Vuoi Procedere??")
+                               : QStringLiteral("Stai per modificare la Numerazione della Macchina [") + listed +
+                                     QStringLiteral("] Vuoi Procedere??");
+    if (vb::MsgBox(prompt, mb::YesNo + mb::Question,
+                   QStringLiteral("Modifica Numerazione Macchina **") + listed + QStringLiteral("**")) !=
+        vb::answer::Yes)
+        return;
+
+    bool taken = false;
+    trap.step([&] { taken = numberTaken(); });
+    // The register's copies are sought by model key compared with the unit's key (0 when
+    // the number was taken): they follow only where the two keys happen to agree.
+    QString key = QStringLiteral("0");
+    if (taken) {
+        takenBox();
+    } else {
+        trap.step([&] { key = vb::KeyText(Txt_ID_NUM->Text()); });
+        store::Recordset rs;
+        trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Numerazione where ID_NUM =") + key); });
+        trap.step([&] { rs.Fields(QStringLiteral("Numerazione")) = number; });
+        trap.step([&] { rs.UpdateBatch(); });
+    }
+    trap.step([&] {
+        run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Numerazione = '") + number +
+            QStringLiteral("' WHERE ((Tbl_Maintenance.ID_MODELLO = ") + key + QStringLiteral("))"));
+    });
+    trap.step([&] { Fill_All_Kinds(); });
+}
+
+void Form10::Cmd_Delete_Click()
+{
+    Trap trap{{err::InvalidUseOfNull, err::InvalidPropertyValue}, Trap::ShowBox};
+    if (Txt_ID_NUM->Text().isEmpty()) {
+        vb::MsgBox(QStringLiteral("Non è stato selezionato nessun dato!"), mb::Exclamation,
+                   QStringLiteral("NESSUNA DATO SELEZIONATO"));
+        return;
+    }
+    if (vb::MsgBox(QStringLiteral("Vuoi Veramente eliminare il Dato Selezionato?"), mb::YesNo + mb::Question,
+                   QStringLiteral("ELIMINAZIONE DATI")) != vb::answer::Yes)
+        return;
+    QString id;
+    trap.step([&] { id = vb::KeyText(Txt_ID_NUM->Text()); });
+    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Numerazione WHERE ID_NUM  = ") + id); });
+    if (trap.ended())
+        return;
+    if (vb::MsgBox(QStringLiteral("Vuoi eliminare la numerazione di questa macchina anche dalle Manutenzioni?"),
+                   mb::YesNo + mb::Question, QStringLiteral("ELIMINA NUMERAZIONE DALLE MANUTENZIONI")) ==
+        vb::answer::Yes)
+        trap.step([&] { run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_NUM  = ") + id); });
+    if (trap.ended())
+        return;
+    if (vb::MsgBox(QStringLiteral("Vuoi eliminare la numerazione di questa macchina anche dal Plannned Manutenzioni?"),
+                   mb::YesNo + mb::Question, QStringLiteral("ELIMINA NUMERAZIONE DAL PLANNED MANUTENZIONI")) ==
+        vb::answer::Yes)
+        trap.step([&] { run(QStringLiteral("Delete * from Tbl_Planned WHERE ID_NUM  = ") + id); });
+    if (trap.ended())
+        return;
+    // The screen shows the change by loading again, in its place.
+    trap.step([&] {
+        shell::screens().unload(ScreenName);
+        shell::screens().show(ScreenName);
+    });
+}
+
+VELMORA_SCREEN(Form10);
+
+} // namespace plant
