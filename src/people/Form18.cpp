@@ -42,13 +42,6 @@ Variant today()
     return Variant::fromDate(vb::Clock::today());
 }
 
-/// A key from a hidden field on its way into a statement: VB's 16-bit Integer (empty text
-/// 13, above 32767 overflow 6), written back as plain digits.
-QString key16(const QString& text)
-{
-    return QString::number(Variant(text).toInteger());
-}
-
 /// An action statement, run as the program ran them: through a recordset never read.
 void run(const QString& statement)
 {
@@ -484,7 +477,7 @@ void Form18::Cmd_Edit_Click()
         return;
 
     QString id;
-    trap.step([&] { id = key16(TxtID_OPERATORE->Text()); });
+    trap.step([&] { id = vb::KeyText(TxtID_OPERATORE->Text()); });
     {
         store::Recordset rs;
         trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Operatore where ID_OPERATORE =") + id); });
@@ -513,7 +506,7 @@ void Form18::Cmd_Delete_Click()
         return;
     // The register keeps the key of whoever executed a maintenance, gone or not.
     trap.step([&] {
-        run(QStringLiteral("Delete * from Tbl_OPERATORE WHERE ID_OPERATORE  = ") + key16(TxtID_OPERATORE->Text()));
+        run(QStringLiteral("Delete * from Tbl_OPERATORE WHERE ID_OPERATORE  = ") + vb::KeyText(TxtID_OPERATORE->Text()));
     });
     trap.step([&] { reopen(false); });
 }
