@@ -43,13 +43,13 @@ constexpr int ButtonHeight = 345;
 constexpr int ButtonStep = 390;
 
 /// The grid's columns by field: the whole list's six, and so a search's rows too.
-struct GridColumnSpec
+struct GridColumnLayout
 {
     const char* field;
     const char* caption;
     int width;
 };
-constexpr GridColumnSpec GridColumns[]
+constexpr GridColumnLayout GridColumns[]
     = { { "ID_MODELLO", "ID_MODELLO", 1350 }, { "Macchina", "MACCHINA", 1650 }, { "Modello", "MODELLO", 1600 },
           { "Stato", "STATO", 950 }, { "reparto", "REPARTO", 1300 }, { "Costruttore", "COSTRUTTORE", 1550 } };
 
@@ -263,7 +263,7 @@ void Form5::Set_Grid_Columns()
     // A search lists whole rows: the department's key and the year stay out of sight.
     for (int i = 0; i < DataGrid1->ColumnCount(); ++i)
         trap.step([&] { DataGrid1->Columns(i).setWidth(0); });
-    for (const GridColumnSpec& c : GridColumns) {
+    for (const GridColumnLayout& c : GridColumns) {
         trap.step([&] {
             vb::GridColumn& column = DataGrid1->Columns(QString::fromLatin1(c.field));
             column.setCaption(QString::fromLatin1(c.caption));
