@@ -6,6 +6,7 @@
 #include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
+#include "shell/Reopen.h"
 #include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
 
@@ -522,21 +523,7 @@ void Form18::Cmd_Vis_All_Click()
 
 Form18* Form18::reopen(bool backToRow)
 {
-    const QString row = Txt_Posizione->Text();
-    shell::screens().unload(ScreenName);
-    shell::screens().show(ScreenName);
-    auto* again = shell::screens().formAs<Form18>(ScreenName);
-    if (!again)
-        return nullptr;
-    // A fresh screen has no row selected.
-    again->DataGrid1->clearSelection();
-    bool isRow = false;
-    const int r = row.toInt(&isRow);
-    if (backToRow && isRow && r >= 0 && r < again->Adodc2->RecordCount()) {
-        again->Txt_Posizione->setText(row);
-        again->Adodc2->moveTo(r);
-    }
-    return again;
+    return dynamic_cast<Form18*>(shell::ReopenScreen(ScreenName, backToRow));
 }
 
 // ---- print and date advice ----------------------------------------------------------
