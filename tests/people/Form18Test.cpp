@@ -4,10 +4,9 @@
 #include "Form18Fixture.h"
 
 #include "reports/ReportViewer.h"
-#include "shell/Driver.h"
+#include "support/InProcessDrive.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 using people::Form18;
@@ -318,13 +317,7 @@ TEST_F(Form18Test, PrintListsOperatorsWithJobsByQualificationNewestJobFirst)
 
 TEST_F(Form18Test, FromTheMainMenuThroughTheDriverToTheRegistersOperatorList)
 {
-    shell::Driver driver;
-    auto drive = [&](const QString& line) {
-        const QString out = driver.execute(line);
-        const QJsonObject a = QJsonDocument::fromJson(out.toUtf8()).object();
-        EXPECT_TRUE(a.value("ok").toBool()) << line.toStdString() << " -> " << out.toStdString();
-        return a.value("value");
-    };
+    InProcessDrive drive;
     drive("start");
     drive("click frmMain.lblOperatore");
     ASSERT_TRUE(drive("loaded Form18").toBool());
