@@ -6,6 +6,7 @@
 #include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
+#include "shell/Reopen.h"
 #include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
 
@@ -517,23 +518,9 @@ void Form5::Cmd_Vis_All_Click()
 
 Form5* Form5::reopen(bool plus300, bool backToRow)
 {
-    const QString row = Txt_Posizione->Text();
-    shell::screens().unload(ScreenName);
-    if (plus300)
-        shell::screens().show(ScreenName);
-    else
-        shell::screens().showAbout(ScreenName); // the placement without the 300 twips
-    auto* again = shell::screens().formAs<Form5>(ScreenName);
-    if (!again)
-        return nullptr;
-    again->DataGrid1->clearSelection();
-    bool isRow = false;
-    const int r = row.toInt(&isRow);
-    if (backToRow && isRow && r >= 0 && r < again->Adodc2->RecordCount()) {
-        again->Txt_Posizione->setText(row);
-        again->Adodc2->moveTo(r);
-    }
-    return again;
+    // Without the 300 twips the screen comes back placed as the About screen is.
+    return static_cast<Form5*>(shell::ReopenScreen(
+        ScreenName, backToRow, plus300 ? shell::Placement::WorkingScreen : shell::Placement::About));
 }
 
 // ---- prints and date advice ---------------------------------------------------------

@@ -5,6 +5,7 @@
 #include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
+#include "shell/Reopen.h"
 #include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
 
@@ -321,20 +322,8 @@ void Form17::Command1_Click()
 
 void Form17::reopen(bool backToRow)
 {
-    const QString row = Txt_Posizione->Text();
-    shell::screens().unload(ScreenName);
-    shell::screens().show(ScreenName);
-    auto* again = shell::screens().formAs<Form17>(ScreenName);
-    if (!again)
-        return;
-    // A fresh screen has no row selected (the print goes back to all suppliers).
-    again->DataGrid1->clearSelection();
-    bool isRow = false;
-    const int r = row.toInt(&isRow);
-    if (!backToRow || !isRow || r < 0 || r >= again->Adodc1->RecordCount())
-        return;
-    again->Txt_Posizione->setText(row);
-    again->Adodc1->moveTo(r);
+    // A fresh screen has no row selected, so the print goes back to all suppliers.
+    shell::ReopenScreen(ScreenName, backToRow);
 }
 
 // ---- print and text file ------------------------------------------------------------
