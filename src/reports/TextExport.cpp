@@ -74,11 +74,14 @@ void WriteTextExport(const TextExport& text)
 {
     const QString opened = text.openedName.isEmpty() ? text.fileName : text.openedName;
     vb::WriteTextFile(vb::AppFile(text.fileName), TextExportLines(text));
-    if (!text.boxTitle.isEmpty())
-        vb::MsgBox(QStringLiteral("Il File '") + opened +
-                       QStringLiteral("' che verrà aperto automaticamente dopo il Click, è stato salvato in:  ") +
-                       vb::AppPath(),
-                   vb::mb::Information, text.boxTitle);
+    if (!text.boxTitle.isEmpty()) {
+        const QString words =
+            text.boxText.isEmpty()
+                ? QStringLiteral("Il File '") + opened +
+                      QStringLiteral("' che verrà aperto automaticamente dopo il Click, è stato salvato in:  ")
+                : text.boxText;
+        vb::MsgBox(words + vb::AppPath(), vb::mb::Information, text.boxTitle);
+    }
     vb::OpenFile(vb::AppFile(opened));
 }
 
@@ -108,6 +111,8 @@ void WriteDateInfo()
                                  QString(), QString()});
     // The old box title left out the date between its two dashes; users know it as "Info --".
     info.boxTitle = QStringLiteral("Info --");
+    info.boxText = QStringLiteral(
+        "Il File 'Info.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  ");
     WriteTextExport(info);
 }
 

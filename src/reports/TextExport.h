@@ -26,6 +26,9 @@ struct TextExport
     QString boxTitle;
     /// The name the box speaks of and the desktop is asked to open; empty: fileName.
     QString openedName;
+    /// The box's words before the folder, where a file keeps its own wording; empty: the
+    /// common words naming openedName.
+    QString boxText;
 };
 
 /// The row of signs, "VELMORA", the row of signs.

@@ -111,6 +111,8 @@ void Form20::Cmd_Procedura_Click()
     transfer.lines = TransferProcedureLines();
     transfer.boxTitle = QStringLiteral("PROCEDURA TRASFERIMENTO DATI");
     transfer.openedName = QStringLiteral("Velmora..txt");
+    transfer.boxText = QStringLiteral(
+        "Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  ");
     try {
         reports::WriteTextExport(transfer);
     } catch (const vb::VBError& e) {
