@@ -232,6 +232,8 @@ void Form7::connectEvents()
     Cmd_Confirm->Click = [this] { Cmd_Confirm_Click(); };
     Cmd_Chiudi->Click = [this] { Cmd_Chiudi_Click(); };
     Command3->Click = [this] { Command3_Click(); };
+    Cmd_Senza_Manutenzione->Click = [this] { Cmd_Senza_Manutenzione_Click(); };
+    DataGrid3->RowColChange = [this] { DataGrid3_RowColChange(); };
     Lbl_CHIUDI->Click = [this] { Lbl_CHIUDI_Click(); };
     Lbl_CHIUDI->MouseMove = [this] { Lbl_CHIUDI->setFontUnderline(true); };
     DTPicker3->Change = [this] { DTPicker3_Change(); };

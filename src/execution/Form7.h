@@ -9,7 +9,8 @@
 /// One class over several sources, by concern: Form7.cpp builds the screen,
 /// Form7_Register.cpp holds the list, the selection, the pick lists and the
 /// insert/edit/delete commands, Form7_Execution.cpp the execution and the notes,
-/// Form7_Stops.cpp the stops and the shift of the schedule on load.
+/// Form7_Stops.cpp the stops and the shift of the schedule on load, Form7_Missing.cpp
+/// the units that lack a maintenance of an assigned type and the lower list's selection.
 
 #include "runtime/Trap.h"
 #include "runtime/Variant.h"
@@ -169,6 +170,15 @@ public:
     void Lbl_CHIUDI_Click();
     void DTPicker3_Change();
     void DTPicker6_Change();
+
+    // ---- maintenance missing, and the lower list (Form7_Missing.cpp) -----------------
+    /// Rebuilds Tbl_Not_Maintenance, marks every unit and type the register holds, and
+    /// lists the rest.
+    void Cmd_Senza_Manutenzione_Click();
+    void Refresh_Grid_Missing();
+    /// A line of the lower list (missing maintenance or stopped machines) prepares a new
+    /// register row of that unit and type.
+    void DataGrid3_RowColChange();
 
     /// Unload, show again and place: how the screen refreshes after a save.
     static void Reload();
