@@ -2,7 +2,9 @@
 // their model, the list of them, and a line that prepares the new row.
 #include "Form7Fixture.h"
 
-#include "runtime/Clock.h"
+#include "support/InProcessDrive.h"
+
+#include <QJsonArray>
 
 #include <set>
 
@@ -180,4 +182,25 @@ TEST_F(Form7Missing, StoppedMachineLineShowsItsStopAndPreparesNothing)
     EXPECT_EQ(f->DataCombo3->Text(), "");
     EXPECT_EQ(f->txtID->Text(), "");
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+}
+
+TEST_F(Form7Missing, DrivenFromOutside)
+{
+    addMaintenance(1, 2, QDate(2026, 10, 20), QDate(2026, 11, 17));
+    addMaintenance(1, 3, QDate(2026, 10, 20), QDate(2026, 12, 15));
+    addMaintenance(2, 3, QDate(2026, 10, 20), QDate(2026, 12, 15));
+    InProcessDrive drive;
+    drive("clock 2026-11-15T08:00:00");
+    drive("show Form7");
+    drive("click Form7.Cmd_Senza_Manutenzione");
+    EXPECT_EQ(drive("get Form7.Frame3.Caption").toString(), "Sono 2 le Manutenzioni Mancanti");
+    const QJsonArray rows = drive("grid Form7.DataGrid3").toObject().value("rows").toArray();
+    ASSERT_EQ(rows.size(), 2);
+    EXPECT_EQ(rows[0].toArray()[1].toString(), "2");
+    drive("select Form7.DataGrid3 0");
+    EXPECT_EQ(drive("get Form7.Label16.Caption").toString(), QString::fromUtf8("[PRESSA]-[AX100]-[N°2]"));
+    drive("click Form7.Cmd_Edit");
+    EXPECT_EQ(drive("sql SELECT Count(*) AS n FROM Tbl_Maintenance WHERE ID_NUM = 2").toArray()[0].toObject()
+                  .value("n").toInt(),
+              2);
 }
