@@ -1,0 +1,437 @@
+// The assigned maintenance: the lists and the selection of an assignment, a new assignment
+// with its sheet, steps picked from the general procedures with their minutes, the workload
+// that follows, the edit that moves steps and register rows to another type, the deletes,
+// the prints and the pair handed from the register.
+#include "definition/Form13.h"
+
+#include "reports/ReportViewer.h"
+#include "shell/ShellFixture.h"
+
+using definition::Form13;
+namespace answer = vb::answer;
+
+namespace {
+
+class Form13Test : public ShellFixture
+{
+protected:
+    void SetUp() override
+    {
+        ShellFixture::SetUp();
+        // The sheet table, as the start of the program makes it.
+        exec("CREATE TABLE Tbl_Certif_Proced_Manut (ID_Assegna_M Integer Null,Scheda CHAR(50) NOT NULL, "
+             "Data_Scheda DATE, Rev Integer Null,Data_Rev DATE)");
+        // The register hands its pair through these; frmMain shows the workload line.
+        standIn(QStringLiteral("Form7"), QStringList { "T:ID_MOD", "T:ID_MAINT", "T:DataCombo4" });
+        standIn(QStringLiteral("frmMain"), QStringList { "L:Label1" });
+        shell::screens().form(QStringLiteral("frmMain"));
+        // Models 1 PRESSA AX100 with two units, 2 TORNIO T200 with none, both with general
+        // procedures; types of a new store: 1 Settimanale (coefficient 1), 2 Mensile (0.25).
+        exec("INSERT INTO Tbl_Macchina (Macchina, Modello) VALUES ('PRESSA', 'AX100')");
+        exec("INSERT INTO Tbl_Macchina (Macchina, Modello) VALUES ('TORNIO', 'T200')");
+        exec("INSERT INTO Tbl_Numerazione (Numerazione, ID_MODELLO) VALUES ('1', 1)");
+        exec("INSERT INTO Tbl_Numerazione (Numerazione, ID_MODELLO) VALUES ('2', 1)");
+        exec("INSERT INTO Tbl_Proc_General_Macc (ID_MODELLO, Macchina, Modello) VALUES (1, 'PRESSA', 'AX100')");
+        exec("INSERT INTO Tbl_Proc_General_Macc (ID_MODELLO, Macchina, Modello) VALUES (2, 'TORNIO', 'T200')");
+        exec("INSERT INTO Tbl_Proc_General (ID_MODELLO, Num, Titolo, Procedura, Minuti) "
+             "VALUES (1, 1, 'Olio', 'Cambio olio del circuito', 30)");
+        exec("INSERT INTO Tbl_Proc_General (ID_MODELLO, Num, Titolo, Procedura, Minuti) "
+             "VALUES (1, 2, 'Filtri', 'Pulizia dei filtri', 20)");
+    }
+
+    void TearDown() override
+    {
+        reports::UnloadReport("DataReport5");
+        reports::UnloadReport("DataReport7");
+        ShellFixture::TearDown();
+    }
+
+    Form13* form13()
+    {
+        QCoreApplication::processEvents();
+        return shell::screens().formAs<Form13>(QStringLiteral("Form13"));
+    }
+
+    /// Assignment (m, t) with its sheet, as the screen saves it.
+    void assign(int m, int t, const char* machine, const char* model, const char* type, int rev = 0)
+    {
+        exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, "
+                            "Manutenzione_Tipo) VALUES (%1, %2, '%3', '%4', '%5')")
+                 .arg(m)
+                 .arg(t)
+                 .arg(machine, model, type));
+        const int id = rows("SELECT Max(ID) FROM Tbl_Assegna_M").at(0).at(0).toLong();
+        exec(QStringLiteral("INSERT INTO Tbl_Certif_Proced_Manut (ID_Assegna_M, Scheda, Data_Scheda, Rev, Data_Rev) "
+                            "VALUES (%1, '%2', #01/02/2026#, %3, #01/02/2026#)")
+                 .arg(id)
+                 .arg(Form13::Scheda(QString::number(m), QString::number(t), machine, model, type))
+                 .arg(rev));
+    }
+
+    void step(int m, int t, int num, const char* title, int minutes)
+    {
+        exec(QStringLiteral("INSERT INTO Tbl_ProcedureM (ID_MODELLO, ID_MAINT_TIPO, Num, Titolo, Procedura, Minuti) "
+                            "VALUES (%1, %2, %3, '%4', 'testo', %5)")
+                 .arg(m)
+                 .arg(t)
+                 .arg(num)
+                 .arg(title)
+                 .arg(minutes));
+    }
+
+    /// A register row of unit n of model 1.
+    void registerRow(int n, int t, const char* type)
+    {
+        exec(QStringLiteral("INSERT INTO Tbl_Maintenance (ID_MODELLO, ID_NUM, ID_MAINT_TIPO, Manutenzione_Tipo, "
+                            "Frequenza_Sett, Tempo_Minuti, Ultima, Prossima) VALUES (1, %1, %2, '%3', 1, 0, "
+                            "#11/01/2026#, #11/08/2026#)")
+                 .arg(n)
+                 .arg(t)
+                 .arg(type));
+    }
+
+    QStringList column(const QString& jet)
+    {
+        QStringList out;
+        for (const auto& r : rows(jet))
+            out << r.front().toString();
+        return out;
+    }
+
+    /// Selects the assignment of key id, as a click in the list does.
+    static void selectAssignment(Form13* f, int id)
+    {
+        for (int r = 0; r < f->DataGrid2->RecordCount(); ++r) {
+            if (f->DataGrid2->cellValue(r, 0).toLong() == id) {
+                f->DataGrid2->click();
+                return f->DataGrid2->select(r);
+            }
+        }
+        FAIL() << "no assignment " << id;
+    }
+
+    static QStringList texts(vb::DataGrid* grid, const char* field)
+    {
+        QStringList out;
+        for (int r = 0; r < grid->RecordCount(); ++r)
+            out << grid->cellText(r, QString::fromLatin1(field));
+        return out;
+    }
+
+    static QString workloadLine()
+    {
+        return shell::screens().control("frmMain", "Label1")->vbProperty("Caption").toString();
+    }
+
+    std::vector<vb::ShownBox> boxes() { return vb::MsgBoxService::takeShown(); }
+    static void answerWith(std::initializer_list<int> answers) { vb::MsgBoxService::queueAnswers(answers); }
+
+    static QStringList printed(const char* report)
+    {
+        QStringList t;
+        if (const auto r = reports::LaidOutPages(report))
+            for (const auto& page : r->pages)
+                for (const auto& p : page)
+                    t << p.text;
+        return t;
+    }
+};
+
+} // namespace
+
+TEST_F(Form13Test, ListsAndTheSelectionOfAnAssignment)
+{
+    assign(1, 2, "PRESSA", "AX100", "Mensile");
+    assign(2, 1, "TORNIO", "T200", "Settimanale");
+    step(1, 2, 2, "Filtri", 20);
+    step(1, 2, 1, "Olio", 40);
+    Form13* f = form13();
+    EXPECT_EQ(f->Caption(), "PROCEDURA MANUTENZIONI");
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList { "PRESSA", "TORNIO" }));
+    EXPECT_EQ(f->DataCombo3->items(), (QStringList { "AX100", "T200" }));
+    EXPECT_EQ(f->DataCombo4->items().size(), 7);
+    ASSERT_EQ(f->DataGrid2->ColumnCount(), 9);
+    const QStringList captions { "ID", "Macchina", "Modello", "Manutenzione", "Tot Min", "ID_MODELLO", "ID_MAINT_TIPO",
+        "N° Macch", "Ore per Settimana" };
+    for (int i = 0; i < 9; ++i)
+        EXPECT_EQ(f->DataGrid2->Columns(i).Caption(), captions[i]);
+    EXPECT_EQ(texts(f->DataGrid2, "Modello"), (QStringList { "AX100", "T200" }));
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 0) << "no assignment selected, no steps";
+    EXPECT_FALSE(f->Cmd_Edit->isEnabled());
+
+    selectAssignment(f, 1);
+    EXPECT_EQ(f->Txt_ID->Text(), "1");
+    EXPECT_EQ(f->ID_MOD->Text(), "1");
+    EXPECT_EQ(f->ID_MAINT->Text(), "2");
+    EXPECT_EQ(f->ID_MOD_OLD->Text(), "1");
+    EXPECT_EQ(f->ID_MAINT_OLD->Text(), "2");
+    EXPECT_EQ(f->DataCombo2->Text(), "PRESSA");
+    EXPECT_EQ(f->DataCombo3->Text(), "AX100");
+    EXPECT_EQ(f->DataCombo4->Text(), "Mensile");
+    EXPECT_TRUE(f->DataCombo2->Locked());
+    EXPECT_TRUE(f->DataCombo3->Locked());
+    EXPECT_EQ(texts(f->DataGrid1, "Titolo"), (QStringList { "Olio", "Filtri" })) << "by step number";
+    EXPECT_EQ(f->Frame2->Caption(), "N° Procedure Manutenzione Mensile 2");
+    EXPECT_EQ(f->Frame1->Caption(), "2 Procedure Generali AX100");
+    EXPECT_FALSE(f->DataGrid1->Columns(7).Locked()) << "the minutes are open to typing";
+    EXPECT_TRUE(f->DataGrid1->Columns(5).Locked());
+    // The selection stores the figures through the row, without the two hour texts.
+    EXPECT_EQ(column("SELECT Tempo_Minuti & '|' & Minuti_Sett & '|' & Num_Macchine & '|' & Tot_Minuti_Sett & '|' & "
+                     "Tot_Ore_Sett FROM Tbl_Assegna_M WHERE ID = 1"),
+        QStringList { "60|15,00|2|30,00|" });
+
+    // An assignment without steps stores nothing and reads 0 minutes.
+    selectAssignment(f, 2);
+    EXPECT_EQ(f->Txt_Tot_Min->Text(), "0");
+    EXPECT_EQ(f->Frame1->Caption(), "0 Procedure Generali T200");
+    EXPECT_EQ(column("SELECT '' & Minuti_Sett FROM Tbl_Assegna_M WHERE ID = 2"), QStringList { "" });
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form13Test, NewAssignmentGetsItsSheetAtRevisionZeroAndNoTwin)
+{
+    Form13* f = form13();
+    f->Cmd_Add->click();
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_FALSE(f->Cmd_Add->isEnabled());
+    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
+    f->DataCombo2->choose("PRESSA");
+    EXPECT_EQ(f->ID_MOD->Text(), "1") << "the first model of the machine";
+    f->DataCombo3->choose("AX100");
+    f->Cmd_Edit->click(); // no type
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI!!");
+    EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+
+    f->DataCombo4->choose("Mensile");
+    EXPECT_EQ(f->ID_MAINT->Text(), "2");
+    f->Cmd_Edit->click();
+    EXPECT_EQ(column("SELECT ID_MODELLO & '|' & ID_MAINT_TIPO & '|' & Macchina & '|' & Modello & '|' & "
+                     "Manutenzione_Tipo FROM Tbl_Assegna_M"),
+        QStringList { "1|2|PRESSA|AX100|Mensile" });
+    EXPECT_EQ(column("SELECT ID_Assegna_M & '|' & Scheda & '|' & Rev & '|' & Format(Data_Scheda, 'dd/mm/yyyy') & "
+                     "'|' & Format(Data_Rev, 'dd/mm/yyyy') FROM Tbl_Certif_Proced_Manut"),
+        QStringList { "1|1_2PRE_AX1_Men|0|15/11/2026|15/11/2026" });
+
+    // Reopened with the new assignment listed; the same pair again is refused.
+    f = form13();
+    EXPECT_EQ(f->DataGrid2->RecordCount(), 1);
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
+    f->Cmd_Add->click();
+    f->DataCombo2->choose("PRESSA");
+    f->DataCombo3->choose("AX100");
+    f->DataCombo4->choose("Mensile");
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "DUPPLICATO DI MANUTENZIONE");
+    EXPECT_EQ(shown[0].prompt, "Questa manutenzione è già stata assegnata a questa Macchina!!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Critical);
+    EXPECT_EQ(column("SELECT ID FROM Tbl_Assegna_M").size(), 1);
+}
+
+TEST_F(Form13Test, StepComesFromThePickedGeneralStepAndTheWorkloadFollows)
+{
+    assign(1, 2, "PRESSA", "AX100", "Mensile");
+    registerRow(1, 2, "Mensile");
+    registerRow(2, 2, "Mensile");
+    Form13* f = form13();
+    selectAssignment(f, 1);
+    ASSERT_EQ(f->DataGrid3->RecordCount(), 2);
+    f->DataGrid3->select(1); // Filtri
+    EXPECT_EQ(f->Txt_Titolo->Text(), "Filtri");
+    EXPECT_EQ(f->Txt_Procedura->Text(), "Pulizia dei filtri");
+    EXPECT_EQ(f->Txt_Num->Text(), "2");
+    EXPECT_EQ(f->Txt_Min->Text(), "0") << "an emptied minutes field reads 0";
+
+    // No minutes yet: the warning, and the minutes' frame is flagged and painted.
+    f->Cmd_Inserisci->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI!!");
+    EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
+    EXPECT_EQ(f->Txt_Control_Min->Text(), "1");
+    EXPECT_EQ(f->Frame10->ForeColor(), vb::colour::Red);
+    EXPECT_TRUE(column("SELECT ID_Procedura FROM Tbl_ProcedureM").isEmpty());
+
+    // Only digits and backspace reach the minutes.
+    f->Txt_Min->keyPress('x');
+    EXPECT_EQ(f->Txt_Min->Text(), "0");
+    f->Txt_Min->setText("45");
+    // What is typed into the title is checked, not stored: the general step's is.
+    f->Txt_Titolo->setText("scritto a mano");
+    f->Cmd_Inserisci->click();
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(column("SELECT ID_MODELLO & '|' & ID_MAINT_TIPO & '|' & Num & '|' & Titolo & '|' & Procedura & '|' & "
+                     "Minuti FROM Tbl_ProcedureM"),
+        QStringList { "1|2|2|Filtri|Pulizia dei filtri|45" });
+    // 45 minutes a month on two units: 22,50 a week.
+    EXPECT_EQ(column("SELECT Tempo_Minuti & '|' & Tempo_Ore & '|' & Minuti_Sett & '|' & Num_Macchine & '|' & "
+                     "Tot_Minuti_Sett & '|' & Tot_Ore_Sett FROM Tbl_Assegna_M"),
+        QStringList { "45|00:45:00|11,25|2|22,50|00:22:30" });
+    EXPECT_EQ(column("SELECT Tempo_Minuti FROM Tbl_Maintenance"), (QStringList { "45", "45" }));
+    EXPECT_EQ(column("SELECT Rev FROM Tbl_Certif_Proced_Manut"), QStringList { "1" }) << "a step is a revision";
+    EXPECT_EQ(workloadLine(),
+        "Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 00:22:30 -Persone Necessarie: 1]");
+
+    f = form13();
+    EXPECT_EQ(f->Txt_Control_Min->Text(), "0");
+    EXPECT_EQ(f->DataGrid2->cellText(0, "Tot_Ore_Sett"), "00:22:30");
+}
+
+TEST_F(Form13Test, EditMovesStepsAndRegisterRowsToTheNewTypeAndRaisesTheRevision)
+{
+    assign(1, 2, "PRESSA", "AX100", "Mensile", 3);
+    step(1, 2, 1, "Olio", 60);
+    registerRow(1, 2, "Mensile");
+    Form13* f = form13();
+    selectAssignment(f, 1);
+    EXPECT_FALSE(f->Cmd_Edit->isEnabled()) << "the save waits for a step to be selected";
+    f->DataGrid3->select(0); // a general step enables it
+    f->DataCombo4->choose("Settimanale");
+    f->Cmd_Edit->click(); // answered No: only the workload line
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "Modifica Dati");
+    EXPECT_EQ(shown[0].prompt, "Stai per eseguire una Modifica, Vuoi Procedere??");
+    EXPECT_EQ(shown[0].buttons, vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_Assegna_M"), QStringList { "2" });
+    EXPECT_TRUE(workloadLine().startsWith("Tempo previsto per le Manutenzioni inserite"));
+
+    // Without a step selected nothing moves: the new pair has no steps to weigh.
+    answerWith({ answer::Yes });
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[1].title, "SELEZIONA PROCEDURE MANUTENZIONE 'Settimanale'");
+    EXPECT_EQ(shown[1].prompt, "Devi prima selezionare una delle procedure già assegnate per questa Macchina");
+    EXPECT_EQ(shown[1].buttons, vb::mb::Information);
+    EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_Assegna_M"), QStringList { "2" });
+    EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_ProcedureM"), QStringList { "2" });
+
+    f = form13();
+    selectAssignment(f, 1);
+    f->DataGrid1->select(0);
+    EXPECT_EQ(f->Txt_Grid_Modello->Text(), "AX100");
+    EXPECT_EQ(f->Txt_Grid_Manutenzione->Text(), "Mensile");
+    f->DataCombo4->choose("Settimanale");
+    answerWith({ answer::Yes });
+    f->Cmd_Edit->click();
+    boxes();
+    EXPECT_EQ(column("SELECT ID_MAINT_TIPO & '|' & Manutenzione_Tipo & '|' & Tot_Minuti_Sett FROM Tbl_Assegna_M"),
+        QStringList { "1|Settimanale|120,00" });
+    EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_ProcedureM"), QStringList { "1" });
+    EXPECT_EQ(column("SELECT Scheda & '|' & Rev & '|' & Format(Data_Rev, 'dd/mm/yyyy') FROM Tbl_Certif_Proced_Manut"),
+        QStringList { "1_1PRE_AX1_Set|4|15/11/2026" });
+    EXPECT_EQ(column("SELECT ID_MAINT_TIPO & '|' & Manutenzione_Tipo & '|' & Frequenza_Sett & '|' & Tempo_Minuti & "
+                     "'|' & Format(Prossima, 'dd/mm/yyyy') FROM Tbl_Maintenance"),
+        QStringList { "1|Settimanale|1|60|08/11/2026" })
+        << "the due date stays";
+    EXPECT_EQ(workloadLine(),
+        "Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 02:00:00 -Persone Necessarie: 1]");
+}
+
+TEST_F(Form13Test, DeletesAskFirstAndLeaveTheWallChart)
+{
+    assign(1, 2, "PRESSA", "AX100", "Mensile");
+    assign(1, 1, "PRESSA", "AX100", "Settimanale");
+    step(1, 2, 1, "Olio", 60);
+    step(1, 2, 2, "Filtri", 30);
+    step(1, 1, 1, "Pulizia", 10);
+    registerRow(1, 2, "Mensile");
+    registerRow(1, 1, "Settimanale");
+    exec("INSERT INTO Tbl_Planned (ID_MODELLO, ID_NUM, [3]) VALUES (1, 1, 'Mensile')");
+    Form13* f = form13();
+    f->Cmd_Delete->click();
+    EXPECT_FALSE(f->Cmd_Delete2->isEnabled()) << "a click on the steps enables it";
+    selectAssignment(f, 1);
+    f->DataGrid1->click();
+    f->Cmd_Delete2->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].title, "NESSUNA MANUTENZIONE SELEZIONATA");
+    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun dato!");
+    EXPECT_EQ(shown[1].title, "NESSUNA PROCEDURA SELEZIONATA");
+
+    // One step of the monthly assignment: the minutes follow on the assignment and the register.
+    f->DataGrid1->select(1); // Filtri
+    answerWith({ answer::Yes });
+    f->Cmd_Delete2->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "Eliminazione Procedura");
+    EXPECT_EQ(shown[0].prompt, "Vuoi Veramente eliminare la Procedura selezionata?");
+    EXPECT_EQ(column("SELECT Titolo FROM Tbl_ProcedureM WHERE ID_MAINT_TIPO = 2"), QStringList { "Olio" });
+    EXPECT_EQ(column("SELECT Tempo_Minuti FROM Tbl_Assegna_M WHERE ID = 1"), QStringList { "60" });
+    EXPECT_EQ(column("SELECT Tempo_Minuti FROM Tbl_Maintenance WHERE ID_MAINT_TIPO = 2"), QStringList { "60" });
+    EXPECT_EQ(texts(f->DataGrid1, "Titolo"), QStringList { "Olio" });
+
+    // The whole assignment: its steps, sheet and register rows, on every unit; not the chart.
+    f->Cmd_Delete->click(); // answered No
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "Eliminazione Manutenzione e Procedure");
+    EXPECT_EQ(shown[0].prompt, "Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?");
+    EXPECT_EQ(column("SELECT ID FROM Tbl_Assegna_M").size(), 2);
+    answerWith({ answer::Yes });
+    f->Cmd_Delete->click();
+    boxes();
+    EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_Assegna_M"), QStringList { "1" });
+    EXPECT_EQ(column("SELECT ID_Assegna_M FROM Tbl_Certif_Proced_Manut"), QStringList { "2" });
+    EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_ProcedureM"), QStringList { "1" });
+    EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_Maintenance"), QStringList { "1" });
+    EXPECT_EQ(column("SELECT [3] FROM Tbl_Planned"), QStringList { "Mensile" });
+    EXPECT_EQ(form13()->DataGrid2->RecordCount(), 1);
+}
+
+TEST_F(Form13Test, PrintsNeedAnAssignmentWithASheet)
+{
+    assign(1, 2, "PRESSA", "AX100", "Mensile");
+    step(1, 2, 1, "Olio", 60);
+    step(1, 2, 2, "Filtri", 30);
+    Form13* f = form13();
+    f->Cmd_Print_Rapporto->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
+    EXPECT_EQ(shown[0].prompt, "Non hai selezionato nessun dato!");
+    EXPECT_FALSE(reports::IsReportLoaded("DataReport5"));
+
+    selectAssignment(f, 1);
+    f->Cmd_Print_Rapporto->click();
+    const QStringList sheet = printed("DataReport5");
+    for (const char* t : { "RAPPORTO MANUTENZIONE", "PRESSA", "AX100", "Mensile", "Olio", "Filtri" })
+        EXPECT_TRUE(sheet.contains(t)) << t;
+    f->Cmd_Print->click();
+    const QStringList procedures = printed("DataReport7");
+    EXPECT_TRUE(procedures.contains("Mensile"));
+    EXPECT_TRUE(procedures.contains("Olio"));
+    EXPECT_TRUE(boxes().empty());
+
+    // Without its sheet row the assignment drops out of the print.
+    exec("DELETE FROM Tbl_Certif_Proced_Manut");
+    f->Cmd_Print->click();
+    EXPECT_FALSE(printed("DataReport7").contains("Olio"));
+}
+
+TEST_F(Form13Test, PairHandedFromTheRegisterNarrowsTheListsUntilVisualizzaTutto)
+{
+    assign(1, 2, "PRESSA", "AX100", "Mensile");
+    assign(1, 1, "PRESSA", "AX100", "Settimanale");
+    step(1, 2, 1, "Olio", 60);
+    shell::screens().control("Form7", "ID_MOD")->setVbProperty("Text", "1");
+    shell::screens().control("Form7", "ID_MAINT")->setVbProperty("Text", "2");
+    Form13* f = form13();
+    EXPECT_EQ(f->Txt_ID_MODELLO->Text(), "1");
+    EXPECT_EQ(f->Txt_ID_MAINT_TIPO->Text(), "2");
+    EXPECT_EQ(texts(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
+    EXPECT_EQ(texts(f->DataGrid1, "Titolo"), QStringList { "Olio" });
+
+    f->Cmd_Vis_All->click();
+    EXPECT_EQ(shell::screens().control("Form7", "ID_MOD")->vbProperty("Text").toString(), "");
+    f = form13();
+    EXPECT_EQ(f->DataGrid2->RecordCount(), 2);
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 0);
+}
