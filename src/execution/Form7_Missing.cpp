@@ -48,22 +48,27 @@ void Form7::Cmd_Senza_Manutenzione_Click()
 {
     Trap trap = Trap::ignoreAll();
     trap.step([&] { ProgressBar1->setValue(0); });
+    auto putGroupAway = [this] {
+        Lbl_ProgressBar->setVisible(false);
+        Shape1->setVisible(false);
+        Label1->setVisible(true);
+    };
 
     // The scratch table is made anew at each use; its drop fails harmlessly on a first run.
     store::DataStore& db = store::DataStore::instance();
     trap.step([&] { db.Execute(QStringLiteral("Drop TABLE Tbl_Not_Maintenance")); });
     // One row per unit and assigned type; a unit of a model without assignments gets one
     // row with no type, which the list's inner join drops.
-    const QString x;
+    const QString unmarked; // the mark of a pair not found in the register (yet)
     trap.step([&] {
         db.Execute(QStringLiteral("SELECT Tbl_Numerazione.ID_NUM, Tbl_Numerazione.Numerazione, "
                                   "Tbl_Numerazione.ID_MODELLO, '") +
-                   x +
+                   unmarked +
                    QStringLiteral("' AS Maintenance, Tbl_Assegna_M.ID_MAINT_TIPO INTO Tbl_Not_Maintenance FROM "
                                   "Tbl_Assegna_M RIGHT JOIN Tbl_Numerazione ON Tbl_Assegna_M.ID_MODELLO = "
                                   "Tbl_Numerazione.ID_MODELLO GROUP BY Tbl_Numerazione.ID_NUM, "
                                   "Tbl_Numerazione.Numerazione, Tbl_Numerazione.ID_MODELLO, '") +
-                   x + QStringLiteral("', Tbl_Assegna_M.ID_MAINT_TIPO;"));
+                   unmarked + QStringLiteral("', Tbl_Assegna_M.ID_MAINT_TIPO;"));
     });
 
     // Each register row marks its pair with the unit's key. The walk goes in whole passes:
@@ -101,21 +106,16 @@ void Form7::Cmd_Senza_Manutenzione_Click()
                 Label1->setVisible(false);
             });
             // The bar is full after the first pass; later steps only hide the group again.
-            if (ProgressBar1->Value() == 100) {
-                Lbl_ProgressBar->setVisible(false);
-                Shape1->setVisible(false);
-                Label1->setVisible(true);
-            } else {
+            if (ProgressBar1->Value() == 100)
+                putGroupAway();
+            else
                 raiseProgress(trap, 1.0, walkText(i));
-            }
         }
         eof = true;
         trap.step([&] { eof = rs.Eof(); });
     }
 
-    Lbl_ProgressBar->setVisible(false);
-    Shape1->setVisible(false);
-    Label1->setVisible(true);
+    putGroupAway();
     trap.step([&] { ProgressBar1->setValue(0); });
     trap.step([&] { Refresh_Grid_Missing(); });
 }
