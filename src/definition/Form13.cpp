@@ -36,6 +36,7 @@ constexpr int ButtonHeight = 345;
 constexpr int ButtonWidth = 1290;
 constexpr int ButtonStep = 1320;
 constexpr int ButtonsLeft = 3900;
+constexpr int WideButtonStep = 1740;
 constexpr int AssignmentsTop = 1320;
 constexpr int AssignmentsHeight = 1560;
 constexpr int LowerTop = 2940;
@@ -82,6 +83,18 @@ QString text(const Variant& v)
     return vb::Concat(Variant(QString()), v).toString();
 }
 
+/// The next revision of the sheet row at hand, dated today, saved. A sheet without a
+/// revision number keeps none (Null plus one is Null).
+void nextRevision(store::Recordset& rs, Trap& trap)
+{
+    trap.step([&] {
+        const Variant rev = rs.Fields(QStringLiteral("Rev")).Value();
+        rs.Fields(QStringLiteral("Rev")) = rev.isNull() ? rev : Variant(rev.toLong() + 1);
+    });
+    trap.step([&] { rs.Fields(QStringLiteral("Data_Rev")) = Variant::fromDate(vb::Clock::today()); });
+    trap.step([&] { rs.UpdateBatch(); });
+}
+
 } // namespace
 
 Form13::Form13(QWidget* owner)
@@ -108,21 +121,21 @@ void Form13::buildControls()
     };
 
     // The assignment: machine, model, type.
-    Label1 = label(this, "Label1", "Macchina:", 120, 120, 1150);
+    Label1 = label(this, "Label1", "Macchina:", 120, 120, 1300);
     DataCombo2 = new vb::DataCombo(this, QStringLiteral("DataCombo2"));
-    DataCombo2->Move(1320, 120, 2400, RowHeight);
+    DataCombo2->Move(1440, 120, 2340, RowHeight);
     Adodc2 = new vb::Adodc(this, QStringLiteral("Adodc2"));
-    Label2 = label(this, "Label2", "Modello:", 120, 510, 1150);
+    Label2 = label(this, "Label2", "Modello:", 120, 510, 1300);
     DataCombo3 = new vb::DataCombo(this, QStringLiteral("DataCombo3"));
-    DataCombo3->Move(1320, 510, 2400, RowHeight);
+    DataCombo3->Move(1440, 510, 2340, RowHeight);
     Adodc3 = new vb::Adodc(this, QStringLiteral("Adodc3"));
-    Label3 = label(this, "Label3", "Manutenzione:", 120, 900, 1150);
+    Label3 = label(this, "Label3", "Manutenzione:", 120, 900, 1300);
     DataCombo4 = new vb::DataCombo(this, QStringLiteral("DataCombo4"));
-    DataCombo4->Move(1320, 900, 2400, RowHeight);
+    DataCombo4->Move(1440, 900, 2340, RowHeight);
     Adodc4 = new vb::Adodc(this, QStringLiteral("Adodc4"));
-    Label4 = label(this, "Label4", "Tempo Totale Minuti:", ButtonsLeft, 120, 1800);
+    Label4 = label(this, "Label4", "Tot. Minuti:", ButtonsLeft, 120, 1200);
     Txt_Tot_Min = new vb::TextBox(this, QStringLiteral("Txt_Tot_Min"));
-    Txt_Tot_Min->Move(ButtonsLeft + 1860, 120, 900, RowHeight);
+    Txt_Tot_Min->Move(ButtonsLeft + 1320, 120, 900, RowHeight);
     Txt_Tot_Min->setLocked(true);
 
     ID_MOD = hidden("ID_MOD");
@@ -143,7 +156,11 @@ void Form13::buildControls()
     // The commands in two rows beside the pick lists.
     auto button = [this](const char* name, const QString& caption, int index) {
         auto* b = new vb::CommandButton(this, QString::fromLatin1(name), caption);
-        b->Move(ButtonsLeft + (index % 4) * ButtonStep, 510 + (index / 4) * 390, ButtonWidth, ButtonHeight);
+        // Four on the first row; the three longer captions share the second.
+        if (index < 4)
+            b->Move(ButtonsLeft + index * ButtonStep, 510, ButtonWidth, ButtonHeight);
+        else
+            b->Move(ButtonsLeft + (index - 4) * WideButtonStep, 900, WideButtonStep - 30, ButtonHeight);
         return b;
     };
     Cmd_Add = button("Cmd_Add", QStringLiteral("INSERISCI"), 0);
@@ -347,35 +364,27 @@ void Form13::DataCombo2_Change()
 
 void Form13::DataCombo3_Change()
 {
-    Trap trap = Trap::ignoreAll();
-    const QString model = DataCombo3->Text();
-    if (model.isEmpty())
-        return;
-    store::Recordset rs;
-    trap.step([&] {
-        rs.Open(QStringLiteral("SELECT * From Tbl_Macchina Where Modello = '") + vb::DoubledQuotes(model)
-            + QStringLiteral("'"));
-    });
-    trap.step([&] {
-        if (!rs.Eof())
-            ID_MOD->setText(rs.Fields(QStringLiteral("ID_MODELLO")).Value());
-    });
+    keyOfName(DataCombo3->Text(), QStringLiteral("SELECT * From Tbl_Macchina Where Modello = '"),
+        QStringLiteral("ID_MODELLO"), ID_MOD);
 }
 
 void Form13::DataCombo4_Change()
 {
+    keyOfName(DataCombo4->Text(), QStringLiteral("SELECT * From Tbl_Maint_Tipo WHERE Maint_Tipo = '"),
+        QStringLiteral("ID_MAINT_TIPO"), ID_MAINT);
+}
+
+void Form13::keyOfName(const QString& name, const QString& select, const QString& keyColumn, vb::TextBox* key)
+{
     Trap trap = Trap::ignoreAll();
-    const QString type = DataCombo4->Text();
-    if (type.isEmpty())
+    if (name.isEmpty())
         return;
+    // A name that is no row's leaves the key as it was.
     store::Recordset rs;
-    trap.step([&] {
-        rs.Open(QStringLiteral("SELECT * From Tbl_Maint_Tipo WHERE Maint_Tipo = '") + vb::DoubledQuotes(type)
-            + QStringLiteral("'"));
-    });
+    trap.step([&] { rs.Open(select + vb::DoubledQuotes(name) + QStringLiteral("'")); });
     trap.step([&] {
         if (!rs.Eof())
-            ID_MAINT->setText(rs.Fields(QStringLiteral("ID_MAINT_TIPO")).Value());
+            key->setText(rs.Fields(keyColumn).Value());
     });
 }
 
@@ -670,12 +679,7 @@ void Form13::Cmd_Edit_Click()
                 [&] { rs.Open(QStringLiteral("Select * FROM Tbl_Certif_Proced_Manut Where ID_Assegna_M =") + id); });
             trap.step([&] { rs.Fields(QStringLiteral("ID_Assegna_M")) = id; });
             trap.step([&] { rs.Fields(QStringLiteral("Scheda")) = Scheda(m, t, machine, model, type); });
-            trap.step([&] {
-                const Variant rev = rs.Fields(QStringLiteral("Rev")).Value();
-                rs.Fields(QStringLiteral("Rev")) = rev.isNull() ? rev : Variant(rev.toLong() + 1);
-            });
-            trap.step([&] { rs.Fields(QStringLiteral("Data_Rev")) = Variant::fromDate(vb::Clock::today()); });
-            trap.step([&] { rs.UpdateBatch(); });
+            nextRevision(rs, trap);
         }
         trap.step([&] {
             run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.ID_MAINT_TIPO = ") + t
@@ -803,12 +807,7 @@ void Form13::Cmd_Inserisci_Click()
             rs.Open(
                 QStringLiteral("Select * FROM Tbl_Certif_Proced_Manut Where Scheda = '") + sheet + QStringLiteral("'"));
         });
-        trap.step([&] {
-            const Variant rev = rs.Fields(QStringLiteral("Rev")).Value();
-            rs.Fields(QStringLiteral("Rev")) = rev.isNull() ? rev : Variant(rev.toLong() + 1);
-        });
-        trap.step([&] { rs.Fields(QStringLiteral("Data_Rev")) = Variant::fromDate(vb::Clock::today()); });
-        trap.step([&] { rs.UpdateBatch(); });
+        nextRevision(rs, trap);
     }
     if (!trap.ended())
         reload(true);

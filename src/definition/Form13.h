@@ -114,6 +114,8 @@ private:
     void Fill_Steps(const QString& m, const QString& t);
     void Clear_Step_Fields();
     void Clear_Fields();
+    /// The key of a picked name: the first row of select + name (quotes doubled) + "'".
+    static void keyOfName(const QString& name, const QString& select, const QString& keyColumn, vb::TextBox* key);
     /// Tempo_Minuti of the assignment's register rows, when it has any.
     static void Update_Register_Minutes(const QString& m, const QString& t, const QString& minutes);
     /// Closes every working screen and shows this one anew; the workload line follows
