@@ -435,3 +435,32 @@ TEST_F(Form13Test, PairHandedFromTheRegisterNarrowsTheListsUntilVisualizzaTutto)
     EXPECT_EQ(f->DataGrid2->RecordCount(), 2);
     EXPECT_EQ(f->DataGrid1->RecordCount(), 0);
 }
+
+// A step's own recomputation counts the week's seconds in 16 bits: above 546 minutes a
+// week the hours read 00:00:00. Deleting a step counts them wide again.
+TEST_F(Form13Test, WeekHoursOfAStepOverflowAbove546MinutesButNotAfterADelete)
+{
+    assign(1, 1, "PRESSA", "AX100", "Settimanale");
+    step(1, 1, 0, "Pulizia", 10);
+    Form13* f = form13();
+    selectAssignment(f, 1);
+    f->DataGrid3->select(0); // Olio
+    f->Txt_Min->setText("600");
+    f->Cmd_Inserisci->click();
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(column("SELECT Tempo_Ore & '|' & Tot_Minuti_Sett & '|' & Tot_Ore_Sett FROM Tbl_Assegna_M"),
+        QStringList { "10:10:00|1.220,00|00:00:00" });
+    EXPECT_EQ(workloadLine(),
+        "Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 20:20:00 -Persone Necessarie: 1]");
+
+    f = form13();
+    selectAssignment(f, 1);
+    f->DataGrid1->click();
+    f->DataGrid1->select(0); // Pulizia, step 0
+    answerWith({ answer::Yes });
+    f->Cmd_Delete2->click();
+    boxes();
+    EXPECT_EQ(column("SELECT Titolo FROM Tbl_ProcedureM"), QStringList { "Olio" });
+    EXPECT_EQ(column("SELECT Tempo_Minuti & '|' & Tot_Minuti_Sett & '|' & Tot_Ore_Sett FROM Tbl_Assegna_M"),
+        QStringList { "600|1.200,00|20:00:00" });
+}
