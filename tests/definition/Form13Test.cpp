@@ -4,6 +4,7 @@
 // the prints and the pair handed from the register.
 #include "definition/Form13.h"
 
+#include "execution/Form7.h"
 #include "reports/ReportViewer.h"
 #include "shell/ShellFixture.h"
 
@@ -22,6 +23,7 @@ protected:
         exec("CREATE TABLE Tbl_Certif_Proced_Manut (ID_Assegna_M Integer Null,Scheda CHAR(50) NOT NULL, "
              "Data_Scheda DATE, Rev Integer Null,Data_Rev DATE)");
         // The register hands its pair through these; frmMain shows the workload line.
+        m_register = shell::ScreenRegistry::factory(QStringLiteral("Form7"));
         standIn(QStringLiteral("Form7"), QStringList { "T:ID_MOD", "T:ID_MAINT", "T:DataCombo4" });
         standIn(QStringLiteral("frmMain"), QStringList { "L:Label1" });
         shell::screens().form(QStringLiteral("frmMain"));
@@ -45,6 +47,11 @@ protected:
         reports::UnloadReport("DataReport7");
         ShellFixture::TearDown();
     }
+
+    /// The register itself in place of its stand-in.
+    void realRegister() { standIn(QStringLiteral("Form7"), m_register); }
+
+    shell::ScreenRegistry::Factory m_register;
 
     Form13* form13()
     {
@@ -463,4 +470,31 @@ TEST_F(Form13Test, WeekHoursOfAStepOverflowAbove546MinutesButNotAfterADelete)
     EXPECT_EQ(column("SELECT Titolo FROM Tbl_ProcedureM"), QStringList { "Olio" });
     EXPECT_EQ(column("SELECT Tempo_Minuti & '|' & Tot_Minuti_Sett & '|' & Tot_Ore_Sett FROM Tbl_Assegna_M"),
         QStringList { "600|1.200,00|20:00:00" });
+}
+
+TEST_F(Form13Test, RegisterShowsTheProcedureOfItsSelectedRow)
+{
+    realRegister();
+    assign(1, 2, "PRESSA", "AX100", "Mensile");
+    assign(1, 1, "PRESSA", "AX100", "Settimanale");
+    step(1, 2, 1, "Olio", 60);
+    step(1, 1, 1, "Pulizia", 10);
+    exec("INSERT INTO Tbl_Maintenance (ID_MODELLO, ID_NUM, ID_MAINT_TIPO, Macchina, Modello, Numerazione, "
+         "Manutenzione_Tipo, Frequenza_Sett, Ultima, Prossima) VALUES (1, 1, 2, 'PRESSA', 'AX100', '1', 'Mensile', 4, "
+         "#11/01/2026#, #11/29/2026#)");
+    auto* register7 = shell::screens().formAs<execution::Form7>(QStringLiteral("Form7"));
+    ASSERT_NE(register7, nullptr);
+    register7->DataGrid1->select(0);
+    register7->Cmd_Vis_Procedura->click();
+    Form13* f = shell::screens().formAs<Form13>(QStringLiteral("Form13"));
+    ASSERT_NE(f, nullptr);
+    EXPECT_TRUE(f->isVisible());
+    EXPECT_EQ(f->Txt_ID_MODELLO->Text(), "1");
+    EXPECT_EQ(f->Txt_ID_MAINT_TIPO->Text(), "2");
+    EXPECT_EQ(f->DataCombo2->Text(), "PRESSA");
+    EXPECT_EQ(f->DataCombo3->Text(), "AX100");
+    EXPECT_EQ(f->DataCombo4->Text(), "Mensile");
+    EXPECT_EQ(texts(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
+    EXPECT_EQ(texts(f->DataGrid1, "Titolo"), QStringList { "Olio" });
+    EXPECT_TRUE(boxes().empty());
 }
