@@ -586,6 +586,11 @@ void Form13::Cmd_Edit_Click()
         vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), mb::Exclamation, QStringLiteral("MANCANZA DATI!!"));
         return;
     }
+    // A model or type typed by hand that names no row has no key: nothing to save.
+    if (ID_MOD->Text().isEmpty() || ID_MAINT->Text().isEmpty()) {
+        vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), mb::Exclamation, QStringLiteral("MANCANZA DATI!!"));
+        return;
+    }
     const QString machine = DataCombo2->Text();
     const QString model = DataCombo3->Text();
     const QString type = DataCombo4->Text();
@@ -657,8 +662,14 @@ void Form13::Cmd_Edit_Click()
     trap.step([&] { tOld = vb::KeyText(ID_MAINT_OLD->Text()); });
 
     if (Txt_Grid_Modello->Text().isEmpty() || Txt_Grid_Manutenzione->Text().isEmpty()) {
+        // The type of the assignment as listed, before any new pick.
+        QString listed;
+        trap.step([&] {
+            if (DataGrid2->Row() >= 0)
+                listed = DataGrid2->Columns(QStringLiteral("Manutenzione_Tipo")).Text();
+        });
         vb::MsgBox(QStringLiteral("Devi prima selezionare una delle procedure già assegnate per questa Macchina"),
-            mb::Information, QStringLiteral("SELEZIONA PROCEDURE MANUTENZIONE '") + type + QStringLiteral("'"));
+            mb::Information, QStringLiteral("SELEZIONA PROCEDURE MANUTENZIONE '") + listed + QStringLiteral("'"));
     } else {
         QString id;
         trap.step([&] { id = vb::KeyText(Txt_ID->Text()); });

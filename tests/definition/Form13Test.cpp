@@ -212,6 +212,14 @@ TEST_F(Form13Test, NewAssignmentGetsItsSheetAtRevisionZeroAndNoTwin)
     EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
     EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
 
+    // A type typed by hand that is no type's has no key: nothing is saved.
+    f->DataCombo4->typeText("Quindicinale");
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
+    EXPECT_TRUE(column("SELECT ID FROM Tbl_Assegna_M").isEmpty());
+
     f->DataCombo4->choose("Mensile");
     EXPECT_EQ(f->ID_MAINT->Text(), "2");
     f->Cmd_Edit->click();
@@ -312,7 +320,7 @@ TEST_F(Form13Test, EditMovesStepsAndRegisterRowsToTheNewTypeAndRaisesTheRevision
     f->Cmd_Edit->click();
     shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[1].title, "SELEZIONA PROCEDURE MANUTENZIONE 'Settimanale'");
+    EXPECT_EQ(shown[1].title, "SELEZIONA PROCEDURE MANUTENZIONE 'Mensile'") << "the type as listed";
     EXPECT_EQ(shown[1].prompt, "Devi prima selezionare una delle procedure già assegnate per questa Macchina");
     EXPECT_EQ(shown[1].buttons, vb::mb::Information);
     EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_Assegna_M"), QStringList { "2" });
