@@ -120,8 +120,8 @@ TEST_F(ShellFixture, DriverValueForms)
     EXPECT_EQ(run(QStringLiteral("get frmMain.Label2.NoSuchProperty"))[QStringLiteral("error")][QStringLiteral("number")]
                   .toInt(),
               438);
-    EXPECT_EQ(run(QStringLiteral("get Form9.Visible"))[QStringLiteral("value")].toBool(), false);
-    EXPECT_TRUE(run(QStringLiteral("show Form9"))[QStringLiteral("ok")].toBool()); // inert: nothing happens
+    EXPECT_EQ(run(QStringLiteral("get Form12.Visible"))[QStringLiteral("value")].toBool(), false);
+    EXPECT_TRUE(run(QStringLiteral("show Form12"))[QStringLiteral("ok")].toBool()); // inert: nothing happens
 }
 
 // A command that opens a modal screen is answered once the screen waits; the next commands

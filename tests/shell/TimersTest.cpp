@@ -90,9 +90,9 @@ TEST_F(TimersTest, TicksLoadTheWatchedScreensHidden)
     main->Timer4->tick();
     EXPECT_TRUE(screens().isLoaded(QStringLiteral("Form7")));
 
-    EXPECT_EQ(screens().control(QStringLiteral("Form9"), QStringLiteral("Label2")), nullptr);
-    screens().show(QStringLiteral("Form9"));
-    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form9")));
+    EXPECT_EQ(screens().control(QStringLiteral("Form12"), QStringLiteral("Label2")), nullptr);
+    screens().show(QStringLiteral("Form12"));
+    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form12")));
 }
 
 TEST_F(TimersTest, ClockLineAndOverdueFlash)

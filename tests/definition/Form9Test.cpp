@@ -1,0 +1,431 @@
+// The general procedures: the models and their steps, the register's preselected model,
+// a model's insert and its change of key carried to steps, assignments and assigned steps,
+// the step's insert and edit followed by the assigned steps, the copy of a step onto
+// another model, the deletes, the searches, the print and the menu's road.
+#include "definition/Form9.h"
+
+#include "reports/ReportViewer.h"
+#include "shell/ShellFixture.h"
+
+#include "support/InProcessDrive.h"
+
+using definition::Form9;
+
+namespace {
+
+class Form9Test : public ShellFixture
+{
+protected:
+    void SetUp() override
+    {
+        ShellFixture::SetUp();
+        // Models 1 PRESSA AX100, 2 PRESSA P9, 3 TORNIO T200; a model without a kind.
+        for (const char* row : { "'PRESSA', 'AX100'", "'PRESSA', 'P9'", "'TORNIO', 'T200'", "'', 'X'" })
+            exec(QStringLiteral("INSERT INTO Tbl_Macchina (Macchina, Modello) VALUES (%1)").arg(row));
+        // AX100 has three steps, T200 one; P9 is named but has none.
+        exec("INSERT INTO Tbl_Proc_General_Macc (ID_MODELLO, Macchina, Modello) VALUES (1, 'PRESSA', 'AX100')");
+        exec("INSERT INTO Tbl_Proc_General_Macc (ID_MODELLO, Macchina, Modello) VALUES (3, 'TORNIO', 'T200')");
+        exec("INSERT INTO Tbl_Proc_General_Macc (ID_MODELLO, Macchina, Modello) VALUES (2, 'PRESSA', 'P9')");
+        addStep(1, 1, "Olio", "Cambio olio", 30);
+        addStep(1, 2, "Filtri", "Pulizia filtri", 20);
+        addStep(1, 3, "Cinghie", "Tensione cinghie", 10);
+        addStep(3, 1, "Controllo dell'asse", "Verifica dell'asse", 15);
+        // The register hands no model over.
+        standIn("Form7", [](QWidget* owner) -> vb::Form* {
+            auto* f = new vb::Form(owner, QStringLiteral("Form7"));
+            new vb::TextBox(f, QStringLiteral("ID_MOD"));
+            new vb::TextBox(f, QStringLiteral("ID_MAINT"));
+            new vb::DataCombo(f, QStringLiteral("DataCombo4"));
+            return f;
+        });
+    }
+
+    void TearDown() override
+    {
+        reports::UnloadReport("DataReport6");
+        ShellFixture::TearDown();
+    }
+
+    void addStep(int model, int num, const QString& title, const QString& text, int minutes)
+    {
+        store::Recordset rs;
+        rs.Open("Select * from Tbl_Proc_General");
+        rs.AddNew();
+        rs.Fields("ID_MODELLO") = model;
+        rs.Fields("Num") = num;
+        rs.Fields("Titolo") = title;
+        rs.Fields("Procedura") = text;
+        rs.Fields("Minuti") = minutes;
+        rs.UpdateBatch();
+    }
+
+    Form9* form9() { return shell::screens().formAs<Form9>(QStringLiteral("Form9")); }
+
+    /// The screen after a reopening of its own, once the old one is gone.
+    Form9* reopened()
+    {
+        QCoreApplication::processEvents();
+        return form9();
+    }
+
+    /// Selects the model of a heading row, as a click does.
+    static void selectModel(Form9* f, const QString& model)
+    {
+        for (int r = 0; r < f->DataGrid2->RecordCount(); ++r) {
+            if (f->DataGrid2->cellText(r, "Modello") == model) {
+                f->DataGrid2->click();
+                return f->DataGrid2->select(r);
+            }
+        }
+        FAIL() << "no model " << model.toStdString();
+    }
+
+    static void selectStep(Form9* f, const QString& title)
+    {
+        for (int r = 0; r < f->DataGrid1->RecordCount(); ++r) {
+            if (f->DataGrid1->cellText(r, "Titolo") == title) {
+                f->DataGrid1->click();
+                return f->DataGrid1->select(r);
+            }
+        }
+        FAIL() << "no step " << title.toStdString();
+    }
+
+    /// One text per row: the columns joined by "|", Null as "".
+    QStringList lines(const QString& jet)
+    {
+        QStringList out;
+        for (const auto& r : rows(jet)) {
+            QStringList cells;
+            for (const auto& v : r)
+                cells << (v.isNull() ? QString() : v.toString());
+            out << cells.join('|');
+        }
+        return out;
+    }
+
+    std::vector<vb::ShownBox> boxes() { return vb::MsgBoxService::takeShown(); }
+    static void answer(std::initializer_list<int> answers) { vb::MsgBoxService::queueAnswers(answers); }
+
+    static void expectBox(const vb::ShownBox& box, const QString& title, const QString& prompt, int buttons)
+    {
+        EXPECT_EQ(box.title, title);
+        EXPECT_EQ(box.prompt, prompt);
+        EXPECT_EQ(box.buttons, buttons);
+    }
+};
+
+} // namespace
+
+TEST_F(Form9Test, ListsModelsAndStepsAndSelectsThem)
+{
+    Form9* f = form9();
+    EXPECT_EQ(f->Caption(), "PROCEDURE MANUTENZIONI");
+    ASSERT_EQ(f->DataGrid2->ColumnCount(), 4);
+    const QStringList captions { "ID", "Macchina", "Modello", "ID_MODELLO" };
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(f->DataGrid2->Columns(i).Caption(), captions[i]);
+    EXPECT_EQ(f->DataGrid2->cellText(2, "Modello"), "T200") << "by kind, then model";
+    EXPECT_EQ(f->Label2->Caption(), "N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: ]");
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 4) << "every step of every model";
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList { "PRESSA", "TORNIO" })) << "kinds once each, none empty";
+    EXPECT_FALSE(f->Cmd_Copy->isEnabled());
+    EXPECT_FALSE(f->Cmd_Paste->isEnabled());
+
+    selectModel(f, "AX100");
+    EXPECT_EQ(f->Txt_ID->Text(), "1");
+    EXPECT_EQ(f->ID_MOD->Text(), "1");
+    EXPECT_EQ(f->ID_MOD_OLD->Text(), "1");
+    EXPECT_EQ(f->DataCombo2->Text(), "PRESSA");
+    EXPECT_EQ(f->DataCombo3->Text(), "AX100");
+    EXPECT_EQ(f->DataCombo3->items(), (QStringList { "AX100", "P9" })) << "the models of the kind";
+    EXPECT_EQ(f->Label1->Caption(), "N° Procedure 3");
+    EXPECT_EQ(f->Txt_Posizione->Text(), "0");
+
+    selectModel(f, "T200");
+    EXPECT_EQ(f->ID_MOD->Text(), "3");
+    selectStep(f, "Controllo dell'asse");
+    EXPECT_EQ(f->Txt_Num_Procedura->Text(), "1");
+    EXPECT_EQ(f->Txt_Procedura->Text(), "Verifica dell'asse");
+    EXPECT_FALSE(f->Txt_ID_PROCEDURA->Text().isEmpty());
+    EXPECT_TRUE(f->Cmd_Copy->isEnabled());
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form9Test, TheRegistersModelNarrowsTheStepsAndEmptiesTheModels)
+{
+    shell::screens().control("Form7", "ID_MOD")->setVbProperty("Text", QString("1"));
+    shell::screens().control("Form7", "ID_MAINT")->setVbProperty("Text", QString("2"));
+    Form9* f = form9();
+    EXPECT_EQ(f->Txt_ID_MODELLO->Text(), "1");
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 3);
+    // The models' statement with the register's key is one bracket short: no model lists.
+    EXPECT_EQ(f->DataGrid2->RecordCount(), 0);
+    EXPECT_TRUE(f->Label2->Caption().startsWith("N° 0 Macchine"));
+
+    f->Cmd_Vis_All->click();
+    Form9* again = reopened();
+    EXPECT_EQ(shell::screens().control("Form7", "ID_MOD")->vbProperty("Text").toString(), "");
+    EXPECT_EQ(shell::screens().control("Form7", "ID_MAINT")->vbProperty("Text").toString(), "");
+    EXPECT_EQ(again->DataGrid2->RecordCount(), 3);
+    EXPECT_EQ(again->DataGrid1->RecordCount(), 4);
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form9Test, PasteGoesOnFromTheLastCountWithoutMinutes)
+{
+    Form9* f = form9();
+    selectModel(f, "T200");
+    selectStep(f, "Controllo dell'asse");
+    f->Cmd_Copy->click();
+    EXPECT_FALSE(f->Cmd_Copy->isEnabled());
+    EXPECT_EQ(f->Txt_Copy_Titolo->Text(), "Controllo dell'asse");
+    EXPECT_FALSE(f->Cmd_Paste->isEnabled()) << "only the next model's selection opens the paste";
+
+    selectModel(f, "AX100");
+    ASSERT_TRUE(f->Cmd_Paste->isEnabled());
+    f->Cmd_Paste->click();
+    EXPECT_EQ(lines("SELECT Num, Titolo, Procedura, Minuti FROM Tbl_Proc_General WHERE ID_MODELLO = 1 ORDER BY Num"),
+        (QStringList { "1|Olio|Cambio olio|30", "2|Filtri|Pulizia filtri|20", "3|Cinghie|Tensione cinghie|10",
+            "4|Controllo dell'asse|Verifica dell'asse|" }));
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 4);
+    EXPECT_EQ(f->Txt_Copy_Titolo->Text(), "");
+    EXPECT_EQ(f->Txt_Copy_Procedura->Text(), "");
+    EXPECT_FALSE(f->Cmd_Paste->isEnabled());
+
+    // Selecting another step lets go of a copy.
+    selectStep(f, "Olio");
+    f->Cmd_Copy->click();
+    selectStep(f, "Filtri");
+    selectModel(f, "T200");
+    EXPECT_FALSE(f->Cmd_Paste->isEnabled());
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form9Test, ModelInsertAndTheChangeOfKeyCarriedEverywhere)
+{
+    exec("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello) VALUES (3, 1, 'TORNIO', 'T200')");
+    exec("INSERT INTO Tbl_ProcedureM (ID_MODELLO, ID_MAINT_TIPO, Titolo) VALUES (3, 1, 'Controllo dell''asse')");
+    Form9* f = form9();
+    f->Cmd_Add->click();
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_FALSE(f->Cmd_Add->isEnabled());
+    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
+    f->Cmd_Edit->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    expectBox(shown[0], "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
+
+    f->DataCombo2->choose("PRESSA");
+    f->DataCombo3->choose("P9");
+    EXPECT_EQ(f->ID_MOD->Text(), "2");
+    f->DataCombo2->choose("TORNIO");
+    EXPECT_EQ(f->ID_MOD->Text(), "3") << "the kind's first model";
+    EXPECT_EQ(f->DataCombo3->Text(), "P9") << "the model's text stays until a model is chosen";
+    f->DataCombo3->choose("T200");
+    f->Cmd_Edit->click();
+    EXPECT_EQ(lines("SELECT ID_MODELLO, Macchina, Modello FROM Tbl_Proc_General_Macc WHERE ID > 3"),
+        QStringList { "3|TORNIO|T200" });
+    f = reopened();
+    EXPECT_EQ(f->DataGrid2->RecordCount(), 4);
+    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
+
+    // T200's heading now names P9 (key 2): steps, assignments, headings and assigned steps
+    // of key 3 follow. A No first changes nothing.
+    exec("DELETE FROM Tbl_Proc_General_Macc WHERE ID > 3");
+    f->Cmd_Aggiorna->click();
+    f = reopened();
+    selectModel(f, "T200");
+    f->DataCombo2->choose("PRESSA");
+    f->DataCombo3->choose("P9");
+    answer({ vb::answer::No });
+    f->Cmd_Edit->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    expectBox(shown[0], "Modifica Dati", "Stai per eseguire una Modifica, Vuoi Procedere??",
+        vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(lines("SELECT Modello FROM Tbl_Proc_General_Macc WHERE ID = 2"), QStringList { "T200" });
+
+    answer({ vb::answer::Yes });
+    f->Cmd_Edit->click();
+    EXPECT_EQ(boxes().size(), 1u);
+    EXPECT_EQ(lines("SELECT ID_MODELLO, Macchina, Modello FROM Tbl_Proc_General_Macc ORDER BY ID"),
+        (QStringList { "1|PRESSA|AX100", "2|PRESSA|P9", "2|PRESSA|P9" }));
+    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Titolo = 'Controllo dell''asse'"),
+        QStringList { "2" });
+    EXPECT_EQ(lines("SELECT ID_MODELLO, Macchina, Modello FROM Tbl_Assegna_M"), QStringList { "2|PRESSA|P9" });
+    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_ProcedureM"), QStringList { "2" });
+    f = reopened();
+    EXPECT_EQ(f->Txt_Posizione->Text(), "2") << "back on the row kept";
+    EXPECT_EQ(f->ID_MOD->Text(), "2");
+}
+
+TEST_F(Form9Test, AnApostropheInTheModelsNameStopsTheCascadeWithItsError)
+{
+    exec("UPDATE Tbl_Macchina SET Modello = 'P''9' WHERE ID_MODELLO = 2");
+    exec("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello) VALUES (3, 1, 'TORNIO', 'T200')");
+    Form9* f = form9();
+    selectModel(f, "T200");
+    f->DataCombo2->choose("PRESSA");
+    f->DataCombo3->choose("P'9");
+    // The model's name goes into its lookup as typed: no key is found, and the key stays
+    // the kind's first model's.
+    EXPECT_EQ(f->ID_MOD->Text(), "1");
+    f->ID_MOD->setText("2");
+    answer({ vb::answer::Yes });
+    f->Cmd_Edit->click();
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[1].buttons, vb::mb::OKOnly);
+    EXPECT_TRUE(shown[1].prompt.contains(' ')) << "number and description";
+    // The heading and the steps moved; the assignments' statement failed and ended the save.
+    EXPECT_EQ(lines("SELECT ID_MODELLO, Modello FROM Tbl_Proc_General_Macc WHERE ID = 2"), QStringList { "2|P'9" });
+    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Minuti = 15"),
+        QStringList { "2" });
+    EXPECT_EQ(lines("SELECT ID_MODELLO, Modello FROM Tbl_Assegna_M"), QStringList { "3|T200" });
+    EXPECT_EQ(form9(), f) << "not reopened";
+}
+
+TEST_F(Form9Test, StepInsertAndEditFollowedByTheAssignedSteps)
+{
+    exec("INSERT INTO Tbl_ProcedureM (ID_MODELLO, ID_MAINT_TIPO, Titolo, Procedura) VALUES (1, 1, 'Olio', 'x')");
+    exec("INSERT INTO Tbl_ProcedureM (ID_MODELLO, ID_MAINT_TIPO, Titolo, Procedura) VALUES (3, 1, 'Olio', 'y')");
+    Form9* f = form9();
+    f->Cmd_Add2->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    expectBox(shown[0], "SELEZIONA MANUTENZIONE", "Non hai selezionato nessuna Manutenzione", vb::mb::Exclamation);
+
+    selectModel(f, "AX100");
+    f->Cmd_Add2->click();
+    EXPECT_EQ(f->Txt_Num_Procedura->Text(), "4");
+    EXPECT_EQ(f->Cmd_Edit2->Caption(), "SALVA");
+    EXPECT_FALSE(f->Cmd_Add2->isEnabled());
+    f->Txt_Titolo->setText("Livello dell'olio");
+    f->Cmd_Edit2->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    expectBox(shown[0], "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
+    f->Txt_Procedura->setText("Rabbocco all'occorrenza");
+    f->Cmd_Edit2->click();
+    EXPECT_EQ(lines("SELECT Num, Titolo, Procedura, Minuti FROM Tbl_Proc_General WHERE ID_MODELLO = 1 AND Num = 4"),
+        QStringList { "4|Livello dell'olio|Rabbocco all'occorrenza|" });
+    f = reopened();
+    EXPECT_EQ(f->Cmd_Edit2->Caption(), "MODIFICA");
+    EXPECT_EQ(f->ID_MOD->Text(), "1") << "back on the model kept";
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 4);
+    selectModel(f, "P9");
+    f->Cmd_Add2->click();
+    EXPECT_EQ(f->Txt_Num_Procedura->Text(), "1") << "an empty list starts at 1";
+
+    // An edit reaches the assigned steps of the model by their old title, quotes doubled.
+    selectModel(f, "AX100");
+    selectStep(f, "Olio");
+    f->Txt_Titolo->setText("Olio dell'impianto");
+    f->Txt_Procedura->setText("Cambio dell'olio");
+    answer({ vb::answer::Yes });
+    f->Cmd_Edit2->click();
+    EXPECT_EQ(boxes().size(), 1u);
+    EXPECT_EQ(lines("SELECT ID_MODELLO, Titolo, Procedura FROM Tbl_ProcedureM ORDER BY ID_MODELLO"),
+        (QStringList { "1|Olio dell'impianto|Cambio dell'olio", "3|Olio|y" }));
+    EXPECT_EQ(lines("SELECT Titolo FROM Tbl_Proc_General WHERE ID_MODELLO = 1 AND Num = 1"),
+        QStringList { "Olio dell'impianto" });
+}
+
+TEST_F(Form9Test, DeletesAskFirstAndNeedASelection)
+{
+    Form9* f = form9();
+    f->Cmd_Delete->click();
+    f->Cmd_Delete2->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    expectBox(shown[0], "NESSUNA MANUTENZIONE SELEZIONATA", "Non è stato selezionato nessun dato!",
+        vb::mb::Exclamation);
+    expectBox(shown[1], "NESSUNA PROCEDURA SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
+
+    selectModel(f, "AX100");
+    selectStep(f, "Filtri");
+    answer({ vb::answer::No, vb::answer::Yes });
+    f->Cmd_Delete2->click();
+    f->Cmd_Delete2->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    expectBox(shown[0], "Eliminazione Procedura", "Vuoi Veramente eliminare la Procedura selezionata?",
+        vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(lines("SELECT Titolo FROM Tbl_Proc_General WHERE ID_MODELLO = 1 ORDER BY Num"),
+        (QStringList { "Olio", "Cinghie" }));
+
+    f = reopened();
+    selectModel(f, "AX100");
+    answer({ vb::answer::Yes });
+    f->Cmd_Delete->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    expectBox(shown[0], "Eliminazione Manutenzione e Procedure",
+        "Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?",
+        vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(lines("SELECT Modello FROM Tbl_Proc_General_Macc ORDER BY ID"), (QStringList { "T200", "P9" }));
+    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General"), QStringList { "3" });
+    EXPECT_EQ(reopened()->DataGrid2->RecordCount(), 2);
+}
+
+TEST_F(Form9Test, SearchesNarrowBothListsAndClearEachOther)
+{
+    Form9* f = form9();
+    f->Txt_Search_Macc->typeText("tor");
+    EXPECT_EQ(f->DataGrid2->RecordCount(), 1);
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 1);
+    EXPECT_TRUE(f->Label2->Caption().startsWith("N° 1 Macchine"));
+    // The first key in the other field empties the kind's search, whose change empties the
+    // model's search in turn: that key is lost and both lists come back whole.
+    f->Txt_Search_Modello->typeText("9");
+    EXPECT_EQ(f->Txt_Search_Macc->Text(), "");
+    EXPECT_EQ(f->Txt_Search_Modello->Text(), "");
+    EXPECT_EQ(f->DataGrid2->RecordCount(), 3);
+    f->Txt_Search_Modello->typeText("9");
+    EXPECT_EQ(f->DataGrid2->RecordCount(), 1) << "a model name containing the text";
+    EXPECT_EQ(f->DataGrid1->RecordCount(), 0) << "steps by a model name starting with it";
+    f->Txt_Search_Modello->setText(QString());
+    f->Txt_Search_Modello->typeText("d'");
+    EXPECT_EQ(f->DataGrid2->RecordCount(), 0);
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form9Test, PrintsTheGeneralProceduresOfTheSelectedModel)
+{
+    start(); // the main screen hosts the previews
+    boxes();
+    Form9* f = form9();
+    f->Cmd_Print->click();
+    selectModel(f, "P9");
+    f->Cmd_Print->click();
+    auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    expectBox(shown[0], "MANCANZA DATI", "Non hai selezionato nessun dato!", vb::mb::Exclamation);
+    expectBox(shown[1], "MANCANZA DATI!", "Non c'è nessuna Procedura di Manutenzione!", vb::mb::Information);
+    EXPECT_FALSE(reports::IsReportLoaded("DataReport6"));
+
+    selectModel(f, "AX100");
+    f->Cmd_Print->click();
+    QStringList t;
+    if (const auto r = reports::LaidOutPages("DataReport6"))
+        for (const auto& page : r->pages)
+            for (const auto& p : page)
+                t << p.text;
+    EXPECT_TRUE(t.contains("PROCEDURE MANUTENZIONE GENERALE") || t.contains("AX100"));
+    EXPECT_TRUE(t.contains("AX100"));
+    EXPECT_TRUE(t.contains("Pulizia filtri"));
+    EXPECT_FALSE(t.contains("Verifica dell'asse")) << "another model's steps";
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(Form9Test, TheMenuEntryOpensTheScreen)
+{
+    InProcessDrive drive;
+    drive("start");
+    drive("click frmMain.lblWrite_Manut");
+    EXPECT_EQ(drive("get Form9.Caption").toString(), "PROCEDURE MANUTENZIONI");
+    EXPECT_TRUE(drive("get Form9.Visible").toBool());
+    drive("select Form9.DataGrid2 0");
+    EXPECT_EQ(drive("get Form9.Label1.Caption").toString(), "N° Procedure 3");
+}
