@@ -44,18 +44,14 @@ constexpr int StepFieldsTop = 4440;
 constexpr int StepButtonsLeft = 6060;
 constexpr int StepButtonWidth = 1500;
 
-const QString ModelColumns = QStringLiteral(
-    "SELECT Tbl_Proc_General_Macc.ID, Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
-    "Tbl_Proc_General_Macc.ID_MODELLO From Tbl_Proc_General_Macc ");
-const QString StepColumns = QStringLiteral(
-    "SELECT Tbl_Proc_General.ID_Procedura, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, Tbl_Proc_General.Num, "
-    "Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM Tbl_Macchina INNER JOIN  Tbl_Proc_General ON "
-    "Tbl_Macchina.ID_MODELLO = Tbl_Proc_General.ID_MODELLO");
-
 /// The steps of one model, by number.
 QString stepsOf(const QString& id)
 {
-    return StepColumns + QStringLiteral(" WHERE Tbl_Proc_General.ID_MODELLO =") + id + QStringLiteral("  Order by Num");
+    return QStringLiteral("SELECT Tbl_Proc_General.ID_Procedura, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
+                          "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM "
+                          "Tbl_Macchina INNER JOIN  Tbl_Proc_General ON Tbl_Macchina.ID_MODELLO = "
+                          "Tbl_Proc_General.ID_MODELLO WHERE Tbl_Proc_General.ID_MODELLO =")
+        + id + QStringLiteral("  Order by Num");
 }
 
 /// The grids' columns by position: width (twips) and caption.
@@ -249,8 +245,8 @@ void Form9::Form_Load()
     trap.step([&] { centre(); });
     trap.step([&] {
         Adodc2->setRecordSource(QStringLiteral("SELECT Tbl_Macchina.Macchina From Tbl_Macchina GROUP BY "
-                                               "Tbl_Macchina.Macchina ")
-            + QStringLiteral("HAVING (((Tbl_Macchina.Macchina)<>''));"));
+                                               "Tbl_Macchina.Macchina "
+                                               "HAVING (((Tbl_Macchina.Macchina)<>''));"));
         Adodc2->Refresh();
         DataCombo2->bind(Adodc2, QStringLiteral("Macchina"));
     });
@@ -266,9 +262,14 @@ void Form9::Fill_Models()
     trap.step([&] { Txt_ID_MODELLO->setText(textOf(QStringLiteral("Form7"), QStringLiteral("ID_MOD"))); });
     trap.step([&] {
         if (Txt_ID_MODELLO->Text().isEmpty())
-            Adodc5->setRecordSource(ModelColumns + QStringLiteral("Order by Macchina, Modello"));
+            Adodc5->setRecordSource(QStringLiteral(
+                "SELECT Tbl_Proc_General_Macc.ID, Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+                "Tbl_Proc_General_Macc.ID_MODELLO From Tbl_Proc_General_Macc Order by Macchina, Modello"));
         else
-            Adodc5->setRecordSource(ModelColumns + QStringLiteral("WHERE (((Tbl_Proc_General_Macc.ID_MODELLO)= ")
+            Adodc5->setRecordSource(
+                QStringLiteral("SELECT Tbl_Proc_General_Macc.ID, Tbl_Proc_General_Macc.Macchina, "
+                               "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General_Macc.ID_MODELLO From "
+                               "Tbl_Proc_General_Macc WHERE (((Tbl_Proc_General_Macc.ID_MODELLO)= ")
                 + vb::KeyText(Txt_ID_MODELLO->Text()) + QStringLiteral(") Order by Macchina, Modello ;"));
         Adodc5->Refresh();
     });
@@ -281,7 +282,11 @@ void Form9::Fill_Steps()
     trap.step([&] { Txt_ID_MODELLO->setText(textOf(QStringLiteral("Form7"), QStringLiteral("ID_MOD"))); });
     trap.step([&] {
         if (Txt_ID_MODELLO->Text().isEmpty())
-            Adodc1->setRecordSource(StepColumns + QStringLiteral("  Order by Num"));
+            Adodc1->setRecordSource(
+                QStringLiteral("SELECT Tbl_Proc_General.ID_Procedura, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
+                               "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM "
+                               "Tbl_Macchina INNER JOIN  Tbl_Proc_General ON Tbl_Macchina.ID_MODELLO = "
+                               "Tbl_Proc_General.ID_MODELLO  Order by Num"));
         else
             Adodc1->setRecordSource(stepsOf(vb::KeyText(Txt_ID_MODELLO->Text())));
         Adodc1->Refresh();
@@ -372,9 +377,9 @@ void Form9::DataCombo2_Change()
     trap.step([&] {
         Adodc3->setRecordSource(
             QStringLiteral("SELECT Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello From "
-                           "Tbl_Macchina ")
-            + QStringLiteral("GROUP BY Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello Having "
-                             "(((Tbl_Macchina.Macchina) = '")
+                           "Tbl_Macchina "
+                           "GROUP BY Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello Having "
+                           "(((Tbl_Macchina.Macchina) = '")
             + vb::DoubledQuotes(kind) + QStringLiteral("'))ORDER BY Tbl_Macchina.Modello;"));
         Adodc3->Refresh();
     });
@@ -392,31 +397,27 @@ void Form9::DataCombo3_Change()
     // The model's name goes in as typed: a name with an apostrophe finds no key.
     trap.step([&] {
         store::Recordset rs;
-        rs.Open(QStringLiteral("SELECT Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello ")
-            + QStringLiteral("From Tbl_Macchina Where (((Tbl_Macchina.Modello) = '") + DataCombo3->Text()
-            + QStringLiteral("')) ") + QStringLiteral("ORDER BY Tbl_Macchina.Modello; "));
+        rs.Open(QStringLiteral("SELECT Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello "
+                               "From Tbl_Macchina Where (((Tbl_Macchina.Modello) = '")
+            + DataCombo3->Text()
+            + QStringLiteral("')) "
+                             "ORDER BY Tbl_Macchina.Modello; "));
         ID_MOD->setText(rs.Fields(QStringLiteral("ID_MODELLO")).Value());
     });
 }
 
 // ---- searches ---------------------------------------------------------------------------
 
-void Form9::search(const QString& column, const QString& text)
+void Form9::search(const QString& steps, const QString& models, const QString& text)
 {
     Trap trap = Trap::ignoreAll();
     const QString typed = vb::DoubledQuotes(text);
     trap.step([&] {
-        Adodc1->setRecordSource(
-            QStringLiteral("SELECT Tbl_Proc_General.ID_Procedura, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
-                           "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM "
-                           "Tbl_Macchina INNER JOIN Tbl_Proc_General ON Tbl_Macchina.ID_MODELLO = "
-                           "Tbl_Proc_General.ID_MODELLO WHERE (((Tbl_Macchina.")
-            + column + QStringLiteral(") Like '") + typed + QStringLiteral("%'))ORDER BY Tbl_Proc_General.Num;"));
+        Adodc1->setRecordSource(steps + typed + QStringLiteral("%'))ORDER BY Tbl_Proc_General.Num;"));
         Adodc1->Refresh();
     });
     trap.step([&] {
-        Adodc5->setRecordSource(ModelColumns + QStringLiteral("WHERE (((Tbl_Proc_General_Macc.") + column
-            + QStringLiteral(") Like '%") + typed + QStringLiteral("%')) Order by Macchina,Modello;"));
+        Adodc5->setRecordSource(models + typed + QStringLiteral("%')) Order by Macchina,Modello;"));
         Adodc5->Refresh();
     });
     trap.step([&] { Format_Steps(); });
@@ -425,12 +426,26 @@ void Form9::search(const QString& column, const QString& text)
 
 void Form9::Txt_Search_Macc_KeyUp()
 {
-    search(QStringLiteral("Macchina"), Txt_Search_Macc->Text());
+    search(QStringLiteral("SELECT Tbl_Proc_General.ID_Procedura, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
+                          "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM "
+                          "Tbl_Macchina INNER JOIN Tbl_Proc_General ON Tbl_Macchina.ID_MODELLO = "
+                          "Tbl_Proc_General.ID_MODELLO WHERE (((Tbl_Macchina.Macchina) Like '"),
+        QStringLiteral("SELECT Tbl_Proc_General_Macc.ID, Tbl_Proc_General_Macc.Macchina, "
+                       "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General_Macc.ID_MODELLO From Tbl_Proc_General_Macc "
+                       "WHERE (((Tbl_Proc_General_Macc.Macchina) Like '%"),
+        Txt_Search_Macc->Text());
 }
 
 void Form9::Txt_Search_Modello_KeyUp()
 {
-    search(QStringLiteral("Modello"), Txt_Search_Modello->Text());
+    search(QStringLiteral("SELECT Tbl_Proc_General.ID_Procedura, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
+                          "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM "
+                          "Tbl_Macchina INNER JOIN Tbl_Proc_General ON Tbl_Macchina.ID_MODELLO = "
+                          "Tbl_Proc_General.ID_MODELLO WHERE (((Tbl_Macchina.Modello) Like '"),
+        QStringLiteral("SELECT Tbl_Proc_General_Macc.ID, Tbl_Proc_General_Macc.Macchina, "
+                       "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General_Macc.ID_MODELLO From Tbl_Proc_General_Macc "
+                       "WHERE (((Tbl_Proc_General_Macc.Modello) Like '%"),
+        Txt_Search_Modello->Text());
 }
 
 // ---- the model --------------------------------------------------------------------------

@@ -97,8 +97,9 @@ public:
 private:
     void buildControls();
     void connectEvents();
-    /// Both lists narrowed by kind or by model as the user types.
-    void search(const QString& column, const QString& text);
+    /// Both lists narrowed by kind or by model as the user types: each statement up to
+    /// the text typed, which goes in with its quotes doubled.
+    void search(const QString& steps, const QString& models, const QString& text);
     /// Unloads the screen and shows it again; with backToRow the new screen's model list
     /// goes to the row this one kept, when that row exists.
     Form9* reopen(bool backToRow);
