@@ -277,7 +277,7 @@ TEST_F(Form9Test, AnApostropheInTheModelsNameStopsTheCascadeWithItsError)
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_EQ(shown[1].buttons, vb::mb::OKOnly);
-    EXPECT_TRUE(shown[1].prompt.contains(' ')) << "number and description";
+    EXPECT_TRUE(shown[1].prompt.startsWith("-2147217900 ")) << shown[1].prompt.toStdString();
     // The heading and the steps moved; the assignments' statement failed and ended the save.
     EXPECT_EQ(lines("SELECT ID_MODELLO, Modello FROM Tbl_Proc_General_Macc WHERE ID = 2"), QStringList { "2|P'9" });
     EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Minuti = 15"),
@@ -428,4 +428,24 @@ TEST_F(Form9Test, TheMenuEntryOpensTheScreen)
     EXPECT_TRUE(drive("get Form9.Visible").toBool());
     drive("select Form9.DataGrid2 0");
     EXPECT_EQ(drive("get Form9.Label1.Caption").toString(), "N° Procedure 3");
+}
+
+TEST_F(Form9Test, AStepWhoseOldTitleHasAnApostropheLeavesTheAssignedStepsBehind)
+{
+    exec("INSERT INTO Tbl_ProcedureM (ID_MODELLO, ID_MAINT_TIPO, Titolo, Procedura) "
+         "VALUES (3, 1, 'Controllo dell''asse', 'z')");
+    Form9* f = form9();
+    selectModel(f, "T200");
+    selectStep(f, "Controllo dell'asse");
+    f->Txt_Titolo->setText("Asse");
+    answer({ vb::answer::Yes });
+    f->Cmd_Edit2->click();
+    // The new title and text go in with their quotes doubled, the old title as it is: the
+    // statement breaks, its error is shown, and the save ends there.
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_TRUE(shown[1].prompt.startsWith("-2147217900 ")) << shown[1].prompt.toStdString();
+    EXPECT_EQ(lines("SELECT Titolo FROM Tbl_Proc_General WHERE ID_MODELLO = 3"), QStringList { "Asse" });
+    EXPECT_EQ(lines("SELECT Titolo FROM Tbl_ProcedureM"), QStringList { "Controllo dell'asse" });
+    EXPECT_EQ(form9(), f) << "not reopened";
 }
