@@ -472,6 +472,11 @@ void Form9::Cmd_Edit_Click()
         vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), mb::Exclamation, QStringLiteral("MANCANZA DATI!!"));
         return;
     }
+    // A model typed by hand that names no row has no key: nothing to save.
+    if (ID_MOD->Text().isEmpty()) {
+        vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), mb::Exclamation, QStringLiteral("MANCANZA DATI!!"));
+        return;
+    }
     auto writeModel = [&](store::Recordset& rs) {
         trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
         trap.step([&] { rs.Fields(QStringLiteral("Macchina")) = DataCombo2->Text(); });
@@ -625,6 +630,12 @@ void Form9::Cmd_Edit2_Click()
     Trap trap = saveTrap();
     if (Txt_Titolo->Text().isEmpty() || Txt_Procedura->Text().isEmpty() || Txt_Num_Procedura->Text().isEmpty()) {
         vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), mb::Exclamation, QStringLiteral("MANCANZA DATI!!"));
+        return;
+    }
+    // The step's number orders the sheet: a number it must be, or nothing is saved.
+    if (!vb::IsNumeric(Variant(Txt_Num_Procedura->Text()))) {
+        vb::MsgBox(QStringLiteral("Il N° della Procedura deve essere un numero!"), mb::Exclamation,
+            QStringLiteral("DATO NON VALIDO"));
         return;
     }
     auto writeStep = [&](store::Recordset& rs) {

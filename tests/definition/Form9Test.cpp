@@ -212,9 +212,15 @@ TEST_F(Form9Test, ModelInsertAndTheChangeOfKeyCarriedEverywhere)
     EXPECT_FALSE(f->Cmd_Add->isEnabled());
     EXPECT_FALSE(f->Cmd_Delete->isEnabled());
     f->Cmd_Edit->click();
+    // A kind and model typed by hand name no model: no key, nothing saved.
+    f->DataCombo2->typeText("FRESA");
+    f->DataCombo3->typeText("F1");
+    f->Cmd_Edit->click();
     auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
+    ASSERT_EQ(shown.size(), 2u);
     expectBox(shown[0], "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
+    expectBox(shown[1], "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
+    EXPECT_EQ(rows("SELECT * FROM Tbl_Proc_General_Macc").size(), 3u);
 
     f->DataCombo2->choose("PRESSA");
     f->DataCombo3->choose("P9");
@@ -307,6 +313,13 @@ TEST_F(Form9Test, StepInsertAndEditFollowedByTheAssignedSteps)
     ASSERT_EQ(shown.size(), 1u);
     expectBox(shown[0], "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
     f->Txt_Procedura->setText("Rabbocco all'occorrenza");
+    f->Txt_Num_Procedura->setText("4a");
+    f->Cmd_Edit2->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    expectBox(shown[0], "DATO NON VALIDO", "Il N° della Procedura deve essere un numero!", vb::mb::Exclamation);
+    EXPECT_EQ(lines("SELECT Num FROM Tbl_Proc_General WHERE ID_MODELLO = 1"), (QStringList { "1", "2", "3" }));
+    f->Txt_Num_Procedura->setText("4");
     f->Cmd_Edit2->click();
     EXPECT_EQ(lines("SELECT Num, Titolo, Procedura, Minuti FROM Tbl_Proc_General WHERE ID_MODELLO = 1 AND Num = 4"),
         QStringList { "4|Livello dell'olio|Rabbocco all'occorrenza|" });
