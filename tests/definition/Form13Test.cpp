@@ -425,6 +425,16 @@ TEST_F(Form13Test, PrintsNeedAnAssignmentWithASheet)
     EXPECT_TRUE(procedures.contains("Olio"));
     EXPECT_TRUE(boxes().empty());
 
+    // A key that is no model's number: nothing to print.
+    f->ID_MOD->setText("0");
+    f->Cmd_Print_Rapporto->click();
+    shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title, "MANCANZA DATI!");
+    EXPECT_EQ(shown[0].prompt, "Non c'è nessuna Procedura di Manutenzione!");
+    EXPECT_EQ(shown[0].buttons, vb::mb::Information);
+    f->ID_MOD->setText("1");
+
     // Without its sheet row the assignment drops out of the print.
     exec("DELETE FROM Tbl_Certif_Proced_Manut");
     f->Cmd_Print->click();
@@ -505,4 +515,20 @@ TEST_F(Form13Test, RegisterShowsTheProcedureOfItsSelectedRow)
     EXPECT_EQ(texts(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
     EXPECT_EQ(texts(f->DataGrid1, "Titolo"), QStringList { "Olio" });
     EXPECT_TRUE(boxes().empty());
+}
+
+// A step typed without an assignment behind it has no keys: the plain error box, and no
+// step is written.
+TEST_F(Form13Test, StepWithoutAnAssignmentStopsAtTheErrorBox)
+{
+    Form13* f = form13();
+    f->Txt_Titolo->setText("Olio");
+    f->Txt_Procedura->setText("Cambio olio");
+    f->Txt_Min->setText("30");
+    f->Cmd_Inserisci->click();
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_TRUE(shown[0].prompt.startsWith("13 ")) << qPrintable(shown[0].prompt);
+    EXPECT_TRUE(column("SELECT ID_Procedura FROM Tbl_ProcedureM").isEmpty());
+    EXPECT_TRUE(shell::screens().isLoaded("Form13"));
 }
