@@ -3,6 +3,7 @@
 // the step's insert and edit followed by the assigned steps, the copy of a step onto
 // another model, the deletes, the searches, the print and the menu's road.
 #include "definition/Form9.h"
+#include "definition/Workload.h"
 
 #include "reports/ReportViewer.h"
 #include "shell/ShellFixture.h"
@@ -461,4 +462,20 @@ TEST_F(Form9Test, AStepWhoseOldTitleHasAnApostropheLeavesTheAssignedStepsBehind)
     EXPECT_EQ(lines("SELECT Titolo FROM Tbl_Proc_General WHERE ID_MODELLO = 3"), QStringList { "Asse" });
     EXPECT_EQ(lines("SELECT Titolo FROM Tbl_ProcedureM"), QStringList { "Controllo dell'asse" });
     EXPECT_EQ(form9(), f) << "not reopened";
+}
+
+TEST_F(Form9Test, TheWorkloadLineCountsTheModelsListed)
+{
+    exec("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Tot_Minuti_Sett) VALUES (1, 1, '1200')");
+    exec("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Tot_Minuti_Sett) VALUES (3, 1, '1800')");
+    Form9* f = form9();
+    // 3000 minutes: 50 hours are no time of day and read 00:00:00; 1,25 people show as 1,3.
+    EXPECT_EQ(f->Label2->Caption(),
+        "N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: 1,3]");
+    f->Txt_Search_Macc->typeText("TOR");
+    EXPECT_EQ(f->Label2->Caption(),
+        "N° 1 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: 1,3]");
+    exec("DELETE FROM Tbl_Assegna_M WHERE ID_MODELLO = 3");
+    definition::Show_Workload_Total();
+    EXPECT_EQ(f->Label2->Caption(), "N° 1 Macchine    [-Ore Settimanali: hh:mm:ss 20:00:00 -Persone Necessarie: 1]");
 }
