@@ -7,6 +7,7 @@
 #include "execution/Form7.h"
 #include "reports/ReportViewer.h"
 #include "shell/ShellFixture.h"
+#include "support/InProcessDrive.h"
 
 using definition::Form13;
 namespace answer = vb::answer;
@@ -24,6 +25,7 @@ protected:
              "Data_Scheda DATE, Rev Integer Null,Data_Rev DATE)");
         // The register hands its pair through these; frmMain shows the workload line.
         m_register = shell::ScreenRegistry::factory(QStringLiteral("Form7"));
+        m_main = shell::ScreenRegistry::factory(QStringLiteral("frmMain"));
         standIn(QStringLiteral("Form7"), QStringList { "T:ID_MOD", "T:ID_MAINT", "T:DataCombo4" });
         standIn(QStringLiteral("frmMain"), QStringList { "L:Label1" });
         shell::screens().form(QStringLiteral("frmMain"));
@@ -51,7 +53,16 @@ protected:
     /// The register itself in place of its stand-in.
     void realRegister() { standIn(QStringLiteral("Form7"), m_register); }
 
+    /// The main screen and the register themselves, none of the stand-ins loaded.
+    void realProgram()
+    {
+        shell::screens().discardAll();
+        standIn(QStringLiteral("frmMain"), m_main);
+        realRegister();
+    }
+
     shell::ScreenRegistry::Factory m_register;
+    shell::ScreenRegistry::Factory m_main;
 
     Form13* form13()
     {
@@ -531,4 +542,25 @@ TEST_F(Form13Test, StepWithoutAnAssignmentStopsAtTheErrorBox)
     EXPECT_TRUE(shown[0].prompt.startsWith("13 ")) << qPrintable(shown[0].prompt);
     EXPECT_TRUE(column("SELECT ID_Procedura FROM Tbl_ProcedureM").isEmpty());
     EXPECT_TRUE(shell::screens().isLoaded("Form13"));
+}
+
+TEST_F(Form13Test, TheMenuEntryOpensTheScreenThroughTheDriver)
+{
+    realProgram();
+    assign(1, 2, "PRESSA", "AX100", "Mensile");
+    step(1, 2, 1, "Olio", 60);
+    InProcessDrive drive;
+    drive("start");
+    drive("click frmMain.lblAss_Manut");
+    EXPECT_EQ(drive("get Form13.Caption").toString(), "PROCEDURA MANUTENZIONI");
+    EXPECT_TRUE(drive("get Form13.Visible").toBool());
+    drive("select Form13.DataGrid2 0");
+    EXPECT_EQ(drive("get Form13.Frame2.Caption").toString(), "N° Procedure Manutenzione Mensile 1");
+    // The total shows what was stored before this selection's recomputation: nothing yet.
+    EXPECT_EQ(drive("get Form13.Txt_Tot_Min.Text").toString(), "");
+    drive("click Form13.Cmd_Aggiorna");
+    EXPECT_EQ(drive("get frmMain.Label1.Caption").toString(),
+        "Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 00:30:00 -Persone Necessarie: 1]");
+    drive("select Form13.DataGrid2 0");
+    EXPECT_EQ(drive("get Form13.Txt_Tot_Min.Text").toString(), "60");
 }
