@@ -151,7 +151,6 @@ void Form13::buildControls()
     Txt_ID_PROCEDURA_General = hidden("Txt_ID_PROCEDURA_General");
     Txt_Control_Min = hidden("Txt_Control_Min");
     Txt_Control_Min->setText(QStringLiteral("0"));
-    Txt_Posizione = hidden("Txt_Posizione");
 
     // The commands in two rows beside the pick lists.
     auto button = [this](const char* name, const QString& caption, int index) {
@@ -413,7 +412,6 @@ void Form13::DataGrid2_RowColChange()
             throw vb::VBError(err::GridDataAccess);
         id = vb::KeyText(DataGrid2->Columns(QStringLiteral("ID")).Text());
         Txt_ID->setText(id);
-        Txt_Posizione->setText(QString::number(DataGrid2->Row()));
     });
     if (id.isEmpty())
         return;

@@ -53,7 +53,6 @@ public:
     vb::TextBox* Txt_ID_PROCEDURA;
     vb::TextBox* Txt_ID_PROCEDURA_General;
     vb::TextBox* Txt_Control_Min; ///< "1" while a step waits for its minutes
-    vb::TextBox* Txt_Posizione;
 
     // ---- the lists --------------------------------------------------------------------
     vb::DataGrid* DataGrid2; ///< assignments, on Adodc5
