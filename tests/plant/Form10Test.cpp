@@ -1,14 +1,10 @@
 // The machine numbering of Form10: the three lists, insert with its contains-match refusal,
 // edit with the register's copies sought by the unit's key, delete with its two optional
-// cascades, and the roads in from the menu and from the register.
+// cascades, and the road in from the register.
 #include "shell/ShellFixture.h"
 
 #include "execution/Form7Fixture.h"
 #include "plant/Form10.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 using plant::Form10;
 namespace answer = vb::answer;
@@ -303,21 +299,16 @@ TEST_F(Form10Roads, RegisterHandsOverAModelWithoutNumbers)
     EXPECT_EQ(rows("SELECT Count(*) FROM Tbl_Numerazione WHERE ID_MODELLO = 3")[0][0].toLong(), 1);
 }
 
-TEST_F(Form10Roads, MenuEntryOpensEveryKindThroughTheDriver)
+TEST_F(Form10Roads, MenuEntryListsEveryKindThoughTheRegisterLoadsHidden)
 {
-    ASSERT_TRUE(start());
+    shell::frmMain* main = start();
+    ASSERT_TRUE(main);
     vb::MsgBoxService::takeShown();
-    shell::Driver driver;
-    auto drive = [&](const QString& line) {
-        const QJsonObject out = QJsonDocument::fromJson(driver.execute(line).toUtf8()).object();
-        EXPECT_TRUE(out.value("ok").toBool()) << line.toStdString();
-        return out.value("value");
-    };
-    drive("click frmMain.lblNum_Macc");
-    ASSERT_TRUE(drive("loaded Form10").toBool());
-    EXPECT_TRUE(drive("get Form10.Visible").toBool());
-    EXPECT_EQ(drive("get frmMain.Caption").toString(), "VELMORA <Numera Macchine>");
-    EXPECT_EQ(drive("get Form10.Label2.Caption").toString(), "3");
-    drive("select Form10.List1 1");
-    EXPECT_EQ(drive("get Form10.List2.ListCount").toInt(), 1);
+    main->control(QStringLiteral("lblNum_Macc"))->click();
+    auto* f = shell::screens().formAs<Form10>(QStringLiteral("Form10"));
+    ASSERT_TRUE(f);
+    EXPECT_TRUE(f->isVisible());
+    EXPECT_EQ(main->Caption(), "VELMORA <Numera Macchine>");
+    EXPECT_EQ(f->List1->items(), QStringList({"FRESA", "PRESSA", "TORNIO"}));
+    EXPECT_TRUE(shell::screens().isLoaded("Form7")) << "reading its field loads the register";
 }

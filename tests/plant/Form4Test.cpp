@@ -146,14 +146,6 @@ TEST_F(Form4Test, ADepartmentShowsItsModelsUnitsAndTheUnitsOfTheMachineChosen)
     EXPECT_EQ(f->Frame2->Caption(), "Conteggio Macchine: 0");
     EXPECT_EQ(f->Frame3->Caption(), "Conteggio Modelli: 0");
     EXPECT_TRUE(boxes().empty());
-
-    // Focus paints the list, the name and the search orange, leaving paints them white.
-    for (vb::Control* c : std::initializer_list<vb::Control*>{f->List1, f->TextREPARTO, f->Txt_Search}) {
-        c->focusIn();
-        EXPECT_EQ(c->BackColor(), vb::colour::Orange) << c->Name().toStdString();
-        c->focusOut();
-        EXPECT_EQ(c->BackColor(), vb::colour::White) << c->Name().toStdString();
-    }
 }
 
 TEST_F(Form4Test, InsertNeedsANameAndLetsATwinThrough)
