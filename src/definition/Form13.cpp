@@ -70,13 +70,6 @@ template <std::size_t N> void layColumns(vb::DataGrid* grid, const ColumnLayout 
     }
 }
 
-/// An action statement, run through a recordset never read.
-void run(const QString& statement)
-{
-    store::Recordset rs;
-    rs.Open(statement);
-}
-
 /// A number as VB's "&" puts it into statement text.
 QString text(const Variant& v)
 {
@@ -571,7 +564,7 @@ void Form13::Update_Register_Minutes(const QString& m, const QString& t, const Q
     });
     if (rows)
         trap.step([&] {
-            run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Tempo_Minuti = ") + minutes
+            store::Run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Tempo_Minuti = ") + minutes
                 + QStringLiteral(" Where Tbl_Maintenance.ID_MODELLO = ") + m
                 + QStringLiteral(" And Tbl_Maintenance.ID_MAINT_TIPO = ") + t);
         });
@@ -691,14 +684,14 @@ void Form13::Cmd_Edit_Click()
             nextRevision(rs, trap);
         }
         trap.step([&] {
-            run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.ID_MAINT_TIPO = ") + t
+            store::Run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.ID_MAINT_TIPO = ") + t
                 + QStringLiteral(", Tbl_ProcedureM.ID_MODELLO = ") + m
                 + QStringLiteral(" Where Tbl_ProcedureM.ID_MODELLO = ") + mOld
                 + QStringLiteral(" And Tbl_ProcedureM.ID_MAINT_TIPO = ") + tOld);
         });
         // The steps named by the selected step's model and type follow as well.
         trap.step([&] {
-            run(QStringLiteral("UPDATE Tbl_Maint_Tipo INNER JOIN (Tbl_ProcedureM INNER JOIN Tbl_Macchina ON "
+            store::Run(QStringLiteral("UPDATE Tbl_Maint_Tipo INNER JOIN (Tbl_ProcedureM INNER JOIN Tbl_Macchina ON "
                                "Tbl_ProcedureM.ID_MODELLO = Tbl_Macchina.ID_MODELLO) ON Tbl_Maint_Tipo.ID_MAINT_TIPO = "
                                "Tbl_ProcedureM.ID_MAINT_TIPO SET Tbl_ProcedureM.ID_MODELLO = ")
                 + m + QStringLiteral(", Tbl_ProcedureM.ID_MAINT_TIPO = ") + t
@@ -719,7 +712,7 @@ void Form13::Cmd_Edit_Click()
         trap.step([&] { static_cast<void>(rs.Fields(QStringLiteral("Koeff_Settimanale")).Value()); });
         trap.step([&] { name = rs.Fields(QStringLiteral("Maint_Tipo")).Value(); });
         trap.step([&] {
-            run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Tempo_Minuti = '") + text(figures.S)
+            store::Run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Tempo_Minuti = '") + text(figures.S)
                 + QStringLiteral("', Tbl_Maintenance.ID_MAINT_TIPO = ") + t
                 + QStringLiteral(", Tbl_Maintenance.Manutenzione_Tipo = '") + text(name)
                 + QStringLiteral("', Tbl_Maintenance.Frequenza_Sett = '") + text(weeks)
@@ -747,14 +740,14 @@ void Form13::Cmd_Delete_Click()
     trap.step([&] { m = vb::KeyText(ID_MOD->Text()); });
     trap.step([&] { t = vb::KeyText(ID_MAINT->Text()); });
     // The wall chart keeps the tokens of the type: the cascade stops at the register.
-    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Assegna_M WHERE ID  = ") + id); });
-    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Certif_Proced_Manut WHERE ID_Assegna_M  = ") + id); });
+    trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Assegna_M WHERE ID  = ") + id); });
+    trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Certif_Proced_Manut WHERE ID_Assegna_M  = ") + id); });
     trap.step([&] {
-        run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_MODELLO  = ") + m
+        store::Run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_MODELLO  = ") + m
             + QStringLiteral(" And ID_MAINT_TIPO = ") + t);
     });
     trap.step([&] {
-        run(QStringLiteral("Delete * from Tbl_ProcedureM WHERE ID_MODELLO  = ") + m
+        store::Run(QStringLiteral("Delete * from Tbl_ProcedureM WHERE ID_MODELLO  = ") + m
             + QStringLiteral(" And ID_MAINT_TIPO = ") + t);
     });
     trap.step([&] { Clear_Fields(); });
@@ -838,7 +831,7 @@ void Form13::Cmd_Delete2_Click()
     trap.step([&] { id = vb::KeyText(Txt_ID_PROCEDURA->Text()); });
     trap.step([&] { m = vb::KeyText(ID_MOD->Text()); });
     trap.step([&] { t = vb::KeyText(ID_MAINT->Text()); });
-    trap.step([&] { run(QStringLiteral("Delete * from Tbl_ProcedureM WHERE ID_Procedura  = ") + id); });
+    trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_ProcedureM WHERE ID_Procedura  = ") + id); });
     WorkloadFigures figures;
     trap.step([&] { figures = Recompute_Workload(Variant(m), Variant(t)); });
     if (figures.found)

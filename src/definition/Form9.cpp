@@ -79,13 +79,6 @@ void formatGrid(vb::DataGrid* grid, const ColumnLayout (&columns)[N])
     }
 }
 
-/// An action statement, run as the program ran them: through a recordset never read.
-void run(const QString& statement)
-{
-    store::Recordset rs;
-    rs.Open(statement);
-}
-
 /// The text of a control of another screen (loading that screen hidden when needed).
 QString textOf(const QString& screen, const QString& name)
 {
@@ -519,22 +512,22 @@ void Form9::Cmd_Edit_Click()
     const QString machine = DataCombo2->Text();
     const QString model = DataCombo3->Text();
     trap.step([&] {
-        run(QStringLiteral("UPDATE Tbl_Proc_General SET Tbl_Proc_General.ID_MODELLO = ") + now
+        store::Run(QStringLiteral("UPDATE Tbl_Proc_General SET Tbl_Proc_General.ID_MODELLO = ") + now
             + QStringLiteral(" Where Tbl_Proc_General.ID_MODELLO = ") + old);
     });
     trap.step([&] {
-        run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.ID_MODELLO = ") + now
+        store::Run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.ID_MODELLO = ") + now
             + QStringLiteral(", Tbl_Assegna_M.Macchina = '") + machine + QStringLiteral("' ,Tbl_Assegna_M.Modello= '")
             + model + QStringLiteral("' Where Tbl_Assegna_M.ID_MODELLO = ") + old);
     });
     trap.step([&] {
-        run(QStringLiteral("UPDATE Tbl_Proc_General_Macc SET Tbl_Proc_General_Macc.ID_MODELLO = ") + now
+        store::Run(QStringLiteral("UPDATE Tbl_Proc_General_Macc SET Tbl_Proc_General_Macc.ID_MODELLO = ") + now
             + QStringLiteral(", Tbl_Proc_General_Macc.Macchina = '") + machine
             + QStringLiteral("' ,Tbl_Proc_General_Macc.Modello= '") + model
             + QStringLiteral("' Where Tbl_Proc_General_Macc.ID_MODELLO = ") + old);
     });
     trap.step([&] {
-        run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.ID_MODELLO = ") + now
+        store::Run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.ID_MODELLO = ") + now
             + QStringLiteral(" Where Tbl_ProcedureM.ID_MODELLO = ") + old);
     });
     trap.step([&] { reopen(true); });
@@ -554,10 +547,10 @@ void Form9::Cmd_Delete_Click()
         return;
     // The model's heading by its own key, its steps by the model's key.
     trap.step([&] {
-        run(QStringLiteral("Delete * from Tbl_Proc_General_Macc WHERE ID  = ") + vb::KeyText(Txt_ID->Text()));
+        store::Run(QStringLiteral("Delete * from Tbl_Proc_General_Macc WHERE ID  = ") + vb::KeyText(Txt_ID->Text()));
     });
     trap.step([&] {
-        run(QStringLiteral("Delete * from Tbl_Proc_General WHERE ID_MODELLO  = ") + vb::KeyText(ID_MOD->Text()));
+        store::Run(QStringLiteral("Delete * from Tbl_Proc_General WHERE ID_MODELLO  = ") + vb::KeyText(ID_MOD->Text()));
     });
     trap.step([&] { reopen(false); });
 }
@@ -693,7 +686,7 @@ void Form9::Cmd_Edit2_Click()
     });
     // The assigned copies of the step follow it by their old title.
     trap.step([&] {
-        run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.Titolo = '")
+        store::Run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.Titolo = '")
             + vb::DoubledQuotes(Txt_Titolo->Text()) + QStringLiteral("', Tbl_ProcedureM.Procedura= '")
             + vb::DoubledQuotes(Txt_Procedura->Text()) + QStringLiteral("' Where Tbl_ProcedureM.ID_MODELLO = ")
             + vb::KeyText(ID_MOD_OLD->Text()) + QStringLiteral(" and Tbl_ProcedureM.Titolo= '") + oldTitle
@@ -715,7 +708,7 @@ void Form9::Cmd_Delete2_Click()
         != vb::answer::Yes)
         return;
     trap.step([&] {
-        run(QStringLiteral("Delete * from Tbl_Proc_General WHERE ID_PROCEDURA  = ")
+        store::Run(QStringLiteral("Delete * from Tbl_Proc_General WHERE ID_PROCEDURA  = ")
             + vb::KeyText(Txt_ID_PROCEDURA->Text()));
     });
     trap.step([&] { reopen(false); });

@@ -40,12 +40,6 @@ Variant times(const Variant& a, const Variant& b)
     return Variant((a.isEmpty() ? 0.0 : a.toDouble()) * (b.isEmpty() ? 0.0 : b.toDouble()));
 }
 
-void run(const QString& sql)
-{
-    store::Recordset rs;
-    rs.Open(sql);
-}
-
 // Installs the workload line as the last step of frmMain's load.
 [[maybe_unused]] const bool installed = [] {
     shell::setWorkloadTotal([] { Show_Workload_Total(); });
@@ -105,7 +99,7 @@ WorkloadFigures Recompute_Workload(const Variant& m, const Variant& t, DurationW
 
     if (by == StoreBy::Update) {
         trap.step([&] {
-            run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.Tempo_Minuti = ") + text(f.S)
+            store::Run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.Tempo_Minuti = ") + text(f.S)
                 + QStringLiteral(", Tbl_Assegna_M.Tempo_Ore = '") + f.tempoOre
                 + QStringLiteral("', Tbl_Assegna_M.Minuti_Sett = '") + f.minutiSett
                 + QStringLiteral("', Tbl_Assegna_M.Num_Macchine= '") + text(f.N)
@@ -210,7 +204,7 @@ void Refresh_Tempo_Ore()
         // A row whose minutes are missing keeps the Tempo_Ore it has.
         trap.step([&] {
             const QString tempoOre = vb::DurationText(rs.Fields(QStringLiteral("Tempo_Minuti")).Value().toDouble());
-            run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.Tempo_Ore = '") + tempoOre
+            store::Run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.Tempo_Ore = '") + tempoOre
                 + QStringLiteral("' WHERE ID = ") + rs.Fields(QStringLiteral("ID")).Value().toString());
         });
         if (!trap.step([&] { rs.MoveNext(); }))

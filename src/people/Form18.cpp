@@ -43,13 +43,6 @@ Variant today()
     return Variant::fromDate(vb::Clock::today());
 }
 
-/// An action statement, run as the program ran them: through a recordset never read.
-void run(const QString& statement)
-{
-    store::Recordset rs;
-    rs.Open(statement);
-}
-
 } // namespace
 
 Variant YearsBetween(const Variant& later, const Variant& earlier)
@@ -507,7 +500,7 @@ void Form18::Cmd_Delete_Click()
         return;
     // The register keeps the key of whoever executed a maintenance, gone or not.
     trap.step([&] {
-        run(QStringLiteral("Delete * from Tbl_OPERATORE WHERE ID_OPERATORE  = ") + vb::KeyText(TxtID_OPERATORE->Text()));
+        store::Run(QStringLiteral("Delete * from Tbl_OPERATORE WHERE ID_OPERATORE  = ") + vb::KeyText(TxtID_OPERATORE->Text()));
     });
     trap.step([&] { reopen(false); });
 }

@@ -28,13 +28,6 @@ constexpr int FieldHeight = 315;
 constexpr int ButtonWidth = 2100;
 constexpr int ButtonHeight = 375;
 
-/// An action statement, run as the program runs them: through a recordset never read.
-void run(const QString& statement)
-{
-    store::Recordset rs;
-    rs.Open(statement);
-}
-
 /// The box of a kind or a model without numbers.
 void noNumbersBox(const QString& text)
 {
@@ -352,7 +345,7 @@ void Form10::Cmd_Edit_Click()
         trap.step([&] { rs.UpdateBatch(); });
     }
     trap.step([&] {
-        run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Numerazione = '") + number +
+        store::Run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Numerazione = '") + number +
             QStringLiteral("' WHERE ((Tbl_Maintenance.ID_MODELLO = ") + key + QStringLiteral("))"));
     });
     trap.step([&] { Fill_All_Kinds(); });
@@ -371,19 +364,19 @@ void Form10::Cmd_Delete_Click()
         return;
     QString id;
     trap.step([&] { id = vb::KeyText(Txt_ID_NUM->Text()); });
-    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Numerazione WHERE ID_NUM  = ") + id); });
+    trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Numerazione WHERE ID_NUM  = ") + id); });
     if (trap.ended())
         return;
     if (vb::MsgBox(QStringLiteral("Vuoi eliminare la numerazione di questa macchina anche dalle Manutenzioni?"),
                    mb::YesNo + mb::Question, QStringLiteral("ELIMINA NUMERAZIONE DALLE MANUTENZIONI")) ==
         vb::answer::Yes)
-        trap.step([&] { run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_NUM  = ") + id); });
+        trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_NUM  = ") + id); });
     if (trap.ended())
         return;
     if (vb::MsgBox(QStringLiteral("Vuoi eliminare la numerazione di questa macchina anche dal Plannned Manutenzioni?"),
                    mb::YesNo + mb::Question, QStringLiteral("ELIMINA NUMERAZIONE DAL PLANNED MANUTENZIONI")) ==
         vb::answer::Yes)
-        trap.step([&] { run(QStringLiteral("Delete * from Tbl_Planned WHERE ID_NUM  = ") + id); });
+        trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Planned WHERE ID_NUM  = ") + id); });
     if (trap.ended())
         return;
     // The screen shows the change by loading again, in its place.

@@ -27,13 +27,6 @@ constexpr int ButtonWidth = 1440;
 constexpr int ButtonHeight = 375;
 constexpr int FieldHeight = 315;
 
-/// An action statement, run as the program runs them: through a recordset never read.
-void run(const QString& statement)
-{
-    store::Recordset rs;
-    rs.Open(statement);
-}
-
 /// The first column of a count statement's one row; 0 when the statement has no row.
 Variant countOf(const QString& statement, const QString& column)
 {
@@ -404,7 +397,7 @@ void Form4::Cmd_Edit_Click()
     }
     // Every model of the department keeps a copy of its name, found by key.
     trap.step([&] {
-        run(QStringLiteral("UPDATE Tbl_Macchina SET Tbl_Macchina.REPARTO = '") + vb::DoubledQuotes(name) +
+        store::Run(QStringLiteral("UPDATE Tbl_Macchina SET Tbl_Macchina.REPARTO = '") + vb::DoubledQuotes(name) +
             QStringLiteral("' WHERE Tbl_Macchina.ID_REPARTO = ") + id);
     });
     trap.step([&] { Refresh_Reparti(); });
@@ -424,7 +417,7 @@ void Form4::Cmd_Delete_Click()
         return;
     // No cascade: the department's models keep its key and its name.
     trap.step([&] {
-        run(QStringLiteral("Delete * from Tbl_Reparto WHERE ID_Reparto  = ") + vb::KeyText(Text1->Text()));
+        store::Run(QStringLiteral("Delete * from Tbl_Reparto WHERE ID_Reparto  = ") + vb::KeyText(Text1->Text()));
     });
     trap.step([&] { Refresh_Reparti(); });
 }

@@ -54,13 +54,6 @@ constexpr GridColumnLayout GridColumns[]
     = { { "ID_MODELLO", "ID_MODELLO", 1350 }, { "Macchina", "MACCHINA", 1650 }, { "Modello", "MODELLO", 1600 },
           { "Stato", "STATO", 950 }, { "reparto", "REPARTO", 1300 }, { "Costruttore", "COSTRUTTORE", 1550 } };
 
-/// An action statement, run as the program ran them: through a recordset never read.
-void run(const QString& statement)
-{
-    store::Recordset rs;
-    rs.Open(statement);
-}
-
 // A model's names in every table that copies them: the register first, then the general
 // procedures, the assignments, the wall chart and the interventions.
 const char* const RegisterRename = "UPDATE Tbl_Maintenance SET Tbl_Maintenance.Macchina = '%1', "
@@ -467,10 +460,10 @@ void Form5::Cmd_Edit_Click()
     // Every copy of the names follows, renamed or not. The register and the procedures'
     // screen hold the old names in their lists: they go first.
     trap.step([] { shell::screens().unload(QStringLiteral("Form7")); });
-    trap.step([&] { run(renameStatement(RegisterRename, machine, model, id)); });
+    trap.step([&] { store::Run(renameStatement(RegisterRename, machine, model, id)); });
     trap.step([] { shell::screens().unload(QStringLiteral("Form9")); });
     for (const char* pattern : CopyRenames)
-        trap.step([&] { run(renameStatement(pattern, machine, model, id)); });
+        trap.step([&] { store::Run(renameStatement(pattern, machine, model, id)); });
     trap.step([&] { reopen(false, true); });
 }
 
@@ -492,11 +485,11 @@ void Form5::Cmd_Delete_Click()
     // so do its general procedure steps: only their heading goes.
     QString id;
     trap.step([&] { id = vb::KeyText(txtID_MODELLO->Text()); });
-    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Macchina WHERE ID_MODELLO  = ") + id); });
-    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Proc_General_Macc WHERE ID_MODELLO  = ") + id); });
-    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Assegna_M WHERE ID_MODELLO  = ") + id); });
-    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_MODELLO  = ") + id); });
-    trap.step([&] { run(QStringLiteral("Delete * from Tbl_Planned WHERE ID_MODELLO  = ") + id); });
+    trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Macchina WHERE ID_MODELLO  = ") + id); });
+    trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Proc_General_Macc WHERE ID_MODELLO  = ") + id); });
+    trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Assegna_M WHERE ID_MODELLO  = ") + id); });
+    trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_MODELLO  = ") + id); });
+    trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Planned WHERE ID_MODELLO  = ") + id); });
     trap.step([&] { reopen(false, true); });
 }
 

@@ -34,15 +34,6 @@ constexpr int RowsPerColumn = 6;
 constexpr int RowHeight = 315;
 constexpr int ButtonHeight = 375;
 
-/// A key from a hidden field on its way into a statement: VB's 16-bit Integer (empty text
-/// 13, above 32767 overflow 6), written back as plain digits.
-/// An action statement, run as the program ran them: through a recordset never read.
-void run(const QString& statement)
-{
-    store::Recordset rs;
-    rs.Open(statement);
-}
-
 /// The box of a grid read with no data behind it (Cmd_Edit and the row selection).
 void noDataBox()
 {
@@ -284,11 +275,11 @@ void Form17::Cmd_Edit_Click()
     // Lines with no supplier key keep the text typed on them.
     const QString quotedName = vb::DoubledQuotes(name);
     trap.step([&] {
-        run(QStringLiteral("UPDATE Tbl_Historian_Orders SET Tbl_Historian_Orders.Fornitore = '") + quotedName +
+        store::Run(QStringLiteral("UPDATE Tbl_Historian_Orders SET Tbl_Historian_Orders.Fornitore = '") + quotedName +
             QStringLiteral("' WHERE ((Tbl_Historian_Orders.ID_FORNITORE = ") + id + QStringLiteral("))"));
     });
     trap.step([&] {
-        run(QStringLiteral("UPDATE Tbl_Order SET Tbl_Order.Fornitore = '") + quotedName +
+        store::Run(QStringLiteral("UPDATE Tbl_Order SET Tbl_Order.Fornitore = '") + quotedName +
             QStringLiteral("' WHERE ((Tbl_Order.ID_FORNITORE = ") + id + QStringLiteral("))"));
     });
     trap.step([&] { reopen(true); });
@@ -309,7 +300,7 @@ void Form17::Cmd_Delete_Click()
         return;
     // No cascade: order lines keep the key and the name of a supplier that is gone.
     trap.step([&] {
-        run(QStringLiteral("Delete * from Tbl_Fornitori WHERE ID_FORNITORE  = ") + vb::KeyText(txtID_FORNITORE->Text()));
+        store::Run(QStringLiteral("Delete * from Tbl_Fornitori WHERE ID_FORNITORE  = ") + vb::KeyText(txtID_FORNITORE->Text()));
     });
     trap.step([&] { reopen(false); });
 }

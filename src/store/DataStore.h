@@ -144,4 +144,11 @@ private:
     std::unique_ptr<Impl> d;
 };
 
+/// Runs an action statement on the program's store, as the screens run theirs: through a
+/// recordset that is never read.
+inline void Run(const QString& jetSql)
+{
+    DataStore::instance().Execute(jetSql);
+}
+
 } // namespace store
