@@ -2,6 +2,7 @@
 // answered Yes, the register opened, the row executed on a corrected date, the note
 // declined, and the reload pushing a stopped machine.
 #include "Form7Fixture.h"
+#include "support/InProcessDrive.h"
 
 #include "shell/Driver.h"
 
@@ -9,25 +10,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace {
-
-class Drive
-{
-public:
-    /// Runs one command; fails the test when the driver answers with an error.
-    QJsonValue operator()(const QString& line)
-    {
-        const QString out = m_driver.execute(line);
-        const QJsonObject answer = QJsonDocument::fromJson(out.toUtf8()).object();
-        EXPECT_TRUE(answer.value("ok").toBool()) << line.toStdString() << " -> " << out.toStdString();
-        return answer.value("value");
-    }
-
-private:
-    shell::Driver m_driver;
-};
-
-} // namespace
+using Drive = InProcessDrive;
 
 using Form7Drive = Form7Fixture;
 

@@ -1,6 +1,7 @@
 // The notebook on the roads that lead to it: an execution on the register that offers a
 // note, the main menu, and the automation driver.
 #include "execution/Form7Fixture.h"
+#include "support/InProcessDrive.h"
 #include "people/Form3.h"
 #include "shell/Driver.h"
 
@@ -78,13 +79,7 @@ TEST_F(Form3Road, AnExecutionOpensTheNotebookOnItsNoteAndTheTextIsWrittenThere)
 
 TEST_F(Form3Road, TheDriverWritesAMachinesNoteThroughTheControls)
 {
-    shell::Driver driver;
-    auto drive = [&](const QString& line) {
-        const QString out = driver.execute(line);
-        const QJsonObject a = QJsonDocument::fromJson(out.toUtf8()).object();
-        EXPECT_TRUE(a.value("ok").toBool()) << line.toStdString() << " -> " << out.toStdString();
-        return a.value("value");
-    };
+    InProcessDrive drive;
     drive("start");
     drive("click frmMain.lblNoteBooks");
     EXPECT_EQ(drive("get Form3.Caption").toString(), "NOTE");

@@ -2,6 +2,7 @@
 // through), rename with the models' copy of the name, delete without cascade, the search,
 // and the menu entry.
 #include "shell/ShellFixture.h"
+#include "support/InProcessDrive.h"
 
 #include "plant/Form4.h"
 
@@ -343,12 +344,7 @@ TEST_F(Form4Test, MenuEntryOpensTheScreenAndTheDriverReachesIt)
     shell::frmMain* main = start();
     ASSERT_TRUE(main);
     boxes();
-    shell::Driver driver;
-    auto drive = [&](const QString& line) {
-        const QJsonObject out = QJsonDocument::fromJson(driver.execute(line).toUtf8()).object();
-        EXPECT_TRUE(out.value("ok").toBool()) << line.toStdString();
-        return out.value("value");
-    };
+    InProcessDrive drive;
     drive("click frmMain.lblReparto");
     ASSERT_TRUE(drive("loaded Form4").toBool());
     EXPECT_TRUE(drive("get Form4.Visible").toBool());

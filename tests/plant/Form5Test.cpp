@@ -2,6 +2,7 @@
 // to every copy, delete with its kept asymmetry, the searches as the user types, the
 // department looked up by name, the prints and the menu's road through the driver.
 #include "plant/Form5.h"
+#include "support/InProcessDrive.h"
 
 #include "reports/ReportViewer.h"
 #include "shell/ShellFixture.h"
@@ -372,12 +373,7 @@ TEST_F(Form5Test, PrintsTheListByDepartmentAndAModelsGeneralProcedures)
 
 TEST_F(Form5Test, TheMenuEntryOpensTheScreenThroughTheDriver)
 {
-    shell::Driver driver;
-    auto drive = [&](const QString& line) {
-        const QJsonObject answer = QJsonDocument::fromJson(driver.execute(line).toUtf8()).object();
-        EXPECT_TRUE(answer.value("ok").toBool()) << line.toStdString();
-        return answer.value("value");
-    };
+    InProcessDrive drive;
     drive("start");
     drive("click frmMain.lblMacc");
     EXPECT_EQ(drive("get Form5.Caption").toString(), "INSERISCI MACCHINE");

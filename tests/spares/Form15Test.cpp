@@ -1,6 +1,7 @@
 // The spare part categories of Form15: the list and its units, insert, rename with the
 // copies of the name that follow it, delete, the two searches, and the menu entry.
 #include "shell/ShellFixture.h"
+#include "support/InProcessDrive.h"
 
 #include "runtime/Helpers.h"
 #include "spares/Form15.h"
@@ -413,12 +414,7 @@ TEST_F(Form15Test, MenuEntryOpensTheScreenAndTheDriverReachesIt)
     shell::frmMain* main = start();
     ASSERT_TRUE(main);
     boxes();
-    shell::Driver driver;
-    auto drive = [&](const QString& line) {
-        const QJsonObject out = QJsonDocument::fromJson(driver.execute(line).toUtf8()).object();
-        EXPECT_TRUE(out.value("ok").toBool()) << line.toStdString();
-        return out.value("value");
-    };
+    InProcessDrive drive;
     drive("click frmMain.lblRicambi");
     ASSERT_TRUE(drive("loaded Form15").toBool());
     EXPECT_TRUE(drive("get Form15.Visible").toBool());

@@ -2,6 +2,7 @@
 // description carried to past interventions, delete, the searches, the field rules, the
 // prints, the gallery's hand-over and the menu entry.
 #include "Form2Fixture.h"
+#include "support/InProcessDrive.h"
 
 #include "reports/ReportViewer.h"
 
@@ -478,12 +479,7 @@ TEST_F(Form2Fixture, MenuEntryOpensTheRegisterAndTheDriverWorksIt)
 {
     ASSERT_TRUE(start());
     boxes();
-    shell::Driver driver;
-    auto drive = [&](const QString& line) {
-        const QJsonObject out = QJsonDocument::fromJson(driver.execute(line).toUtf8()).object();
-        EXPECT_TRUE(out.value("ok").toBool()) << line.toStdString();
-        return out.value("value");
-    };
+    InProcessDrive drive;
     drive("click frmMain.lblDescRicambi");
     ASSERT_TRUE(drive("loaded Form2").toBool());
     EXPECT_TRUE(drive("get Form2.Visible").toBool());

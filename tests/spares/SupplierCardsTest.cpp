@@ -1,6 +1,7 @@
 // SCHEDA_Fornitori.txt: every supplier's card and billing block, written from the screen
 // whatever row is selected, and the same save driven from outside through the menu.
 #include "Form17Fixture.h"
+#include "support/InProcessDrive.h"
 
 #include "runtime/TextFile.h"
 
@@ -70,12 +71,7 @@ TEST_F(SupplierCards, SaveWritesEveryCardByNameEvenAfterARowSelection)
 TEST_F(SupplierCards, MenuOpensTheRegisterAndTheDriverSavesTheCards)
 {
     addSupplier("ROSSI", "Rossi Srl");
-    shell::Driver driver;
-    auto drive = [&driver](const QString& line) {
-        const QJsonObject answer = QJsonDocument::fromJson(driver.execute(line).toUtf8()).object();
-        EXPECT_TRUE(answer.value("ok").toBool()) << line.toStdString();
-        return answer.value("value");
-    };
+    InProcessDrive drive;
     drive("clock 2026-11-15T08:00:00");
     drive("start");
     drive("boxes");
