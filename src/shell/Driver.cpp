@@ -4,6 +4,7 @@
 #include "runtime/MsgBox.h"
 #include "runtime/OpenFile.h"
 #include "runtime/VBError.h"
+#include "runtime/widgets/CommonDialog.h"
 #include "runtime/widgets/Controls.h"
 #include "runtime/widgets/DataControls.h"
 #include "reports/ReportViewer.h"
@@ -182,6 +183,31 @@ QString unquote(const QString& text)
     return text;
 }
 
+/// The words of an argument as written: a word in JSON double quotes may hold blanks
+/// (`"/home/a b/foto.jpg" cancel`); `unquote` reads it.
+QStringList words(const QString& text)
+{
+    QStringList out;
+    QString word;
+    bool inQuotes = false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c == u' ' && !inQuotes) {
+            if (!word.isEmpty())
+                out << std::exchange(word, QString());
+            continue;
+        }
+        word += c;
+        if (inQuotes && c == u'\\' && i + 1 < text.size())
+            word += text.at(++i);
+        else if (c == u'"')
+            inQuotes = !inQuotes;
+    }
+    if (!word.isEmpty())
+        out << word;
+    return out;
+}
+
 /// The value of `set`: text for text properties; otherwise JSON literals, ISO dates and
 /// [r, g, b] colours are read as such, anything else is text for VB to convert.
 Variant parseValue(const QString& lname, const QString& raw)
@@ -349,6 +375,29 @@ QString rowsJson(store::Recordset& rs)
     return json::list(rows);
 }
 
+/// A file dialog's answer: the path chosen, or a cancel.
+QString fileAnswer(const QString& word)
+{
+    if (word == QLatin1String("cancel"))
+        return {}; // the service's cancel
+    const QString path = unquote(word);
+    if (path.isEmpty())
+        throw badCommand(QStringLiteral("Percorso vuoto"));
+    return path;
+}
+
+QString dialogsJson()
+{
+    QStringList out;
+    for (const vb::FileDialogRequest& d : vb::FileDialogService::takeShown()) {
+        out << json::object({{QStringLiteral("title"), json::string(d.title)},
+                             {QStringLiteral("filter"), json::string(d.filter)},
+                             {QStringLiteral("initial"), json::string(d.initial())},
+                             {QStringLiteral("answer"), d.answer ? json::string(*d.answer) : QStringLiteral("null")}});
+    }
+    return json::list(out);
+}
+
 QString boxesJson()
 {
     QStringList out;
@@ -428,6 +477,14 @@ QString Driver::execute(const QString& input)
             vb::MsgBoxService::queueAnswers(answers);
         } else if (command == QLatin1String("boxes")) {
             value = boxesJson();
+        } else if (command == QLatin1String("file")) {
+            needArg();
+            std::vector<QString> paths;
+            for (const QString& w : words(arg))
+                paths.push_back(fileAnswer(w));
+            vb::FileDialogService::queueAnswers(paths);
+        } else if (command == QLatin1String("dialogs")) {
+            value = dialogsJson();
         } else if (command == QLatin1String("opened")) {
             QStringList paths;
             for (const QString& p : vb::OpenFileService::takeOpened())

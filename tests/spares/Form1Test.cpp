@@ -6,10 +6,13 @@
 
 #include "runtime/widgets/CommonDialog.h"
 #include "spares/Form1.h"
+#include "support/InProcessDrive.h"
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
 
 using spares::Form1;
 namespace answer = vb::answer;
@@ -265,6 +268,36 @@ TEST_F(Form1Test, CancelledDialogGoesOnWithTheStartingFile)
     EXPECT_EQ(added[0][0].toString(), "");
     EXPECT_EQ(added[0][1].toString(), file("uno.bmp"));
     EXPECT_EQ(register2Text("Txt_Images"), "");
+}
+
+// Through the driver: a path with blanks in quotes, then a cancel, each visit ended by a
+// No to the save; the dialogs come back with where they started and what they got.
+TEST_F(Form1Test, DriverAnswersTheDialogsAndListsThem)
+{
+    const QString nuova = picture("nuova foto.bmp", 20, 20);
+    choosePart(1);
+    InProcessDrive drive;
+    drive(QStringLiteral("file \"%1\" cancel").arg(nuova));
+    drive("answer no no");
+    for (int visit = 0; visit < 2; ++visit) {
+        drive("show Form1");
+        drive("click Form1.UP_images");
+    }
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].prompt, "Vuoi salvare l'Immagine 'nuova foto.bmp' ?");
+    EXPECT_EQ(shown[1].prompt, "Vuoi salvare l'Immagine '' ?");
+
+    const QJsonArray dialogs = drive("dialogs").toArray();
+    ASSERT_EQ(dialogs.size(), 2);
+    for (const auto& d : dialogs) {
+        EXPECT_EQ(d[QStringLiteral("title")].toString(), "Selezionare il file da aprire");
+        EXPECT_TRUE(d[QStringLiteral("filter")].toString().startsWith("JPG (Formato File JPEG)|*.Jpg|"));
+        EXPECT_EQ(d[QStringLiteral("initial")].toString(), file("uno.bmp"));
+    }
+    EXPECT_EQ(dialogs[0][QStringLiteral("answer")].toString(), nuova);
+    EXPECT_TRUE(dialogs[1][QStringLiteral("answer")].isNull());
+    EXPECT_TRUE(drive("dialogs").toArray().isEmpty());
 }
 
 TEST_F(Form1Test, DeleteTakesTheReferenceAndLeavesTheFile)

@@ -43,8 +43,8 @@ std::optional<QString> desktopDialog(const FileDialogRequest& r)
 {
     QString selected;
     const QString filter = qtFilter(r.filter, &selected, r.filterIndex);
-    const QString start = r.fileName.isEmpty() ? r.initDir : r.fileName;
-    const QString path = QFileDialog::getOpenFileName(QApplication::activeWindow(), r.title, start, filter, &selected);
+    const QString path =
+        QFileDialog::getOpenFileName(QApplication::activeWindow(), r.title, r.initial(), filter, &selected);
     if (path.isEmpty())
         return std::nullopt;
     return path;
@@ -82,17 +82,18 @@ void FileDialogService::clear()
 std::optional<QString> FileDialogService::ask(const FileDialogRequest& request)
 {
     DialogState& s = state();
-    s.shown.push_back(request);
-    if (MsgBoxService::scripted()) {
-        if (s.answers.empty())
-            return std::nullopt;
-        const QString path = s.answers.front();
+    std::optional<QString> path;
+    if (!MsgBoxService::scripted()) {
+        path = s.presenter ? s.presenter(request) : desktopDialog(request);
+    } else if (!s.answers.empty()) {
+        if (!s.answers.front().isEmpty())
+            path = s.answers.front();
         s.answers.pop_front();
-        if (path.isEmpty())
-            return std::nullopt;
-        return path;
     }
-    return s.presenter ? s.presenter(request) : desktopDialog(request);
+    FileDialogRequest shown = request;
+    shown.answer = path;
+    s.shown.push_back(std::move(shown));
+    return path;
 }
 
 CommonDialog::CommonDialog(QObject* parent, const QString& name) : QObject(parent), Control(this)

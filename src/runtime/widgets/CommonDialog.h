@@ -19,7 +19,7 @@ constexpr int FileMustExist = 0x1000; ///< cdlOFNFileMustExist
 constexpr int Cancel = 32755;         ///< cdlCancel: raised on a cancel when CancelError is on
 } // namespace cdl
 
-/// What a dialog asked: the texts as the screen set them.
+/// What a dialog asked: the texts as the screen set them; once shown, its answer too.
 struct FileDialogRequest
 {
     QString title;
@@ -29,6 +29,10 @@ struct FileDialogRequest
     QString initDir;
     QString fileName; ///< the starting file
     int flags = 0;
+    std::optional<QString> answer; ///< the chosen path; nullopt for a cancel
+
+    /// Where the dialog opens: the starting file when there is one, else the folder.
+    QString initial() const { return fileName.isEmpty() ? initDir : fileName; }
 };
 
 class FileDialogService
@@ -41,7 +45,7 @@ public:
     /// Answers for the next dialogs, in order; "" is a cancel. They are used whenever the
     /// message boxes are scripted; a dialog with no answer queued is cancelled.
     static void queueAnswers(const std::vector<QString>& paths);
-    /// The dialogs shown since the last call.
+    /// The dialogs shown since the last call, each with its answer.
     static std::vector<FileDialogRequest> takeShown();
     static void clear();
 
