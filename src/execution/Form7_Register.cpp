@@ -20,11 +20,6 @@ namespace {
 
 constexpr const char* EmptyDate = "__/__/____";
 
-Variant today()
-{
-    return Variant::fromDate(vb::Clock::today());
-}
-
 Variant plusDays(const Variant& date, double days)
 {
     return Variant(vb::JetDate{date.toDate().serial + days});
@@ -97,8 +92,8 @@ void Form7::Form_Load()
     // An overflow here ends the load: it is not trapped.
     Apply_Stop_Shift();
 
-    trap.step([&] { MaskEdBox1->setText(dateText(today())); });
-    trap.step([&] { DTPicker1->setValue(today()); });
+    trap.step([&] { MaskEdBox1->setText(dateText(vb::Today())); });
+    trap.step([&] { DTPicker1->setValue(vb::Today()); });
     trap.step([&] { Refresh_Grid_Maintenance(); });
     trap.step([&] {
         if (vb::Form* main = shell::screens().loaded(QStringLiteral("frmMain")))
@@ -232,7 +227,7 @@ void Form7::DataGrid1_RowColChange()
     // Due today: neither branch runs, and the label keeps its last look.
     trap.step([&] {
         const double next = DTPicker2->Value().toDate().serial;
-        const double now = today().toDate().serial;
+        const double now = vb::Today().toDate().serial;
         if (next > now) {
             Label8->setCaption(QStringLiteral("Prossima:"));
             Label8->setForeColor(vb::colour::Black);
@@ -284,8 +279,8 @@ void Form7::Clear_Fields()
         trap.step([&] { t->setText(QString()); });
     trap.step([&] { MaskEdBox1->setText(QString::fromLatin1(EmptyDate)); });
     trap.step([&] { MaskEdBox2->setText(QString::fromLatin1(EmptyDate)); });
-    trap.step([&] { DTPicker1->setValue(today()); });
-    trap.step([&] { DTPicker2->setValue(plusDays(today(), 15)); });
+    trap.step([&] { DTPicker1->setValue(vb::Today()); });
+    trap.step([&] { DTPicker2->setValue(plusDays(vb::Today(), 15)); });
     trap.step([&] {
         DTPicker3->setVisible(false);
         DataGrid2->setVisible(false);
@@ -493,10 +488,10 @@ void Form7::Cmd_Add_Click()
     Trap trap{{err::InvalidUseOfNull}, Trap::ShowBox};
     trap.on(err::InvalidPropertyValue, [] { reports::WriteDateErrorGuide(); });
     trap.step([&] { Clear_Fields(); });
-    trap.step([&] { MaskEdBox1->setText(dateText(today())); });
-    trap.step([&] { DTPicker1->setValue(today()); });
-    trap.step([&] { MaskEdBox2->setText(dateText(plusDays(today(), 15))); });
-    trap.step([&] { DTPicker2->setValue(plusDays(today(), 15)); });
+    trap.step([&] { MaskEdBox1->setText(dateText(vb::Today())); });
+    trap.step([&] { DTPicker1->setValue(vb::Today()); });
+    trap.step([&] { MaskEdBox2->setText(dateText(plusDays(vb::Today(), 15))); });
+    trap.step([&] { DTPicker2->setValue(plusDays(vb::Today(), 15)); });
     trap.step([&] {
         MaskEdBox2->setVisible(false);
         DTPicker2->setVisible(false);

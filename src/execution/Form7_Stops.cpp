@@ -31,11 +31,6 @@ long long daysBetween(const Variant& from, const Variant& to)
     return static_cast<long long>(std::floor(to.toDate().serial) - std::floor(from.toDate().serial));
 }
 
-Variant today()
-{
-    return Variant::fromDate(vb::Clock::today());
-}
-
 /// A stop date counts only as "dd/mm/yyyy": ten characters.
 bool isStopDate(const Variant& fermaDal)
 {
@@ -83,7 +78,7 @@ void Form7::Show_Stop_State(bool fromStoppedList)
             Txt_Day_Stop->setText(QStringLiteral("0"));
             return;
         }
-        const long long days = daysBetween(fermaDal, today());
+        const long long days = daysBetween(fermaDal, vb::Today());
         if (numero.toDouble() <= 1)
             Txt_Day_Stop->setText(Variant(static_cast<std::int64_t>(days)));
         else
@@ -130,7 +125,7 @@ void Form7::Apply_Stop_Shift()
         trap.step([&] { numero = field("Numero_Stop"); });
         trap.step([&] { fermaDal = field("Ferma_Dal"); });
 
-        trap.step([&] { g = isStopDate(fermaDal) ? int16(daysBetween(vb::CDate(fermaDal), today())) : tot; });
+        trap.step([&] { g = isStopDate(fermaDal) ? int16(daysBetween(vb::CDate(fermaDal), vb::Today())) : tot; });
         // A running machine after more than one stop counts its total twice: g is the
         // total already, and the total is added again.
         trap.step([&] {
@@ -174,8 +169,8 @@ void Form7::Cmd_Stop_Click()
     }
     for (QWidget* w : std::initializer_list<QWidget*>{Frame2, DTPicker6, DTPicker3, Cmd_Confirm})
         w->setVisible(true);
-    trap.step([&] { DTPicker3->setValue(today()); });
-    trap.step([&] { DTPicker6->setValue(today()); });
+    trap.step([&] { DTPicker3->setValue(vb::Today()); });
+    trap.step([&] { DTPicker6->setValue(vb::Today()); });
 }
 
 void Form7::Cmd_Avviamento_Click()
@@ -186,7 +181,7 @@ void Form7::Cmd_Avviamento_Click()
         return;
     }
     DTPicker4->setVisible(true);
-    trap.step([&] { DTPicker4->setValue(today()); });
+    trap.step([&] { DTPicker4->setValue(vb::Today()); });
 }
 
 void Form7::Cmd_Confirm_Click()

@@ -38,11 +38,6 @@ constexpr int RightLeft = 4680;
 constexpr int RightWidth = 4425;
 constexpr int ButtonHeight = 375;
 
-Variant today()
-{
-    return Variant::fromDate(vb::Clock::today());
-}
-
 } // namespace
 
 Variant YearsBetween(const Variant& later, const Variant& earlier)
@@ -202,9 +197,9 @@ void Form18::Form_Load()
 {
     Trap trap = Trap::ignoreAll();
     trap.step([&] { centre(); });
-    trap.step([&] { DTPicker1->setValue(today()); });
-    trap.step([&] { DTPicker2->setValue(today()); });
-    trap.step([&] { DTPicker4->setValue(today()); });
+    trap.step([&] { DTPicker1->setValue(vb::Today()); });
+    trap.step([&] { DTPicker2->setValue(vb::Today()); });
+    trap.step([&] { DTPicker4->setValue(vb::Today()); });
     trap.step([&] { DTPicker4->setVisible(false); });
     trap.step([&] { Load_All_Operators(); });
 }
@@ -244,9 +239,9 @@ void Form18::Clear_Operator_Fields()
     txtOperatore->setText(QString());
     Txt_Qualifica->setText(QString());
     Combo1->setText(QStringLiteral("Interno"));
-    DTPicker1->setValue(today());
-    DTPicker2->setValue(today());
-    DTPicker4->setValue(today());
+    DTPicker1->setValue(vb::Today());
+    DTPicker2->setValue(vb::Today());
+    DTPicker4->setValue(vb::Today());
 }
 
 // ---- searches -----------------------------------------------------------------------
@@ -325,8 +320,8 @@ void Form18::DataGrid1_RowColChange()
 
     trap.step([&] { txtOperatore->setText(name.isNull() ? QString() : name.toString()); });
     trap.step([&] { Txt_Qualifica->setText(qualification.isNull() ? QString() : qualification.toString()); });
-    trap.step([&] { DTPicker2->setValue(IsTenCharacterDate(born) ? born : today()); });
-    trap.step([&] { DTPicker1->setValue(IsTenCharacterDate(started) ? started : today()); });
+    trap.step([&] { DTPicker2->setValue(IsTenCharacterDate(born) ? born : vb::Today()); });
+    trap.step([&] { DTPicker1->setValue(IsTenCharacterDate(started) ? started : vb::Today()); });
 
     if (IsTenCharacterDate(ended)) {
         trap.step([&] { DTPicker4->setValue(ended); });
@@ -376,9 +371,9 @@ void Form18::DataGrid1_RowColChange()
 
     // Age and service count years only: someone born on 31 December is a year older from
     // 1 January on. An ended employment stops counting at the end year.
-    trap.step([&] { Txt_Eta->setText(IsTenCharacterDate(born) ? YearsBetween(today(), born) : Variant(QString())); });
+    trap.step([&] { Txt_Eta->setText(IsTenCharacterDate(born) ? YearsBetween(vb::Today(), born) : Variant(QString())); });
     trap.step([&] {
-        Txt_Rapporto->setText(IsTenCharacterDate(started) ? YearsBetween(today(), started) : Variant(QString()));
+        Txt_Rapporto->setText(IsTenCharacterDate(started) ? YearsBetween(vb::Today(), started) : Variant(QString()));
     });
     if (IsTenCharacterDate(ended))
         trap.step([&] { Txt_Rapporto->setText(YearsBetween(ended, started)); });
@@ -394,7 +389,7 @@ void Form18::Cmd_Dimissioni_Click()
         return;
     }
     trap.step([&] { DTPicker4->setVisible(true); });
-    trap.step([&] { DTPicker4->setValue(today()); });
+    trap.step([&] { DTPicker4->setValue(vb::Today()); });
 }
 
 // ---- insert, save, delete -------------------------------------------------------------

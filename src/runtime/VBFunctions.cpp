@@ -1,5 +1,6 @@
 #include "runtime/VBFunctions.h"
 
+#include "runtime/Clock.h"
 #include "runtime/Regional.h"
 #include "runtime/VBError.h"
 
@@ -717,6 +718,11 @@ QString KeyText(const QString& text)
 QString DoubledQuotes(QString text)
 {
     return text.replace(QLatin1Char('\''), QStringLiteral("''"));
+}
+
+Variant Today()
+{
+    return Variant::fromDate(Clock::today());
 }
 
 } // namespace vb

@@ -14,6 +14,8 @@ Variant CDate(const Variant& v);
 bool IsNumeric(const Variant& v);
 bool IsDate(const Variant& v);
 bool IsNull(const Variant& v);
+/// VB's Date: today, from the program's clock.
+Variant Today();
 
 /// Val: the number at the start of a text; blanks anywhere skipped, "." the decimal
 /// point whatever the locale, &H / &O prefixes; 0 when none. Null raises 94.

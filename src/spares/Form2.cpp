@@ -8,6 +8,7 @@
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
+#include "spares/EntryFields.h"
 #include "spares/PictureFit.h"
 #include "spares/RicambiFile.h"
 #include "store/DataStore.h"
@@ -53,24 +54,6 @@ void noRowBox(const QString& text, bool byUnit)
     else
         vb::MsgBox(QStringLiteral("Nessuna Ricambio contenente [ ") + text + QStringLiteral(" ]"), mb::Critical,
                    QStringLiteral("RICAMBIO NON TROVATO!!"));
-}
-
-/// Adds a column of every row to a list. A Null is left out: its step fails and the
-/// list goes on.
-void addRows(Trap& trap, vb::ListBox* list, store::Recordset& rs, const QString& column)
-{
-    while (!trap.ended() && !rs.Eof()) {
-        trap.step([&] { list->AddItem(rs.Fields(column).Value().toString()); });
-        if (!trap.step([&] { rs.MoveNext(); }))
-            break;
-    }
-}
-
-/// Stock fields take whole numbers: Backspace, or a key that alone reads as a number.
-void digitsOnly(int& keyAscii)
-{
-    if (keyAscii != 8 && !vb::IsNumeric(Variant(QString(QChar(keyAscii)))))
-        keyAscii = 0;
 }
 
 } // namespace

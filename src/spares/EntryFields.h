@@ -1,0 +1,20 @@
+#pragma once
+/// @file EntryFields.h
+/// What the store's screens share in their entry fields: quantities typed as whole
+/// numbers, and a list filled from one column of a recordset.
+
+#include "runtime/Trap.h"
+#include "runtime/widgets/DataControls.h"
+#include "store/DataStore.h"
+
+namespace spares {
+
+/// Stock and quantity fields take whole numbers: Backspace, or a key that alone reads as
+/// a number; any other key is discarded.
+void digitsOnly(int& keyAscii);
+
+/// Adds a column of every row to a list. A Null is left out: its step fails and the list
+/// goes on.
+void addRows(vb::Trap& trap, vb::ListBox* list, store::Recordset& rs, const QString& column);
+
+} // namespace spares
