@@ -6,7 +6,7 @@
 
 namespace shell {
 
-vb::Form* ReopenScreen(const QString& name, bool backToRow, Placement placement)
+vb::Form* ReopenScreen(const QString& name, bool backToRow, Placement placement, bool rowChange)
 {
     QString kept;
     if (vb::Form* old = screens().loaded(name))
@@ -31,7 +31,7 @@ vb::Form* ReopenScreen(const QString& name, bool backToRow, Placement placement)
         return again;
     if (auto* position = again->controlAs<vb::TextBox>(QStringLiteral("Txt_Posizione")))
         position->setText(kept);
-    source->moveTo(row);
+    source->moveTo(row, rowChange);
     return again;
 }
 

@@ -20,7 +20,9 @@ enum class Placement {
 /// not come back). The new list has no row selected. With backToRow the list goes to
 /// the row number the old screen kept in Txt_Posizione, when that row still exists: a
 /// row change, as a click gives, and Txt_Posizione keeps the number again. It is a row
-/// number, not a key: a name that now sorts elsewhere leaves another row there.
-vb::Form* ReopenScreen(const QString& name, bool backToRow, Placement placement = Placement::WorkingScreen);
+/// number, not a key: a name that now sorts elsewhere leaves another row there. With
+/// rowChange false the list only stands on that row again: no row change runs.
+vb::Form* ReopenScreen(const QString& name, bool backToRow, Placement placement = Placement::WorkingScreen,
+                       bool rowChange = true);
 
 } // namespace shell

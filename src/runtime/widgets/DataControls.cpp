@@ -442,14 +442,16 @@ const Variant& Adodc::value(int row, int column) const
     return m_rows[row][column];
 }
 
-void Adodc::moveTo(int row)
+void Adodc::moveTo(int row, bool rowChange)
 {
     if (row < 0 || row >= RecordCount())
         throw VBError(err::NoCurrentRecord);
     m_rs->MoveFirst();
     m_rs->Move(row);
     m_current = row;
+    m_moveFires = rowChange;
     Moved();
+    m_moveFires = true;
 }
 
 void Adodc::setFilter(const QString& criteria)
@@ -783,7 +785,7 @@ void DataGrid::moveCurrent(int row, int col, bool fire)
 
 void DataGrid::followSource(int row)
 {
-    moveCurrent(row, m_col, true);
+    moveCurrent(row, m_col, !m_source || m_source->movingWithRowChange());
 }
 
 void DataGrid::setRow(int row)

@@ -123,8 +123,10 @@ public:
     /// The current row (-1 when there are no rows).
     int currentRow() const { return m_current; }
     /// Makes row current, as Recordset.Move from the first row does; the bound grids follow
-    /// and fire RowColChange.
-    void moveTo(int row);
+    /// and fire RowColChange, unless rowChange is false: then they only show the row.
+    void moveTo(int row, bool rowChange = true);
+    /// Whether the move under way lets the bound grids fire RowColChange.
+    bool movingWithRowChange() const { return m_moveFires; }
     /// Narrows the rows to a criteria text ("Reparto like 'A%'"); "" shows all again.
     void setFilter(const QString& criteria);
 
@@ -147,6 +149,7 @@ private:
     std::vector<QString> m_columns;
     std::vector<std::vector<Variant>> m_rows;
     int m_current = -1;
+    bool m_moveFires = true;
 };
 
 /// DataCombo: a drop-down combo whose list is the ListField column of its RowSource;
