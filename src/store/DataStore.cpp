@@ -430,6 +430,80 @@ void DataStore::Execute(const QString& jetSql)
     rs.Open(jetSql, *this);
 }
 
+namespace {
+
+/// The one statement of a walk over every key of `keys`: perRow with its "= ?N" on the
+/// key turned into "IN (the keys)". Empty when the two do not have that shape (the key's
+/// marker must be perRow's last, so that no other marker moves).
+QString walkAsOneStatement(const jet::Translation& keys, const jet::Translation& perRow, sqlite3* db)
+{
+    if (keys.kind != jet::StatementKind::Select || keys.statements.size() != 1 || !keys.statements[0].params.empty())
+        return {};
+    if ((perRow.kind != jet::StatementKind::Update && perRow.kind != jet::StatementKind::Delete) ||
+        perRow.statements.size() != 1 || perRow.userParams.size() != 1 ||
+        size_t(perRow.userParams[0]) + 1 != perRow.statements[0].params.size())
+        return {};
+    const QString& sql = perRow.statements[0].sql;
+    const QString marker = QStringLiteral("?%1").arg(perRow.userParams[0] + 1);
+    const QString equals = QStringLiteral(" = ") + marker;
+    const qsizetype at = sql.indexOf(equals);
+    if (at < 0 || sql.indexOf(marker, at + equals.size()) >= 0)
+        return {};
+    const qsizetype end = at + equals.size();
+    if (end < sql.size() && sql.at(end).isDigit())
+        return {};
+    // The key column's name as SQLite gives it for the first column of the select.
+    sqlite3_stmt* st = nullptr;
+    const QByteArray select = keys.statements[0].sql.toUtf8();
+    if (sqlite3_prepare_v2(db, select.constData(), int(select.size()), &st, nullptr) != SQLITE_OK || !st)
+        return {};
+    const QString keyName = sqlite3_column_count(st) > 0 ? QString::fromUtf8(sqlite3_column_name(st, 0)) : QString();
+    sqlite3_finalize(st);
+    if (keyName.isEmpty())
+        return {};
+    return sql.left(at) + QStringLiteral(" IN (SELECT \"") + QString(keyName).replace(QLatin1Char('"'), QStringLiteral("\"\"")) +
+           QStringLiteral("\" FROM (") + keys.statements[0].sql + QStringLiteral("))") + sql.mid(end);
+}
+
+} // namespace
+
+void DataStore::RunForEachRow(const QString& keys, const QString& perRow, vb::Trap& trap)
+{
+    const QString placeholder = QStringLiteral("{key}");
+    bool done = false;
+    trap.step([&] {
+        const jet::Translation keysTr = m_cache->translate(keys);
+        jet::Translation rowTr = m_cache->translate(QString(perRow).replace(placeholder, QStringLiteral("?")));
+        const QString whole = walkAsOneStatement(keysTr, rowTr, m_db);
+        if (whole.isEmpty())
+            return;
+        // The key's marker was the last: its value goes, the others keep their places.
+        rowTr.statements[0].params.pop_back();
+        rowTr.statements[0].sql = whole;
+        rowTr.userParams.clear();
+        try {
+            runActions(*this, rowTr, rowTr.statements.size());
+            done = true;
+        } catch (const VBError&) {
+            // One statement changes every row or none: the walk row by row says which fail.
+        }
+    });
+    if (done || trap.ended())
+        return;
+    Recordset rs;
+    if (!trap.step([&] { rs.Open(keys, *this); }))
+        return;
+    while (!trap.ended()) {
+        bool more = false;
+        trap.step([&] { more = !rs.Eof(); });
+        if (!more)
+            break;
+        trap.step([&] { Execute(QString(perRow).replace(placeholder, rs.Fields(0).Value().toString())); });
+        if (!trap.step([&] { rs.MoveNext(); }))
+            break;
+    }
+}
+
 std::unique_ptr<Recordset> DataStore::Query(const QString& jetSql)
 {
     auto rs = std::make_unique<Recordset>();

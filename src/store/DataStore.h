@@ -3,6 +3,7 @@
 /// The store as the screens see it: ADO's recordset operations over the Velmora
 /// store, every statement written in Jet SQL and translated on the way in.
 
+#include "runtime/Trap.h"
 #include "runtime/Variant.h"
 
 #include <QString>
@@ -59,6 +60,13 @@ public:
     std::unique_ptr<Recordset> Query(const QString& jetSql);
     /// Runs one of the store's named parameter commands with its one parameter.
     std::unique_ptr<Recordset> Command(const QString& name, const Variant& parameter);
+    /// The walk of a screen that reads the rows of `keys` (a Jet SELECT, the key in its
+    /// first column) and runs the action statement `perRow` for each, the row's key put
+    /// where "{key}" stands, each statement under the caller's trap. When `perRow` finds
+    /// its rows by that key alone, the walk runs as one statement over the same rows,
+    /// which leaves the same store; should that statement fail, it changes nothing and
+    /// the walk runs row by row.
+    void RunForEachRow(const QString& keys, const QString& perRow, vb::Trap& trap);
 
     QString path() const { return m_path; }
     sqlite3* handle() const { return m_db; }
@@ -149,6 +157,12 @@ private:
 inline void Run(const QString& jetSql)
 {
     DataStore::instance().Execute(jetSql);
+}
+
+/// DataStore::RunForEachRow on the program's store.
+inline void RunForEachRow(const QString& keys, const QString& perRow, vb::Trap& trap)
+{
+    DataStore::instance().RunForEachRow(keys, perRow, trap);
 }
 
 } // namespace store

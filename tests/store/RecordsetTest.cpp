@@ -267,5 +267,33 @@ TEST_F(RecordsetTest, ActionStatementsLeaveAClosedRecordset)
     EXPECT_EQ(store->Query(QStringLiteral("Select * from Tbl_Order"))->RecordCount(), 0);
 }
 
+TEST_F(RecordsetTest, AWalkOverKeysLeavesWhatARowByRowWalkWouldLeave)
+{
+    // Each row its own statement: a row that fails is passed to the caller's trap and
+    // the others are written, whether the store ran the walk as one statement or not.
+    raw("CREATE TABLE Walk (ID INTEGER PRIMARY KEY, T VARCHAR(20), D DATE, N DOUBLE)");
+    raw("INSERT INTO Walk (T, N) VALUES ('01/02/2026', 1), ('nessuna', 7), ('03/04/2026', 8)");
+    const QString keys = QStringLiteral("SELECT Walk.ID FROM Walk WHERE Walk.N > Walk.ID;");
+    auto walk = [&](const QString& perRow) {
+        vb::Trap trap = vb::Trap::ignoreAll();
+        store->RunForEachRow(keys, perRow, trap);
+        return trap.lastError();
+    };
+    auto column = [&](const char* name) {
+        QStringList out;
+        auto rs = store->Query(QStringLiteral("SELECT %1 FROM Walk ORDER BY ID").arg(QString::fromLatin1(name)));
+        for (; !rs->Eof(); rs->MoveNext())
+            out << rs->Fields(0).Value().displayText();
+        return out;
+    };
+    EXPECT_EQ(walk(QStringLiteral("UPDATE Walk SET Walk.N = [Walk.N]*10 WHERE ((Walk.ID = {key}))")), 0);
+    EXPECT_EQ(column("N"), (QStringList{"1", "70", "80"})) << "only the rows of the select";
+    EXPECT_EQ(walk(QStringLiteral("UPDATE Walk SET Walk.D = CDate([Walk.T]) WHERE ((Walk.ID = {key}))")),
+              vb::err::TypeMismatch);
+    EXPECT_EQ(column("D"), (QStringList{"", "", "03/04/2026"}));
+    EXPECT_EQ(walk(QStringLiteral("DELETE * FROM Walk WHERE Walk.ID = {key}")), 0);
+    EXPECT_EQ(column("T"), QStringList{"01/02/2026"});
+}
+
 } // namespace
 } // namespace store::testing
