@@ -5,6 +5,8 @@
 #include "demo/Random.h"
 #include "demo/StoreRows.h"
 #include "execution/Form7.h"
+#include "runtime/MsgBox.h"
+#include "spares/Form14.h"
 #include "execution/WeeklyPlan.h"
 #include "runtime/Clock.h"
 #include "runtime/VBError.h"
@@ -176,6 +178,31 @@ private:
     }
 
     std::unique_ptr<execution::Form7> m_form;
+};
+
+/// Books each intervention's withdrawal the way the interventions screen does, on a
+/// screen that is never shown: the part typed as a description (its stock and minimum
+/// come with it), the quantity, and the screen's own Update_Stock, whose box is answered.
+class WithdrawalCounter
+{
+public:
+    WithdrawalCounter() : m_form(std::make_unique<spares::Form14>()) {}
+
+    void withdraw(const QString& category, const QString& description, int quantity)
+    {
+        m_form->Clear_Fields();
+        m_form->DataCombo1->setText(category);
+        m_form->DataCombo5->setText(description);
+        m_form->Txt_prelievo->setText(QString::number(quantity));
+        const bool scripted = vb::MsgBoxService::scripted();
+        vb::MsgBoxService::setScripted(true);
+        m_form->Update_Stock();
+        vb::MsgBoxService::setScripted(scripted);
+        vb::MsgBoxService::takeShown();
+    }
+
+private:
+    std::unique_ptr<spares::Form14> m_form;
 };
 
 int countWhere(const QString& condition)
@@ -710,6 +737,7 @@ private:
             for (; next < arrivals.size() && arrivals[next]->arrived <= day; ++next)
                 bookDelivery(parts[size_t(arrivals[next]->part)].id, arrivals[next]->quantity);
         };
+        WithdrawalCounter counter;
         for (const Use& u : uses) {
             deliverUntil(u.date);
             const Part& p = parts[size_t(u.part)];
@@ -728,7 +756,7 @@ private:
                 rs.Fields(QStringLiteral("Destinazione")) = u.destinazione;
                 rs.Fields(QStringLiteral("ID_CAUSA")) = u.cause.first;
             });
-            bookWithdrawal(p.id, u.quantity);
+            counter.withdraw(p.ricambi, p.descrizione, u.quantity);
         }
         deliverUntil(today);
         s.interventions = int(uses.size());
@@ -828,19 +856,6 @@ QString describe(const PlantSummary& s)
         .arg(s.interventions)
         .arg(s.operators)
         .arg(s.notes);
-}
-
-void bookWithdrawal(int idDescrizioneRicambi, double q)
-{
-    Recordset rs;
-    rs.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = %1")
-                .arg(idDescrizioneRicambi));
-    if (rs.Eof())
-        return;
-    const double g = rs.Fields(QStringLiteral("Giacenza")).Value().toDouble();
-    // G + O - Q with no earlier row selected (O = 0), rounded to VB's 16-bit Integer.
-    rs.Fields(QStringLiteral("Giacenza")) = vb::CInt(Variant(g - q));
-    rs.UpdateBatch();
 }
 
 void bookDelivery(int idDescrizioneRicambi, double q)

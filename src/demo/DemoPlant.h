@@ -8,9 +8,9 @@
 /// AppPath) through recordsets and Jet statements. What the program derives itself is
 /// left to the program's own procedures: the workload figures (Recompute_Workload),
 /// the sheet codes (sheetCode), the push of stopped machines (Form7's stop shift) and
-/// the wall chart (Update_Planned_Row). The stock after each intervention and after
-/// each delivery is booked through bookWithdrawal / bookDelivery, which do what the
-/// spare-parts screens do on a save.
+/// the wall chart (Update_Planned_Row). The stock after each intervention is booked
+/// by the interventions screen's own Update_Stock; after each delivery through
+/// bookDelivery, which does what the orders screen does on an arrival.
 
 #include <QDate>
 #include <QString>
@@ -52,11 +52,6 @@ PlantSummary makeDemoPlant(std::uint64_t seed = DefaultSeed);
 
 /// The italian line that tells what was made ("Impianto dimostrativo: ...").
 QString describe(const PlantSummary& s);
-
-/// Stock booked by a new intervention of quantity q on the part, as the interventions
-/// screen books it on a save (no earlier row selected): Giacenza - q, as a 16-bit whole
-/// number. The screen itself (Update_Stock) is to take this over when it exists.
-void bookWithdrawal(int idDescrizioneRicambi, double q);
 
 /// Goods received for an order line: Giacenza + q, as the orders screen books an
 /// arrival (Cmd_Confirm's stock step). The screen is to take this over when it exists.
