@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
+#include <map>
 #include <cstdio>
 
 namespace demo {
@@ -20,6 +21,21 @@ void settle()
 {
     for (int i = 0; i < 3; ++i)
         QCoreApplication::processEvents();
+}
+
+/// Screens whose lower lists stay empty until a row is chosen are taken with the first
+/// row of each of these lists chosen, in order, as a user would.
+void chooseFirstRows(vb::Form* form)
+{
+    static const std::map<QString, QStringList> chosen = {
+        {QStringLiteral("Form14"), {QStringLiteral("DataGrid1"), QStringLiteral("DataGrid2")}},
+    };
+    const auto it = chosen.find(form->objectName());
+    if (it == chosen.end())
+        return;
+    for (const QString& list : it->second)
+        if (vb::Control* c = form->control(list))
+            c->select(0);
 }
 
 bool grabTo(QWidget* w, const QString& path)
@@ -64,6 +80,8 @@ QStringList writeScreenshots(const QString& dir)
         try {
             registry.unloadAllScreens();
             registry.show(name);
+            if (vb::Form* shown = registry.loaded(name))
+                chooseFirstRows(shown);
             settle();
             if (grabTo(registry.loaded(name), QDir(dir).filePath(name + QStringLiteral(".png"))))
                 written << name;

@@ -62,7 +62,7 @@ void setFiveColumns(vb::DataGrid* grid, Trap& trap)
             vb::GridColumn& c = grid->Columns(i);
             c.setCaption(QString::fromUtf8(captions[i]));
             c.setLocked(true);
-            c.setWidth(i == 1 ? 2600 : i == 2 ? 900 : 0);
+            c.setWidth(i == 1 ? 2000 : i == 2 ? 800 : 0);
         });
 }
 
@@ -146,6 +146,7 @@ void Form14::buildControls()
     Frame10 = new vb::Frame(this, QStringLiteral("Frame10"), QStringLiteral("Consumi relativi a"));
     Frame10->Move(MiddleLeft, 4400, MiddleWidth, 2500);
     Frame10->setVisible(false);
+    Frame10->setAutoFillBackground(true); // it stands over the prints
     DataGrid3 = grid("DataGrid3", "Adodc10", Adodc10, Frame10);
     DataGrid3->Move(120, 300, MiddleWidth - 240, 1560);
     Cmd_Print_This = button(Frame10, "Cmd_Print_This", QStringLiteral("STAMPA CONSUMI"), 120, 1940, HalfWidth - 60);
@@ -172,7 +173,6 @@ void Form14::buildControls()
     DataCombo4 = combo("Label10", QStringLiteral("N°:"), "DataCombo4");
     DataCombo1 = combo("Label11", QStringLiteral("Ricambio:"), "DataCombo1");
     DataCombo5 = combo("Label12", QStringLiteral("Descrizione:"), "DataCombo5");
-    const int listTop = top;
     DataCombo6 = combo("Label13", QStringLiteral("Destinazione:"), "DataCombo6");
     DataCombo7 = combo("Label14", QStringLiteral("Causa:"), "DataCombo7");
     Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
@@ -220,9 +220,10 @@ void Form14::buildControls()
     Cmd_Delete = button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), EntryLeft + 2 * (Third + 120), top, Third);
     Cmd_Order = button(this, "Cmd_Order", QStringLiteral("PROMEMORIA ORDINI"), EntryLeft, top + 500, EntryWidth);
 
-    // The descriptions the typed words match, over the fields below the description.
+    // The descriptions the typed words match, over the picture: the fields below the
+    // description stay in sight while it shows.
     List1 = new vb::ListBox(this, QStringLiteral("List1"));
-    List1->Move(EntryFieldLeft, listTop, EntryFieldWidth, 1500);
+    List1->Move(Cmd_Photo->Left(), Cmd_Photo->Top(), Cmd_Photo->Width(), Cmd_Photo->Height());
     List1->setVisible(false);
     List1->setFocusHighlight(true);
 
@@ -230,6 +231,7 @@ void Form14::buildControls()
     Frame11 = new vb::Frame(this, QStringLiteral("Frame11"), QString());
     Frame11->Move(Width() / 25, Height() / 25, Width() - 2 * (Width() / 25), Height() - 2 * (Height() / 25));
     Frame11->setVisible(false);
+    Frame11->setAutoFillBackground(true);
     Image1 = new vb::Image(Frame11, QStringLiteral("Image1"));
     Image1->Move(60, 120);
     Apri = new vb::CommonDialog(this, QStringLiteral("Apri"));
@@ -375,7 +377,7 @@ void Form14::Set_Machine_Grid_Columns()
         vb::GridColumn& c = DataGrid1->Columns(5);
         c.setCaption(QStringLiteral("Interventi"));
         c.setLocked(true);
-        c.setWidth(900);
+        c.setWidth(1100);
     });
 }
 
