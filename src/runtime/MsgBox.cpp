@@ -63,9 +63,9 @@ int MsgBox(const QString& prompt, int buttons, const QString& title)
     return box.answer;
 }
 
-void ShowErrorBox(int number, const QString& description)
+void ShowErrorBox(int number, const QString& description, int buttons)
 {
-    MsgBox(QStringLiteral("%1 %2").arg(number).arg(description));
+    MsgBox(QStringLiteral("%1 %2").arg(number).arg(description), buttons);
 }
 
 void MsgBoxService::setPresenter(Presenter p)

@@ -31,8 +31,9 @@ struct ShownBox
 /// Shows a box. An empty title is VB's default (the program's title).
 int MsgBox(const QString& prompt, int buttons = 0, const QString& title = {});
 
-/// The plain box "{number} {description}" of the traps.
-void ShowErrorBox(int number, const QString& description);
+/// The box "{number} {description}": plain from the traps, critical from the run time
+/// when an error no trap caught ends the program.
+void ShowErrorBox(int number, const QString& description, int buttons = mb::OKOnly);
 
 /// Where boxes go. The program installs a widget presenter; the driver a scripted one.
 class MsgBoxService

@@ -624,6 +624,7 @@ void Driver::afterCommand()
         return;
     g_ended = false;
     screens().discardAll();
+    vb::resumeEvents(); // the next `start` is a new run
 }
 
 // ---- the loop -----------------------------------------------------------------------
@@ -645,7 +646,10 @@ void Driver::setUpServices()
     vb::OpenFileService::setRecording(true);
     vb::Timer::setManual(true);
     QApplication::setQuitOnLastWindowClosed(false);
+    g_ended = false;
     setEndHandler([] { g_ended = true; });
+    endOnUncaughtErrors();
+    vb::resumeEvents();
 }
 
 int Driver::run()

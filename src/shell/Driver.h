@@ -21,7 +21,8 @@ public:
     ~Driver() override;
 
     /// Drive mode: scripted boxes, recorded file openings, manual timers, and the end of
-    /// the program kept from ending the driver. Called by the constructor.
+    /// the program (also by an error no trap caught) kept from ending the driver. Called
+    /// by the constructor.
     static void setUpServices();
 
     /// Sends the answers to @p out instead of standard output (tests); nothing is

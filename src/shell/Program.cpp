@@ -1,6 +1,8 @@
 #include "shell/Program.h"
 
+#include "runtime/MsgBox.h"
 #include "runtime/VBError.h"
+#include "runtime/widgets/Control.h"
 #include "shell/ScreenRegistry.h"
 
 #include <QCoreApplication>
@@ -17,12 +19,16 @@ std::function<void()>& endHandler()
 
 void startProgram()
 {
+    endOnUncaughtErrors();
     // The start procedure's trap: nothing follows the show, so a failure that leaves
-    // frmMain's own traps simply ends the procedure.
-    try {
-        screens().show(QStringLiteral("frmMain"));
-    } catch (const vb::VBError&) {
-    }
+    // frmMain's own traps simply ends the procedure. The procedure is the handler around
+    // frmMain's load, so the load's errors come here rather than to the top.
+    vb::runEvent([] {
+        try {
+            screens().show(QStringLiteral("frmMain"));
+        } catch (const vb::VBError&) {
+        }
+    });
 }
 
 void endProgram()
@@ -36,6 +42,14 @@ void endProgram()
 void setEndHandler(std::function<void()> handler)
 {
     endHandler() = std::move(handler);
+}
+
+void endOnUncaughtErrors()
+{
+    vb::setUncaughtErrorHandler([](const vb::VBError& e) {
+        vb::ShowErrorBox(e.number(), e.description(), vb::mb::Critical);
+        endProgram();
+    });
 }
 
 } // namespace shell

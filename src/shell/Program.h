@@ -15,4 +15,9 @@ void startProgram();
 void endProgram();
 void setEndHandler(std::function<void()> handler);
 
+/// The top of the program: an error that no trap caught in a handler shows the run time's
+/// box "{number} {description}", then the program ends (endProgram). What was written to
+/// the store before it stays. Installed at the start and by the driver.
+void endOnUncaughtErrors();
+
 } // namespace shell

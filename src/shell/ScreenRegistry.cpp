@@ -143,7 +143,7 @@ vb::Form* ScreenRegistry::form(const QString& name)
         return f;
     vb::Form* f = create(name);
     if (f)
-        f->Form_Load(); // VB's load event; the screen counts as loaded from here on
+        vb::runEvent([f] { f->Form_Load(); }); // VB's load event; the screen counts as loaded from here on
     return loaded(name);
 }
 
@@ -210,7 +210,7 @@ void ScreenRegistry::unload(const QString& name)
         m_loaded.erase(it);
         return;
     }
-    f->Form_Unload();
+    vb::runEvent([&f] { f->Form_Unload(); });
     if (auto again = m_loaded.find(name); again != m_loaded.end() && again->second == f)
         m_loaded.erase(again);
     if (f)

@@ -45,8 +45,9 @@ public:
     /// The screen when it is loaded, without loading it.
     vb::Form* loaded(const QString& name) const;
     /// VB's reference to a screen: loads it hidden (running its load) when needed.
-    /// nullptr for an inert entry. A failure of the load reaches the caller; the screen
-    /// stays loaded, as in VB.
+    /// nullptr for an inert entry. The load is an event (vb::runEvent): its failure reaches
+    /// the handler that asked for the screen, or from outside any handler the top of the
+    /// program; the screen stays loaded, as in VB.
     vb::Form* form(const QString& name);
     template <typename T>
     T* formAs(const QString& name)

@@ -2,6 +2,8 @@
 // driver's value forms checked in-process.
 #include "DriveProcess.h"
 #include "ShellFixture.h"
+#include "runtime/Trap.h"
+#include "support/InProcessDrive.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -169,4 +171,43 @@ TEST_F(ShellFixture, DriverWorksModalScreens)
                                   QStringLiteral("{\"ok\":true,\"value\":null}"), QStringLiteral("{\"ok\":true,\"value\":null}"),
                                   QStringLiteral("{\"ok\":true,\"value\":\"back from Form1\"}"),
                                   QStringLiteral("{\"ok\":true,\"value\":null}")}));
+}
+
+// An error that no trap caught in a handler reaches the top of the program: the run time's
+// box "{number} {description}", and the run ends, keeping what the handler had already
+// written to the store. An event fired inside a handler (a Text set fires Change) hands
+// its error to that handler, whose trap may take it.
+TEST_F(ShellFixture, UntrappedErrorShowsTheBoxAndEndsTheRun)
+{
+    standIn(QStringLiteral("Form2"), [this](QWidget* owner) -> vb::Form* {
+        auto* f = new StandIn(owner, QStringLiteral("Form2"), nullptr);
+        auto* text = new vb::TextBox(f, QStringLiteral("Text1"));
+        text->Change = [] { throw vb::VBError(vb::err::TypeMismatch); };
+        (new vb::CommandButton(f, QStringLiteral("Cmd_Trapped")))->Click = [text] {
+            vb::Trap trap = vb::Trap::ignoreAll();
+            trap.step([&] { text->setText(QStringLiteral("x")); });
+        };
+        (new vb::CommandButton(f, QStringLiteral("Cmd_Save")))->Click = [this, text] {
+            exec(QStringLiteral("INSERT INTO Tbl_Register (Date_Open) VALUES (#11/15/2026#)"));
+            text->setText(QStringLiteral("y"));
+        };
+        return f;
+    });
+    InProcessDrive drive;
+    drive(QStringLiteral("show Form2"));
+    drive(QStringLiteral("click Form2.Cmd_Trapped"));
+    EXPECT_TRUE(drive(QStringLiteral("boxes")).toArray().isEmpty());
+    EXPECT_TRUE(drive(QStringLiteral("loaded Form2")).toBool());
+
+    drive(QStringLiteral("click Form2.Cmd_Save"));
+    const QJsonArray boxes = drive(QStringLiteral("boxes")).toArray();
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_EQ(boxes[0][QStringLiteral("prompt")].toString(), QStringLiteral("13 Tipo non corrispondente"));
+    EXPECT_EQ(boxes[0][QStringLiteral("buttons")].toInt(), vb::mb::Critical);
+    EXPECT_EQ(boxes[0][QStringLiteral("title")].toString(), QStringLiteral("VELMORA"));
+    EXPECT_FALSE(drive(QStringLiteral("loaded Form2")).toBool());
+    const QJsonArray written = drive(QStringLiteral("sql SELECT Count(*) AS n FROM Tbl_Register")).toArray();
+    EXPECT_EQ(written[0][QStringLiteral("n")].toInt(), 1);
+    drive(QStringLiteral("start"));
+    EXPECT_TRUE(drive(QStringLiteral("loaded frmMain")).toBool());
 }

@@ -36,6 +36,7 @@ protected:
     void TearDown() override
     {
         shell::screens().discardAll();
+        vb::resumeEvents(); // a run that an uncaught error ended ends with the test
         for (auto& [name, original] : m_saved) {
             if (original)
                 shell::ScreenRegistry::addFactory(name, original);

@@ -1,11 +1,13 @@
 #include "runtime/widgets/Control.h"
 
+#include "runtime/MsgBox.h"
 #include "runtime/VBError.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPalette>
 #include <QPointer>
+#include <QThread>
 #include <QWidget>
 #include <cmath>
 
@@ -14,6 +16,31 @@ namespace vb {
 namespace {
 
 QPointer<QObject> g_focused; // the object of the control that has the focus
+
+constexpr int InternalError = 51;
+
+struct EventState
+{
+    std::vector<int> running; // the event loop level of each event being handled, innermost last
+    bool ended = false;       // an error reached the top: the program has ended
+    std::function<void(const VBError&)> uncaught;
+};
+
+EventState& events()
+{
+    static EventState s;
+    return s;
+}
+
+void reachTop(const VBError& e)
+{
+    EventState& s = events();
+    s.ended = true;
+    if (s.uncaught)
+        s.uncaught(e);
+    else
+        ShowErrorBox(e.number(), e.description(), mb::Critical);
+}
 
 QPalette::ColorRole systemRole(int index)
 {
@@ -52,6 +79,48 @@ VBError notSupportedError()
 }
 
 } // namespace
+
+void runEvent(const std::function<void()>& handlers)
+{
+    EventState& s = events();
+    const int level = QThread::currentThread()->loopLevel();
+    const bool top = s.running.empty() || s.running.back() < level;
+    struct Running
+    {
+        explicit Running(int level) { events().running.push_back(level); }
+        ~Running() { events().running.pop_back(); }
+    };
+    if (!top) {
+        Running running(level);
+        handlers(); // part of the handler that fired it: its errors go on up
+        return;
+    }
+    if (s.ended)
+        return;
+    std::optional<VBError> uncaught;
+    {
+        Running running(level);
+        try {
+            handlers();
+        } catch (const VBError& e) {
+            uncaught = e;
+        } catch (const std::exception& e) {
+            uncaught = VBError(InternalError, QStringLiteral("Errore interno: ") + QString::fromUtf8(e.what()));
+        }
+    }
+    if (uncaught)
+        reachTop(*uncaught);
+}
+
+void setUncaughtErrorHandler(std::function<void(const VBError&)> handler)
+{
+    events().uncaught = std::move(handler);
+}
+
+void resumeEvents()
+{
+    events().ended = false;
+}
 
 /// Routes the widget's focus, keys and mouse to the control's VB events.
 class ControlEventFilter : public QObject

@@ -48,10 +48,29 @@ class QWidget;
 
 namespace vb {
 
+class VBError;
+
+/// Where the program's code is entered: every event, a screen's load and unload. An event
+/// fired while a handler runs (the handler sets a Text, whose Change runs) is part of that
+/// handler: its error goes on up to the handler, whose trap may take it, as in VB. The
+/// outermost one is the top of the program: an error no trap caught ends there, as VB's
+/// run time ended the program with its box (setUncaughtErrorHandler), and after it no
+/// event reaches a handler until resumeEvents(). What the event loop delivers while a
+/// modal screen or a box waits in its own loop is outermost again.
+void runEvent(const std::function<void()>& handlers);
+
+/// What an error reaching the top does; anything thrown that is no VBError arrives as
+/// error 51 "Errore interno: ...". The default shows the run time's box
+/// "{number} {description}" (critical, titled with the program's title); the shell's then
+/// ends the program.
+void setUncaughtErrorHandler(std::function<void(const VBError&)> handler);
+/// A new run of the program: events reach their handlers again after an uncaught error.
+void resumeEvents();
+
 /// A VB event: one or more handlers, fired in the order they were attached.
 /// `Cmd_Edit->Click = [this] { Cmd_Edit_Click(); };` attaches the screen's handler,
 /// replacing any before it; `connect` adds one. Calling the event fires it, as a screen
-/// that calls its own handler did (`Call Cmd_Vis_All_Click`).
+/// that calls its own handler did (`Call Cmd_Vis_All_Click`); it runs through runEvent.
 template <typename... Args>
 class Event
 {
@@ -75,10 +94,14 @@ public:
 
     void operator()(Args... args) const
     {
+        if (m_handlers.empty())
+            return;
         // A handler may unload the screen or re-attach handlers: work on a copy.
         const auto handlers = m_handlers;
-        for (const auto& h : handlers)
-            h(args...);
+        runEvent([&] {
+            for (const auto& h : handlers)
+                h(args...);
+        });
     }
 
 private:

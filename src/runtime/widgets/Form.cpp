@@ -75,7 +75,7 @@ void Form::closeEvent(QCloseEvent* e)
         closeHandler()(this);
         return;
     }
-    Form_Unload();
+    runEvent([this] { Form_Unload(); });
     e->accept();
 }
 
