@@ -29,8 +29,9 @@ vb::Form* ReopenScreen(const QString& name, bool backToRow, Placement placement,
     vb::Adodc* source = grid->DataSource();
     if (!backToRow || !isRow || !source || row < 0 || row >= source->RecordCount())
         return again;
-    if (auto* position = again->controlAs<vb::TextBox>(QStringLiteral("Txt_Posizione")))
-        position->setText(kept);
+    if (rowChange)
+        if (auto* position = again->controlAs<vb::TextBox>(QStringLiteral("Txt_Posizione")))
+            position->setText(kept);
     source->moveTo(row, rowChange);
     return again;
 }

@@ -21,7 +21,8 @@ enum class Placement {
 /// the row number the old screen kept in Txt_Posizione, when that row still exists: a
 /// row change, as a click gives, and Txt_Posizione keeps the number again. It is a row
 /// number, not a key: a name that now sorts elsewhere leaves another row there. With
-/// rowChange false the list only stands on that row again: no row change runs.
+/// rowChange false the list only stands on that row again: no row change runs, and
+/// Txt_Posizione stays empty until one does.
 vb::Form* ReopenScreen(const QString& name, bool backToRow, Placement placement = Placement::WorkingScreen,
                        bool rowChange = true);
 

@@ -657,16 +657,16 @@ void Form14::DataCombo5_Change()
         trap.step([&] { List1->setVisible(false); });
     }
     if (!text.isEmpty())
-        trap.step([&] { lookUpDescription(text); });
+        trap.step([&] { lookUpDescription(text, true); });
 }
 
 void Form14::DataCombo5_Click()
 {
     Trap trap = Trap::ignoreAll();
-    trap.step([&] { lookUpDescription(DataCombo5->Text()); });
+    trap.step([&] { lookUpDescription(DataCombo5->Text(), false); });
 }
 
-void Form14::lookUpDescription(const QString& text)
+void Form14::lookUpDescription(const QString& text, bool destinations)
 {
     // The description alone decides: the same text in two categories finds the first.
     Trap trap = Trap::ignoreAll();
@@ -684,6 +684,8 @@ void Form14::lookUpDescription(const QString& text)
     trap.step([&] { Txt_ID_DESCRIZIONE_RIC->setText(rs.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")).Value()); });
     trap.step([&] { Txt_Giac->setText(rs.Fields(QStringLiteral("Giacenza")).Value()); });
     trap.step([&] { Txt_Scorta->setText(rs.Fields(QStringLiteral("Scorta")).Value()); });
+    if (!destinations)
+        return;
     trap.step([&] {
         Adodc8->setRecordSource(QStringLiteral("SELECT ID_DESCRIZIONE_RICAMBI, Destinazione from Tbl_Ricerca Group by "
                                                "Destinazione,ID_DESCRIZIONE_RICAMBI HAVING ID_DESCRIZIONE_RICAMBI=") +
@@ -862,14 +864,15 @@ void Form14::Update_Stock()
     const QString Q = Txt_prelievo->Text();
     const QString O = Txt_prelievo_OLD->Text();
 
+    // A lookup that fails goes on as if the part were there: each write fails in silence
+    // and the box says the store was updated all the same.
     store::Recordset rs;
-    bool found = false;
-    if (!trap.step([&] {
-            rs.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = ") +
-                    key(Txt_ID_DESCRIZIONE_RIC));
-            found = !rs.Eof();
-        }))
-        return;
+    bool found = true;
+    trap.step([&] {
+        rs.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = ") +
+                key(Txt_ID_DESCRIZIONE_RIC));
+        found = !rs.Eof();
+    });
     if (found) {
         if (Q == O) {
             trap.step([&] { rs.Fields(QStringLiteral("Giacenza")) = G; });
@@ -978,23 +981,21 @@ void Form14::Cmd_Order_Click()
 
 void Form14::Txt_Images_Change()
 {
-    Trap trap = Trap::ignoreAll();
+    // No trap: a picture that will not load stops here and goes to the caller's trap,
+    // the last picture staying in place.
     if (Txt_Images->Text().isEmpty()) {
-        trap.step([&] { Image4->setVisible(false); });
-        trap.step([&] { Frame11->setVisible(false); });
-        trap.step([&] { Cmd_Photo->setVisible(true); });
+        Image4->setVisible(false);
+        Frame11->setVisible(false);
+        Cmd_Photo->setVisible(true);
         return;
     }
-    trap.step([&] { Image4->setVisible(true); });
-    trap.step([&] { Cmd_Photo->setVisible(false); });
-    // A picture that will not load leaves the last one in place.
-    trap.step([&] { Image4->setPicture(Txt_Percorso->Text()); });
-    trap.step([&] { Image1->setPicture(Txt_Percorso->Text()); });
-    trap.step([&] {
-        Image4->Move(Cmd_Photo->Left(), Cmd_Photo->Top());
-        CONTROLLO_IMMAGINE(*Image4, Cmd_Photo->Width(), Cmd_Photo->Height());
-        CONTROLLO_IMMAGINE(*Image1, Width() - 200, Height() - 200);
-    });
+    Image4->setVisible(true);
+    Cmd_Photo->setVisible(false);
+    Image4->setPicture(Txt_Percorso->Text());
+    Image1->setPicture(Txt_Percorso->Text());
+    Image4->Move(Cmd_Photo->Left(), Cmd_Photo->Top());
+    CONTROLLO_IMMAGINE(*Image4, Cmd_Photo->Width(), Cmd_Photo->Height());
+    CONTROLLO_IMMAGINE(*Image1, Width() - 200, Height() - 200);
 }
 
 void Form14::Insert_Intervention_Image()
@@ -1028,12 +1029,14 @@ void Form14::Insert_Intervention_Image()
     if (vb::MsgBox(QStringLiteral("Vuoi salvare l'Immagine ") + quoted + QStringLiteral(" ?"),
                    mb::YesNo | mb::Question, QStringLiteral("SALVA IMMAGINE") + quoted) == vb::answer::Yes) {
         const QString id = TXT_ID_IMG->Text().isEmpty() ? QStringLiteral("0") : TXT_ID_IMG->Text();
+        QString row = id;
+        trap.step([&] { row = vb::KeyText(id); });
         // Yes adds and No replaces in the wording; a row has one picture, so both replace.
         vb::MsgBox(QStringLiteral("SI per Aggiungere l'Immagine, NO per sostituire quella esistente") + quoted +
                        QStringLiteral(" ?"),
                    mb::YesNo | mb::Question, QStringLiteral("VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?") + quoted);
         store::Recordset rs;
-        trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Ricerca WHERE ID=") + id); });
+        trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Ricerca WHERE ID=") + row); });
         trap.step([&] { rs.Fields(QStringLiteral("Images")) = name; });
         trap.step([&] { rs.Fields(QStringLiteral("Percorso")) = Txt_Percorso->Text(); });
         trap.step([&] { Image4->setPicture(Txt_Percorso->Text()); });
@@ -1167,7 +1170,8 @@ void Form14::Cmd_History_GO_Click()
     // Interventions and the last execution of each maintenance, month by month. The
     // months relate without their year: each March shows the Marches of every year.
     Trap trap = Trap::ignoreAll();
-    const QString id = Txt_ID_NUM->Text();
+    QString id;
+    trap.step([&] { id = key(Txt_ID_NUM); });
     trap.step([] { store::Run(QStringLiteral("Drop TABLE Tbl_History_Macchina")); });
     trap.step([&] {
         store::Run(QStringLiteral("SELECT Tbl_Ricerca.Data, Tbl_Ricerca.ID_MODELLO, Tbl_Ricerca.Macchina, "
@@ -1225,12 +1229,13 @@ void Form14::Cmd_History_GO_Click()
 void Form14::Cmd_Print_List_Click()
 {
     Trap trap = Trap::ignoreAll();
-    const QString id = Txt_ID_NUM->Text();
+    QString id = Txt_ID_NUM->Text();
     if (id.isEmpty() || id == QLatin1String("0")) {
         vb::MsgBox(QStringLiteral("Non hai selezionato nessuna Macchina!"), mb::Information,
                    QStringLiteral("MACCHINA NON SELEZIONATA!"));
         return;
     }
+    trap.step([&] { id = key(Txt_ID_NUM); });
     // A model search alone prints every intervention of the machine.
     const QString mode = searchMode();
     QString having;

@@ -157,9 +157,9 @@ public:
 private:
     void buildControls();
     void connectEvents();
-    /// The exact lookup of the typed description: key, stock and minimum, and the
-    /// destinations already used for the part.
-    void lookUpDescription(const QString& text);
+    /// The exact lookup of the typed description: key, stock and minimum, and with
+    /// destinations the ones already used for the part.
+    void lookUpDescription(const QString& text, bool destinations);
     /// "Descrizione", "Destinazione", "Ricambi" or "Normal", the last search field with
     /// text winning (DataGrid2's source follows it).
     QString searchMode() const;

@@ -129,7 +129,7 @@ TEST_F(Form14Road, AWithdrawalAnEditAndADeleteMoveTheStockAsTheScreenShowsIt)
                                     "'Scorta Min', Vuoi Procedere??",
                                     Updated}));
     EXPECT_EQ(stock(1), 5);
-    EXPECT_EQ(get("Txt_Posizione.Text"), "0") << "the reload stands on the machine again";
+    EXPECT_EQ(drive("get Form14.DataGrid1.Row").toInt(), 0) << "the reload stands on the machine again";
     EXPECT_EQ(get("Label1.Caption"), "Trovati Componenti Macchina N°") << "without reloading its interventions";
 
     // The same quantity writes the stock as typed: the storekeeper's correction by hand.
