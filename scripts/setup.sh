@@ -6,7 +6,7 @@ here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 build="${1:-$here/build}"
 
 packages=(build-essential cmake ninja-build pkg-config
-          qt6-base-dev qt6-qpa-plugins libqt6printsupport6 libgl-dev
+          qt6-base-dev qt6-qpa-plugins libqt6printsupport6 qt6-charts-dev libqt6opengl6-dev libgl-dev
           libsqlite3-dev libgtest-dev fonts-liberation2
           mdbtools-dev mdbtools xvfb xauth poppler-utils)
 missing=()

@@ -5,12 +5,12 @@
 #include "reports/ReportRender.h"
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
+#include "runtime/widgets/CommonDialog.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
 #include "runtime/widgets/Control.h"
 
 #include <QAction>
-#include <QFileDialog>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QPrintDialog>
@@ -89,13 +89,16 @@ private:
 
     void savePdf()
     {
-        if (!interactive())
+        vb::FileDialogRequest request;
+        request.title = QStringLiteral("Salva PDF");
+        request.filter = QStringLiteral("PDF (Documento PDF)|*.pdf");
+        request.defaultExt = QStringLiteral("pdf");
+        request.fileName = objectName() + QStringLiteral(".pdf");
+        request.save = true;
+        const std::optional<QString> chosen = vb::FileDialogService::ask(request);
+        if (!chosen)
             return;
-        const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Salva PDF"),
-                                                          objectName() + QStringLiteral(".pdf"),
-                                                          QStringLiteral("PDF (*.pdf)"));
-        if (path.isEmpty())
-            return;
+        const QString path = *chosen;
         if (!writePdf(*m_doc, path, windowTitle()))
             vb::MsgBox(QStringLiteral("Impossibile salvare il file:  ") + path, vb::mb::Exclamation);
     }

@@ -44,7 +44,8 @@ std::optional<QString> desktopDialog(const FileDialogRequest& r)
     QString selected;
     const QString filter = qtFilter(r.filter, &selected, r.filterIndex);
     const QString path =
-        QFileDialog::getOpenFileName(QApplication::activeWindow(), r.title, r.initial(), filter, &selected);
+        r.save ? QFileDialog::getSaveFileName(QApplication::activeWindow(), r.title, r.initial(), filter, &selected)
+               : QFileDialog::getOpenFileName(QApplication::activeWindow(), r.title, r.initial(), filter, &selected);
     if (path.isEmpty())
         return std::nullopt;
     return path;
