@@ -1,0 +1,481 @@
+#include "spares/Form11.h"
+
+#include "runtime/Trap.h"
+#include "runtime/VBFunctions.h"
+#include "shell/ScreenRegistry.h"
+#include "spares/InterventionCharts.h"
+
+namespace spares {
+
+using vb::Trap;
+using vb::Variant;
+
+namespace {
+
+const QString ShowAll = QStringLiteral("Visualizza Tutto");
+
+// Machines by cause, the load's order: by machine, then by the count of each cause.
+const QString CausesStatement = QStringLiteral(
+    "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv, "
+    "Count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+    "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+    "Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+    "Val(Tbl_Ricerca.Numerazione), Count(Tbl_Causa_Intervento.Causa_Interv) DESC;");
+
+constexpr int GridTop = 1200;
+constexpr int GridHeight = 4800;
+constexpr int RowHeight = 315;
+
+/// Captions, locks and the columns shown of a grid; a width of 0 hides a column.
+void setColumns(vb::DataGrid* grid, Trap& trap, std::initializer_list<std::pair<const char*, int>> columns)
+{
+    int i = 0;
+    for (const auto& [caption, width] : columns) {
+        trap.step([&] {
+            vb::GridColumn& c = grid->Columns(i);
+            c.setCaption(QString::fromUtf8(caption));
+            c.setLocked(true);
+            c.setWidth(width);
+        });
+        ++i;
+    }
+}
+
+/// A row value as the grid shows it, by field or caption.
+QString cell(vb::DataGrid* grid, const char* column)
+{
+    return grid->Columns(QString::fromUtf8(column)).Text();
+}
+
+} // namespace
+
+Form11::Form11(QWidget* owner) : vb::Form(owner, QStringLiteral("Form11"), QStringLiteral("TIPOLOGIA INTERVENTI"))
+{
+    buildControls();
+}
+
+void Form11::buildControls()
+{
+    Move(0, 0, 14400, 9000);
+
+    auto frame = [this](const char* name, const QString& caption, int left, int width) {
+        auto* f = new vb::Frame(this, QString::fromLatin1(name), caption);
+        f->Move(left, 120, width, 780);
+        return f;
+    };
+    auto field = [](QWidget* parent, const char* name, int left, int top, int width) {
+        auto* t = new vb::TextBox(parent, QString::fromLatin1(name));
+        t->Move(left, top, width, RowHeight);
+        return t;
+    };
+    auto hidden = [this](const char* name) {
+        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
+        t->setVisible(false);
+        return t;
+    };
+    auto level = [this](const char* grid, const char* source, const char* label, int left, int width, vb::Adodc*& adodc,
+                        vb::Label*& count) {
+        adodc = new vb::Adodc(this, QString::fromLatin1(source));
+        auto* g = new vb::DataGrid(this, QString::fromLatin1(grid));
+        g->Move(left, GridTop, width, GridHeight);
+        g->setDataSource(adodc);
+        count = new vb::Label(this, QString::fromLatin1(label), QString());
+        count->setBackStyle(0);
+        count->Move(left, GridTop + GridHeight + 60, width, 255);
+        return g;
+    };
+
+    // The filters of the top level.
+    Frame1 = frame("Frame1", QStringLiteral("Causa Intervento"), 120, 3300);
+    Adodc9 = new vb::Adodc(this, QStringLiteral("Adodc9"));
+    DataCombo7 = new vb::DataCombo(Frame1, QStringLiteral("DataCombo7"));
+    DataCombo7->Move(120, 320, 3060, RowHeight);
+    DataCombo7->bind(Adodc9, QStringLiteral("Causa_Interv"));
+    DataCombo7->setText(ShowAll); // the design's text: every cause
+    Frame2 = frame("Frame2", QStringLiteral("Modello Macchina"), 3540, 2700);
+    Txt_Search_Mod_Macc = field(Frame2, "Txt_Search_Mod_Macc", 120, 320, 2460);
+    Frame3 = frame("Frame3", QStringLiteral("Destinazione"), 6360, 2700);
+    Txt_Search_Destinazione = field(Frame3, "Txt_Search_Destinazione", 120, 320, 2460);
+    Cmd_Interventi_Macch = new vb::CommandButton(this, QStringLiteral("Cmd_Interventi_Macch"),
+                                                 QStringLiteral("Macchine con più Interventi"));
+    Cmd_Interventi_Macch->Move(9180, 240, 2760, 540);
+    Cmd_Grafico = new vb::CommandButton(this, QStringLiteral("Cmd_Grafico"), QStringLiteral("GRAFICO"));
+    Cmd_Grafico->Move(12060, 240, 2160, 540);
+    Txt_Case_Search = hidden("Txt_Case_Search");
+    Txt_Case_Search->setText(QStringLiteral("0"));
+    Txt_ID_NUM = hidden("Txt_ID_NUM");
+
+    // Machine and cause, the parts that went on them, when and where.
+    DataGrid1 = level("DataGrid1", "Adodc1", "Label1", 120, 5900, Adodc1, Label1);
+    DataGrid2 = level("DataGrid2", "Adodc2", "Label2", 6140, 5000, Adodc2, Label2);
+    DataGrid3 = level("DataGrid3", "Adodc3", "Label3", 11260, 2960, Adodc3, Label3);
+
+    // The path of the selection, read only.
+    Frame4 = new vb::Frame(this, QStringLiteral("Frame4"), QStringLiteral("DATI"));
+    Frame4->Move(120, GridTop + GridHeight + 420, 14100, 1140);
+    int index = 0;
+    auto data = [&](const char* labelName, const QString& caption, const char* name) {
+        const int left = 120 + (index % 3) * 4680;
+        const int top = 300 + (index / 3) * 400;
+        ++index;
+        auto* l = new vb::Label(Frame4, QString::fromLatin1(labelName), caption);
+        l->setBackStyle(0);
+        l->Move(left, top + 30, 1200, 255);
+        vb::TextBox* t = field(Frame4, name, left + 1260, top, 3300);
+        t->setLocked(true);
+        return t;
+    };
+    Txt_Modello = data("Label4", QStringLiteral("Modello:"), "Txt_Modello");
+    txt_Causa = data("Label5", QStringLiteral("Causa:"), "txt_Causa");
+    Txt_Ricambio = data("Label6", QStringLiteral("Ricambio:"), "Txt_Ricambio");
+    Txt_Descrizione = data("Label7", QStringLiteral("Descrizione:"), "Txt_Descrizione");
+    Txt_DATA = data("Label8", QStringLiteral("Data:"), "Txt_DATA");
+    Txt_Destinazione = data("Label9", QStringLiteral("Destinazione:"), "Txt_Destinazione");
+
+    DataCombo7->Change = [this] { DataCombo7_Change(); };
+    Txt_Search_Destinazione->KeyUp = [this] { Txt_Search_Destinazione_KeyUp(); };
+    Txt_Search_Mod_Macc->KeyUp = [this] { Txt_Search_Mod_Macc_KeyUp(); };
+    Cmd_Interventi_Macch->Click = [this] { Cmd_Interventi_Macch_Click(); };
+    Cmd_Grafico->Click = [this] { Cmd_Grafico_Click(); };
+    DataGrid1->RowColChange = [this] { DataGrid1_RowColChange(); };
+    DataGrid2->RowColChange = [this] { DataGrid2_RowColChange(); };
+    DataGrid3->RowColChange = [this] { DataGrid3_RowColChange(); };
+}
+
+// ---- load and the top level ------------------------------------------------------------
+
+void Form11::Form_Load()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { centre(); });
+    trap.step([&] {
+        Adodc9->setRecordSource(QStringLiteral(
+            "SELECT Tbl_Causa_Intervento.ID_CAUSA, Tbl_Causa_Intervento.Causa_Interv From Tbl_Causa_Intervento GROUP "
+            "BY Tbl_Causa_Intervento.ID_CAUSA, Tbl_Causa_Intervento.Causa_Interv Having "
+            "(((Tbl_Causa_Intervento.Causa_Interv) <> '')) ORDER BY Tbl_Causa_Intervento.Causa_Interv;"));
+        Adodc9->Refresh();
+    });
+    trap.step([&] { showTopLevel(CausesStatement); });
+    trap.step([&] { Set_Causes_Grid(); });
+}
+
+void Form11::showTopLevel(const QString& statement)
+{
+    Adodc1->setRecordSource(statement);
+    Adodc1->Refresh();
+    DataGrid1->setDataSource(Adodc1);
+}
+
+void Form11::Set_Causes_Grid()
+{
+    Trap trap = Trap::ignoreAll();
+    setColumns(DataGrid1, trap, {{"Macchina", 1500}, {"Modello", 1300}, {"N°M", 500}, {"Causa", 1500}, {"N°C", 500}});
+    trap.step([&] { Label1->setCaption(QStringLiteral("Conteggio Cause: ") + QString::number(Adodc1->RecordCount())); });
+}
+
+void Form11::Show_Parts_Of_Cause()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { DataGrid2->setDataSource(Adodc2); });
+    trap.step([&] { Adodc2->Refresh(); });
+    setColumns(DataGrid2, trap,
+               {{"Macchina", 0}, {"Modello", 0}, {"Causa", 0}, {"Ricambio", 1700}, {"Descrizione", 2400}, {"N°", 500}});
+    trap.step([&] {
+        Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount()));
+    });
+}
+
+void Form11::Show_Parts_Of_Machine()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { DataGrid2->setDataSource(Adodc2); });
+    trap.step([&] { Adodc2->Refresh(); });
+    setColumns(DataGrid2, trap,
+               {{"Macchina", 0}, {"Modello", 1300}, {"Ricambio", 1500}, {"Descrizione", 1900}, {"Conteggio", 700},
+                {"Numerazione", 0}});
+    trap.step([&] {
+        Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount()));
+    });
+}
+
+void Form11::Clear_Level1()
+{
+    Txt_Modello->setText(QString());
+    txt_Causa->setText(QString());
+    Clear_Level2();
+}
+
+void Form11::Clear_Level2()
+{
+    Txt_Ricambio->setText(QString());
+    Txt_Descrizione->setText(QString());
+    Clear_Level3();
+}
+
+void Form11::Clear_Level3()
+{
+    Txt_DATA->setText(QString());
+    Txt_Destinazione->setText(QString());
+}
+
+void Form11::DataCombo7_Change()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Clear_Level1(); });
+    trap.step([&] { Txt_Search_Mod_Macc->setText(QString()); });
+    trap.step([&] { Txt_Search_Destinazione->setText(QString()); });
+    trap.step([&] { Txt_Case_Search->setText(QStringLiteral("0")); });
+    const QString text = vb::DoubledQuotes(DataCombo7->Text());
+    const bool all = text == ShowAll;
+    trap.step([&] {
+        showTopLevel(
+            all ? QStringLiteral("SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+                                 "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA "
+                                 "FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON Tbl_Ricerca.ID_CAUSA = "
+                                 "Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                                 "Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv ORDER BY "
+                                 "Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Val(Tbl_Ricerca.Numerazione);")
+                : QStringLiteral("SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+                                 "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA "
+                                 "FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON Tbl_Ricerca.ID_CAUSA = "
+                                 "Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                                 "Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv HAVING "
+                                 "(((Tbl_Causa_Intervento.Causa_Interv)='") +
+                      text +
+                      QStringLiteral("')) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                                     "Val(Tbl_Ricerca.Numerazione), Count(Tbl_Ricerca.ID_CAUSA) DESC;"));
+    });
+    trap.step([&] { Set_Causes_Grid(); });
+    // The parts follow at once, of the cause or of all.
+    if (all)
+        trap.step([&] { txt_Causa->setText(DataCombo7->Text()); });
+    trap.step([&] {
+        const QString parts = QStringLiteral(
+            "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Causa_Intervento.Causa_Interv, Tbl_Ricerca.Ricambi, "
+            "Tbl_Ricerca.Descrizione, Count(Tbl_Ricerca.Ricambi) AS ConteggioDiRicambi FROM Tbl_Ricerca INNER JOIN "
+            "Tbl_Causa_Intervento ON Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY "
+            "Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Causa_Intervento.Causa_Interv, Tbl_Ricerca.Ricambi, "
+            "Tbl_Ricerca.Descrizione ORDER BY Count(Tbl_Ricerca.Ricambi) DESC;");
+        const QString order = QStringLiteral("ORDER BY Count(Tbl_Ricerca.Ricambi) DESC;");
+        Adodc2->setRecordSource(all ? parts
+                                    : QString(parts).replace(order, QStringLiteral("HAVING (((Tbl_Causa_Intervento.Causa_Interv)='") +
+                                                                        text + QStringLiteral("')) ") + order));
+    });
+    trap.step([&] { Show_Parts_Of_Cause(); });
+}
+
+void Form11::Txt_Search_Destinazione_KeyUp()
+{
+    // Emptying the cause runs its change, which empties this field as well: the first
+    // key after a cause was chosen is lost, as it always was.
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Clear_Level1(); });
+    trap.step([&] { DataCombo7->setText(QString()); });
+    trap.step([&] { Txt_Search_Mod_Macc->setText(QString()); });
+    trap.step([&] { Txt_Case_Search->setText(QStringLiteral("1")); });
+    trap.step([&] {
+        showTopLevel(QStringLiteral(
+                         "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+                         "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Causa_Intervento.Causa_Interv) AS "
+                         "ConteggioDiCausa_Interv FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+                         "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, "
+                         "Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv, "
+                         "Tbl_Ricerca.Destinazione HAVING (((Tbl_Ricerca.Destinazione) Like '%") +
+                     vb::DoubledQuotes(Txt_Search_Destinazione->Text()) +
+                     QStringLiteral("%')) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                                    "Val(Tbl_Ricerca.Numerazione);"));
+    });
+    trap.step([&] { Set_Causes_Grid(); });
+}
+
+void Form11::Txt_Search_Mod_Macc_KeyUp()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Clear_Level1(); });
+    trap.step([&] { DataCombo7->setText(QString()); });
+    trap.step([&] { Txt_Search_Destinazione->setText(QString()); });
+    trap.step([&] { Txt_Case_Search->setText(QStringLiteral("0")); });
+    trap.step([&] {
+        showTopLevel(QStringLiteral(
+                         "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+                         "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Causa_Intervento.Causa_Interv) AS "
+                         "ConteggioDiCausa_Interv FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+                         "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, "
+                         "Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv HAVING "
+                         "(((Tbl_Ricerca.Modello) Like '") +
+                     vb::DoubledQuotes(Txt_Search_Mod_Macc->Text()) +
+                     QStringLiteral("%')) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                                    "Val(Tbl_Ricerca.Numerazione);"));
+    });
+    trap.step([&] { Set_Causes_Grid(); });
+}
+
+void Form11::Cmd_Interventi_Macch_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Clear_Level1(); });
+    trap.step([&] { DataCombo7->setText(QString()); });
+    trap.step([&] { Txt_Search_Mod_Macc->setText(QString()); });
+    trap.step([&] { Txt_Case_Search->setText(QStringLiteral("2")); });
+    trap.step([&] { showTopLevel(RankingStatement()); });
+    setColumns(DataGrid1, trap, {{"Interventi", 900}, {"Macchina", 1700}, {"Modello", 1500}, {"N°M", 600}, {"ID_NUM", 0}});
+    trap.step([&] {
+        Label1->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc1->RecordCount()));
+    });
+}
+
+// ---- drilling down ---------------------------------------------------------------------
+
+void Form11::DataGrid1_RowColChange()
+{
+    // The row's values go in as they are: an apostrophe fails the step and the grid
+    // below stays as it was.
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Clear_Level1(); });
+    const QString mode = Txt_Case_Search->Text();
+    if (mode == QLatin1String("2")) {
+        trap.step([&] { Txt_Modello->setText(cell(DataGrid1, "Modello")); });
+        trap.step([&] { Txt_ID_NUM->setText(cell(DataGrid1, "ID_NUM")); });
+        trap.step([&] {
+            Adodc2->setRecordSource(QStringLiteral(
+                                        "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Ricambi, "
+                                        "Tbl_Ricerca.Descrizione, Count(Tbl_Ricerca.Ricambi) AS ConteggioDiRicambi, "
+                                        "Tbl_Ricerca.Numerazione FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+                                        "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY "
+                                        "Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Ricambi, "
+                                        "Tbl_Ricerca.Descrizione, Tbl_Ricerca.Numerazione, Tbl_Ricerca.ID_NUM Having "
+                                        "(((Tbl_Ricerca.ID_NUM) = ") +
+                                    vb::KeyText(Txt_ID_NUM->Text()) +
+                                    QStringLiteral("))ORDER BY Count(Tbl_Ricerca.Ricambi) DESC;"));
+        });
+        trap.step([&] { Show_Parts_Of_Machine(); });
+        return;
+    }
+    trap.step([&] { Txt_Modello->setText(cell(DataGrid1, "Modello")); });
+    trap.step([&] { txt_Causa->setText(cell(DataGrid1, "Causa")); });
+    trap.step([&] {
+        const QString model = Txt_Modello->Text();
+        const QString cause = txt_Causa->Text();
+        if (mode == QLatin1String("1"))
+            Adodc2->setRecordSource(
+                QStringLiteral("SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Causa_Intervento.Causa_Interv, "
+                               "Tbl_Ricerca.Ricambi, Tbl_Ricerca.Descrizione, Count(Tbl_Ricerca.Ricambi) AS "
+                               "ConteggioDiRicambi FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+                               "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, "
+                               "Tbl_Ricerca.Modello, Tbl_Causa_Intervento.Causa_Interv, Tbl_Ricerca.Ricambi, "
+                               "Tbl_Ricerca.Descrizione, Tbl_Causa_Intervento.Causa_Interv, Tbl_Ricerca.Destinazione "
+                               "HAVING (((Tbl_Ricerca.Modello)='") +
+                model + QStringLiteral("') AND ((Tbl_Causa_Intervento.Causa_Interv)='") + cause +
+                QStringLiteral("') AND ((Tbl_Ricerca.Destinazione)like '%") +
+                vb::DoubledQuotes(Txt_Search_Destinazione->Text()) +
+                QStringLiteral("%'))ORDER BY Count(Tbl_Ricerca.Ricambi) DESC;"));
+        else
+            Adodc2->setRecordSource(
+                QStringLiteral("SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Causa_Intervento.Causa_Interv, "
+                               "Tbl_Ricerca.Ricambi, Tbl_Ricerca.Descrizione, Count(Tbl_Ricerca.Ricambi) AS "
+                               "ConteggioDiRicambi FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+                               "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, "
+                               "Tbl_Ricerca.Modello, Tbl_Causa_Intervento.Causa_Interv, Tbl_Ricerca.Ricambi, "
+                               "Tbl_Ricerca.Descrizione, Tbl_Causa_Intervento.Causa_Interv HAVING "
+                               "(((Tbl_Ricerca.Modello)='") +
+                model + QStringLiteral("') AND ((Tbl_Causa_Intervento.Causa_Interv)='") + cause +
+                QStringLiteral("'))ORDER BY Count(Tbl_Ricerca.Ricambi) DESC;"));
+    });
+    trap.step([&] { Show_Parts_Of_Cause(); });
+}
+
+void Form11::DataGrid2_RowColChange()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Clear_Level2(); });
+    trap.step([&] { Txt_Descrizione->setText(cell(DataGrid2, "Descrizione")); });
+    trap.step([&] { Txt_Ricambio->setText(cell(DataGrid2, "Ricambio")); });
+    const QString mode = Txt_Case_Search->Text();
+    // By model and cause the dates keep the statement they had: the grid shows what it
+    // showed before.
+    bool changed = false;
+    if (mode == QLatin1String("1")) {
+        changed = trap.step([&] {
+            Adodc3->setRecordSource(
+                QStringLiteral("SELECT Tbl_Ricerca.Data, Tbl_Ricerca.Destinazione FROM Tbl_Ricerca INNER JOIN "
+                               "Tbl_Causa_Intervento ON Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY "
+                               "Tbl_Ricerca.Data, Tbl_Ricerca.Destinazione, Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                               "Tbl_Causa_Intervento.Causa_Interv, Tbl_Ricerca.Ricambi, Tbl_Ricerca.Descrizione, "
+                               "Tbl_Causa_Intervento.Causa_Interv HAVING (((Tbl_Ricerca.Modello)='") +
+                Txt_Modello->Text() + QStringLiteral("') AND ((Tbl_Ricerca.Ricambi)='") + Txt_Ricambio->Text() +
+                QStringLiteral("') AND ((Tbl_Ricerca.Descrizione)='") + Txt_Descrizione->Text() +
+                QStringLiteral("') AND ((Tbl_Causa_Intervento.Causa_Interv)='") + txt_Causa->Text() +
+                QStringLiteral("'));"));
+        });
+    } else if (mode == QLatin1String("2")) {
+        changed = trap.step([&] {
+            Adodc3->setRecordSource(
+                QStringLiteral("SELECT Tbl_Ricerca.Data, Tbl_Ricerca.Destinazione FROM Tbl_Ricerca INNER JOIN "
+                               "Tbl_Causa_Intervento ON Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY "
+                               "Tbl_Ricerca.Data, Tbl_Ricerca.Destinazione, Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                               "Tbl_Ricerca.Ricambi, Tbl_Ricerca.Descrizione, Tbl_Ricerca.Numerazione HAVING "
+                               "(((Tbl_Ricerca.Modello)='") +
+                Txt_Modello->Text() + QStringLiteral("') AND ((Tbl_Ricerca.Ricambi)='") + Txt_Ricambio->Text() +
+                QStringLiteral("') AND ((Tbl_Ricerca.Descrizione)='") + Txt_Descrizione->Text() +
+                QStringLiteral("') AND ((Tbl_Ricerca.Numerazione)='") + cell(DataGrid2, "Numerazione") +
+                QStringLiteral("'));"));
+        });
+    }
+    if (changed)
+        trap.step([&] { Adodc3->Refresh(); });
+    trap.step([&] { DataGrid3->setDataSource(Adodc3); });
+    setColumns(DataGrid3, trap, {{"Data", 1200}, {"Destinazione", 1700}});
+    trap.step([&] {
+        Label3->setCaption(QStringLiteral("Conteggio Destinazioni: ") + QString::number(Adodc3->RecordCount()));
+    });
+}
+
+void Form11::DataGrid3_RowColChange()
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Clear_Level3(); });
+    trap.step([&] { Txt_DATA->setText(cell(DataGrid3, "Data")); });
+    trap.step([&] { Txt_Destinazione->setText(cell(DataGrid3, "Destinazione")); });
+}
+
+// ---- beyond the old screen: the charts -------------------------------------------------------
+
+void Form11::Cmd_Grafico_Click()
+{
+    Trap trap = Trap::ignoreAll();
+    const bool ranked = Txt_Case_Search->Text() == QLatin1String("2");
+    std::vector<ChartFigures> figures(3);
+    trap.step([&] {
+        if (ranked) {
+            vb::Adodc causes(nullptr, QStringLiteral("Causes"));
+            causes.setRecordSource(CausesStatement);
+            causes.Refresh();
+            figures[0] = CausesChart(causes, {}, {}, {});
+        } else {
+            // The machine chosen in the grid, or every machine of the list.
+            const bool chosen = DataGrid1->Row() >= 0 && !Txt_Modello->Text().isEmpty();
+            figures[0] = chosen ? CausesChart(*Adodc1, cell(DataGrid1, "Macchina"), cell(DataGrid1, "Modello"),
+                                              cell(DataGrid1, "N°M"))
+                                : CausesChart(*Adodc1, {}, {}, {});
+        }
+    });
+    trap.step([&] {
+        if (ranked) {
+            figures[1] = RankingChart(*Adodc1);
+        } else {
+            vb::Adodc ranking(nullptr, QStringLiteral("Ranking"));
+            ranking.setRecordSource(RankingStatement());
+            ranking.Refresh();
+            figures[1] = RankingChart(ranking);
+        }
+    });
+    trap.step([&] { figures[2] = MonthsChart(); });
+    if (m_charts)
+        m_charts->close();
+    m_charts = new InterventionCharts(this, std::move(figures), ranked ? 1 : 0);
+    m_charts->show();
+}
+
+VELMORA_SCREEN(Form11);
+
+} // namespace spares
