@@ -1,10 +1,8 @@
 // The interventions screen driven from outside, as a storekeeper uses it: every save
 // moves the part's stock by what the screen shows, and the quirks of that arithmetic are
 // the program's own (see each test's words before "fixing" any of them).
-#include "execution/Form7Fixture.h"
-#include "runtime/Helpers.h"
 #include "spares/Form14.h"
-#include "support/InProcessDrive.h"
+#include "spares/InterventionsFixture.h"
 
 #include <QImage>
 #include <QJsonArray>
@@ -12,48 +10,10 @@
 
 namespace {
 
-class Form14Road : public Form7Fixture
+class Form14Road : public InterventionsFixture
 {
 protected:
-    void SetUp() override
-    {
-        Form7Fixture::SetUp();
-        exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('CUSCINETTI', 'pz')");
-        exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('OLIO', 'lt')");
-        // Parts 1 and 2 of CUSCINETTI, part 3 of OLIO.
-        exec("INSERT INTO Tbl_Descrizione_Ricambi (ID_Ricambi, Ricambi, Descrizione, Giacenza, Scorta) VALUES "
-             "(1, 'CUSCINETTI', 'Radiale 6204', 10, 2)");
-        exec("INSERT INTO Tbl_Descrizione_Ricambi (ID_Ricambi, Ricambi, Descrizione, Giacenza, Scorta) VALUES "
-             "(1, 'CUSCINETTI', 'Assiale 51105', 5, 2)");
-        exec("INSERT INTO Tbl_Descrizione_Ricambi (ID_Ricambi, Ricambi, Descrizione, Giacenza, Scorta) VALUES "
-             "(2, 'OLIO', 'Idraulico HLP46', 3, 3)");
-        exec("INSERT INTO Tbl_Causa_Intervento (Causa_Interv) VALUES ('Usura')");
-    }
-
-    /// An intervention already stored on unit 1 (PRESSA AX100 N° 1); its key.
-    int addIntervention(int part, double quantity, const QDate& date = QDate(2026, 10, 1), int cause = 1)
-    {
-        static const char* const names[] = {"", "Radiale 6204", "Assiale 51105", "Idraulico HLP46"};
-        exec(QStringLiteral("INSERT INTO Tbl_Ricerca (Data, ID_MODELLO, Macchina, Modello, ID_NUM, Numerazione, "
-                            "ID_DESCRIZIONE_RICAMBI, Descrizione, ID_RICAMBI, Ricambi, Quantita, Destinazione, "
-                            "ID_CAUSA) VALUES (#%1#, 1, 'PRESSA', 'AX100', 1, '1', %2, '%3', %4, '%5', %6, "
-                            "'Mandrino', %7)")
-                 .arg(date.toString("MM/dd/yyyy"))
-                 .arg(part)
-                 .arg(names[part])
-                 .arg(part == 3 ? 2 : 1)
-                 .arg(part == 3 ? "OLIO" : "CUSCINETTI")
-                 .arg(quantity)
-                 .arg(cause));
-        return rows("SELECT Max(ID) FROM Tbl_Ricerca")[0][0].toLong();
-    }
-
-    double stock(int part)
-    {
-        return rows(QStringLiteral("SELECT Giacenza FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = %1")
-                        .arg(part))[0][0]
-            .toDouble();
-    }
+    QString get(const QString& what) { return InterventionsFixture::get("Form14", what); }
 
     /// The entry area filled as a user does it on unit 1: the machine, the model, the
     /// number and the category picked from their lists, the rest typed.
@@ -80,18 +40,6 @@ protected:
         drive(QStringLiteral("select Form14.DataGrid2 %1").arg(row));
     }
 
-    QString get(const QString& what) { return drive("get Form14." + what).toVariant().toString(); }
-
-    /// The titles and texts of the boxes shown since the last call.
-    QStringList shown()
-    {
-        QStringList out;
-        for (const QJsonValue& b : drive("boxes").toArray())
-            out << b["title"].toString() + ": " + b["prompt"].toString();
-        return out;
-    }
-
-    InProcessDrive drive;
 };
 
 const QString Updated = "MAGAZZINO RICAMBI AGGIORNATO: Aggiornato Magazzino Ricambi [CUSCINETTI] Tipo [Radiale 6204] !!!";
