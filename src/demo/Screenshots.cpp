@@ -28,7 +28,9 @@ void settle()
 void chooseFirstRows(vb::Form* form)
 {
     static const std::map<QString, QStringList> chosen = {
+        {QStringLiteral("Form11"), {QStringLiteral("DataGrid1"), QStringLiteral("DataGrid2")}},
         {QStringLiteral("Form14"), {QStringLiteral("DataGrid1"), QStringLiteral("DataGrid2")}},
+        {QStringLiteral("Form19"), {QStringLiteral("List2"), QStringLiteral("DataGrid2")}},
     };
     const auto it = chosen.find(form->objectName());
     if (it == chosen.end())
@@ -36,6 +38,25 @@ void chooseFirstRows(vb::Form* form)
     for (const QString& list : it->second)
         if (vb::Control* c = form->control(list))
             c->select(0);
+}
+
+/// Commands that open a window of their own, taken as well: the screen, the command, the
+/// window's name and the picture's.
+struct OwnWindow
+{
+    const char* screen;
+    const char* command;
+    const char* window;
+    const char* picture;
+};
+constexpr OwnWindow OwnWindows[] = {{"Form11", "Cmd_Grafico", "Grafici", "Form11_Grafico"}};
+
+QWidget* topLevel(const QString& name)
+{
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->objectName() == name && w->isVisible())
+            return w;
+    return nullptr;
 }
 
 bool grabTo(QWidget* w, const QString& path)
@@ -87,6 +108,17 @@ QStringList writeScreenshots(const QString& dir)
                 written << name;
             else
                 std::fprintf(stderr, "velmora: %s non ha prodotto un'immagine\n", qPrintable(name));
+            for (const OwnWindow& own : OwnWindows) {
+                vb::Form* shown = registry.loaded(name);
+                if (!shown || name != QLatin1String(own.screen))
+                    continue;
+                if (vb::Control* command = shown->control(QString::fromLatin1(own.command)))
+                    command->click();
+                settle();
+                const QString picture = QString::fromLatin1(own.picture);
+                if (grabTo(topLevel(QString::fromLatin1(own.window)), QDir(dir).filePath(picture + QStringLiteral(".png"))))
+                    written << picture;
+            }
         } catch (const vb::VBError& e) {
             std::fprintf(stderr, "velmora: %s non si apre: %d %s\n", qPrintable(name), e.number(),
                          qPrintable(e.description()));
