@@ -264,60 +264,53 @@ void Form11::DataCombo7_Change()
     trap.step([&] { Show_Parts_Of_Cause(); });
 }
 
+void Form11::newTopLevel(vb::TextBox* emptied, const char* mode, const std::function<QString()>& statement)
+{
+    Trap trap = Trap::ignoreAll();
+    trap.step([&] { Clear_Level1(); });
+    trap.step([&] { DataCombo7->setText(QString()); });
+    trap.step([&] { emptied->setText(QString()); });
+    trap.step([&] { Txt_Case_Search->setText(QString::fromLatin1(mode)); });
+    // Read only now: emptying the cause may have emptied the typed filter too.
+    trap.step([&] { showTopLevel(statement()); });
+}
+
 void Form11::Txt_Search_Destinazione_KeyUp()
 {
     // Emptying the cause runs its change, which empties this field as well: the first
     // key after a cause was chosen is lost, as it always was.
-    Trap trap = Trap::ignoreAll();
-    trap.step([&] { Clear_Level1(); });
-    trap.step([&] { DataCombo7->setText(QString()); });
-    trap.step([&] { Txt_Search_Mod_Macc->setText(QString()); });
-    trap.step([&] { Txt_Case_Search->setText(QStringLiteral("1")); });
-    trap.step([&] {
-        showTopLevel(QStringLiteral(
-                         "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
-                         "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Causa_Intervento.Causa_Interv) AS "
-                         "ConteggioDiCausa_Interv FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
-                         "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, "
-                         "Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv, "
-                         "Tbl_Ricerca.Destinazione HAVING (((Tbl_Ricerca.Destinazione) Like '%") +
-                     vb::DoubledQuotes(Txt_Search_Destinazione->Text()) +
-                     QStringLiteral("%')) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
-                                    "Val(Tbl_Ricerca.Numerazione);"));
+    newTopLevel(Txt_Search_Mod_Macc, "1", [this] {
+        return QStringLiteral("SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+                              "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Causa_Intervento.Causa_Interv) AS "
+                              "ConteggioDiCausa_Interv FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+                              "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, "
+                              "Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv, "
+                              "Tbl_Ricerca.Destinazione HAVING (((Tbl_Ricerca.Destinazione) Like '%") +
+               vb::DoubledQuotes(Txt_Search_Destinazione->Text()) +
+               QStringLiteral("%')) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Val(Tbl_Ricerca.Numerazione);");
     });
-    trap.step([&] { Set_Causes_Grid(); });
+    Set_Causes_Grid();
 }
 
 void Form11::Txt_Search_Mod_Macc_KeyUp()
 {
-    Trap trap = Trap::ignoreAll();
-    trap.step([&] { Clear_Level1(); });
-    trap.step([&] { DataCombo7->setText(QString()); });
-    trap.step([&] { Txt_Search_Destinazione->setText(QString()); });
-    trap.step([&] { Txt_Case_Search->setText(QStringLiteral("0")); });
-    trap.step([&] {
-        showTopLevel(QStringLiteral(
-                         "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
-                         "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Causa_Intervento.Causa_Interv) AS "
-                         "ConteggioDiCausa_Interv FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
-                         "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, "
-                         "Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv HAVING "
-                         "(((Tbl_Ricerca.Modello) Like '") +
-                     vb::DoubledQuotes(Txt_Search_Mod_Macc->Text()) +
-                     QStringLiteral("%')) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
-                                    "Val(Tbl_Ricerca.Numerazione);"));
+    newTopLevel(Txt_Search_Destinazione, "0", [this] {
+        return QStringLiteral("SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+                              "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Causa_Intervento.Causa_Interv) AS "
+                              "ConteggioDiCausa_Interv FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+                              "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, "
+                              "Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv HAVING "
+                              "(((Tbl_Ricerca.Modello) Like '") +
+               vb::DoubledQuotes(Txt_Search_Mod_Macc->Text()) +
+               QStringLiteral("%')) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Val(Tbl_Ricerca.Numerazione);");
     });
-    trap.step([&] { Set_Causes_Grid(); });
+    Set_Causes_Grid();
 }
 
 void Form11::Cmd_Interventi_Macch_Click()
 {
+    newTopLevel(Txt_Search_Mod_Macc, "2", [] { return RankingStatement(); });
     Trap trap = Trap::ignoreAll();
-    trap.step([&] { Clear_Level1(); });
-    trap.step([&] { DataCombo7->setText(QString()); });
-    trap.step([&] { Txt_Search_Mod_Macc->setText(QString()); });
-    trap.step([&] { Txt_Case_Search->setText(QStringLiteral("2")); });
-    trap.step([&] { showTopLevel(RankingStatement()); });
     setColumns(DataGrid1, trap, {{"Interventi", 900}, {"Macchina", 1700}, {"Modello", 1500}, {"N°M", 600}, {"ID_NUM", 0}});
     trap.step([&] {
         Label1->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc1->RecordCount()));

@@ -16,6 +16,7 @@
 #include "runtime/widgets/Form.h"
 
 #include <QPointer>
+#include <functional>
 
 namespace spares {
 
@@ -86,6 +87,9 @@ private:
     void buildControls();
     /// DataGrid1 on a new statement of the top level.
     void showTopLevel(const QString& statement);
+    /// A filter of the top level in force: the path cleared, the cause and the other
+    /// typed filter emptied, the mode set, then the statement read and shown.
+    void newTopLevel(vb::TextBox* emptied, const char* mode, const std::function<QString()>& statement);
     QPointer<InterventionCharts> m_charts;
 };
 
