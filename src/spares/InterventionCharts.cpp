@@ -53,11 +53,12 @@ QChart* makeChart(const ChartFigures& f, bool lines)
         categories->append(f.labels);
         chart->addAxis(categories, Qt::AlignBottom);
         chart->addAxis(counts, Qt::AlignLeft);
-        for (size_t s = 0; s < f.series.size(); ++s) {
+        for (qsizetype s = 0; s < f.series.size(); ++s) {
             auto* line = new QLineSeries;
-            line->setName(f.series[qsizetype(s)]);
-            for (size_t i = 0; i < f.values[s].size(); ++i)
-                line->append(double(i), f.values[s][i]);
+            line->setName(f.series[s]);
+            const std::vector<double>& values = f.values[size_t(s)];
+            for (size_t i = 0; i < values.size(); ++i)
+                line->append(double(i), values[i]);
             chart->addSeries(line);
             line->attachAxis(categories);
             line->attachAxis(counts);
@@ -72,9 +73,10 @@ QChart* makeChart(const ChartFigures& f, bool lines)
     chart->addAxis(categories, Qt::AlignLeft);
     chart->addAxis(counts, Qt::AlignBottom);
     auto* bars = new QHorizontalBarSeries;
-    for (size_t s = 0; s < f.series.size(); ++s) {
-        auto* set = new QBarSet(f.series[qsizetype(s)]);
-        for (auto v = f.values[s].rbegin(); v != f.values[s].rend(); ++v)
+    for (qsizetype s = 0; s < f.series.size(); ++s) {
+        auto* set = new QBarSet(f.series[s]);
+        const std::vector<double>& values = f.values[size_t(s)];
+        for (auto v = values.rbegin(); v != values.rend(); ++v)
             *set << *v;
         bars->append(set);
     }
