@@ -235,6 +235,14 @@ TEST_F(ImporterTest, PlantedCasesSurvive)
     // Session times keep their seconds.
     EXPECT_NEAR(store.value(QStringLiteral("SELECT Date_Open FROM Tbl_Register ORDER BY rowid LIMIT 1")).toDouble(),
                 dayNumber(QStringLiteral("2026-11-16T07:27:34")), 1e-9);
+    // A line evaded after the import, whose INSERT does not name the arrival column, waits
+    // under its default: the receiving of goods looks for that literal.
+    ASSERT_EQ(sqlite3_exec(store.db(), "INSERT INTO Tbl_Historian_Orders (Ricambi) VALUES ('nuovo')", nullptr, nullptr,
+                           nullptr),
+              SQLITE_OK);
+    EXPECT_EQ(store.value(QStringLiteral("SELECT Data_Ricevuto FROM Tbl_Historian_Orders WHERE Ricambi = 'nuovo'"))
+                  .toString(),
+              QStringLiteral("Non Ricevuto"));
 }
 
 // The old file predates the start-up upgrade and arrives as it is: the upgrade's
@@ -311,6 +319,14 @@ TEST(StoreWriterTest, UnknownTablesAndColumnsFollowTheOldFile)
     ASSERT_TRUE(writer.beginTable(note)) << writer.error().toStdString();
     ASSERT_TRUE(writer.insert({integer(4), integer(-1)}));
     EXPECT_EQ(writer.endTable(), 1);
+
+    // An old file whose arrival column is a long text: the rebuilt table keeps its default.
+    importer::MdbTableInfo orders{QStringLiteral("Tbl_Historian_Orders"),
+                                  {{QStringLiteral("ID_Historian_Orders"), JetType::Long, 0, 0, 0, true},
+                                   {QStringLiteral("Data_Ricevuto"), JetType::Memo}},
+                                  0};
+    ASSERT_TRUE(writer.beginTable(orders)) << writer.error().toStdString();
+    EXPECT_EQ(writer.endTable(), 0);
     ASSERT_TRUE(writer.finish()) << writer.error().toStdString();
 
     Store store(path);
@@ -341,6 +357,13 @@ TEST(StoreWriterTest, UnknownTablesAndColumnsFollowTheOldFile)
               store::ColumnType::Counter);
     EXPECT_EQ(store::columnType(store.db(), QStringLiteral("Tbl_Maintenance_Note"), QStringLiteral("NOTE")),
               store::ColumnType::Memo);
+    EXPECT_EQ(store::columnType(store.db(), QStringLiteral("Tbl_Historian_Orders"), QStringLiteral("Data_Ricevuto")),
+              store::ColumnType::Memo);
+    ASSERT_EQ(sqlite3_exec(store.db(), "INSERT INTO Tbl_Historian_Orders (Ricambi) VALUES ('x')", nullptr, nullptr,
+                           nullptr),
+              SQLITE_OK);
+    EXPECT_EQ(store.value(QStringLiteral("SELECT Data_Ricevuto FROM Tbl_Historian_Orders")).toString(),
+              QStringLiteral("Non Ricevuto"));
 }
 
 // A store with the plant's data is never overwritten without --replace; with it, the
