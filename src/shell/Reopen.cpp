@@ -1,5 +1,6 @@
 #include "shell/Reopen.h"
 
+#include "runtime/AppPath.h"
 #include "runtime/widgets/Controls.h"
 #include "runtime/widgets/DataControls.h"
 #include "shell/ScreenRegistry.h"
@@ -34,6 +35,12 @@ vb::Form* ReopenScreen(const QString& name, bool backToRow, Placement placement,
             position->setText(kept);
     source->moveTo(row, rowChange);
     return again;
+}
+
+void TitleMainScreen(const QString& caption)
+{
+    if (vb::Form* main = screens().loaded(QStringLiteral("frmMain")))
+        main->setCaption(QString::fromLatin1(vb::AppTitle) + QStringLiteral(" <") + caption + QStringLiteral(">"));
 }
 
 } // namespace shell

@@ -26,4 +26,8 @@ enum class Placement {
 vb::Form* ReopenScreen(const QString& name, bool backToRow, Placement placement = Placement::WorkingScreen,
                        bool rowChange = true);
 
+/// The main screen's title naming the screen in front: "VELMORA <{caption}>". Nothing
+/// when the main screen is not loaded.
+void TitleMainScreen(const QString& caption);
+
 } // namespace shell

@@ -4,6 +4,7 @@
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
 #include "runtime/VBFunctions.h"
+#include "shell/Reopen.h"
 #include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
 
@@ -144,8 +145,7 @@ void frmAbout::Due_Alerts()
     screens().show(QStringLiteral("Form7"));
     if (vb::Form* main = screens().loaded(QStringLiteral("frmMain"))) {
         const vb::Control* entry = main->control(QStringLiteral("LblManutenzioni"));
-        const QString caption = entry ? entry->vbProperty(QStringLiteral("Caption")).toString() : QString();
-        main->setCaption(QString::fromLatin1(vb::AppTitle) + QStringLiteral(" <") + caption + QStringLiteral(">"));
+        TitleMainScreen(entry ? entry->vbProperty(QStringLiteral("Caption")).toString() : QString());
     }
 }
 

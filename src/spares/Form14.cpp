@@ -969,11 +969,8 @@ void Form14::Cmd_Order_Click()
     pass("DataCombo2", DataCombo5->Text());
     trap.step([] { shell::screens().show(QStringLiteral("Form19")); });
     trap.step([] {
-        vb::Form* orders = shell::screens().loaded(QStringLiteral("Form19"));
-        vb::Form* main = shell::screens().loaded(QStringLiteral("frmMain"));
-        if (orders && main)
-            main->setCaption(QString::fromLatin1(vb::AppTitle) + QStringLiteral(" <") + orders->Caption() +
-                             QStringLiteral(">"));
+        if (vb::Form* orders = shell::screens().loaded(QStringLiteral("Form19")))
+            shell::TitleMainScreen(orders->Caption());
     });
 }
 
