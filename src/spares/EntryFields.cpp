@@ -10,13 +10,16 @@ void digitsOnly(int& keyAscii)
         keyAscii = 0;
 }
 
-void addRows(vb::Trap& trap, vb::ListBox* list, store::Recordset& rs, const QString& column)
+int addRows(vb::Trap& trap, vb::ListBox* list, store::Recordset& rs, const QString& column)
 {
+    int rows = 0;
     while (!trap.ended() && !rs.Eof()) {
+        ++rows;
         trap.step([&] { list->AddItem(rs.Fields(column).Value().toString()); });
         if (!trap.step([&] { rs.MoveNext(); }))
             break;
     }
+    return rows;
 }
 
 } // namespace spares

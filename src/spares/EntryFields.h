@@ -13,8 +13,8 @@ namespace spares {
 /// a number; any other key is discarded.
 void digitsOnly(int& keyAscii);
 
-/// Adds a column of every row to a list. A Null is left out: its step fails and the list
-/// goes on.
-void addRows(vb::Trap& trap, vb::ListBox* list, store::Recordset& rs, const QString& column);
+/// Adds a column of every row to a list and returns how many rows it walked. A Null is
+/// left out: its step fails and the list goes on, the row counted all the same.
+int addRows(vb::Trap& trap, vb::ListBox* list, store::Recordset& rs, const QString& column);
 
 } // namespace spares
