@@ -7,6 +7,7 @@
 #include "execution/Form7.h"
 #include "runtime/MsgBox.h"
 #include "spares/Form14.h"
+#include "spares/Form19.h"
 #include "execution/WeeklyPlan.h"
 #include "runtime/Clock.h"
 #include "runtime/VBError.h"
@@ -81,6 +82,7 @@ struct OrderLine
 {
     QDate evaded;
     QDate arrived; ///< invalid: still waiting
+    int id = 0;    ///< ID_Historian_Orders, once written
     int part = 0;
     int quantity = 0;
     std::pair<int, QString> fornitore;
@@ -180,6 +182,18 @@ private:
     std::unique_ptr<execution::Form7> m_form;
 };
 
+/// Runs a screen's procedure with its boxes answered from `answers`, and puts the boxes
+/// away: nobody is there to read them.
+void answered(const std::vector<int>& answers, const std::function<void()>& work)
+{
+    const bool scripted = vb::MsgBoxService::scripted();
+    vb::MsgBoxService::setScripted(true);
+    vb::MsgBoxService::queueAnswers(answers);
+    work();
+    vb::MsgBoxService::setScripted(scripted);
+    vb::MsgBoxService::takeShown();
+}
+
 /// Books each intervention's withdrawal the way the interventions screen does, on a
 /// screen that is never shown: the part typed as a description (its stock and minimum
 /// come with it), the quantity, and the screen's own Update_Stock, whose box is answered.
@@ -194,15 +208,50 @@ public:
         m_form->DataCombo1->setText(category);
         m_form->DataCombo5->setText(description);
         m_form->Txt_prelievo->setText(QString::number(quantity));
-        const bool scripted = vb::MsgBoxService::scripted();
-        vb::MsgBoxService::setScripted(true);
-        m_form->Update_Stock();
-        vb::MsgBoxService::setScripted(scripted);
-        vb::MsgBoxService::takeShown();
+        answered({}, [this] { m_form->Update_Stock(); });
     }
 
 private:
     std::unique_ptr<spares::Form14> m_form;
+};
+
+/// Books each arrival the way the orders screen does, on a screen that is never shown:
+/// the evasion date chosen among the dates, the line chosen in the grid, the arrival's
+/// catch ticked and its question answered Yes. The screen dates the arrival by the clock,
+/// so the clock stands on the day the goods came while it books them.
+class DeliveryCounter
+{
+public:
+    DeliveryCounter() : m_form(std::make_unique<spares::Form19>()) { m_form->Fill_History_Dates(); }
+
+    void receive(const OrderLine& line)
+    {
+        spares::Form19& f = *m_form;
+        const int date = f.List2->items().indexOf(vb::ShortDate(line.evaded));
+        if (date != f.List2->ListIndex())
+            f.List2->setListIndex(date);
+        bool chosen = false;
+        for (int r = 0; r < f.DataGrid2->RecordCount() && !chosen; ++r) {
+            chosen = f.DataGrid2->cellValue(r, 0).toLong() == line.id;
+            if (chosen)
+                f.DataGrid2->setRow(r);
+        }
+        // Only a line the screen offers for confirmation, as a user would find it.
+        if (!chosen || f.Check2->isHidden())
+            return;
+        f.Check2->setValue(1);
+        const bool frozen = vb::Clock::frozen();
+        const QDateTime now = vb::Clock::now();
+        vb::Clock::freeze(QDateTime(line.arrived, now.time()));
+        answered({vb::answer::Yes}, [&f] { f.Cmd_Confirm_Click(); });
+        if (frozen)
+            vb::Clock::freeze(now);
+        else
+            vb::Clock::unfreeze();
+    }
+
+private:
+    std::unique_ptr<spares::Form19> m_form;
 };
 
 int countWhere(const QString& condition)
@@ -660,7 +709,11 @@ private:
                 Part& p = parts[size_t(line.part)];
                 line.quantity = p.unita == QLatin1String("pz") ? rng.between(2, 10) : rng.between(2, 8) * 5;
                 line.fornitore = rng.pick(fornitori);
-                if (!(latest || (e == evasions - 2 && rng.chance(0.4)))) {
+                if (latest && l == 0) {
+                    // The latest order has begun to arrive: its first line came two days on.
+                    line.arrived = std::min(today.addDays(-1), evaded.addDays(2));
+                    p.received += line.quantity;
+                } else if (!(latest || (e == evasions - 2 && rng.chance(0.4)))) {
                     line.arrived = std::min(today.addDays(-1), evaded.addDays(rng.between(4, 15)));
                     p.received += line.quantity;
                 }
@@ -705,9 +758,11 @@ private:
             rs.Fields(QStringLiteral("Giacenza")) = std::max(0.0, p.target + p.consumed - p.received);
             rs.UpdateBatch();
         }
-        for (const OrderLine& line : history) {
+        // The evaded lines, each waiting under the column's default "Non Ricevuto" until the
+        // orders screen books its arrival.
+        for (OrderLine& line : history) {
             const Part& p = parts[size_t(line.part)];
-            addRow(QStringLiteral("Tbl_Historian_Orders"), QStringLiteral("ID_Historian_Orders"), [&](Recordset& rs) {
+            auto fill = [&](Recordset& rs) {
                 rs.Fields(QStringLiteral("DATA")) = Variant::fromDate(line.evaded);
                 rs.Fields(QStringLiteral("ID_RICAMBI")) = p.idRicambi;
                 rs.Fields(QStringLiteral("Ricambi")) = p.ricambi;
@@ -717,14 +772,8 @@ private:
                 rs.Fields(QStringLiteral("Quantita")) = double(line.quantity);
                 rs.Fields(QStringLiteral("ID_FORNITORE")) = line.fornitore.first;
                 rs.Fields(QStringLiteral("Fornitore")) = line.fornitore.second;
-                // An arrival as the orders screen writes it, d/m/yyyy without padding; the
-                // lines still waiting keep the column's default "Non Ricevuto".
-                if (line.arrived.isValid())
-                    rs.Fields(QStringLiteral("Data_Ricevuto")) = QStringLiteral("%1/%2/%3")
-                                                                      .arg(line.arrived.day())
-                                                                      .arg(line.arrived.month())
-                                                                      .arg(line.arrived.year());
-            });
+            };
+            line.id = addRow(QStringLiteral("Tbl_Historian_Orders"), QStringLiteral("ID_Historian_Orders"), fill);
         }
         std::vector<const OrderLine*> arrivals;
         for (const OrderLine& line : history)
@@ -733,9 +782,10 @@ private:
         std::stable_sort(arrivals.begin(), arrivals.end(),
                          [](const OrderLine* a, const OrderLine* b) { return a->arrived < b->arrived; });
         size_t next = 0;
+        DeliveryCounter deliveries;
         auto deliverUntil = [&](const QDate& day) {
             for (; next < arrivals.size() && arrivals[next]->arrived <= day; ++next)
-                bookDelivery(parts[size_t(arrivals[next]->part)].id, arrivals[next]->quantity);
+                deliveries.receive(*arrivals[next]);
         };
         WithdrawalCounter counter;
         for (const Use& u : uses) {
@@ -856,17 +906,6 @@ QString describe(const PlantSummary& s)
         .arg(s.interventions)
         .arg(s.operators)
         .arg(s.notes);
-}
-
-void bookDelivery(int idDescrizioneRicambi, double q)
-{
-    Recordset rs;
-    rs.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi Where ID_DESCRIZIONE_RICAMBI= %1")
-                .arg(idDescrizioneRicambi));
-    if (rs.Eof())
-        return;
-    rs.Fields(QStringLiteral("Giacenza")) = rs.Fields(QStringLiteral("Giacenza")).Value().toDouble() + q;
-    rs.UpdateBatch();
 }
 
 } // namespace demo

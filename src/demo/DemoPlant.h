@@ -9,8 +9,8 @@
 /// left to the program's own procedures: the workload figures (Recompute_Workload),
 /// the sheet codes (sheetCode), the push of stopped machines (Form7's stop shift) and
 /// the wall chart (Update_Planned_Row). The stock after each intervention is booked
-/// by the interventions screen's own Update_Stock; after each delivery through
-/// bookDelivery, which does what the orders screen does on an arrival.
+/// by the interventions screen's own Update_Stock, and each delivery by the orders
+/// screen's confirmation of the arrival.
 
 #include <QDate>
 #include <QString>
@@ -52,9 +52,5 @@ PlantSummary makeDemoPlant(std::uint64_t seed = DefaultSeed);
 
 /// The italian line that tells what was made ("Impianto dimostrativo: ...").
 QString describe(const PlantSummary& s);
-
-/// Goods received for an order line: Giacenza + q, as the orders screen books an
-/// arrival (Cmd_Confirm's stock step). The screen is to take this over when it exists.
-void bookDelivery(int idDescrizioneRicambi, double q);
 
 } // namespace demo

@@ -87,6 +87,10 @@ TEST_F(DemoFixture, DemoPlantIsSoundAndComplete)
     ASSERT_FALSE(received.isEmpty());
     for (const QString& r : received)
         EXPECT_TRUE(QRegularExpression(QStringLiteral("^[1-9]\\d?/[1-9]\\d?/\\d{4}$")).match(r).hasMatch()) << qPrintable(r);
+    // The latest order has begun to arrive: its date shows lines received and lines waiting.
+    EXPECT_EQ(number("SELECT count(DISTINCT Data_Ricevuto = 'Non Ricevuto') FROM Tbl_Historian_Orders "
+                     "WHERE DATA = (SELECT max(DATA) FROM Tbl_Historian_Orders)"),
+              2);
     EXPECT_GE(number("SELECT count(*) FROM Tbl_Fornitori"), 5);
 
     // People and notes, general ones among them.
