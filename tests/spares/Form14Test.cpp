@@ -258,7 +258,6 @@ TEST_F(Form14Road, TheSearchesNarrowTheMachinesAndTheOrderReminderPrefillsTheOrd
     EXPECT_EQ(get("Label6.Caption"), "Conteggio Macchine: 1") << "an emptied destination shows every machine";
 
     // The order reminder writes nothing: the orders screen opens on the part.
-    standIn("Form19", {"T:Txt_ID_Ricambi", "T:Txt_ID_DESCRIZIONE_RIC", "T:DataCombo1", "T:DataCombo2"});
     start();
     drive("show Form14");
     drive("click Form14.Cmd_Add");
@@ -267,6 +266,7 @@ TEST_F(Form14Road, TheSearchesNarrowTheMachinesAndTheOrderReminderPrefillsTheOrd
     EXPECT_EQ(drive("get Form19.Txt_ID_Ricambi.Text").toString(), "2");
     EXPECT_EQ(drive("get Form19.Txt_ID_DESCRIZIONE_RIC.Text").toString(), "3");
     EXPECT_EQ(drive("get Form19.DataCombo2.Text").toString(), "Idraulico HLP46");
+    EXPECT_EQ(drive("get frmMain.Caption").toString(), "VELMORA <ORDINI RICAMBI>");
     EXPECT_TRUE(drive("loaded Form14").toBool());
     EXPECT_TRUE(rows("SELECT * FROM Tbl_Order").empty());
 }
