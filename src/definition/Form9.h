@@ -10,9 +10,9 @@
 /// model selected next in the upper grid. The register's preselected model (Form7.ID_MOD)
 /// narrows both lists; "Visualizza Tutto" lets it go.
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/Form.h"
 
 namespace definition {
 

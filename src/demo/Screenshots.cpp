@@ -3,7 +3,7 @@
 #include "runtime/MsgBox.h"
 #include "runtime/OpenFile.h"
 #include "runtime/VBError.h"
-#include "runtime/widgets/Controls.h"
+#include "controls/Controls.h"
 #include "shell/Program.h"
 #include "shell/ScreenRegistry.h"
 

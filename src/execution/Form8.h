@@ -3,8 +3,8 @@
 /// The register's search: three fields that narrow Form7's list while the user types,
 /// writing straight into Form7's grid and count line.
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/Form.h"
 
 namespace execution {
 

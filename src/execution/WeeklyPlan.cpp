@@ -8,7 +8,7 @@
 #include "runtime/Trap.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
-#include "runtime/widgets/Controls.h"
+#include "controls/Controls.h"
 #include "store/DataStore.h"
 
 #include <QFileInfo>

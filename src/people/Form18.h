@@ -15,10 +15,10 @@
 /// years' four digits.
 
 #include "runtime/Variant.h"
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/DateControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/DateControls.h"
+#include "controls/Form.h"
 
 namespace people {
 

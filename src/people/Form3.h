@@ -14,11 +14,11 @@
 /// Txt_DATA, Txt_ID_NUM and DTPicker2, and the load reads Form7's own ID_MOD, ID_NUM and
 /// DTPicker2 for the note list.
 
-#include "runtime/widgets/CommonDialog.h"
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/DateControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/CommonDialog.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/DateControls.h"
+#include "controls/Form.h"
 
 namespace vb {
 class Trap;

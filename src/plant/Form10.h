@@ -8,9 +8,9 @@
 /// Cmd_Edit's caption is the state: "MODIFICA" (Cmd_Add enabled) and "SALVA" (inserting,
 /// Cmd_Add disabled).
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/Form.h"
 
 namespace plant {
 

@@ -11,9 +11,9 @@
 /// Cmd_Edit's caption is the state: "MODIFICA" browsing and editing, "SALVA" inserting.
 /// Cmd_Add leads to "SALVA"; a click in the grid, a save or a reopening back to "MODIFICA".
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/Form.h"
 
 namespace plant {
 

@@ -5,10 +5,10 @@
 #include "reports/ReportRender.h"
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
-#include "runtime/widgets/CommonDialog.h"
+#include "controls/CommonDialog.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
-#include "runtime/widgets/Control.h"
+#include "controls/Control.h"
 
 #include <QAction>
 #include <QGuiApplication>

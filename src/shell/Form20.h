@@ -3,8 +3,8 @@
 /// The access screen behind the About screen: a code opens the way to the instructions
 /// for moving data over from an older database (Velmora.txt).
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/Form.h"
 
 #include <QStringList>
 

@@ -2,7 +2,7 @@
 
 #include "runtime/MsgBox.h"
 #include "runtime/VBError.h"
-#include "runtime/widgets/Control.h"
+#include "controls/Control.h"
 #include "shell/ScreenRegistry.h"
 
 #include <QCoreApplication>

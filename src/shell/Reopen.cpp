@@ -1,8 +1,8 @@
 #include "shell/Reopen.h"
 
 #include "runtime/AppPath.h"
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
 #include "shell/ScreenRegistry.h"
 
 namespace shell {

@@ -5,7 +5,7 @@
 /// the row selected in the hidden Txt_Posizione; this brings the new screen back to that
 /// row number.
 
-#include "runtime/widgets/Form.h"
+#include "controls/Form.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "shell/ScreenRegistry.h"
 
-#include "runtime/widgets/Controls.h"
+#include "controls/Controls.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -7,7 +7,7 @@
 /// (VELMORA_SCREEN), so a new screen plugs in without touching this file; a name with no
 /// screen behind it yet is inert: showing it does nothing and it has no controls.
 
-#include "runtime/widgets/Form.h"
+#include "controls/Form.h"
 
 #include <QPointer>
 #include <QString>

@@ -5,8 +5,8 @@
 /// nothing. Image2 leads to the access screen Form20; Image6 fades it out.
 
 #include "runtime/Variant.h"
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/Form.h"
 
 #include <QString>
 

@@ -3,8 +3,8 @@
 /// The main screen: the menu strip, the clock line, the workload line, the start-up in
 /// its load, the four timers and the session register written at close.
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/Form.h"
 
 #include <QString>
 #include <functional>

@@ -4,7 +4,7 @@
 /// numbers, and a list filled from one column of a recordset.
 
 #include "runtime/Trap.h"
-#include "runtime/widgets/DataControls.h"
+#include "controls/DataControls.h"
 #include "store/DataStore.h"
 
 namespace spares {

@@ -6,10 +6,10 @@
 /// disk. The gallery reads Form2's fields for its part and writes the chosen picture back.
 /// Every change ends in an unload: the user comes back through Form2.
 
-#include "runtime/widgets/CommonDialog.h"
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/Form.h"
-#include "runtime/widgets/Menu.h"
+#include "controls/CommonDialog.h"
+#include "controls/Controls.h"
+#include "controls/Form.h"
+#include "controls/Menu.h"
 
 class QMenuBar;
 

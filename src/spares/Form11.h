@@ -11,9 +11,9 @@
 /// "DATI" shows the path of the selection. Cmd_Grafico, beyond the old screen, draws the
 /// same figures in a chart window.
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/Form.h"
 
 #include <QPointer>
 #include <functional>

@@ -16,11 +16,11 @@
 /// a machine (interventions and last executions by month), and the consumption of all
 /// parts or of one; the panel Frame10 shows the yearly consumption of the part chosen.
 
-#include "runtime/widgets/CommonDialog.h"
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/DateControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/CommonDialog.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/DateControls.h"
+#include "controls/Form.h"
 
 namespace spares {
 

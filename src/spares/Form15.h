@@ -6,9 +6,9 @@
 ///
 /// Cmd_Edit's caption is the state: "MODIFICA" browsing, "SALVA" inserting.
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/Form.h"
 
 namespace spares {
 

@@ -11,9 +11,9 @@
 /// supplier until Command1 reloads the screen; Cmd_Save's caption never changes after
 /// the load, so the text file always holds every supplier.
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/Form.h"
 
 #include <QStringList>
 

@@ -14,9 +14,9 @@
 /// click on a date opens. The interventions screen's order reminder opens this screen
 /// with the part prefilled; the menu has no entry for it.
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/Form.h"
 
 namespace spares {
 

@@ -12,9 +12,9 @@
 /// new part is entered with Cmd_Add, then a click in List1 (which gives Text1 and
 /// TextRICAMBI and keeps the state), then the fields, then Cmd_Edit.
 
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/Form.h"
 
 namespace spares {
 

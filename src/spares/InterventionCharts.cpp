@@ -1,7 +1,7 @@
 #include "spares/InterventionCharts.h"
 
 #include "runtime/MsgBox.h"
-#include "runtime/widgets/CommonDialog.h"
+#include "controls/CommonDialog.h"
 #include "store/DataStore.h"
 
 #include <QBarCategoryAxis>

@@ -9,7 +9,7 @@
 /// The window prints and saves as PDF or PNG through the same services as the documents:
 /// the printer dialog for a person at the screen, the file dialog service for the path.
 
-#include "runtime/widgets/DataControls.h"
+#include "controls/DataControls.h"
 
 #include <QString>
 #include <QStringList>

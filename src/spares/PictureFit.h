@@ -4,7 +4,7 @@
 /// gallery fits into the screen, the parts register and the interventions into the place
 /// of the Cmd_Photo button that the picture stands in for.
 
-#include "runtime/widgets/Controls.h"
+#include "controls/Controls.h"
 
 #include <QString>
 

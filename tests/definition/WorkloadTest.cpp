@@ -1,7 +1,7 @@
 // The weekly workload: the figures of an assignment, the total line, the Tempo_Ore refresh.
 #include "definition/Workload.h"
 
-#include "runtime/widgets/DataControls.h"
+#include "controls/DataControls.h"
 #include "shell/ShellFixture.h"
 
 using definition::DurationWidth;

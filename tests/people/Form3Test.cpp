@@ -5,7 +5,7 @@
 
 #include "reports/ReportViewer.h"
 #include "runtime/AppPath.h"
-#include "runtime/widgets/CommonDialog.h"
+#include "controls/CommonDialog.h"
 
 #include <QDir>
 #include <QFile>

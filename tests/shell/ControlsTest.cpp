@@ -1,10 +1,10 @@
 // The VB control classes: what the screens and the automation driver count on.
 #include "runtime/AppPath.h"
 #include "runtime/VBError.h"
-#include "runtime/widgets/Controls.h"
-#include "runtime/widgets/DataControls.h"
-#include "runtime/widgets/DateControls.h"
-#include "runtime/widgets/Form.h"
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/DateControls.h"
+#include "controls/Form.h"
 #include "store/DataStore.h"
 
 #include <QApplication>

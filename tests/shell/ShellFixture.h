@@ -6,7 +6,7 @@
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
 #include "runtime/OpenFile.h"
-#include "runtime/widgets/Controls.h"
+#include "controls/Controls.h"
 #include "shell/Driver.h"
 #include "shell/ScreenRegistry.h"
 #include "shell/frmMain.h"

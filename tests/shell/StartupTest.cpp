@@ -2,7 +2,7 @@
 #include "ShellFixture.h"
 
 #include "runtime/VBError.h"
-#include "runtime/widgets/DateControls.h"
+#include "controls/DateControls.h"
 
 #include <QFile>
 #include <QTextStream>

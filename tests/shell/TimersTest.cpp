@@ -1,7 +1,7 @@
 // The four timers of the main screen and the registry's implicit loads they rely on.
 #include "ShellFixture.h"
 
-#include "runtime/widgets/DateControls.h"
+#include "controls/DateControls.h"
 
 using shell::frmMain;
 using shell::screens;

@@ -4,7 +4,7 @@
 #include "runtime/Helpers.h"
 #include "shell/ShellFixture.h"
 
-#include "runtime/widgets/CommonDialog.h"
+#include "controls/CommonDialog.h"
 #include "spares/Form1.h"
 #include "support/InProcessDrive.h"
 

@@ -1,4 +1,4 @@
-#include "runtime/widgets/DateControls.h"
+#include "controls/DateControls.h"
 
 #include "runtime/Clock.h"
 #include "runtime/VBError.h"

@@ -1,4 +1,4 @@
-#include "runtime/widgets/CommonDialog.h"
+#include "controls/CommonDialog.h"
 
 #include "runtime/MsgBox.h"
 #include "runtime/VBError.h"

@@ -4,7 +4,7 @@
 /// Image, Shape, ProgressBar and Timer. Each is its Qt widget and a vb::Control; its Qt
 /// objectName is its VB name.
 
-#include "runtime/widgets/Control.h"
+#include "controls/Control.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

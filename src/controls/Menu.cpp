@@ -1,4 +1,4 @@
-#include "runtime/widgets/Menu.h"
+#include "controls/Menu.h"
 
 #include <QMenu>
 #include <QMenuBar>

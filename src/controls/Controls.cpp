@@ -1,4 +1,4 @@
-#include "runtime/widgets/Controls.h"
+#include "controls/Controls.h"
 
 #include "runtime/VBError.h"
 

@@ -5,7 +5,7 @@
 /// RecordSource, the DataGrid or DataCombo is bound to the Adodc, Refresh() runs the
 /// statement through the store, and the bound controls show its rows in order.
 
-#include "runtime/widgets/Control.h"
+#include "controls/Control.h"
 #include "store/DataStore.h"
 
 #include <QComboBox>

@@ -1,4 +1,4 @@
-#include "runtime/widgets/DataControls.h"
+#include "controls/DataControls.h"
 
 #include "runtime/VBError.h"
 

@@ -3,7 +3,7 @@
 /// A menu entry of a screen's menu bar (VB's Menu control): Caption, Enabled, Visible,
 /// Checked; Click when chosen. An entry that holds others opens them.
 
-#include "runtime/widgets/Control.h"
+#include "controls/Control.h"
 
 #include <QAction>
 

@@ -3,7 +3,7 @@
 /// The date fields: DTPicker (a date picker with the custom format "dd/MM/yyyy") and
 /// MaskEdBox (masked text such as "##/##/####", "__/__/____" when empty).
 
-#include "runtime/widgets/Control.h"
+#include "controls/Control.h"
 
 #include <QDateEdit>
 #include <QLineEdit>

@@ -1,4 +1,4 @@
-#include "runtime/widgets/Control.h"
+#include "controls/Control.h"
 
 #include "runtime/MsgBox.h"
 #include "runtime/VBError.h"

@@ -3,7 +3,7 @@
 /// A screen of the program: a top-level window with VB's Caption, position and size in
 /// twips, its load and unload, and its controls found by name.
 
-#include "runtime/widgets/Control.h"
+#include "controls/Control.h"
 
 #include <QWidget>
 #include <functional>

@@ -4,7 +4,7 @@
 /// file dialog goes through FileDialogService, so that the driver and the tests answer it
 /// from a script and read what was asked, as with the message boxes.
 
-#include "runtime/widgets/Control.h"
+#include "controls/Control.h"
 
 #include <QObject>
 #include <functional>

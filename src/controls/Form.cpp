@@ -1,4 +1,4 @@
-#include "runtime/widgets/Form.h"
+#include "controls/Form.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
