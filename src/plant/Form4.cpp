@@ -1,5 +1,6 @@
 #include "plant/Form4.h"
 
+#include "controls/ScreenKit.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
@@ -15,8 +16,8 @@ namespace mb = vb::mb;
 
 namespace {
 
-const QString Saving = QStringLiteral("SALVA");
-const QString Browsing = QStringLiteral("MODIFICA");
+const QString& Saving = vb::caption::Save;
+const QString& Browsing = vb::caption::Edit;
 
 // The list column and the entry column on the left, the two grids on the right, in twips:
 // the whole screen fits the main screen's working area of a small display.
@@ -47,68 +48,39 @@ Form4::Form4(QWidget* owner) : vb::Form(owner, QStringLiteral("Form4"), QStringL
 void Form4::buildControls()
 {
     Move(0, 0, RightLeft + RightWidth + 240, 7800);
+    const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = FieldHeight});
 
-    Label1 = new vb::Label(this, QStringLiteral("Label1"), QStringLiteral("REPARTI PRESENTI"));
-    Label1->setBackStyle(0);
-    Label1->Move(120, 120, 2100, 255);
-    Label2 = new vb::Label(this, QStringLiteral("Label2"), QStringLiteral("0"));
-    Label2->setBackStyle(0);
+    Label1 = kit.label(this, "Label1", QStringLiteral("REPARTI PRESENTI"), 120, 120, 2100);
+    Label2 = kit.label(this, "Label2", QStringLiteral("0"), 2280, 120, LeftWidth - 2160);
     Label2->setAlignment(1);
-    Label2->Move(2280, 120, LeftWidth - 2160, 255);
     List1 = new vb::ListBox(this, QStringLiteral("List1"));
     List1->Move(120, 400, LeftWidth, 3900);
     List1->setFocusHighlight(true);
+    Txt_Search =
+        kit.searchFrame(this, "Frame1", QStringLiteral("Cerca Reparto"), "Txt_Search", 120, 4400, LeftWidth, 660, &Frame1);
 
-    Frame1 = new vb::Frame(this, QStringLiteral("Frame1"), QStringLiteral("Cerca Reparto"));
-    Frame1->Move(120, 4400, LeftWidth, 660);
-    Txt_Search = new vb::TextBox(Frame1, QStringLiteral("Txt_Search"));
-    Txt_Search->Move(120, 270, LeftWidth - 240, FieldHeight);
+    Label3 = kit.label(this, "Label3", QStringLiteral("REPARTO"), 120, 5160, LeftWidth);
+    TextREPARTO = kit.field(this, "TextREPARTO", 120, 5430, LeftWidth);
+    Text1 = kit.hidden("Text1");
 
-    Label3 = new vb::Label(this, QStringLiteral("Label3"), QStringLiteral("REPARTO"));
-    Label3->setBackStyle(0);
-    Label3->Move(120, 5160, LeftWidth, 255);
-    TextREPARTO = new vb::TextBox(this, QStringLiteral("TextREPARTO"));
-    TextREPARTO->Move(120, 5430, LeftWidth, FieldHeight);
-    Text1 = new vb::TextBox(this, QStringLiteral("Text1"));
-    Text1->setVisible(false);
-
-    Cmd_Add = new vb::CommandButton(this, QStringLiteral("Cmd_Add"), QStringLiteral("INSERISCI"));
-    Cmd_Add->Move(120, 5880, ButtonWidth, ButtonHeight);
-    Cmd_Edit = new vb::CommandButton(this, QStringLiteral("Cmd_Edit"), Browsing);
-    Cmd_Edit->Move(120 + LeftWidth - ButtonWidth, 5880, ButtonWidth, ButtonHeight);
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), 120, 5880, ButtonWidth);
+    Cmd_Edit = kit.button(this, "Cmd_Edit", Browsing, 120 + LeftWidth - ButtonWidth, 5880, ButtonWidth);
     // A change of the department's name is what lets a save through.
     Cmd_Edit->setEnabled(false);
-    Cmd_Delete = new vb::CommandButton(this, QStringLiteral("Cmd_Delete"), QStringLiteral("ELIMINA"));
-    Cmd_Delete->Move(120, 6340, ButtonWidth, ButtonHeight);
-    Command1 = new vb::CommandButton(this, QStringLiteral("Command1"), QStringLiteral("VISUALIZZA TUTTO"));
-    Command1->Move(120, 6800, LeftWidth, ButtonHeight);
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), 120, 6340, ButtonWidth);
+    Command1 = kit.button(this, "Command1", QStringLiteral("VISUALIZZA TUTTO"), 120, 6800, LeftWidth);
 
-    Label4 = new vb::Label(this, QStringLiteral("Label4"), QStringLiteral("MACCHINE"));
-    Label4->setBackStyle(0);
-    Label4->Move(RightLeft, 150, 1100, 255);
-    Txt_Num_Macc = new vb::TextBox(this, QStringLiteral("Txt_Num_Macc"));
-    Txt_Num_Macc->Move(RightLeft + 1140, 120, 900, FieldHeight);
+    Label4 = kit.label(this, "Label4", QStringLiteral("MACCHINE"), RightLeft, 150, 1100);
+    Txt_Num_Macc = kit.field(this, "Txt_Num_Macc", RightLeft + 1140, 120, 900);
     Txt_Num_Macc->setLocked(true);
-    Label5 = new vb::Label(this, QStringLiteral("Label5"), QStringLiteral("MODELLI"));
-    Label5->setBackStyle(0);
-    Label5->Move(RightLeft + 2400, 150, 1000, 255);
-    Txt_Num_Mod = new vb::TextBox(this, QStringLiteral("Txt_Num_Mod"));
-    Txt_Num_Mod->Move(RightLeft + 3440, 120, 900, FieldHeight);
+    Label5 = kit.label(this, "Label5", QStringLiteral("MODELLI"), RightLeft + 2400, 150, 1000);
+    Txt_Num_Mod = kit.field(this, "Txt_Num_Mod", RightLeft + 3440, 120, 900);
     Txt_Num_Mod->setLocked(true);
 
-    Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
-    Frame2 = new vb::Frame(this, QStringLiteral("Frame2"), QStringLiteral("MACCHINE"));
-    Frame2->Move(RightLeft, 540, RightWidth, 3300);
-    DataGrid1 = new vb::DataGrid(Frame2, QStringLiteral("DataGrid1"));
-    DataGrid1->Move(120, 270, RightWidth - 240, 2910);
-    DataGrid1->setDataSource(Adodc1);
-
-    Adodc2 = new vb::Adodc(this, QStringLiteral("Adodc2"));
-    Frame3 = new vb::Frame(this, QStringLiteral("Frame3"), QStringLiteral("MODELLI"));
-    Frame3->Move(RightLeft, 3940, RightWidth, 3235);
-    DataGrid2 = new vb::DataGrid(Frame3, QStringLiteral("DataGrid2"));
-    DataGrid2->Move(120, 270, RightWidth - 240, 2845);
-    DataGrid2->setDataSource(Adodc2);
+    Frame2 = kit.frame(this, "Frame2", QStringLiteral("MACCHINE"), RightLeft, 540, RightWidth, 3300);
+    DataGrid1 = kit.grid(Frame2, "DataGrid1", Adodc1, "Adodc1", 120, 270, RightWidth - 240, 2910);
+    Frame3 = kit.frame(this, "Frame3", QStringLiteral("MODELLI"), RightLeft, 3940, RightWidth, 3235);
+    DataGrid2 = kit.grid(Frame3, "DataGrid2", Adodc2, "Adodc2", 120, 270, RightWidth - 240, 2845);
 
     List1->Click = [this] { List1_Click(); };
     DataGrid1->RowColChange = [this] { DataGrid1_RowColChange(); };
@@ -222,14 +194,8 @@ void Form4::Fill_Grid_Macchine()
             TextREPARTO->Text() + QStringLiteral("'));"));
         Adodc1->Refresh();
     });
-    static const char* const captions[] = {"Macchina", "Modello", "N°"};
-    static const int widths[] = {2300, 2500, 500};
-    for (int i = 0; i < 3; ++i) {
-        trap.step([&] {
-            DataGrid1->Columns(i).setCaption(QString::fromUtf8(captions[i]));
-            DataGrid1->Columns(i).setWidth(widths[i]);
-        });
-    }
+    vb::setColumns(trap, DataGrid1,
+                   {{QStringLiteral("Macchina"), 2300}, {QStringLiteral("Modello"), 2500}, {QStringLiteral("N°"), 500}});
     trap.step([&] { Frame2->setCaption(QStringLiteral("Conteggio Macchine: ") + QString::number(Adodc1->RecordCount())); });
 }
 
@@ -265,14 +231,7 @@ void Form4::showUnits(const QString& statement)
         Adodc2->setRecordSource(statement);
         Adodc2->Refresh();
     });
-    static const char* const captions[] = {"Modello", "Numeraz"};
-    static const int widths[] = {3800, 1400};
-    for (int i = 0; i < 2; ++i) {
-        trap.step([&] {
-            DataGrid2->Columns(i).setCaption(QString::fromLatin1(captions[i]));
-            DataGrid2->Columns(i).setWidth(widths[i]);
-        });
-    }
+    vb::setColumns(trap, DataGrid2, {{QStringLiteral("Modello"), 3800}, {QStringLiteral("Numeraz"), 1400}});
     trap.step([&] { Frame3->setCaption(QStringLiteral("Conteggio Modelli: ") + QString::number(Adodc2->RecordCount())); });
 }
 

@@ -8,6 +8,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -157,6 +158,21 @@ private:
 inline void Run(const QString& jetSql)
 {
     DataStore::instance().Execute(jetSql);
+}
+
+/// A field and the value a screen writes into it.
+struct FieldValue
+{
+    const char* field;
+    Variant value;
+};
+
+/// Writes each value into its field of the current row, one trapped step a field: a
+/// field that refuses its value is passed over and the next one is written.
+inline void WriteFields(vb::Trap& trap, Recordset& rs, std::initializer_list<FieldValue> values)
+{
+    for (const FieldValue& v : values)
+        trap.step([&] { rs.Fields(QString::fromLatin1(v.field)) = v.value; });
 }
 
 /// DataStore::RunForEachRow on the program's store.

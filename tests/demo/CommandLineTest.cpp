@@ -1,5 +1,6 @@
 // The program's own command line: --demo on a folder with data refuses, --demo with
 // --screenshot makes the demo plant and writes a PNG of every screen that exists.
+#include "support/TestPaths.h"
 #include "shell/ScreenRegistry.h"
 
 #include <QDir>
@@ -23,7 +24,7 @@ Outcome velmora(const QStringList& args)
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     p.setProcessEnvironment(env);
-    p.start(QStringLiteral(VELMORA_BINARY), args);
+    p.start(testpaths::velmoraBinary(), args);
     EXPECT_TRUE(p.waitForFinished(180000)) << "velmora did not end";
     return {p.exitCode(), QString::fromUtf8(p.readAllStandardError())};
 }

@@ -1,6 +1,7 @@
 // The program started through the automation driver on a store imported from the old
 // plant file: the start-up upgrade happens and the due alerts of the plant's reference
 // day appear, as they did when the old program opened that file.
+#include "support/TestPaths.h"
 #include "importer/Importer.h"
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
@@ -49,7 +50,7 @@ std::vector<int> dueOffsets(const QString& storePath, const QDate& today)
 
 TEST(ImportedStartTest, UpgradeAndDueAlertsOnThePlantsData)
 {
-    const QString mdb = QStringLiteral(VELMORA_SHARED_DIR "/fixtures/legacy/Velmora.mdb");
+    const QString mdb = testpaths::shared(QStringLiteral("fixtures/legacy/Velmora.mdb"));
     if (!QFile::exists(mdb))
         GTEST_SKIP() << "the old plant file is not beside the clone";
     QTemporaryDir home;

@@ -1,5 +1,6 @@
 // The importer against the old plant file of the shared fixtures and its summary
 // (Velmora.json: every table, column type, row count and the first rows).
+#include "support/TestPaths.h"
 #include "importer/Importer.h"
 #include "importer/StoreWriter.h"
 #include "store/Schema.h"
@@ -19,7 +20,7 @@
 
 namespace {
 
-const QString FixtureDir = QStringLiteral(VELMORA_SHARED_DIR "/fixtures/legacy");
+const QString FixtureDir = testpaths::shared(QStringLiteral("fixtures/legacy"));
 
 QString fixtureMdb()
 {

@@ -2,6 +2,7 @@
 // The real program driven through standard input: `velmora --home DIR --drive -` with a
 // script, one parsed JSON answer per command.
 
+#include "support/TestPaths.h"
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -17,7 +18,7 @@ inline std::vector<QJsonObject> drive(const QString& home, const QStringList& sc
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     p.setProcessEnvironment(env);
-    p.start(QStringLiteral(VELMORA_BINARY),
+    p.start(testpaths::velmoraBinary(),
         {QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-")});
     EXPECT_TRUE(p.waitForStarted());
     p.write((script.join(u'\n') + u'\n').toUtf8());

@@ -1,5 +1,6 @@
 // Every statement the program runs (tests/data/statements.txt) translates and runs on a
 // store holding sample rows, or is refused where Jet refuses it.
+#include "support/TestPaths.h"
 #include "StoreFixture.h"
 
 #include "runtime/VBError.h"
@@ -21,7 +22,7 @@ struct Section
 
 std::vector<Section> readCorpus()
 {
-    QFile file(QStringLiteral(VELMORA_TEST_DATA "/statements.txt"));
+    QFile file(testpaths::data(QStringLiteral("statements.txt")));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Text));
     QTextStream in(&file);
     std::vector<Section> sections;

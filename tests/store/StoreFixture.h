@@ -2,6 +2,7 @@
 // A new store in a temporary folder, upgraded as the start-up upgrades it, with a few
 // sample rows in every table, and the clock frozen on 22/11/2026 10:30.
 
+#include "support/TestPaths.h"
 #include "runtime/Clock.h"
 #include "runtime/VBError.h"
 #include "store/DataStore.h"
@@ -27,7 +28,7 @@ inline const char* const kUpgrade[] = {
 /// The sample rows (tests/data/sample_store.sql), written straight in SQLite's words.
 inline QByteArray sampleRows()
 {
-    QFile file(QStringLiteral(VELMORA_TEST_DATA "/sample_store.sql"));
+    QFile file(testpaths::data(QStringLiteral("sample_store.sql")));
     if (!file.open(QIODevice::ReadOnly))
         ADD_FAILURE() << "sample_store.sql is missing";
     return file.readAll();
