@@ -3,6 +3,8 @@
 #include "execution/Form7.h"
 #include "execution/WeeklyPlan.h"
 
+#include "controls/ScreenKit.h"
+
 #include "runtime/Clock.h"
 #include "reports/TextExport.h"
 #include "runtime/MsgBox.h"
@@ -495,7 +497,7 @@ void Form7::Cmd_Add_Click()
     trap.step([&] {
         MaskEdBox2->setVisible(false);
         DTPicker2->setVisible(false);
-        Cmd_Edit->setCaption(QStringLiteral("SALVA"));
+        Cmd_Edit->setCaption(vb::caption::Save);
         Cmd_Edit->setEnabled(true);
         Cmd_Delete->setEnabled(false);
         Cmd_Add->setEnabled(false);
@@ -514,11 +516,12 @@ void Form7::ensurePlannedRow(Trap& trap)
     if (!missing)
         return;
     trap.step([&] { rs.AddNew(); });
-    trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
-    trap.step([&] { rs.Fields(QStringLiteral("Macchina")) = DataCombo3->Text(); });
-    trap.step([&] { rs.Fields(QStringLiteral("Modello")) = DataCombo2->Text(); });
-    trap.step([&] { rs.Fields(QStringLiteral("ID_NUM")) = ID_NUM->Text(); });
-    trap.step([&] { rs.Fields(QStringLiteral("Numerazione")) = DataCombo1->Text(); });
+    store::WriteFields(trap, rs,
+                       {{"ID_MODELLO", ID_MOD->Text()},
+                        {"Macchina", DataCombo3->Text()},
+                        {"Modello", DataCombo2->Text()},
+                        {"ID_NUM", ID_NUM->Text()},
+                        {"Numerazione", DataCombo1->Text()}});
     trap.step([&] { rs.UpdateBatch(); });
 }
 
@@ -548,17 +551,18 @@ void Form7::Cmd_Edit_Click()
     }
 
     auto writeCommon = [&](store::Recordset& rs) {
-        trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("ID_MAINT_TIPO")) = ID_MAINT->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Macchina")) = DataCombo3->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Modello")) = DataCombo2->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("ID_NUM")) = ID_NUM->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Numerazione")) = DataCombo1->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Manutenzione_Tipo")) = DataCombo4->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Frequenza_Sett")) = txtFrequenza->Text(); });
+        store::WriteFields(trap, rs,
+                           {{"ID_MODELLO", ID_MOD->Text()},
+                            {"ID_MAINT_TIPO", ID_MAINT->Text()},
+                            {"Macchina", DataCombo3->Text()},
+                            {"Modello", DataCombo2->Text()},
+                            {"ID_NUM", ID_NUM->Text()},
+                            {"Numerazione", DataCombo1->Text()},
+                            {"Manutenzione_Tipo", DataCombo4->Text()},
+                            {"Frequenza_Sett", txtFrequenza->Text()}});
     };
 
-    if (Cmd_Edit->Caption() == QLatin1String("SALVA")) {
+    if (Cmd_Edit->Caption() == vb::caption::Save) {
         // A new row. The duplicate goes by model text and number text, not by the keys.
         bool duplicate = false;
         trap.step([&] {
@@ -591,8 +595,8 @@ void Form7::Cmd_Edit_Click()
             if (DataCombo5->Text().isEmpty()) {
                 trap.step([&] { rs.Fields(QStringLiteral("Operatore")) = QString(); });
             } else {
-                trap.step([&] { rs.Fields(QStringLiteral("Operatore")) = DataCombo5->Text(); });
-                trap.step([&] { rs.Fields(QStringLiteral("ID_Operatore")) = ID_OPERATORE->Text(); });
+                store::WriteFields(trap, rs,
+                                   {{"Operatore", DataCombo5->Text()}, {"ID_Operatore", ID_OPERATORE->Text()}});
             }
             trap.step([&] { rs.UpdateBatch(); });
         }
@@ -626,16 +630,15 @@ void Form7::Cmd_Edit_Click()
         store::Recordset rs;
         trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Maintenance where ID =") + txtID->Text()); });
         writeCommon(rs);
-        trap.step([&] { rs.Fields(QStringLiteral("Tempo_Minuti")) = Txt_Tot_Minuti->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Ultima")) = DTPicker1->Value(); });
-        // What the user set: not recomputed from the frequency.
-        trap.step([&] { rs.Fields(QStringLiteral("Prossima")) = DTPicker2->Value(); });
+        // Prossima is what the user set: not recomputed from the frequency.
+        store::WriteFields(trap, rs,
+                           {{"Tempo_Minuti", Txt_Tot_Minuti->Text()},
+                            {"Ultima", DTPicker1->Value()},
+                            {"Prossima", DTPicker2->Value()}});
         if (DataCombo5->Text().isEmpty()) {
-            trap.step([&] { rs.Fields(QStringLiteral("Operatore")) = QString(); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_Operatore")) = Variant::null(); });
+            store::WriteFields(trap, rs, {{"Operatore", QString()}, {"ID_Operatore", Variant::null()}});
         } else {
-            trap.step([&] { rs.Fields(QStringLiteral("Operatore")) = DataCombo5->Text(); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_Operatore")) = ID_OPERATORE->Text(); });
+            store::WriteFields(trap, rs, {{"Operatore", DataCombo5->Text()}, {"ID_Operatore", ID_OPERATORE->Text()}});
         }
         trap.step([&] { rs.UpdateBatch(); });
         trap.step([&] { rs.UpdateBatch(); });
