@@ -29,7 +29,8 @@ void Form7::buildControls()
     const vb::ScreenKit kit(this, {.field = RowHeight});
 
     // The list and its day filter.
-    Label2 = kit.label(this, "Label2", QStringLiteral("Visualizza Manutenzioni in scadenza tra n° giorni:"), 120, 120, 4200);
+    Label2 =
+        kit.label(this, "Label2", QStringLiteral("Visualizza Manutenzioni in scadenza tra n° giorni:"), 120, 120, 4200);
     Txt_Search = kit.field(this, "Txt_Search", 4380, 90, 735);
     DataGrid1 = kit.grid(this, "DataGrid1", Adodc3, "Adodc3", 120, 480, 9720, 5160);
     Label1 = kit.label(this, "Label1", QStringLiteral("Conteggio Manutenzioni:"), 120, 5700, 5000);
@@ -136,7 +137,8 @@ void Form7::buildControls()
     DataGrid2->setVisible(false);
 
     // The stop panel.
-    Frame2 = kit.frame(this, "Frame2", QStringLiteral("Fermi Macchina per Posticipo Manutenzioni"), 4800, 6360, 5040, 2400);
+    Frame2 =
+        kit.frame(this, "Frame2", QStringLiteral("Fermi Macchina per Posticipo Manutenzioni"), 4800, 6360, 5040, 2400);
     Frame2->setVisible(false);
     DTPicker6 = kit.datePicker(Frame2, "DTPicker6", 120, 300, 1335);
     Cmd_Confirm = kit.button(Frame2, "Cmd_Confirm", QStringLiteral("CONFERMA"), 1560, 270, 1500);

@@ -128,22 +128,15 @@ void Form7::Refresh_Grid_Maintenance()
         Adodc3->setRecordSource(statement);
         Adodc3->Refresh();
     });
-    struct Layout
-    {
-        const char* caption;
-        int width;
-    };
-    static const Layout columns[] = {{"ID", 0},          {"MACCHINA", 2000},          {"MODELLO", 2800},
-                                     {"NUM", 600},       {"MANUTENZIONE TIPO", 1500}, {"ULTIMA", 1200},
-                                     {"PROSSIMA", 1200}};
-    for (int i = 0; i < 7; ++i) {
-        trap.step([&] {
-            vb::GridColumn& c = DataGrid1->Columns(i);
-            c.setCaption(QString::fromLatin1(columns[i].caption));
-            c.setWidth(columns[i].width);
-            c.setLocked(i > 0);
-        });
-    }
+    // ID, the key, is the one column left unlocked.
+    vb::setColumns(trap, DataGrid1,
+                   {{QStringLiteral("ID"), 0},
+                    {QStringLiteral("MACCHINA"), 2000, true},
+                    {QStringLiteral("MODELLO"), 2800, true},
+                    {QStringLiteral("NUM"), 600, true},
+                    {QStringLiteral("MANUTENZIONE TIPO"), 1500, true},
+                    {QStringLiteral("ULTIMA"), 1200, true},
+                    {QStringLiteral("PROSSIMA"), 1200, true}});
     trap.step([&] { Label1->setCaption(QStringLiteral("Conteggio Manutenzioni: ") + QString::number(Adodc3->RecordCount())); });
 }
 
@@ -249,10 +242,15 @@ void Form7::DataGrid1_RowColChange()
                                 QStringLiteral(" AND ID_NUM=") + ID_NUM->Text() + QStringLiteral("  Order by Ultima desc"));
         Adodc7->Refresh();
     });
-    static const char* const noteCaptions[] = {"ID",           "ID_MAINTENANCE", "ID_MODELLO", "ID_NUM",
-                                               "ID_OPERATORE", "Ultima",         "Avvisa",     "NOTE"};
-    for (int i = 0; i < 8; ++i)
-        trap.step([&] { DataGrid2->Columns(i).setCaption(QString::fromLatin1(noteCaptions[i])); });
+    vb::setColumns(trap, DataGrid2,
+                   {{QStringLiteral("ID")},
+                    {QStringLiteral("ID_MAINTENANCE")},
+                    {QStringLiteral("ID_MODELLO")},
+                    {QStringLiteral("ID_NUM")},
+                    {QStringLiteral("ID_OPERATORE")},
+                    {QStringLiteral("Ultima")},
+                    {QStringLiteral("Avvisa")},
+                    {QStringLiteral("NOTE")}});
     trap.step([&] {
         if (Adodc7->RecordCount() == 0) {
             DataGrid2->setVisible(false);

@@ -27,21 +27,6 @@ constexpr int GridTop = 1200;
 constexpr int GridHeight = 4800;
 constexpr int RowHeight = 315;
 
-/// Captions, locks and the columns shown of a grid; a width of 0 hides a column.
-void setColumns(vb::DataGrid* grid, Trap& trap, std::initializer_list<std::pair<const char*, int>> columns)
-{
-    int i = 0;
-    for (const auto& [caption, width] : columns) {
-        trap.step([&] {
-            vb::GridColumn& c = grid->Columns(i);
-            c.setCaption(QString::fromUtf8(caption));
-            c.setLocked(true);
-            c.setWidth(width);
-        });
-        ++i;
-    }
-}
-
 /// A row value as the grid shows it, by field or caption.
 QString cell(vb::DataGrid* grid, const char* column)
 {
@@ -143,7 +128,12 @@ void Form11::showTopLevel(const QString& statement)
 void Form11::Set_Causes_Grid()
 {
     Trap trap = Trap::ignoreAll();
-    setColumns(DataGrid1, trap, {{"Macchina", 1500}, {"Modello", 1300}, {"N°M", 500}, {"Causa", 1500}, {"N°C", 500}});
+    vb::setColumns(trap, DataGrid1,
+                   {{QStringLiteral("Macchina"), 1500, true},
+                    {QStringLiteral("Modello"), 1300, true},
+                    {QStringLiteral("N°M"), 500, true},
+                    {QStringLiteral("Causa"), 1500, true},
+                    {QStringLiteral("N°C"), 500, true}});
     trap.step([&] { Label1->setCaption(QStringLiteral("Conteggio Cause: ") + QString::number(Adodc1->RecordCount())); });
 }
 
@@ -152,8 +142,13 @@ void Form11::Show_Parts_Of_Cause()
     Trap trap = Trap::ignoreAll();
     trap.step([&] { DataGrid2->setDataSource(Adodc2); });
     trap.step([&] { Adodc2->Refresh(); });
-    setColumns(DataGrid2, trap,
-               {{"Macchina", 0}, {"Modello", 0}, {"Causa", 0}, {"Ricambio", 1700}, {"Descrizione", 2400}, {"N°", 500}});
+    vb::setColumns(trap, DataGrid2,
+                   {{QStringLiteral("Macchina"), 0, true},
+                    {QStringLiteral("Modello"), 0, true},
+                    {QStringLiteral("Causa"), 0, true},
+                    {QStringLiteral("Ricambio"), 1700, true},
+                    {QStringLiteral("Descrizione"), 2400, true},
+                    {QStringLiteral("N°"), 500, true}});
     trap.step([&] {
         Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount()));
     });
@@ -164,9 +159,13 @@ void Form11::Show_Parts_Of_Machine()
     Trap trap = Trap::ignoreAll();
     trap.step([&] { DataGrid2->setDataSource(Adodc2); });
     trap.step([&] { Adodc2->Refresh(); });
-    setColumns(DataGrid2, trap,
-               {{"Macchina", 0}, {"Modello", 1300}, {"Ricambio", 1500}, {"Descrizione", 1900}, {"Conteggio", 700},
-                {"Numerazione", 0}});
+    vb::setColumns(trap, DataGrid2,
+                   {{QStringLiteral("Macchina"), 0, true},
+                    {QStringLiteral("Modello"), 1300, true},
+                    {QStringLiteral("Ricambio"), 1500, true},
+                    {QStringLiteral("Descrizione"), 1900, true},
+                    {QStringLiteral("Conteggio"), 700, true},
+                    {QStringLiteral("Numerazione"), 0, true}});
     trap.step([&] {
         Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount()));
     });
@@ -285,7 +284,12 @@ void Form11::Cmd_Interventi_Macch_Click()
 {
     newTopLevel(Txt_Search_Mod_Macc, "2", [] { return RankingStatement(); });
     Trap trap = Trap::ignoreAll();
-    setColumns(DataGrid1, trap, {{"Interventi", 900}, {"Macchina", 1700}, {"Modello", 1500}, {"N°M", 600}, {"ID_NUM", 0}});
+    vb::setColumns(trap, DataGrid1,
+                   {{QStringLiteral("Interventi"), 900, true},
+                    {QStringLiteral("Macchina"), 1700, true},
+                    {QStringLiteral("Modello"), 1500, true},
+                    {QStringLiteral("N°M"), 600, true},
+                    {QStringLiteral("ID_NUM"), 0, true}});
     trap.step([&] {
         Label1->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc1->RecordCount()));
     });
@@ -391,7 +395,9 @@ void Form11::DataGrid2_RowColChange()
     if (changed)
         trap.step([&] { Adodc3->Refresh(); });
     trap.step([&] { DataGrid3->setDataSource(Adodc3); });
-    setColumns(DataGrid3, trap, {{"Data", 1200}, {"Destinazione", 1700}});
+    vb::setColumns(trap, DataGrid3,
+                   {{QStringLiteral("Data"), 1200, true},
+                    {QStringLiteral("Destinazione"), 1700, true}});
     trap.step([&] {
         Label3->setCaption(QStringLiteral("Conteggio Destinazioni: ") + QString::number(Adodc3->RecordCount()));
     });

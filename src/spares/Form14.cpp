@@ -57,14 +57,12 @@ double number(const vb::TextBox* field)
 /// The machine list of the searches: five columns, model and number shown.
 void setFiveColumns(vb::DataGrid* grid, Trap& trap)
 {
-    static const char* const captions[] = {"ID", "MODELLO", "N°", "STATO", "ID_NUMER0"};
-    for (int i = 0; i < 5; ++i)
-        trap.step([&] {
-            vb::GridColumn& c = grid->Columns(i);
-            c.setCaption(QString::fromUtf8(captions[i]));
-            c.setLocked(true);
-            c.setWidth(i == 1 ? 2000 : i == 2 ? 800 : 0);
-        });
+    vb::setColumns(trap, grid,
+                   {{QStringLiteral("ID"), 0, true},
+                    {QStringLiteral("MODELLO"), 2000, true},
+                    {QStringLiteral("N°"), 800, true},
+                    {QStringLiteral("STATO"), 0, true},
+                    {QStringLiteral("ID_NUMER0"), 0, true}});
 }
 
 void machineCount(vb::Label* label, const vb::Adodc* source)
@@ -1106,14 +1104,13 @@ void Form14::Show_Part_Consumption()
             key(Txt_ID_DESCRIZIONE_RIC) + QStringLiteral("))ORDER BY Year([Tbl_Ricerca]![Data]) DESC;"));
         Adodc10->Refresh();
     });
-    static const char* const captions[] = {"Anno", "ID_RICAMBI", "ID_DESCRIZIONE", "Ricambi", "Descrizione", "Qtà"};
-    for (int i = 0; i < 6; ++i)
-        trap.step([&] {
-            vb::GridColumn& c = DataGrid3->Columns(i);
-            c.setCaption(QString::fromUtf8(captions[i]));
-            c.setLocked(true);
-            c.setWidth(i == 1 || i == 2 ? 0 : i == 0 || i == 5 ? 600 : 1500);
-        });
+    vb::setColumns(trap, DataGrid3,
+                   {{QStringLiteral("Anno"), 600, true},
+                    {QStringLiteral("ID_RICAMBI"), 0, true},
+                    {QStringLiteral("ID_DESCRIZIONE"), 0, true},
+                    {QStringLiteral("Ricambi"), 1500, true},
+                    {QStringLiteral("Descrizione"), 1500, true},
+                    {QStringLiteral("Qtà"), 600, true}});
     trap.step([&] {
         Frame10->setCaption(QStringLiteral("Consumi relativi a [") +
                             Adodc10->value(0, Adodc10->columnIndex(QStringLiteral("Descrizione"))).toString() +
