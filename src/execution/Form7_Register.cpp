@@ -130,12 +130,9 @@ void Form7::Refresh_Grid_Maintenance()
     });
     // ID, the key, is the one column left unlocked.
     vb::setColumns(trap, DataGrid1,
-                   {{QStringLiteral("ID"), 0},
-                    {QStringLiteral("MACCHINA"), 2000, true},
-                    {QStringLiteral("MODELLO"), 2800, true},
-                    {QStringLiteral("NUM"), 600, true},
-                    {QStringLiteral("MANUTENZIONE TIPO"), 1500, true},
-                    {QStringLiteral("ULTIMA"), 1200, true},
+                   {{QStringLiteral("ID"), 0}, {QStringLiteral("MACCHINA"), 2000, true},
+                    {QStringLiteral("MODELLO"), 2800, true}, {QStringLiteral("NUM"), 600, true},
+                    {QStringLiteral("MANUTENZIONE TIPO"), 1500, true}, {QStringLiteral("ULTIMA"), 1200, true},
                     {QStringLiteral("PROSSIMA"), 1200, true}});
     trap.step([&] { Label1->setCaption(QStringLiteral("Conteggio Manutenzioni: ") + QString::number(Adodc3->RecordCount())); });
 }
@@ -243,14 +240,9 @@ void Form7::DataGrid1_RowColChange()
         Adodc7->Refresh();
     });
     vb::setColumns(trap, DataGrid2,
-                   {{QStringLiteral("ID")},
-                    {QStringLiteral("ID_MAINTENANCE")},
-                    {QStringLiteral("ID_MODELLO")},
-                    {QStringLiteral("ID_NUM")},
-                    {QStringLiteral("ID_OPERATORE")},
-                    {QStringLiteral("Ultima")},
-                    {QStringLiteral("Avvisa")},
-                    {QStringLiteral("NOTE")}});
+                   {{QStringLiteral("ID")}, {QStringLiteral("ID_MAINTENANCE")}, {QStringLiteral("ID_MODELLO")},
+                    {QStringLiteral("ID_NUM")}, {QStringLiteral("ID_OPERATORE")}, {QStringLiteral("Ultima")},
+                    {QStringLiteral("Avvisa")}, {QStringLiteral("NOTE")}});
     trap.step([&] {
         if (Adodc7->RecordCount() == 0) {
             DataGrid2->setVisible(false);
@@ -515,10 +507,8 @@ void Form7::ensurePlannedRow(Trap& trap)
         return;
     trap.step([&] { rs.AddNew(); });
     store::WriteFields(trap, rs,
-                       {{"ID_MODELLO", ID_MOD->Text()},
-                        {"Macchina", DataCombo3->Text()},
-                        {"Modello", DataCombo2->Text()},
-                        {"ID_NUM", ID_NUM->Text()},
+                       {{"ID_MODELLO", ID_MOD->Text()}, {"Macchina", DataCombo3->Text()},
+                        {"Modello", DataCombo2->Text()}, {"ID_NUM", ID_NUM->Text()},
                         {"Numerazione", DataCombo1->Text()}});
     trap.step([&] { rs.UpdateBatch(); });
 }
@@ -550,14 +540,10 @@ void Form7::Cmd_Edit_Click()
 
     auto writeCommon = [&](store::Recordset& rs) {
         store::WriteFields(trap, rs,
-                           {{"ID_MODELLO", ID_MOD->Text()},
-                            {"ID_MAINT_TIPO", ID_MAINT->Text()},
-                            {"Macchina", DataCombo3->Text()},
-                            {"Modello", DataCombo2->Text()},
-                            {"ID_NUM", ID_NUM->Text()},
-                            {"Numerazione", DataCombo1->Text()},
-                            {"Manutenzione_Tipo", DataCombo4->Text()},
-                            {"Frequenza_Sett", txtFrequenza->Text()}});
+                           {{"ID_MODELLO", ID_MOD->Text()}, {"ID_MAINT_TIPO", ID_MAINT->Text()},
+                            {"Macchina", DataCombo3->Text()}, {"Modello", DataCombo2->Text()},
+                            {"ID_NUM", ID_NUM->Text()}, {"Numerazione", DataCombo1->Text()},
+                            {"Manutenzione_Tipo", DataCombo4->Text()}, {"Frequenza_Sett", txtFrequenza->Text()}});
     };
 
     if (Cmd_Edit->Caption() == vb::caption::Save) {
@@ -630,8 +616,7 @@ void Form7::Cmd_Edit_Click()
         writeCommon(rs);
         // Prossima is what the user set: not recomputed from the frequency.
         store::WriteFields(trap, rs,
-                           {{"Tempo_Minuti", Txt_Tot_Minuti->Text()},
-                            {"Ultima", DTPicker1->Value()},
+                           {{"Tempo_Minuti", Txt_Tot_Minuti->Text()}, {"Ultima", DTPicker1->Value()},
                             {"Prossima", DTPicker2->Value()}});
         if (DataCombo5->Text().isEmpty()) {
             store::WriteFields(trap, rs, {{"Operatore", QString()}, {"ID_Operatore", Variant::null()}});

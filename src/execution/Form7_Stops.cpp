@@ -233,10 +233,8 @@ void Form7::Cmd_Confirm_Click()
                        QStringLiteral("MACCHINA RIAVVIATE IL **") + date + QStringLiteral("**")) == vb::answer::Yes) {
             walk([&](store::Recordset& stop, const Variant& tipo, bool isNew) {
                 store::WriteFields(trap, stop,
-                                   {{"Ferma_Dal", Variant::null()},
-                                    {"Giorni_Stop", 0},
-                                    {"ID_NUM", Variant::fromInteger(idNum)},
-                                    {"ID_MAINT_TIPO", tipo}});
+                                   {{"Ferma_Dal", Variant::null()}, {"Giorni_Stop", 0},
+                                    {"ID_NUM", Variant::fromInteger(idNum)}, {"ID_MAINT_TIPO", tipo}});
                 trap.step([&] {
                     stop.Fields(QStringLiteral("TOT_Giorni_Stop")) =
                         addTo(counter(stop, "TOT_Giorni_Stop", isNew), daysBetween(DTPicker3->Value(), DTPicker4->Value()));
@@ -250,10 +248,8 @@ void Form7::Cmd_Confirm_Click()
                        QStringLiteral("FERMATA MACCHINA DAL **") + date + QStringLiteral("**")) == vb::answer::Yes) {
             walk([&](store::Recordset& stop, const Variant& tipo, bool isNew) {
                 store::WriteFields(trap, stop,
-                                   {{"Ferma_Dal", DTPicker3->Value()},
-                                    {"ID_NUM", Variant::fromInteger(idNum)},
-                                    {"Giorni_Stop", 0},
-                                    {"ID_MAINT_TIPO", tipo}});
+                                   {{"Ferma_Dal", DTPicker3->Value()}, {"ID_NUM", Variant::fromInteger(idNum)},
+                                    {"Giorni_Stop", 0}, {"ID_MAINT_TIPO", tipo}});
                 trap.step([&] {
                     stop.Fields(QStringLiteral("Numero_Stop")) = addTo(counter(stop, "Numero_Stop", isNew), 1);
                 });

@@ -129,10 +129,8 @@ void Form11::Set_Causes_Grid()
 {
     Trap trap = Trap::ignoreAll();
     vb::setColumns(trap, DataGrid1,
-                   {{QStringLiteral("Macchina"), 1500, true},
-                    {QStringLiteral("Modello"), 1300, true},
-                    {QStringLiteral("N°M"), 500, true},
-                    {QStringLiteral("Causa"), 1500, true},
+                   {{QStringLiteral("Macchina"), 1500, true}, {QStringLiteral("Modello"), 1300, true},
+                    {QStringLiteral("N°M"), 500, true}, {QStringLiteral("Causa"), 1500, true},
                     {QStringLiteral("N°C"), 500, true}});
     trap.step([&] { Label1->setCaption(QStringLiteral("Conteggio Cause: ") + QString::number(Adodc1->RecordCount())); });
 }
@@ -143,12 +141,9 @@ void Form11::Show_Parts_Of_Cause()
     trap.step([&] { DataGrid2->setDataSource(Adodc2); });
     trap.step([&] { Adodc2->Refresh(); });
     vb::setColumns(trap, DataGrid2,
-                   {{QStringLiteral("Macchina"), 0, true},
-                    {QStringLiteral("Modello"), 0, true},
-                    {QStringLiteral("Causa"), 0, true},
-                    {QStringLiteral("Ricambio"), 1700, true},
-                    {QStringLiteral("Descrizione"), 2400, true},
-                    {QStringLiteral("N°"), 500, true}});
+                   {{QStringLiteral("Macchina"), 0, true}, {QStringLiteral("Modello"), 0, true},
+                    {QStringLiteral("Causa"), 0, true}, {QStringLiteral("Ricambio"), 1700, true},
+                    {QStringLiteral("Descrizione"), 2400, true}, {QStringLiteral("N°"), 500, true}});
     trap.step([&] {
         Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount()));
     });
@@ -160,12 +155,9 @@ void Form11::Show_Parts_Of_Machine()
     trap.step([&] { DataGrid2->setDataSource(Adodc2); });
     trap.step([&] { Adodc2->Refresh(); });
     vb::setColumns(trap, DataGrid2,
-                   {{QStringLiteral("Macchina"), 0, true},
-                    {QStringLiteral("Modello"), 1300, true},
-                    {QStringLiteral("Ricambio"), 1500, true},
-                    {QStringLiteral("Descrizione"), 1900, true},
-                    {QStringLiteral("Conteggio"), 700, true},
-                    {QStringLiteral("Numerazione"), 0, true}});
+                   {{QStringLiteral("Macchina"), 0, true}, {QStringLiteral("Modello"), 1300, true},
+                    {QStringLiteral("Ricambio"), 1500, true}, {QStringLiteral("Descrizione"), 1900, true},
+                    {QStringLiteral("Conteggio"), 700, true}, {QStringLiteral("Numerazione"), 0, true}});
     trap.step([&] {
         Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount()));
     });
@@ -285,10 +277,8 @@ void Form11::Cmd_Interventi_Macch_Click()
     newTopLevel(Txt_Search_Mod_Macc, "2", [] { return RankingStatement(); });
     Trap trap = Trap::ignoreAll();
     vb::setColumns(trap, DataGrid1,
-                   {{QStringLiteral("Interventi"), 900, true},
-                    {QStringLiteral("Macchina"), 1700, true},
-                    {QStringLiteral("Modello"), 1500, true},
-                    {QStringLiteral("N°M"), 600, true},
+                   {{QStringLiteral("Interventi"), 900, true}, {QStringLiteral("Macchina"), 1700, true},
+                    {QStringLiteral("Modello"), 1500, true}, {QStringLiteral("N°M"), 600, true},
                     {QStringLiteral("ID_NUM"), 0, true}});
     trap.step([&] {
         Label1->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc1->RecordCount()));
@@ -396,8 +386,7 @@ void Form11::DataGrid2_RowColChange()
         trap.step([&] { Adodc3->Refresh(); });
     trap.step([&] { DataGrid3->setDataSource(Adodc3); });
     vb::setColumns(trap, DataGrid3,
-                   {{QStringLiteral("Data"), 1200, true},
-                    {QStringLiteral("Destinazione"), 1700, true}});
+                   {{QStringLiteral("Data"), 1200, true}, {QStringLiteral("Destinazione"), 1700, true}});
     trap.step([&] {
         Label3->setCaption(QStringLiteral("Conteggio Destinazioni: ") + QString::number(Adodc3->RecordCount()));
     });

@@ -58,10 +58,8 @@ double number(const vb::TextBox* field)
 void setFiveColumns(vb::DataGrid* grid, Trap& trap)
 {
     vb::setColumns(trap, grid,
-                   {{QStringLiteral("ID"), 0, true},
-                    {QStringLiteral("MODELLO"), 2000, true},
-                    {QStringLiteral("N°"), 800, true},
-                    {QStringLiteral("STATO"), 0, true},
+                   {{QStringLiteral("ID"), 0, true}, {QStringLiteral("MODELLO"), 2000, true},
+                    {QStringLiteral("N°"), 800, true}, {QStringLiteral("STATO"), 0, true},
                     {QStringLiteral("ID_NUMER0"), 0, true}});
 }
 
@@ -868,9 +866,7 @@ void Form14::Update_Stock()
         all.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")) = all.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")).Value();
     });
     store::WriteFields(trap, all,
-                       {{"Scorta", S},
-                        {"ID_Ricambi", Txt_ID_Ricambi->Text()},
-                        {"Ricambi", DataCombo1->Text()},
+                       {{"Scorta", S}, {"ID_Ricambi", Txt_ID_Ricambi->Text()}, {"Ricambi", DataCombo1->Text()},
                         {"Descrizione", DataCombo5->Text()}});
     trap.step([&] { all.UpdateBatch(); });
     vb::MsgBox(QStringLiteral("Inserito a Magazzino Ricambi [") + DataCombo1->Text() + QStringLiteral("] Tipo [") +
@@ -1105,12 +1101,9 @@ void Form14::Show_Part_Consumption()
         Adodc10->Refresh();
     });
     vb::setColumns(trap, DataGrid3,
-                   {{QStringLiteral("Anno"), 600, true},
-                    {QStringLiteral("ID_RICAMBI"), 0, true},
-                    {QStringLiteral("ID_DESCRIZIONE"), 0, true},
-                    {QStringLiteral("Ricambi"), 1500, true},
-                    {QStringLiteral("Descrizione"), 1500, true},
-                    {QStringLiteral("Qtà"), 600, true}});
+                   {{QStringLiteral("Anno"), 600, true}, {QStringLiteral("ID_RICAMBI"), 0, true},
+                    {QStringLiteral("ID_DESCRIZIONE"), 0, true}, {QStringLiteral("Ricambi"), 1500, true},
+                    {QStringLiteral("Descrizione"), 1500, true}, {QStringLiteral("Qtà"), 600, true}});
     trap.step([&] {
         Frame10->setCaption(QStringLiteral("Consumi relativi a [") +
                             Adodc10->value(0, Adodc10->columnIndex(QStringLiteral("Descrizione"))).toString() +
