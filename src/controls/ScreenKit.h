@@ -16,6 +16,7 @@
 
 #include "controls/Controls.h"
 #include "controls/DataControls.h"
+#include "controls/DateControls.h"
 #include "runtime/Trap.h"
 
 #include <QString>
@@ -86,6 +87,22 @@ public:
 private:
     Form* m_form;
     KitHeights m_heights;
+
+public:
+    /// A list box.
+    ListBox* list(QWidget* parent, const char* name, int left, int top, int width, int height) const;
+    /// A data combo of the field height unless told, whose list comes from a data control
+    /// the screen makes on its own.
+    DataCombo* combo(QWidget* parent, const char* name, int left, int top, int width, int height = -1) const;
+    /// A date picker of the field height unless told.
+    DTPicker* datePicker(QWidget* parent, const char* name, int left, int top, int width, int height = -1) const;
+    /// A grid bound to a data control the screen already has.
+    DataGrid* boundGrid(QWidget* parent, const char* name, Adodc* source, int left, int top, int width,
+                        int height) const;
+    /// A frame with its caption and one text field inside, 120 twips in from each side and
+    /// @p fieldTop from the frame's top. @p frame is set to the frame when asked for.
+    TextBox* framedField(QWidget* parent, const char* frameName, const QString& caption, const char* fieldName,
+                         int left, int top, int width, int height, int fieldTop, Frame** frame = nullptr) const;
 };
 
 /// Gives a grid's columns, from the first, their captions, widths and locks: one

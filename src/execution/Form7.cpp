@@ -1,6 +1,7 @@
 #include "execution/Form7.h"
 #include "execution/WeeklyPlan.h"
 
+#include "controls/ScreenKit.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
 
@@ -25,34 +26,15 @@ Form7::Form7(QWidget* owner) : vb::Form(owner, QStringLiteral("Form7"), QStringL
 void Form7::buildControls()
 {
     Move(0, 0, 15360, 9000);
-
-    auto label = [this](QWidget* parent, const char* name, const QString& caption, int left, int top, int width) {
-        auto* l = new vb::Label(parent, QString::fromLatin1(name), caption);
-        l->setBackStyle(0);
-        l->Move(left, top, width, 255);
-        return l;
-    };
-    auto hidden = [this](const char* name) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->setVisible(false);
-        return t;
-    };
-    auto button = [](QWidget* parent, const char* name, const QString& caption, int left, int top, int width) {
-        auto* b = new vb::CommandButton(parent, QString::fromLatin1(name), caption);
-        b->Move(left, top, width, 375);
-        return b;
-    };
+    const vb::ScreenKit kit(this, {.field = RowHeight});
 
     // The list and its day filter.
-    Label2 = label(this, "Label2", QStringLiteral("Visualizza Manutenzioni in scadenza tra n° giorni:"), 120, 120, 4200);
-    Txt_Search = new vb::TextBox(this, QStringLiteral("Txt_Search"));
-    Txt_Search->Move(4380, 90, 735, RowHeight);
-    Adodc3 = new vb::Adodc(this, QStringLiteral("Adodc3"));
-    DataGrid1 = new vb::DataGrid(this, QStringLiteral("DataGrid1"));
-    DataGrid1->Move(120, 480, 9720, 5160);
-    DataGrid1->setDataSource(Adodc3);
-    Label1 = label(this, "Label1", QStringLiteral("Conteggio Manutenzioni:"), 120, 5700, 5000);
-    Lbl_ProgressBar = label(this, "Lbl_ProgressBar", QString(), 120, 5700, 5000);
+    Label2 =
+        kit.label(this, "Label2", QStringLiteral("Visualizza Manutenzioni in scadenza tra n° giorni:"), 120, 120, 4200);
+    Txt_Search = kit.field(this, "Txt_Search", 4380, 90, 735);
+    DataGrid1 = kit.grid(this, "DataGrid1", Adodc3, "Adodc3", 120, 480, 9720, 5160);
+    Label1 = kit.label(this, "Label1", QStringLiteral("Conteggio Manutenzioni:"), 120, 5700, 5000);
+    Lbl_ProgressBar = kit.label(this, "Lbl_ProgressBar", QString(), 120, 5700, 5000);
     Lbl_ProgressBar->setVisible(false);
     Shape1 = new vb::Shape(this, QStringLiteral("Shape1"));
     Shape1->Move(120, 5970, 0, 120);
@@ -67,53 +49,48 @@ void Form7::buildControls()
     // The entry fields of the selected row.
     int top = 120;
     auto fieldRow = [&](const char* labelName, const QString& caption) {
-        vb::Label* l = label(this, labelName, caption, FieldLabelLeft, top + 30, 1740);
+        vb::Label* l = kit.label(this, labelName, caption, FieldLabelLeft, top + 30, 1740);
         top += 390;
         return l;
     };
-    Label16 = label(this, "Label16", QString(), FieldLabelLeft, top, 4800);
+    Label16 = kit.label(this, "Label16", QString(), FieldLabelLeft, top, 4800);
     Label16->setFontBold(true);
     top += 390;
     auto comboRow = [&](const char* labelName, const QString& caption, const char* name, vb::Label*& l) {
         l = fieldRow(labelName, caption);
-        auto* c = new vb::DataCombo(this, QString::fromLatin1(name));
-        c->Move(FieldLeft, top - 390, FieldWidth, RowHeight);
-        return c;
+        return kit.combo(this, name, FieldLeft, top - 390, FieldWidth);
     };
     DataCombo3 = comboRow("Label3", QStringLiteral("Macchina:"), "DataCombo3", Label3);
     DataCombo2 = comboRow("Label4", QStringLiteral("Modello:"), "DataCombo2", Label4);
     DataCombo1 = comboRow("Label5", QStringLiteral("Numerazione:"), "DataCombo1", Label5);
     DataCombo4 = comboRow("Label6", QStringLiteral("Manutenzione Tipo:"), "DataCombo4", Label6);
     Label10 = fieldRow("Label10", QStringLiteral("Frequenza Sett.:"));
-    txtFrequenza = new vb::TextBox(this, QStringLiteral("txtFrequenza"));
-    txtFrequenza->Move(FieldLeft, top - 390, 735, RowHeight);
+    txtFrequenza = kit.field(this, "txtFrequenza", FieldLeft, top - 390, 735);
     txtFrequenza->setLocked(true);
     DataCombo5 = comboRow("Label9", QStringLiteral("Operatore:"), "DataCombo5", Label9);
     Label7 = fieldRow("Label7", QStringLiteral("Ultima:"));
-    Command1 = button(this, "Command1", QStringLiteral("<"), FieldLeft, top - 420, 375);
+    Command1 = kit.button(this, "Command1", QStringLiteral("<"), FieldLeft, top - 420, 375);
     MaskEdBox1 = new vb::MaskEdBox(this, QStringLiteral("MaskEdBox1"), QStringLiteral("##/##/####"));
     MaskEdBox1->Move(FieldLeft + 420, top - 390, 1200, RowHeight);
-    DTPicker1 = new vb::DTPicker(this, QStringLiteral("DTPicker1"));
-    DTPicker1->Move(FieldLeft + 1665, top - 390, 1335, RowHeight);
-    Command2 = button(this, "Command2", QStringLiteral(">"), FieldLeft + 3045, top - 420, 375);
+    DTPicker1 = kit.datePicker(this, "DTPicker1", FieldLeft + 1665, top - 390, 1335);
+    Command2 = kit.button(this, "Command2", QStringLiteral(">"), FieldLeft + 3045, top - 420, 375);
     Label8 = fieldRow("Label8", QStringLiteral("Prossima:"));
     Label8->setForeColor(vb::colour::Black);
     MaskEdBox2 = new vb::MaskEdBox(this, QStringLiteral("MaskEdBox2"), QStringLiteral("##/##/####"));
     MaskEdBox2->Move(FieldLeft + 420, top - 390, 1200, RowHeight);
-    DTPicker2 = new vb::DTPicker(this, QStringLiteral("DTPicker2"));
-    DTPicker2->Move(FieldLeft + 1665, top - 390, 1335, RowHeight);
+    DTPicker2 = kit.datePicker(this, "DTPicker2", FieldLeft + 1665, top - 390, 1335);
 
-    txtID = hidden("txtID");
-    ID_MOD = hidden("ID_MOD");
-    ID_NUM = hidden("ID_NUM");
-    ID_MAINT = hidden("ID_MAINT");
-    ID_OPERATORE = hidden("ID_OPERATORE");
-    Txt_Tot_Minuti = hidden("Txt_Tot_Minuti");
-    Txt_Qualifica = hidden("Txt_Qualifica");
-    Txt_Man_Tip = hidden("Txt_Man_Tip");
-    Txt_Week = hidden("Txt_Week");
-    Txt_Db = hidden("Txt_Db");
-    TXT = hidden("TXT");
+    txtID = kit.hidden("txtID");
+    ID_MOD = kit.hidden("ID_MOD");
+    ID_NUM = kit.hidden("ID_NUM");
+    ID_MAINT = kit.hidden("ID_MAINT");
+    ID_OPERATORE = kit.hidden("ID_OPERATORE");
+    Txt_Tot_Minuti = kit.hidden("Txt_Tot_Minuti");
+    Txt_Qualifica = kit.hidden("Txt_Qualifica");
+    Txt_Man_Tip = kit.hidden("Txt_Man_Tip");
+    Txt_Week = kit.hidden("Txt_Week");
+    Txt_Db = kit.hidden("Txt_Db");
+    TXT = kit.hidden("TXT");
 
     Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
     Adodc2 = new vb::Adodc(this, QStringLiteral("Adodc2"));
@@ -125,71 +102,64 @@ void Form7::buildControls()
 
     // Commands.
     top += 120;
-    Cmd_Add = button(this, "Cmd_Add", QStringLiteral("Inserisci"), FieldLabelLeft, top, 1500);
-    Cmd_Edit = button(this, "Cmd_Edit", QStringLiteral("Modifica"), FieldLabelLeft + 1560, top, 1500);
-    Cmd_Delete = button(this, "Cmd_Delete", QStringLiteral("Elimina"), FieldLabelLeft + 3120, top, 1500);
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("Inserisci"), FieldLabelLeft, top, 1500);
+    Cmd_Edit = kit.button(this, "Cmd_Edit", QStringLiteral("Modifica"), FieldLabelLeft + 1560, top, 1500);
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("Elimina"), FieldLabelLeft + 3120, top, 1500);
     top += 435;
-    Cmd_Eseguita = button(this, "Cmd_Eseguita", QStringLiteral("Man Eseguita"), FieldLabelLeft, top, 2280);
-    Cmd_Add_Note = button(this, "Cmd_Add_Note", QStringLiteral("Inserire Nota Macchina"), FieldLabelLeft + 2340, top, 2280);
+    Cmd_Eseguita = kit.button(this, "Cmd_Eseguita", QStringLiteral("Man Eseguita"), FieldLabelLeft, top, 2280);
+    Cmd_Add_Note =
+        kit.button(this, "Cmd_Add_Note", QStringLiteral("Inserire Nota Macchina"), FieldLabelLeft + 2340, top, 2280);
     Cmd_Add_Note->setEnabled(false);
     top += 435;
-    Cmd_Stop = button(this, "Cmd_Stop", QStringLiteral("Ferma Dal"), FieldLabelLeft, top, 1500);
-    DTPicker3 = new vb::DTPicker(this, QStringLiteral("DTPicker3"));
-    DTPicker3->Move(FieldLabelLeft + 1560, top + 30, 1335, RowHeight);
+    Cmd_Stop = kit.button(this, "Cmd_Stop", QStringLiteral("Ferma Dal"), FieldLabelLeft, top, 1500);
+    DTPicker3 = kit.datePicker(this, "DTPicker3", FieldLabelLeft + 1560, top + 30, 1335);
     DTPicker3->setVisible(false);
     top += 435;
-    Cmd_Vis_All = button(this, "Cmd_Vis_All", QStringLiteral("Aggiorna"), FieldLabelLeft, top, 1500);
-    Cmd_Search = button(this, "Cmd_Search", QStringLiteral("Cerca"), FieldLabelLeft + 1560, top, 1500);
-    Cmd_Info = button(this, "Cmd_Info", QStringLiteral("Info"), FieldLabelLeft + 3120, top, 1500);
+    Cmd_Vis_All = kit.button(this, "Cmd_Vis_All", QStringLiteral("Aggiorna"), FieldLabelLeft, top, 1500);
+    Cmd_Search = kit.button(this, "Cmd_Search", QStringLiteral("Cerca"), FieldLabelLeft + 1560, top, 1500);
+    Cmd_Info = kit.button(this, "Cmd_Info", QStringLiteral("Info"), FieldLabelLeft + 3120, top, 1500);
     top += 435;
-    Cmd_Vis_Procedura = button(this, "Cmd_Vis_Procedura", QStringLiteral("Visualizza Procedura"), FieldLabelLeft, top, 2280);
-    Command3 = button(this, "Command3", QStringLiteral("Visualizza Macchine Ferme"), FieldLabelLeft + 2340, top, 2280);
+    Cmd_Vis_Procedura =
+        kit.button(this, "Cmd_Vis_Procedura", QStringLiteral("Visualizza Procedura"), FieldLabelLeft, top, 2280);
+    Command3 =
+        kit.button(this, "Command3", QStringLiteral("Visualizza Macchine Ferme"), FieldLabelLeft + 2340, top, 2280);
     top += 435;
-    Cmd_Senza_Manutenzione = button(this, "Cmd_Senza_Manutenzione", QStringLiteral("Macchine Senza Manutenzione"),
-                                    FieldLabelLeft, top, 2280);
-    Cmd_Print_Week = button(this, "Cmd_Print_Week", QStringLiteral("Stampa Settimana"), FieldLabelLeft + 2340, top, 1140);
-    Print_Plan = button(this, "Print_Plan", QStringLiteral("Plan Maintenance"), FieldLabelLeft + 3510, top, 1140);
+    Cmd_Senza_Manutenzione = kit.button(this, "Cmd_Senza_Manutenzione", QStringLiteral("Macchine Senza Manutenzione"),
+                                        FieldLabelLeft, top, 2280);
+    Cmd_Print_Week =
+        kit.button(this, "Cmd_Print_Week", QStringLiteral("Stampa Settimana"), FieldLabelLeft + 2340, top, 1140);
+    Print_Plan = kit.button(this, "Print_Plan", QStringLiteral("Plan Maintenance"), FieldLabelLeft + 3510, top, 1140);
 
     // The notes of the selected machine, over the list.
-    Frame1 = new vb::Frame(this, QStringLiteral("Frame1"), QStringLiteral("LEGGI NOTE MACCHINA"));
-    Frame1->Move(120, 6360, 9720, 2400);
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("LEGGI NOTE MACCHINA"), 120, 6360, 9720, 2400);
     Frame1->setVisible(false);
-    DataGrid2 = new vb::DataGrid(Frame1, QStringLiteral("DataGrid2"));
-    DataGrid2->Move(120, 240, 9480, 2040);
-    DataGrid2->setDataSource(Adodc7);
+    DataGrid2 = kit.boundGrid(Frame1, "DataGrid2", Adodc7, 120, 240, 9480, 2040);
     DataGrid2->setVisible(false);
 
     // The stop panel.
-    Frame2 = new vb::Frame(this, QStringLiteral("Frame2"), QStringLiteral("Fermi Macchina per Posticipo Manutenzioni"));
-    Frame2->Move(4800, 6360, 5040, 2400);
+    Frame2 =
+        kit.frame(this, "Frame2", QStringLiteral("Fermi Macchina per Posticipo Manutenzioni"), 4800, 6360, 5040, 2400);
     Frame2->setVisible(false);
-    DTPicker6 = new vb::DTPicker(Frame2, QStringLiteral("DTPicker6"));
-    DTPicker6->Move(120, 300, 1335, RowHeight);
-    Cmd_Confirm = button(Frame2, "Cmd_Confirm", QStringLiteral("CONFERMA"), 1560, 270, 1500);
-    Cmd_Avviamento = button(Frame2, "Cmd_Avviamento", QStringLiteral("RIAVVIATA IL..."), 120, 780, 1500);
-    DTPicker4 = new vb::DTPicker(Frame2, QStringLiteral("DTPicker4"));
-    DTPicker4->Move(1680, 810, 1335, RowHeight);
+    DTPicker6 = kit.datePicker(Frame2, "DTPicker6", 120, 300, 1335);
+    Cmd_Confirm = kit.button(Frame2, "Cmd_Confirm", QStringLiteral("CONFERMA"), 1560, 270, 1500);
+    Cmd_Avviamento = kit.button(Frame2, "Cmd_Avviamento", QStringLiteral("RIAVVIATA IL..."), 120, 780, 1500);
+    DTPicker4 = kit.datePicker(Frame2, "DTPicker4", 1680, 810, 1335);
     DTPicker4->setVisible(false);
-    Label11 = label(Frame2, "Label11", QStringLiteral("Giorni Fermo:"), 120, 1350, 1335);
-    Txt_Day_Stop = new vb::TextBox(Frame2, QStringLiteral("Txt_Day_Stop"));
-    Txt_Day_Stop->Move(1560, 1320, 735, RowHeight);
+    Label11 = kit.label(Frame2, "Label11", QStringLiteral("Giorni Fermo:"), 120, 1350, 1335);
+    Txt_Day_Stop = kit.field(Frame2, "Txt_Day_Stop", 1560, 1320, 735);
     Txt_Day_Stop->setLocked(true);
-    Label12 = label(Frame2, "Label12", QStringLiteral("Numero Stop:"), 120, 1770, 1335);
-    Txt_Numero_Stop = new vb::TextBox(Frame2, QStringLiteral("Txt_Numero_Stop"));
-    Txt_Numero_Stop->Move(1560, 1740, 735, RowHeight);
+    Label12 = kit.label(Frame2, "Label12", QStringLiteral("Numero Stop:"), 120, 1770, 1335);
+    Txt_Numero_Stop = kit.field(Frame2, "Txt_Numero_Stop", 1560, 1740, 735);
     Txt_Numero_Stop->setLocked(true);
-    Cmd_Chiudi = button(Frame2, "Cmd_Chiudi", QStringLiteral("X"), 4560, 180, 375);
+    Cmd_Chiudi = kit.button(Frame2, "Cmd_Chiudi", QStringLiteral("X"), 4560, 180, 375);
     DTPicker5 = new vb::DTPicker(this, QStringLiteral("DTPicker5"));
     DTPicker5->setVisible(false);
 
     // The lower list: stopped machines, or the maintenance missing.
-    Frame3 = new vb::Frame(this, QStringLiteral("Frame3"));
-    Frame3->Move(120, 480, 9720, 5160);
+    Frame3 = kit.frame(this, "Frame3", QString(), 120, 480, 9720, 5160);
     Frame3->setVisible(false);
-    DataGrid3 = new vb::DataGrid(Frame3, QStringLiteral("DataGrid3"));
-    DataGrid3->Move(120, 480, 9480, 4560);
-    DataGrid3->setDataSource(Adodc8);
-    Lbl_CHIUDI = label(Frame3, "Lbl_CHIUDI", QStringLiteral("<< CHIUDI"), 120, 210, 1200);
+    DataGrid3 = kit.boundGrid(Frame3, "DataGrid3", Adodc8, 120, 480, 9480, 4560);
+    Lbl_CHIUDI = kit.label(Frame3, "Lbl_CHIUDI", QStringLiteral("<< CHIUDI"), 120, 210, 1200);
     Lbl_CHIUDI->setMouseTracking(true);
 }
 

@@ -54,8 +54,7 @@ void Form7::Cmd_Eseguita_Click()
             rs.Fields(QStringLiteral("Prossima")) = Variant(
                 vb::JetDate{DTPicker2->Value().toDate().serial + vb::CDbl(txtFrequenza->Text()).toDouble() * 7});
         });
-        trap.step([&] { rs.Fields(QStringLiteral("Operatore")) = DataCombo5->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("ID_Operatore")) = ID_OPERATORE->Text(); });
+        store::WriteFields(trap, rs, {{"Operatore", DataCombo5->Text()}, {"ID_Operatore", ID_OPERATORE->Text()}});
         trap.step([&] { rs.UpdateBatch(); });
     }
     if (trap.ended())
@@ -113,11 +112,10 @@ void Form7::writeNoteRow(Trap& trap, const Variant& idMaintenance, bool withType
         });
         trap.step([&] { rs.AddNew(); });
     }
-    trap.step([&] { rs.Fields(QStringLiteral("Ultima")) = DTPicker2->Value(); });
-    trap.step([&] { rs.Fields(QStringLiteral("ID_MAINTENANCE")) = idMaintenance; });
-    trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
-    trap.step([&] { rs.Fields(QStringLiteral("ID_NUM")) = ID_NUM->Text(); });
-    trap.step([&] { rs.Fields(QStringLiteral("ID_Operatore")) = ID_OPERATORE->Text(); });
+    store::WriteFields(trap, rs,
+                       {{"Ultima", DTPicker2->Value()}, {"ID_MAINTENANCE", idMaintenance},
+                        {"ID_MODELLO", ID_MOD->Text()}, {"ID_NUM", ID_NUM->Text()},
+                        {"ID_Operatore", ID_OPERATORE->Text()}});
     if (withType)
         trap.step([&] { rs.Fields(QStringLiteral("Tipo_Nota")) = QStringLiteral("Manutenzione"); });
     trap.step([&] { rs.UpdateBatch(); });

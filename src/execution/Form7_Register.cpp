@@ -3,6 +3,8 @@
 #include "execution/Form7.h"
 #include "execution/WeeklyPlan.h"
 
+#include "controls/ScreenKit.h"
+
 #include "runtime/Clock.h"
 #include "reports/TextExport.h"
 #include "runtime/MsgBox.h"
@@ -126,22 +128,12 @@ void Form7::Refresh_Grid_Maintenance()
         Adodc3->setRecordSource(statement);
         Adodc3->Refresh();
     });
-    struct Layout
-    {
-        const char* caption;
-        int width;
-    };
-    static const Layout columns[] = {{"ID", 0},          {"MACCHINA", 2000},          {"MODELLO", 2800},
-                                     {"NUM", 600},       {"MANUTENZIONE TIPO", 1500}, {"ULTIMA", 1200},
-                                     {"PROSSIMA", 1200}};
-    for (int i = 0; i < 7; ++i) {
-        trap.step([&] {
-            vb::GridColumn& c = DataGrid1->Columns(i);
-            c.setCaption(QString::fromLatin1(columns[i].caption));
-            c.setWidth(columns[i].width);
-            c.setLocked(i > 0);
-        });
-    }
+    // ID, the key, is the one column left unlocked.
+    vb::setColumns(trap, DataGrid1,
+                   {{QStringLiteral("ID"), 0}, {QStringLiteral("MACCHINA"), 2000, true},
+                    {QStringLiteral("MODELLO"), 2800, true}, {QStringLiteral("NUM"), 600, true},
+                    {QStringLiteral("MANUTENZIONE TIPO"), 1500, true}, {QStringLiteral("ULTIMA"), 1200, true},
+                    {QStringLiteral("PROSSIMA"), 1200, true}});
     trap.step([&] { Label1->setCaption(QStringLiteral("Conteggio Manutenzioni: ") + QString::number(Adodc3->RecordCount())); });
 }
 
@@ -247,10 +239,10 @@ void Form7::DataGrid1_RowColChange()
                                 QStringLiteral(" AND ID_NUM=") + ID_NUM->Text() + QStringLiteral("  Order by Ultima desc"));
         Adodc7->Refresh();
     });
-    static const char* const noteCaptions[] = {"ID",           "ID_MAINTENANCE", "ID_MODELLO", "ID_NUM",
-                                               "ID_OPERATORE", "Ultima",         "Avvisa",     "NOTE"};
-    for (int i = 0; i < 8; ++i)
-        trap.step([&] { DataGrid2->Columns(i).setCaption(QString::fromLatin1(noteCaptions[i])); });
+    vb::setColumns(trap, DataGrid2,
+                   {{QStringLiteral("ID")}, {QStringLiteral("ID_MAINTENANCE")}, {QStringLiteral("ID_MODELLO")},
+                    {QStringLiteral("ID_NUM")}, {QStringLiteral("ID_OPERATORE")}, {QStringLiteral("Ultima")},
+                    {QStringLiteral("Avvisa")}, {QStringLiteral("NOTE")}});
     trap.step([&] {
         if (Adodc7->RecordCount() == 0) {
             DataGrid2->setVisible(false);
@@ -495,7 +487,7 @@ void Form7::Cmd_Add_Click()
     trap.step([&] {
         MaskEdBox2->setVisible(false);
         DTPicker2->setVisible(false);
-        Cmd_Edit->setCaption(QStringLiteral("SALVA"));
+        Cmd_Edit->setCaption(vb::caption::Save);
         Cmd_Edit->setEnabled(true);
         Cmd_Delete->setEnabled(false);
         Cmd_Add->setEnabled(false);
@@ -514,11 +506,10 @@ void Form7::ensurePlannedRow(Trap& trap)
     if (!missing)
         return;
     trap.step([&] { rs.AddNew(); });
-    trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
-    trap.step([&] { rs.Fields(QStringLiteral("Macchina")) = DataCombo3->Text(); });
-    trap.step([&] { rs.Fields(QStringLiteral("Modello")) = DataCombo2->Text(); });
-    trap.step([&] { rs.Fields(QStringLiteral("ID_NUM")) = ID_NUM->Text(); });
-    trap.step([&] { rs.Fields(QStringLiteral("Numerazione")) = DataCombo1->Text(); });
+    store::WriteFields(trap, rs,
+                       {{"ID_MODELLO", ID_MOD->Text()}, {"Macchina", DataCombo3->Text()},
+                        {"Modello", DataCombo2->Text()}, {"ID_NUM", ID_NUM->Text()},
+                        {"Numerazione", DataCombo1->Text()}});
     trap.step([&] { rs.UpdateBatch(); });
 }
 
@@ -548,17 +539,14 @@ void Form7::Cmd_Edit_Click()
     }
 
     auto writeCommon = [&](store::Recordset& rs) {
-        trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("ID_MAINT_TIPO")) = ID_MAINT->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Macchina")) = DataCombo3->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Modello")) = DataCombo2->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("ID_NUM")) = ID_NUM->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Numerazione")) = DataCombo1->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Manutenzione_Tipo")) = DataCombo4->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Frequenza_Sett")) = txtFrequenza->Text(); });
+        store::WriteFields(trap, rs,
+                           {{"ID_MODELLO", ID_MOD->Text()}, {"ID_MAINT_TIPO", ID_MAINT->Text()},
+                            {"Macchina", DataCombo3->Text()}, {"Modello", DataCombo2->Text()},
+                            {"ID_NUM", ID_NUM->Text()}, {"Numerazione", DataCombo1->Text()},
+                            {"Manutenzione_Tipo", DataCombo4->Text()}, {"Frequenza_Sett", txtFrequenza->Text()}});
     };
 
-    if (Cmd_Edit->Caption() == QLatin1String("SALVA")) {
+    if (Cmd_Edit->Caption() == vb::caption::Save) {
         // A new row. The duplicate goes by model text and number text, not by the keys.
         bool duplicate = false;
         trap.step([&] {
@@ -591,8 +579,8 @@ void Form7::Cmd_Edit_Click()
             if (DataCombo5->Text().isEmpty()) {
                 trap.step([&] { rs.Fields(QStringLiteral("Operatore")) = QString(); });
             } else {
-                trap.step([&] { rs.Fields(QStringLiteral("Operatore")) = DataCombo5->Text(); });
-                trap.step([&] { rs.Fields(QStringLiteral("ID_Operatore")) = ID_OPERATORE->Text(); });
+                store::WriteFields(trap, rs,
+                                   {{"Operatore", DataCombo5->Text()}, {"ID_Operatore", ID_OPERATORE->Text()}});
             }
             trap.step([&] { rs.UpdateBatch(); });
         }
@@ -626,16 +614,14 @@ void Form7::Cmd_Edit_Click()
         store::Recordset rs;
         trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Maintenance where ID =") + txtID->Text()); });
         writeCommon(rs);
-        trap.step([&] { rs.Fields(QStringLiteral("Tempo_Minuti")) = Txt_Tot_Minuti->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Ultima")) = DTPicker1->Value(); });
-        // What the user set: not recomputed from the frequency.
-        trap.step([&] { rs.Fields(QStringLiteral("Prossima")) = DTPicker2->Value(); });
+        // Prossima is what the user set: not recomputed from the frequency.
+        store::WriteFields(trap, rs,
+                           {{"Tempo_Minuti", Txt_Tot_Minuti->Text()}, {"Ultima", DTPicker1->Value()},
+                            {"Prossima", DTPicker2->Value()}});
         if (DataCombo5->Text().isEmpty()) {
-            trap.step([&] { rs.Fields(QStringLiteral("Operatore")) = QString(); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_Operatore")) = Variant::null(); });
+            store::WriteFields(trap, rs, {{"Operatore", QString()}, {"ID_Operatore", Variant::null()}});
         } else {
-            trap.step([&] { rs.Fields(QStringLiteral("Operatore")) = DataCombo5->Text(); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_Operatore")) = ID_OPERATORE->Text(); });
+            store::WriteFields(trap, rs, {{"Operatore", DataCombo5->Text()}, {"ID_Operatore", ID_OPERATORE->Text()}});
         }
         trap.step([&] { rs.UpdateBatch(); });
         trap.step([&] { rs.UpdateBatch(); });

@@ -232,10 +232,9 @@ void Form7::Cmd_Confirm_Click()
                        vb::mb::YesNo + vb::mb::Question,
                        QStringLiteral("MACCHINA RIAVVIATE IL **") + date + QStringLiteral("**")) == vb::answer::Yes) {
             walk([&](store::Recordset& stop, const Variant& tipo, bool isNew) {
-                trap.step([&] { stop.Fields(QStringLiteral("Ferma_Dal")) = Variant::null(); });
-                trap.step([&] { stop.Fields(QStringLiteral("Giorni_Stop")) = 0; });
-                trap.step([&] { stop.Fields(QStringLiteral("ID_NUM")) = Variant::fromInteger(idNum); });
-                trap.step([&] { stop.Fields(QStringLiteral("ID_MAINT_TIPO")) = tipo; });
+                store::WriteFields(trap, stop,
+                                   {{"Ferma_Dal", Variant::null()}, {"Giorni_Stop", 0},
+                                    {"ID_NUM", Variant::fromInteger(idNum)}, {"ID_MAINT_TIPO", tipo}});
                 trap.step([&] {
                     stop.Fields(QStringLiteral("TOT_Giorni_Stop")) =
                         addTo(counter(stop, "TOT_Giorni_Stop", isNew), daysBetween(DTPicker3->Value(), DTPicker4->Value()));
@@ -248,10 +247,9 @@ void Form7::Cmd_Confirm_Click()
                        vb::mb::YesNo + vb::mb::Question,
                        QStringLiteral("FERMATA MACCHINA DAL **") + date + QStringLiteral("**")) == vb::answer::Yes) {
             walk([&](store::Recordset& stop, const Variant& tipo, bool isNew) {
-                trap.step([&] { stop.Fields(QStringLiteral("Ferma_Dal")) = DTPicker3->Value(); });
-                trap.step([&] { stop.Fields(QStringLiteral("ID_NUM")) = Variant::fromInteger(idNum); });
-                trap.step([&] { stop.Fields(QStringLiteral("Giorni_Stop")) = 0; });
-                trap.step([&] { stop.Fields(QStringLiteral("ID_MAINT_TIPO")) = tipo; });
+                store::WriteFields(trap, stop,
+                                   {{"Ferma_Dal", DTPicker3->Value()}, {"ID_NUM", Variant::fromInteger(idNum)},
+                                    {"Giorni_Stop", 0}, {"ID_MAINT_TIPO", tipo}});
                 trap.step([&] {
                     stop.Fields(QStringLiteral("Numero_Stop")) = addTo(counter(stop, "Numero_Stop", isNew), 1);
                 });

@@ -1,5 +1,6 @@
 #include "execution/Form8.h"
 
+#include "controls/ScreenKit.h"
 #include "execution/Form7.h"
 #include "runtime/AppPath.h"
 #include "runtime/Trap.h"
@@ -33,18 +34,14 @@ Form8::Form8(QWidget* owner) : vb::Form(owner, QStringLiteral("Form8"), QStringL
 void Form8::buildControls()
 {
     Move(0, 0, 4200, 3300);
-    Frame1 = new vb::Frame(this, QStringLiteral("Frame1"), QStringLiteral("Cerca per Nome Macchina"));
-    Frame1->Move(120, 120, 3900, 780);
-    Text1 = new vb::TextBox(Frame1, QStringLiteral("Text1"));
-    Text1->Move(120, 300, 3600, 315);
-    Frame2 = new vb::Frame(this, QStringLiteral("Frame2"), QStringLiteral("Cerca per Tipo di Manutenzione"));
-    Frame2->Move(120, 1080, 3900, 780);
-    Text2 = new vb::TextBox(Frame2, QStringLiteral("Text2"));
-    Text2->Move(120, 300, 3600, 315);
-    Frame3 = new vb::Frame(this, QStringLiteral("Frame3"), QStringLiteral("Cerca per Numerazione"));
-    Frame3->Move(120, 2040, 3900, 780);
-    Text3 = new vb::TextBox(Frame3, QStringLiteral("Text3"));
-    Text3->Move(120, 300, 3600, 315);
+    const vb::ScreenKit kit(this);
+    // The fields stop short of the frames' right edges.
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("Cerca per Nome Macchina"), 120, 120, 3900, 780);
+    Text1 = kit.field(Frame1, "Text1", 120, 300, 3600);
+    Frame2 = kit.frame(this, "Frame2", QStringLiteral("Cerca per Tipo di Manutenzione"), 120, 1080, 3900, 780);
+    Text2 = kit.field(Frame2, "Text2", 120, 300, 3600);
+    Frame3 = kit.frame(this, "Frame3", QStringLiteral("Cerca per Numerazione"), 120, 2040, 3900, 780);
+    Text3 = kit.field(Frame3, "Text3", 120, 300, 3600);
 
     // Each field is emptied when left; focus colours come with the text boxes.
     for (vb::TextBox* t : {Text1, Text2, Text3})

@@ -1,5 +1,6 @@
 #include "spares/Form1.h"
 
+#include "controls/ScreenKit.h"
 #include "runtime/AppPath.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
@@ -82,17 +83,13 @@ void Form1::buildControls()
     Image1 = new vb::Image(this, QStringLiteral("Image1"));
     Apri = new vb::CommonDialog(this, QStringLiteral("Apri"));
 
-    auto hidden = [this](const char* name) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->setVisible(false);
-        return t;
-    };
-    TextID_DESCR_RIC = hidden("TextID_DESCR_RIC");
-    TextID_IMAGES_DC = hidden("TextID_IMAGES_DC");
-    Txt_Conta = hidden("Txt_Conta");
-    Txt_Posizione_Record = hidden("Txt_Posizione_Record");
-    Txt_Percorso = hidden("Txt_Percorso");
-    Txt_Images = hidden("Txt_Images");
+    const vb::ScreenKit kit(this);
+    TextID_DESCR_RIC = kit.hidden("TextID_DESCR_RIC");
+    TextID_IMAGES_DC = kit.hidden("TextID_IMAGES_DC");
+    Txt_Conta = kit.hidden("Txt_Conta");
+    Txt_Posizione_Record = kit.hidden("Txt_Posizione_Record");
+    Txt_Percorso = kit.hidden("Txt_Percorso");
+    Txt_Images = kit.hidden("Txt_Images");
 
     Move(0, 0, 9600, 7200);
     Form_Resize();

@@ -1,5 +1,6 @@
 #include "spares/Form11.h"
 
+#include "controls/ScreenKit.h"
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
@@ -26,21 +27,6 @@ constexpr int GridTop = 1200;
 constexpr int GridHeight = 4800;
 constexpr int RowHeight = 315;
 
-/// Captions, locks and the columns shown of a grid; a width of 0 hides a column.
-void setColumns(vb::DataGrid* grid, Trap& trap, std::initializer_list<std::pair<const char*, int>> columns)
-{
-    int i = 0;
-    for (const auto& [caption, width] : columns) {
-        trap.step([&] {
-            vb::GridColumn& c = grid->Columns(i);
-            c.setCaption(QString::fromUtf8(caption));
-            c.setLocked(true);
-            c.setWidth(width);
-        });
-        ++i;
-    }
-}
-
 /// A row value as the grid shows it, by field or caption.
 QString cell(vb::DataGrid* grid, const char* column)
 {
@@ -57,71 +43,44 @@ Form11::Form11(QWidget* owner) : vb::Form(owner, QStringLiteral("Form11"), QStri
 void Form11::buildControls()
 {
     Move(0, 0, 14400, 9000);
-
-    auto frame = [this](const char* name, const QString& caption, int left, int width) {
-        auto* f = new vb::Frame(this, QString::fromLatin1(name), caption);
-        f->Move(left, 120, width, 780);
-        return f;
-    };
-    auto field = [](QWidget* parent, const char* name, int left, int top, int width) {
-        auto* t = new vb::TextBox(parent, QString::fromLatin1(name));
-        t->Move(left, top, width, RowHeight);
-        return t;
-    };
-    auto hidden = [this](const char* name) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->setVisible(false);
-        return t;
-    };
-    auto level = [this](const char* grid, const char* source, const char* label, int left, int width, vb::Adodc*& adodc,
-                        vb::Label*& count) {
-        adodc = new vb::Adodc(this, QString::fromLatin1(source));
-        auto* g = new vb::DataGrid(this, QString::fromLatin1(grid));
-        g->Move(left, GridTop, width, GridHeight);
-        g->setDataSource(adodc);
-        count = new vb::Label(this, QString::fromLatin1(label), QString());
-        count->setBackStyle(0);
-        count->Move(left, GridTop + GridHeight + 60, width, 255);
-        return g;
-    };
+    const vb::ScreenKit kit(this, {.field = RowHeight});
 
     // The filters of the top level.
-    Frame1 = frame("Frame1", QStringLiteral("Causa Intervento"), 120, 3300);
-    Adodc9 = new vb::Adodc(this, QStringLiteral("Adodc9"));
-    DataCombo7 = new vb::DataCombo(Frame1, QStringLiteral("DataCombo7"));
-    DataCombo7->Move(120, 320, 3060, RowHeight);
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("Causa Intervento"), 120, 120, 3300, 780);
+    DataCombo7 = kit.dataCombo(Frame1, "DataCombo7", Adodc9, "Adodc9", 120, 320, 3060);
     DataCombo7->bind(Adodc9, QStringLiteral("Causa_Interv"));
     DataCombo7->setText(ShowAll); // the design's text: every cause
-    Frame2 = frame("Frame2", QStringLiteral("Modello Macchina"), 3540, 2700);
-    Txt_Search_Mod_Macc = field(Frame2, "Txt_Search_Mod_Macc", 120, 320, 2460);
-    Frame3 = frame("Frame3", QStringLiteral("Destinazione"), 6360, 2700);
-    Txt_Search_Destinazione = field(Frame3, "Txt_Search_Destinazione", 120, 320, 2460);
-    Cmd_Interventi_Macch = new vb::CommandButton(this, QStringLiteral("Cmd_Interventi_Macch"),
-                                                 QStringLiteral("Macchine con più Interventi"));
-    Cmd_Interventi_Macch->Move(9180, 240, 2760, 540);
-    Cmd_Grafico = new vb::CommandButton(this, QStringLiteral("Cmd_Grafico"), QStringLiteral("GRAFICO"));
-    Cmd_Grafico->Move(12060, 240, 2160, 540);
-    Txt_Case_Search = hidden("Txt_Case_Search");
-    Txt_Case_Search->setText(QStringLiteral("0"));
-    Txt_ID_NUM = hidden("Txt_ID_NUM");
+    Txt_Search_Mod_Macc = kit.framedField(this, "Frame2", QStringLiteral("Modello Macchina"), "Txt_Search_Mod_Macc",
+                                          3540, 120, 2700, 780, 320, &Frame2);
+    Txt_Search_Destinazione = kit.framedField(this, "Frame3", QStringLiteral("Destinazione"),
+                                              "Txt_Search_Destinazione", 6360, 120, 2700, 780, 320, &Frame3);
+    Cmd_Interventi_Macch = kit.button(this, "Cmd_Interventi_Macch", QStringLiteral("Macchine con più Interventi"), 9180,
+                                      240, 2760, 540);
+    Cmd_Grafico = kit.button(this, "Cmd_Grafico", QStringLiteral("GRAFICO"), 12060, 240, 2160, 540);
+    Txt_Case_Search = kit.hidden("Txt_Case_Search", QStringLiteral("0"));
+    Txt_ID_NUM = kit.hidden("Txt_ID_NUM");
 
-    // Machine and cause, the parts that went on them, when and where.
+    // Machine and cause, the parts that went on them, when and where: each grid with its
+    // count under it.
+    auto level = [&](const char* grid, const char* source, const char* label, int left, int width, vb::Adodc*& adodc,
+                     vb::Label*& count) {
+        vb::DataGrid* g = kit.grid(this, grid, adodc, source, left, GridTop, width, GridHeight);
+        count = kit.label(this, label, QString(), left, GridTop + GridHeight + 60, width);
+        return g;
+    };
     DataGrid1 = level("DataGrid1", "Adodc1", "Label1", 120, 5900, Adodc1, Label1);
     DataGrid2 = level("DataGrid2", "Adodc2", "Label2", 6140, 5000, Adodc2, Label2);
     DataGrid3 = level("DataGrid3", "Adodc3", "Label3", 11260, 2960, Adodc3, Label3);
 
     // The path of the selection, read only.
-    Frame4 = new vb::Frame(this, QStringLiteral("Frame4"), QStringLiteral("DATI"));
-    Frame4->Move(120, GridTop + GridHeight + 420, 14100, 1140);
+    Frame4 = kit.frame(this, "Frame4", QStringLiteral("DATI"), 120, GridTop + GridHeight + 420, 14100, 1140);
     int index = 0;
     auto data = [&](const char* labelName, const QString& caption, const char* name) {
         const int left = 120 + (index % 3) * 4680;
         const int top = 300 + (index / 3) * 400;
         ++index;
-        auto* l = new vb::Label(Frame4, QString::fromLatin1(labelName), caption);
-        l->setBackStyle(0);
-        l->Move(left, top + 30, 1200, 255);
-        vb::TextBox* t = field(Frame4, name, left + 1260, top, 3300);
+        kit.label(Frame4, labelName, caption, left, top + 30, 1200);
+        vb::TextBox* t = kit.field(Frame4, name, left + 1260, top, 3300);
         t->setLocked(true);
         return t;
     };
@@ -169,7 +128,10 @@ void Form11::showTopLevel(const QString& statement)
 void Form11::Set_Causes_Grid()
 {
     Trap trap = Trap::ignoreAll();
-    setColumns(DataGrid1, trap, {{"Macchina", 1500}, {"Modello", 1300}, {"N°M", 500}, {"Causa", 1500}, {"N°C", 500}});
+    vb::setColumns(trap, DataGrid1,
+                   {{QStringLiteral("Macchina"), 1500, true}, {QStringLiteral("Modello"), 1300, true},
+                    {QStringLiteral("N°M"), 500, true}, {QStringLiteral("Causa"), 1500, true},
+                    {QStringLiteral("N°C"), 500, true}});
     trap.step([&] { Label1->setCaption(QStringLiteral("Conteggio Cause: ") + QString::number(Adodc1->RecordCount())); });
 }
 
@@ -178,8 +140,10 @@ void Form11::Show_Parts_Of_Cause()
     Trap trap = Trap::ignoreAll();
     trap.step([&] { DataGrid2->setDataSource(Adodc2); });
     trap.step([&] { Adodc2->Refresh(); });
-    setColumns(DataGrid2, trap,
-               {{"Macchina", 0}, {"Modello", 0}, {"Causa", 0}, {"Ricambio", 1700}, {"Descrizione", 2400}, {"N°", 500}});
+    vb::setColumns(trap, DataGrid2,
+                   {{QStringLiteral("Macchina"), 0, true}, {QStringLiteral("Modello"), 0, true},
+                    {QStringLiteral("Causa"), 0, true}, {QStringLiteral("Ricambio"), 1700, true},
+                    {QStringLiteral("Descrizione"), 2400, true}, {QStringLiteral("N°"), 500, true}});
     trap.step([&] {
         Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount()));
     });
@@ -190,9 +154,10 @@ void Form11::Show_Parts_Of_Machine()
     Trap trap = Trap::ignoreAll();
     trap.step([&] { DataGrid2->setDataSource(Adodc2); });
     trap.step([&] { Adodc2->Refresh(); });
-    setColumns(DataGrid2, trap,
-               {{"Macchina", 0}, {"Modello", 1300}, {"Ricambio", 1500}, {"Descrizione", 1900}, {"Conteggio", 700},
-                {"Numerazione", 0}});
+    vb::setColumns(trap, DataGrid2,
+                   {{QStringLiteral("Macchina"), 0, true}, {QStringLiteral("Modello"), 1300, true},
+                    {QStringLiteral("Ricambio"), 1500, true}, {QStringLiteral("Descrizione"), 1900, true},
+                    {QStringLiteral("Conteggio"), 700, true}, {QStringLiteral("Numerazione"), 0, true}});
     trap.step([&] {
         Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount()));
     });
@@ -311,7 +276,10 @@ void Form11::Cmd_Interventi_Macch_Click()
 {
     newTopLevel(Txt_Search_Mod_Macc, "2", [] { return RankingStatement(); });
     Trap trap = Trap::ignoreAll();
-    setColumns(DataGrid1, trap, {{"Interventi", 900}, {"Macchina", 1700}, {"Modello", 1500}, {"N°M", 600}, {"ID_NUM", 0}});
+    vb::setColumns(trap, DataGrid1,
+                   {{QStringLiteral("Interventi"), 900, true}, {QStringLiteral("Macchina"), 1700, true},
+                    {QStringLiteral("Modello"), 1500, true}, {QStringLiteral("N°M"), 600, true},
+                    {QStringLiteral("ID_NUM"), 0, true}});
     trap.step([&] {
         Label1->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc1->RecordCount()));
     });
@@ -417,7 +385,8 @@ void Form11::DataGrid2_RowColChange()
     if (changed)
         trap.step([&] { Adodc3->Refresh(); });
     trap.step([&] { DataGrid3->setDataSource(Adodc3); });
-    setColumns(DataGrid3, trap, {{"Data", 1200}, {"Destinazione", 1700}});
+    vb::setColumns(trap, DataGrid3,
+                   {{QStringLiteral("Data"), 1200, true}, {QStringLiteral("Destinazione"), 1700, true}});
     trap.step([&] {
         Label3->setCaption(QStringLiteral("Conteggio Destinazioni: ") + QString::number(Adodc3->RecordCount()));
     });

@@ -1,5 +1,6 @@
 #include "spares/Form14.h"
 
+#include "controls/ScreenKit.h"
 #include "reports/ReportViewer.h"
 #include "runtime/AppPath.h"
 #include "reports/TextExport.h"
@@ -25,8 +26,8 @@ namespace mb = vb::mb;
 namespace {
 
 const QString ScreenName = QStringLiteral("Form14");
-const QString Saving = QStringLiteral("SALVA");
-const QString Editing = QStringLiteral("MODIFICA");
+const QString& Saving = vb::caption::Save;
+const QString& Editing = vb::caption::Edit;
 
 // The three columns of the screen, in twips: machines and searches, interventions and
 // prints, the entry area.
@@ -56,14 +57,10 @@ double number(const vb::TextBox* field)
 /// The machine list of the searches: five columns, model and number shown.
 void setFiveColumns(vb::DataGrid* grid, Trap& trap)
 {
-    static const char* const captions[] = {"ID", "MODELLO", "N°", "STATO", "ID_NUMER0"};
-    for (int i = 0; i < 5; ++i)
-        trap.step([&] {
-            vb::GridColumn& c = grid->Columns(i);
-            c.setCaption(QString::fromUtf8(captions[i]));
-            c.setLocked(true);
-            c.setWidth(i == 1 ? 2000 : i == 2 ? 800 : 0);
-        });
+    vb::setColumns(trap, grid,
+                   {{QStringLiteral("ID"), 0, true}, {QStringLiteral("MODELLO"), 2000, true},
+                    {QStringLiteral("N°"), 800, true}, {QStringLiteral("STATO"), 0, true},
+                    {QStringLiteral("ID_NUMER0"), 0, true}});
 }
 
 void machineCount(vb::Label* label, const vb::Adodc* source)
@@ -82,43 +79,17 @@ Form14::Form14(QWidget* owner) : vb::Form(owner, ScreenName, QStringLiteral("DES
 void Form14::buildControls()
 {
     Move(0, 0, 14400, 8400);
-
-    auto label = [](QWidget* parent, const char* name, const QString& caption, int left, int top, int width) {
-        auto* l = new vb::Label(parent, QString::fromLatin1(name), caption);
-        l->setBackStyle(0);
-        l->Move(left, top, width, 255);
-        return l;
-    };
-    auto hidden = [this](const char* name) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->setVisible(false);
-        return t;
-    };
-    auto button = [](QWidget* parent, const char* name, const QString& caption, int left, int top, int width) {
-        auto* b = new vb::CommandButton(parent, QString::fromLatin1(name), caption);
-        b->Move(left, top, width, ButtonHeight);
-        return b;
-    };
-    auto grid = [this](const char* name, const char* source, vb::Adodc*& adodc, QWidget* parent) {
-        adodc = new vb::Adodc(this, QString::fromLatin1(source));
-        auto* g = new vb::DataGrid(parent, QString::fromLatin1(name));
-        g->setDataSource(adodc);
-        return g;
-    };
+    const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = RowHeight});
 
     // The machines with interventions, and the searches that narrow them.
-    Label6 = label(this, "Label6", QStringLiteral("Conteggio Macchine:"), 120, 120, ListWidth);
-    DataGrid1 = grid("DataGrid1", "Adodc6", Adodc6, this);
-    DataGrid1->Move(120, 400, ListWidth, 3900);
-    Txt_Posizione = hidden("Txt_Posizione");
+    Label6 = kit.label(this, "Label6", QStringLiteral("Conteggio Macchine:"), 120, 120, ListWidth);
+    DataGrid1 = kit.grid(this, "DataGrid1", Adodc6, "Adodc6", 120, 400, ListWidth, 3900);
+    Txt_Posizione = kit.hidden("Txt_Posizione");
 
-    Frame4 = new vb::Frame(this, QStringLiteral("Frame4"), QStringLiteral("CERCA PER..."));
-    Frame4->Move(120, 4400, ListWidth, 1960);
+    Frame4 = kit.frame(this, "Frame4", QStringLiteral("CERCA PER..."), 120, 4400, ListWidth, 1960);
     auto search = [&](const char* labelName, const QString& caption, const char* name, int row) {
-        label(Frame4, labelName, caption, 120, 330 + row * RowStep, 1300);
-        auto* t = new vb::TextBox(Frame4, QString::fromLatin1(name));
-        t->Move(1480, 300 + row * RowStep, ListWidth - 1600, RowHeight);
-        return t;
+        kit.label(Frame4, labelName, caption, 120, 330 + row * RowStep, 1300);
+        return kit.field(Frame4, name, 1480, 300 + row * RowStep, ListWidth - 1600);
     };
     Txt_Search_Mod_Macc = search("Label15", QStringLiteral("Modello"), "Txt_Search_Mod_Macc", 0);
     Txt_Search_Ric = search("Label16", QStringLiteral("Ricambio"), "Txt_Search_Ric", 1);
@@ -126,47 +97,43 @@ void Form14::buildControls()
     Txt_Search_Destin = search("Label18", QStringLiteral("Destinazione"), "Txt_Search_Destin", 3);
 
     // The interventions of the machine chosen, and the prints under them.
-    Label1 = label(this, "Label1", QStringLiteral("Trovati Componenti Macchina N°"), MiddleLeft, 120, MiddleWidth);
-    DataGrid2 = grid("DataGrid2", "Adodc3", Adodc3, this);
-    DataGrid2->Move(MiddleLeft, 400, MiddleWidth, 3900);
+    Label1 = kit.label(this, "Label1", QStringLiteral("Trovati Componenti Macchina N°"), MiddleLeft, 120, MiddleWidth);
+    DataGrid2 = kit.grid(this, "DataGrid2", Adodc3, "Adodc3", MiddleLeft, 400, MiddleWidth, 3900);
     constexpr int HalfWidth = (MiddleWidth - 120) / 2;
     constexpr int RightHalf = MiddleLeft + HalfWidth + 120;
-    Cmd_History_GO = button(this, "Cmd_History_GO", QStringLiteral("STORICO MACCHINA"), MiddleLeft, 4460, HalfWidth);
+    Cmd_History_GO = kit.button(this, "Cmd_History_GO", QStringLiteral("STORICO MACCHINA"), MiddleLeft, 4460, HalfWidth);
     Cmd_History_GO->setEnabled(false); // a unit key enables it
     Cmd_Print_List =
-        button(this, "Cmd_Print_List", QStringLiteral("STAMPA LISTA SELEZIONATA"), RightHalf, 4460, HalfWidth);
-    Cmd_Print_All = button(this, "Cmd_Print_All", QStringLiteral("STAMPA RICAMBI MACCHINE"), MiddleLeft, 4960, HalfWidth);
+        kit.button(this, "Cmd_Print_List", QStringLiteral("STAMPA LISTA SELEZIONATA"), RightHalf, 4460, HalfWidth);
+    Cmd_Print_All =
+        kit.button(this, "Cmd_Print_All", QStringLiteral("STAMPA RICAMBI MACCHINE"), MiddleLeft, 4960, HalfWidth);
     Cmd_Print_Consumi =
-        button(this, "Cmd_Print_Consumi", QStringLiteral("STAMPA TUTTI I CONSUMI"), RightHalf, 4960, HalfWidth);
-    Cmd_Statistic = button(this, "Cmd_Statistic", QStringLiteral("Statistiche"), MiddleLeft, 5460, HalfWidth);
-    Cmd_Vis_All = button(this, "Cmd_Vis_All", QStringLiteral("VISUALIZZA TUTTO"), RightHalf, 5460, HalfWidth);
-    Cmd_Info = button(this, "Cmd_Info", QStringLiteral("Info"), MiddleLeft, 5960, HalfWidth);
+        kit.button(this, "Cmd_Print_Consumi", QStringLiteral("STAMPA TUTTI I CONSUMI"), RightHalf, 4960, HalfWidth);
+    Cmd_Statistic = kit.button(this, "Cmd_Statistic", QStringLiteral("Statistiche"), MiddleLeft, 5460, HalfWidth);
+    Cmd_Vis_All = kit.button(this, "Cmd_Vis_All", QStringLiteral("VISUALIZZA TUTTO"), RightHalf, 5460, HalfWidth);
+    Cmd_Info = kit.button(this, "Cmd_Info", QStringLiteral("Info"), MiddleLeft, 5960, HalfWidth);
 
     // The yearly consumption of the part chosen, over the prints while it is open.
-    Frame10 = new vb::Frame(this, QStringLiteral("Frame10"), QStringLiteral("Consumi relativi a"));
-    Frame10->Move(MiddleLeft, 4400, MiddleWidth, 2500);
+    Frame10 = kit.frame(this, "Frame10", QStringLiteral("Consumi relativi a"), MiddleLeft, 4400, MiddleWidth, 2500);
     Frame10->setVisible(false);
     Frame10->setAutoFillBackground(true); // it stands over the prints
-    DataGrid3 = grid("DataGrid3", "Adodc10", Adodc10, Frame10);
-    DataGrid3->Move(120, 300, MiddleWidth - 240, 1560);
-    Cmd_Print_This = button(Frame10, "Cmd_Print_This", QStringLiteral("STAMPA CONSUMI"), 120, 1940, HalfWidth - 60);
-    Cmd_Close = button(Frame10, "Cmd_Close", QStringLiteral("CHIUDI"), HalfWidth + 120, 1940, HalfWidth - 60);
+    DataGrid3 = kit.grid(Frame10, "DataGrid3", Adodc10, "Adodc10", 120, 300, MiddleWidth - 240, 1560);
+    Cmd_Print_This = kit.button(Frame10, "Cmd_Print_This", QStringLiteral("STAMPA CONSUMI"), 120, 1940, HalfWidth - 60);
+    Cmd_Close = kit.button(Frame10, "Cmd_Close", QStringLiteral("CHIUDI"), HalfWidth + 120, 1940, HalfWidth - 60);
 
-    // The entry area.
+    // The entry area: each row's field, then its caption.
     int top = 120;
     auto entry = [&](const char* labelName, const QString& caption) {
-        label(this, labelName, caption, EntryLeft, top + 30, EntryLabelWidth);
-        const int at = top;
+        kit.label(this, labelName, caption, EntryLeft, top + 30, EntryLabelWidth);
         top += RowStep;
-        return at;
     };
     auto combo = [&](const char* labelName, const QString& caption, const char* name) {
-        auto* c = new vb::DataCombo(this, QString::fromLatin1(name));
-        c->Move(EntryFieldLeft, entry(labelName, caption), EntryFieldWidth, RowHeight);
+        vb::DataCombo* c = kit.combo(this, name, EntryFieldLeft, top, EntryFieldWidth);
+        entry(labelName, caption);
         return c;
     };
-    DTPicker1 = new vb::DTPicker(this, QStringLiteral("DTPicker1"));
-    DTPicker1->Move(EntryFieldLeft, entry("Label7", QStringLiteral("Data:")), 1800, RowHeight);
+    DTPicker1 = kit.datePicker(this, "DTPicker1", EntryFieldLeft, top, 1800);
+    entry("Label7", QStringLiteral("Data:"));
     DTPicker1->setVisible(false);
     DataCombo3 = combo("Label8", QStringLiteral("Macchina:"), "DataCombo3");
     DataCombo2 = combo("Label9", QStringLiteral("Modello:"), "DataCombo2");
@@ -193,10 +160,8 @@ void Form14::buildControls()
     top += 80;
     auto stock = [&](const char* frameName, const QString& caption, const char* name, int column, vb::Frame*& frame) {
         constexpr int Width = (EntryFieldLeft + EntryFieldWidth - EntryLeft - 240) / 3;
-        frame = new vb::Frame(this, QString::fromLatin1(frameName), caption);
-        frame->Move(EntryLeft + column * (Width + 120), top, Width, 660);
-        auto* t = new vb::TextBox(frame, QString::fromLatin1(name));
-        t->Move(120, 280, Width - 240, RowHeight);
+        vb::TextBox* t = kit.framedField(this, frameName, caption, name, EntryLeft + column * (Width + 120), top, Width,
+                                         660, 280, &frame);
         t->setText(QStringLiteral("0"));
         return t;
     };
@@ -206,48 +171,45 @@ void Form14::buildControls()
     top += 760;
 
     constexpr int EntryWidth = EntryFieldLeft + EntryFieldWidth - EntryLeft;
-    Cmd_Photo = button(this, "Cmd_Photo", QStringLiteral("INSERISCI IMMAGINE"), EntryLeft, top, EntryWidth);
-    Cmd_Photo->setHeight(1300);
+    Cmd_Photo = kit.button(this, "Cmd_Photo", QStringLiteral("INSERISCI IMMAGINE"), EntryLeft, top, EntryWidth, 1300);
     Cmd_Photo->setEnabled(false);
     Image4 = new vb::Image(this, QStringLiteral("Image4"));
     Image4->Move(Cmd_Photo->Left(), Cmd_Photo->Top(), Cmd_Photo->Width(), Cmd_Photo->Height());
     Image4->setVisible(false);
     top += 1400;
     constexpr int Third = (EntryWidth - 240) / 3;
-    Cmd_Add = button(this, "Cmd_Add", QStringLiteral("INSERISCI"), EntryLeft, top, Third);
-    Cmd_Edit = button(this, "Cmd_Edit", Editing, EntryLeft + Third + 120, top, Third);
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), EntryLeft, top, Third);
+    Cmd_Edit = kit.button(this, "Cmd_Edit", Editing, EntryLeft + Third + 120, top, Third);
     Cmd_Edit->setEnabled(false); // an intervention chosen, or INSERISCI, enables it
-    Cmd_Delete = button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), EntryLeft + 2 * (Third + 120), top, Third);
-    Cmd_Order = button(this, "Cmd_Order", QStringLiteral("PROMEMORIA ORDINI"), EntryLeft, top + 500, EntryWidth);
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), EntryLeft + 2 * (Third + 120), top, Third);
+    Cmd_Order = kit.button(this, "Cmd_Order", QStringLiteral("PROMEMORIA ORDINI"), EntryLeft, top + 500, EntryWidth);
 
     // The descriptions the typed words match, over the picture: the fields below the
     // description stay in sight while it shows.
-    List1 = new vb::ListBox(this, QStringLiteral("List1"));
-    List1->Move(Cmd_Photo->Left(), Cmd_Photo->Top(), Cmd_Photo->Width(), Cmd_Photo->Height());
+    List1 = kit.list(this, "List1", Cmd_Photo->Left(), Cmd_Photo->Top(), Cmd_Photo->Width(), Cmd_Photo->Height());
     List1->setVisible(false);
     List1->setFocusHighlight(true);
 
     // The large picture, over the whole screen.
-    Frame11 = new vb::Frame(this, QStringLiteral("Frame11"), QString());
-    Frame11->Move(Width() / 25, Height() / 25, Width() - 2 * (Width() / 25), Height() - 2 * (Height() / 25));
+    Frame11 = kit.frame(this, "Frame11", QString(), Width() / 25, Height() / 25, Width() - 2 * (Width() / 25),
+                        Height() - 2 * (Height() / 25));
     Frame11->setVisible(false);
     Frame11->setAutoFillBackground(true);
     Image1 = new vb::Image(Frame11, QStringLiteral("Image1"));
     Image1->Move(60, 120);
     Apri = new vb::CommonDialog(this, QStringLiteral("Apri"));
 
-    txtID = hidden("txtID");
-    Txt_ID = hidden("Txt_ID");
-    ID_MODELLO = hidden("ID_MODELLO");
-    Txt_ID_NUM = hidden("Txt_ID_NUM");
-    Txt_ID_Ricambi = hidden("Txt_ID_Ricambi");
-    Txt_ID_DESCRIZIONE_RIC = hidden("Txt_ID_DESCRIZIONE_RIC");
-    Txt_ID_CAUSA = hidden("Txt_ID_CAUSA");
-    Txt_prelievo_OLD = hidden("Txt_prelievo_OLD");
-    Txt_prelievo_OLD->setText(QStringLiteral("0"));
-    TXT_ID_IMG = hidden("TXT_ID_IMG");
-    Txt_Images = hidden("Txt_Images");
-    Txt_Percorso = hidden("Txt_Percorso");
+    txtID = kit.hidden("txtID");
+    Txt_ID = kit.hidden("Txt_ID");
+    ID_MODELLO = kit.hidden("ID_MODELLO");
+    Txt_ID_NUM = kit.hidden("Txt_ID_NUM");
+    Txt_ID_Ricambi = kit.hidden("Txt_ID_Ricambi");
+    Txt_ID_DESCRIZIONE_RIC = kit.hidden("Txt_ID_DESCRIZIONE_RIC");
+    Txt_ID_CAUSA = kit.hidden("Txt_ID_CAUSA");
+    Txt_prelievo_OLD = kit.hidden("Txt_prelievo_OLD", QStringLiteral("0"));
+    TXT_ID_IMG = kit.hidden("TXT_ID_IMG");
+    Txt_Images = kit.hidden("Txt_Images");
+    Txt_Percorso = kit.hidden("Txt_Percorso");
 }
 
 void Form14::connectEvents()
@@ -903,10 +865,9 @@ void Form14::Update_Stock()
     trap.step([&] {
         all.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")) = all.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")).Value();
     });
-    trap.step([&] { all.Fields(QStringLiteral("Scorta")) = S; });
-    trap.step([&] { all.Fields(QStringLiteral("ID_Ricambi")) = Txt_ID_Ricambi->Text(); });
-    trap.step([&] { all.Fields(QStringLiteral("Ricambi")) = DataCombo1->Text(); });
-    trap.step([&] { all.Fields(QStringLiteral("Descrizione")) = DataCombo5->Text(); });
+    store::WriteFields(trap, all,
+                       {{"Scorta", S}, {"ID_Ricambi", Txt_ID_Ricambi->Text()}, {"Ricambi", DataCombo1->Text()},
+                        {"Descrizione", DataCombo5->Text()}});
     trap.step([&] { all.UpdateBatch(); });
     vb::MsgBox(QStringLiteral("Inserito a Magazzino Ricambi [") + DataCombo1->Text() + QStringLiteral("] Tipo [") +
                    DataCombo5->Text() + QStringLiteral("] !!!"),
@@ -1034,8 +995,7 @@ void Form14::Insert_Intervention_Image()
                    mb::YesNo | mb::Question, QStringLiteral("VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?") + quoted);
         store::Recordset rs;
         trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Ricerca WHERE ID=") + row); });
-        trap.step([&] { rs.Fields(QStringLiteral("Images")) = name; });
-        trap.step([&] { rs.Fields(QStringLiteral("Percorso")) = Txt_Percorso->Text(); });
+        store::WriteFields(trap, rs, {{"Images", name}, {"Percorso", Txt_Percorso->Text()}});
         trap.step([&] { Image4->setPicture(Txt_Percorso->Text()); });
         trap.step([&] { rs.UpdateBatch(); });
     }
@@ -1140,14 +1100,10 @@ void Form14::Show_Part_Consumption()
             key(Txt_ID_DESCRIZIONE_RIC) + QStringLiteral("))ORDER BY Year([Tbl_Ricerca]![Data]) DESC;"));
         Adodc10->Refresh();
     });
-    static const char* const captions[] = {"Anno", "ID_RICAMBI", "ID_DESCRIZIONE", "Ricambi", "Descrizione", "Qtà"};
-    for (int i = 0; i < 6; ++i)
-        trap.step([&] {
-            vb::GridColumn& c = DataGrid3->Columns(i);
-            c.setCaption(QString::fromUtf8(captions[i]));
-            c.setLocked(true);
-            c.setWidth(i == 1 || i == 2 ? 0 : i == 0 || i == 5 ? 600 : 1500);
-        });
+    vb::setColumns(trap, DataGrid3,
+                   {{QStringLiteral("Anno"), 600, true}, {QStringLiteral("ID_RICAMBI"), 0, true},
+                    {QStringLiteral("ID_DESCRIZIONE"), 0, true}, {QStringLiteral("Ricambi"), 1500, true},
+                    {QStringLiteral("Descrizione"), 1500, true}, {QStringLiteral("Qtà"), 600, true}});
     trap.step([&] {
         Frame10->setCaption(QStringLiteral("Consumi relativi a [") +
                             Adodc10->value(0, Adodc10->columnIndex(QStringLiteral("Descrizione"))).toString() +

@@ -1,5 +1,6 @@
 #include "spares/Form15.h"
 
+#include "controls/ScreenKit.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
@@ -16,8 +17,8 @@ namespace mb = vb::mb;
 
 namespace {
 
-const QString Saving = QStringLiteral("SALVA");
-const QString Browsing = QStringLiteral("MODIFICA");
+const QString& Saving = vb::caption::Save;
+const QString& Browsing = vb::caption::Edit;
 
 } // namespace
 
@@ -29,46 +30,36 @@ Form15::Form15(QWidget* owner) : vb::Form(owner, QStringLiteral("Form15"), QStri
 void Form15::buildControls()
 {
     Move(0, 0, 9600, 6600);
+    const vb::ScreenKit kit(this, {.button = 495});
 
-    List1 = new vb::ListBox(this, QStringLiteral("List1"));
-    List1->Move(240, 240, 4200, 5100);
+    List1 = kit.list(this, "List1", 240, 240, 4200, 5100);
     List1->setFocusHighlight(true);
+    // This screen's captions are opaque (BackStyle 1), unlike the kit's.
     Label2 = new vb::Label(this, QStringLiteral("Label2"), QStringLiteral("0"));
     Label2->Move(240, 5460, 4200, 285);
 
     Label1 = new vb::Label(this, QStringLiteral("Label1"), QStringLiteral("Ricambio"));
     Label1->Move(4680, 240, 4500, 255);
-    TextRICAMBI = new vb::TextBox(this, QStringLiteral("TextRICAMBI"));
-    TextRICAMBI->Move(4680, 510, 4500, 315);
+    TextRICAMBI = kit.field(this, "TextRICAMBI", 4680, 510, 4500);
     Label3 = new vb::Label(this, QStringLiteral("Label3"), QStringLiteral("Unità di Misura"));
     Label3->Move(4680, 960, 4500, 255);
-    DataCombo1 = new vb::DataCombo(this, QStringLiteral("DataCombo1"));
-    DataCombo1->Move(4680, 1230, 2400, 315);
+    DataCombo1 = kit.combo(this, "DataCombo1", 4680, 1230, 2400);
     Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
 
-    Text1 = new vb::TextBox(this, QStringLiteral("Text1"));
+    Text1 = kit.hidden("Text1");
     Text1->Move(7320, 1230, 900, 315);
-    Text1->setVisible(false);
 
-    Cmd_Add = new vb::CommandButton(this, QStringLiteral("Cmd_Add"), QStringLiteral("INSERISCI"));
-    Cmd_Add->Move(4680, 1800, 1440, 495);
-    Cmd_Edit = new vb::CommandButton(this, QStringLiteral("Cmd_Edit"), Browsing);
-    Cmd_Edit->Move(6210, 1800, 1440, 495);
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), 4680, 1800, 1440);
+    Cmd_Edit = kit.button(this, "Cmd_Edit", Browsing, 6210, 1800, 1440);
     // Typing in the entry fields is what lets a save through.
     Cmd_Edit->setEnabled(false);
-    Cmd_Delete = new vb::CommandButton(this, QStringLiteral("Cmd_Delete"), QStringLiteral("ELIMINA"));
-    Cmd_Delete->Move(7740, 1800, 1440, 495);
-    Command1 = new vb::CommandButton(this, QStringLiteral("Command1"), QStringLiteral("VISUALIZZA TUTTO"));
-    Command1->Move(4680, 2400, 4500, 495);
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), 7740, 1800, 1440);
+    Command1 = kit.button(this, "Command1", QStringLiteral("VISUALIZZA TUTTO"), 4680, 2400, 4500);
 
-    Frame1 = new vb::Frame(this, QStringLiteral("Frame1"), QStringLiteral("Per Ricambio"));
-    Frame1->Move(4680, 3120, 4500, 780);
-    Txt_Search = new vb::TextBox(Frame1, QStringLiteral("Txt_Search"));
-    Txt_Search->Move(120, 300, 4260, 315);
-    Frame2 = new vb::Frame(this, QStringLiteral("Frame2"), QStringLiteral("Per Unità di Misura"));
-    Frame2->Move(4680, 4020, 4500, 780);
-    Txt_Search_UN_MIS = new vb::TextBox(Frame2, QStringLiteral("Txt_Search_UN_MIS"));
-    Txt_Search_UN_MIS->Move(120, 300, 4260, 315);
+    Txt_Search =
+        kit.framedField(this, "Frame1", QStringLiteral("Per Ricambio"), "Txt_Search", 4680, 3120, 4500, 780, 300, &Frame1);
+    Txt_Search_UN_MIS = kit.framedField(this, "Frame2", QStringLiteral("Per Unità di Misura"), "Txt_Search_UN_MIS",
+                                        4680, 4020, 4500, 780, 300, &Frame2);
 
     List1->Click = [this] { List1_Click(); };
     Cmd_Add->Click = [this] { Cmd_Add_Click(); };
@@ -192,8 +183,7 @@ void Form15::Cmd_Edit_Click()
             trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Ricambi")); });
             trap.step([&] { rs.AddNew(); });
             trap.step([&] { Text1->setText(rs.Fields(QStringLiteral("ID_Ricambi")).Value()); });
-            trap.step([&] { rs.Fields(QStringLiteral("Ricambi")) = TextRICAMBI->Text(); });
-            trap.step([&] { rs.Fields(QStringLiteral("Unita_Misura")) = DataCombo1->Text(); });
+            store::WriteFields(trap, rs, {{"Ricambi", TextRICAMBI->Text()}, {"Unita_Misura", DataCombo1->Text()}});
             trap.step([&] { rs.UpdateBatch(); });
         }
         if (trap.ended())
@@ -220,8 +210,7 @@ void Form15::Cmd_Edit_Click()
     {
         store::Recordset rs;
         trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Ricambi where ID_Ricambi =") + id); });
-        trap.step([&] { rs.Fields(QStringLiteral("Ricambi")) = TextRICAMBI->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Unita_Misura")) = DataCombo1->Text(); });
+        store::WriteFields(trap, rs, {{"Ricambi", TextRICAMBI->Text()}, {"Unita_Misura", DataCombo1->Text()}});
         trap.step([&] { rs.UpdateBatch(); });
     }
     // The copies of the name follow by key, past interventions included. The name goes in

@@ -1,5 +1,6 @@
 #include "spares/Form17.h"
 
+#include "controls/ScreenKit.h"
 #include "reports/ReportViewer.h"
 #include "reports/TextExport.h"
 #include "runtime/MsgBox.h"
@@ -51,19 +52,13 @@ Form17::Form17(QWidget* owner) : vb::Form(owner, ScreenName, QStringLiteral("STA
 void Form17::buildControls()
 {
     Move(0, 0, 9360, 7800);
+    const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = RowHeight});
 
-    Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
-    DataGrid1 = new vb::DataGrid(this, QStringLiteral("DataGrid1"));
-    DataGrid1->Move(120, 120, 9000, 2880);
-    DataGrid1->setDataSource(Adodc1);
-    Label1 = new vb::Label(this, QStringLiteral("Label1"), QStringLiteral("Conteggio Fornitori:"));
-    Label1->setBackStyle(0);
-    Label1->Move(120, 3060, 5000, 255);
-    Txt_Posizione = new vb::TextBox(this, QStringLiteral("Txt_Posizione"));
-    Txt_Posizione->setVisible(false);
+    DataGrid1 = kit.grid(this, "DataGrid1", Adodc1, "Adodc1", 120, 120, 9000, 2880);
+    Label1 = kit.label(this, "Label1", QStringLiteral("Conteggio Fornitori:"), 120, 3060, 5000);
+    Txt_Posizione = kit.hidden("Txt_Posizione");
 
-    Frame1 = new vb::Frame(this, QStringLiteral("Frame1"), QStringLiteral("FORNITORI"));
-    Frame1->Move(120, 3360, 9000, 2820);
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("FORNITORI"), 120, 3360, 9000, 2820);
     txtID_FORNITORE = new vb::TextBox(Frame1, QStringLiteral("txtID_FORNITORE"));
     txtID_FORNITORE->setVisible(false);
     int index = 0;
@@ -71,12 +66,8 @@ void Form17::buildControls()
         const int left = 120 + index / RowsPerColumn * ColumnStep;
         const int top = FieldTop + index % RowsPerColumn * RowStep;
         ++index;
-        label = new vb::Label(Frame1, QString::fromLatin1(labelName), QString::fromUtf8(caption));
-        label->setBackStyle(0);
-        label->Move(left, top + 30, LabelWidth, 255);
-        auto* field = new vb::TextBox(Frame1, QString::fromLatin1(fieldName));
-        field->Move(left + LabelWidth + 60, top, FieldWidth, RowHeight);
-        return field;
+        label = kit.label(Frame1, labelName, QString::fromUtf8(caption), left, top + 30, LabelWidth);
+        return kit.field(Frame1, fieldName, left + LabelWidth + 60, top, FieldWidth);
     };
     txtFornitore = row("Label2", "Fornitore:", "txtFornitore", Label2);
     txtNome_Soceta = row("Label3", "Nome_Società:", "txtNome_Soceta", Label3);
@@ -90,13 +81,12 @@ void Form17::buildControls()
     txtEmail = row("Label11", "Email:", "txtEmail", Label11);
     txtUrl = row("Label12", "Url:", "txtUrl", Label12);
 
-    auto button = [this](const char* name, const QString& caption, int column, int top) {
-        auto* b = new vb::CommandButton(this, QString::fromLatin1(name), caption);
-        b->Move(120 + column * 3030, top, 2940, ButtonHeight);
-        return b;
+    // Two rows of three commands.
+    auto button = [&](const char* name, const QString& caption, int column, int top) {
+        return kit.button(this, name, caption, 120 + column * 3030, top, 2940);
     };
     Cmd_Add = button("Cmd_Add", QStringLiteral("INSERISCI"), 0, 6300);
-    Cmd_Edit = button("Cmd_Edit", QStringLiteral("MODIFICA"), 1, 6300);
+    Cmd_Edit = button("Cmd_Edit", vb::caption::Edit, 1, 6300);
     Cmd_Edit->setEnabled(false); // a row selection or INSERISCI enables it
     Cmd_Delete = button("Cmd_Delete", QStringLiteral("ELIMINA"), 2, 6300);
     // The design's captions of the save and the print; the load replaces both at once.
@@ -202,7 +192,7 @@ void Form17::Cmd_Add_Click()
     Trap trap = Trap::ignoreAll();
     trap.step([&] { Clear_Supplier_Fields(); });
     trap.step([&] {
-        Cmd_Edit->setCaption(QStringLiteral("SALVA"));
+        Cmd_Edit->setCaption(vb::caption::Save);
         Cmd_Edit->setEnabled(true);
         Cmd_Delete->setEnabled(false);
         Cmd_Add->setEnabled(false);
@@ -230,7 +220,7 @@ void Form17::Cmd_Edit_Click()
             trap.step([&] { rs.Fields(QString::fromLatin1(f->column)) = f->field->Text(); });
     };
 
-    if (Cmd_Edit->Caption() == QLatin1String("SALVA")) {
+    if (Cmd_Edit->Caption() == vb::caption::Save) {
         {
             store::Recordset rs;
             trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Fornitori")); });
@@ -241,7 +231,7 @@ void Form17::Cmd_Edit_Click()
         }
         if (trap.ended())
             return;
-        Cmd_Edit->setCaption(QStringLiteral("MODIFICA"));
+        Cmd_Edit->setCaption(vb::caption::Edit);
         Cmd_Delete->setEnabled(true);
         Cmd_Add->setEnabled(true);
         trap.step([&] { reopen(true); });

@@ -1,5 +1,6 @@
 #include "spares/Form19.h"
 
+#include "controls/ScreenKit.h"
 #include "reports/ReportData.h"
 #include "reports/ReportViewer.h"
 #include "runtime/Clock.h"
@@ -74,41 +75,25 @@ Form19::Form19(QWidget* owner) : vb::Form(owner, ScreenName, QStringLiteral("ORD
 void Form19::buildControls()
 {
     Move(0, 0, 14400, 8400);
-
-    auto label = [this](const char* name, const QString& caption, int top) {
-        auto* l = new vb::Label(this, QString::fromLatin1(name), caption);
-        l->setBackStyle(0);
-        l->Move(120, top + 30, LabelWidth, 255);
-    };
-    auto hidden = [this](const char* name, const QString& text = {}) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->setVisible(false);
-        t->setText(text);
-        return t;
-    };
-    auto button = [](QWidget* parent, const char* name, const QString& caption, int left, int top, int width) {
-        auto* b = new vb::CommandButton(parent, QString::fromLatin1(name), caption);
-        b->Move(left, top, width, ButtonHeight);
-        return b;
-    };
+    const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = RowHeight});
 
     // The line being ordered. List1 stands beside the fields, so that the code, the
     // quantity and the supplier stay in sight while it shows.
     int top = 120;
+    auto label = [&](const char* name, const QString& caption) {
+        kit.label(this, name, caption, 120, top + 30, LabelWidth);
+    };
     auto combo = [&](const char* labelName, const QString& caption, const char* name, vb::Adodc*& source,
                      const char* sourceName, const char* listField) {
-        label(labelName, caption, top);
-        source = new vb::Adodc(this, QString::fromLatin1(sourceName));
-        auto* c = new vb::DataCombo(this, QString::fromLatin1(name));
-        c->Move(FieldLeft, top, FieldWidth, RowHeight);
+        label(labelName, caption);
+        vb::DataCombo* c = kit.dataCombo(this, name, source, sourceName, FieldLeft, top, FieldWidth);
         c->bind(source, QString::fromLatin1(listField));
         top += RowStep;
         return c;
     };
     auto field = [&](const char* labelName, const QString& caption, const char* name, int width) {
-        label(labelName, caption, top);
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->Move(FieldLeft, top, width, RowHeight);
+        label(labelName, caption);
+        vb::TextBox* t = kit.field(this, name, FieldLeft, top, width);
         top += RowStep;
         return t;
     };
@@ -117,61 +102,57 @@ void Form19::buildControls()
     Txt_Codice = field("Label3", QStringLiteral("Codice:"), "Txt_Codice", 1800);
     Txt_Quant = field("Label4", QStringLiteral("Q.ta"), "Txt_Quant", 800);
     DataCombo3 = combo("Label5", QStringLiteral("Fornitore:"), "DataCombo3", Adodc4, "Adodc4", "Fornitore");
-    List1 = new vb::ListBox(this, QStringLiteral("List1"));
-    List1->Move(FieldLeft + FieldWidth + 180, 120, LeftWidth + 120 - (FieldLeft + FieldWidth + 180), top - 200);
+    List1 = kit.list(this, "List1", FieldLeft + FieldWidth + 180, 120, LeftWidth + 120 - (FieldLeft + FieldWidth + 180),
+                     top - 200);
     List1->setVisible(false);
 
     top += 80;
     constexpr int Quarter = (LeftWidth - 360) / 4;
-    Cmd_Add = button(this, "Cmd_Add", QStringLiteral("INSERISCI"), 120, top, Quarter);
-    Cmd_Delete = button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), 120 + (Quarter + 120), top, Quarter);
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), 120, top, Quarter);
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), 120 + (Quarter + 120), top, Quarter);
     Cmd_Vis_Ordine =
-        button(this, "Cmd_Vis_Ordine", QStringLiteral("ORDINE IN CORSO"), 120 + 2 * (Quarter + 120), top, Quarter);
-    Cmd_Print = button(this, "Cmd_Print", QStringLiteral("STAMPA"), 120 + 3 * (Quarter + 120), top, Quarter);
+        kit.button(this, "Cmd_Vis_Ordine", QStringLiteral("ORDINE IN CORSO"), 120 + 2 * (Quarter + 120), top, Quarter);
+    Cmd_Print = kit.button(this, "Cmd_Print", QStringLiteral("STAMPA"), 120 + 3 * (Quarter + 120), top, Quarter);
     top += ButtonHeight + 120;
 
     // The lines of the view shown.
-    Frame1 = new vb::Frame(this, QStringLiteral("Frame1"), QStringLiteral("Conteggio Ricambi in Ordine:"));
-    Frame1->Move(120, top, LeftWidth, Height() - top - 120);
-    Adodc2 = new vb::Adodc(this, QStringLiteral("Adodc2"));
-    DataGrid2 = new vb::DataGrid(Frame1, QStringLiteral("DataGrid2"));
-    DataGrid2->Move(120, 300, LeftWidth - 240, Frame1->Height() - 420);
-    DataGrid2->setDataSource(Adodc2);
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("Conteggio Ricambi in Ordine:"), 120, top, LeftWidth,
+                       Height() - top - 120);
+    DataGrid2 = kit.grid(Frame1, "DataGrid2", Adodc2, "Adodc2", 120, 300, LeftWidth - 240, Frame1->Height() - 420);
 
     // The two safety catches and their commands: each command works only while its box
     // is ticked. The arrival's box shows only on a line still waiting.
     constexpr int CheckWidth = RightWidth - 1800 - 120;
     Check1 = new vb::CheckBox(this, QStringLiteral("Check1"), QStringLiteral("EVADI ORDINE"));
     Check1->Move(RightLeft, 180, CheckWidth, RowHeight);
-    Cmd_Evadi = button(this, "Cmd_Evadi", QStringLiteral("PROCEDI"), RightLeft + CheckWidth + 120, 120, 1800);
+    Cmd_Evadi = kit.button(this, "Cmd_Evadi", QStringLiteral("PROCEDI"), RightLeft + CheckWidth + 120, 120, 1800);
     Cmd_Evadi->setEnabled(false);
     Check2 = new vb::CheckBox(this, QStringLiteral("Check2"), QStringLiteral("MERCE ARRIVATA"));
     Check2->Move(RightLeft, 740, CheckWidth, RowHeight);
     Check2->setVisible(false);
-    Cmd_Confirm = button(this, "Cmd_Confirm", QStringLiteral("CONFERMA"), RightLeft + CheckWidth + 120, 680, 1800);
+    Cmd_Confirm = kit.button(this, "Cmd_Confirm", QStringLiteral("CONFERMA"), RightLeft + CheckWidth + 120, 680, 1800);
     Cmd_Confirm->setEnabled(false);
 
     // The evasion dates and which of them List2 holds.
-    Frame3 = new vb::Frame(this, QStringLiteral("Frame3"), QStringLiteral("Visualizza Storico Ordini per..."));
-    Frame3->Move(RightLeft, 1320, RightWidth, Height() - 1320 - 120);
+    Frame3 = kit.frame(this, "Frame3", QStringLiteral("Visualizza Storico Ordini per..."), RightLeft, 1320, RightWidth,
+                       Height() - 1320 - 120);
     constexpr int Inner = RightWidth - 240;
-    Cmd_Storico_Ordini = button(Frame3, "Cmd_Storico_Ordini", QStringLiteral("STORICO ORDINI"), 120, 300, Inner);
-    Cmd_Merce_da_Ricevere = button(Frame3, "Cmd_Merce_da_Ricevere", QStringLiteral("SOLO MERCE DA RICEVERE"), 120,
-                                   360 + ButtonHeight, Inner);
+    Cmd_Storico_Ordini = kit.button(Frame3, "Cmd_Storico_Ordini", QStringLiteral("STORICO ORDINI"), 120, 300, Inner);
+    Cmd_Merce_da_Ricevere = kit.button(Frame3, "Cmd_Merce_da_Ricevere", QStringLiteral("SOLO MERCE DA RICEVERE"), 120,
+                                       360 + ButtonHeight, Inner);
     constexpr int DatesTop = 480 + 2 * ButtonHeight;
-    Frame2 = new vb::Frame(Frame3, QStringLiteral("Frame2"), QStringLiteral("N° Storico Ordini"));
-    Frame2->Move(120, DatesTop, Inner, Frame3->Height() - DatesTop - 120);
-    List2 = new vb::ListBox(Frame2, QStringLiteral("List2"));
-    List2->Move(120, 300, Frame2->Width() - 240, Frame2->Height() - 420);
+    Frame2 = kit.frame(Frame3, "Frame2", QStringLiteral("N° Storico Ordini"), 120, DatesTop, Inner,
+                       Frame3->Height() - DatesTop - 120);
+    List2 = kit.list(Frame2, "List2", 120, 300, Frame2->Width() - 240, Frame2->Height() - 420);
 
-    Txt_Info_Print = hidden("Txt_Info_Print");
-    Txt_Vis_List = hidden("Txt_Vis_List", AllDates);
-    Txt_ID_Ricambi = hidden("Txt_ID_Ricambi");
-    Txt_ID_DESCRIZIONE_RIC = hidden("Txt_ID_DESCRIZIONE_RIC");
-    Txt_ID_Fornitore = hidden("Txt_ID_Fornitore");
-    Txt_ID_Historian_Orders = hidden("Txt_ID_Historian_Orders");
-    Txt_ID_DR = hidden("Txt_ID_DR");
-    Txt_Qta = hidden("Txt_Qta", QStringLiteral("0"));
+    Txt_Info_Print = kit.hidden("Txt_Info_Print");
+    Txt_Vis_List = kit.hidden("Txt_Vis_List", AllDates);
+    Txt_ID_Ricambi = kit.hidden("Txt_ID_Ricambi");
+    Txt_ID_DESCRIZIONE_RIC = kit.hidden("Txt_ID_DESCRIZIONE_RIC");
+    Txt_ID_Fornitore = kit.hidden("Txt_ID_Fornitore");
+    Txt_ID_Historian_Orders = kit.hidden("Txt_ID_Historian_Orders");
+    Txt_ID_DR = kit.hidden("Txt_ID_DR");
+    Txt_Qta = kit.hidden("Txt_Qta", QStringLiteral("0"));
 }
 
 void Form19::connectEvents()

@@ -1,5 +1,6 @@
 #include "spares/Form2.h"
 
+#include "controls/ScreenKit.h"
 #include "reports/ReportLayout.h"
 #include "reports/ReportViewer.h"
 #include "reports/TextExport.h"
@@ -23,8 +24,8 @@ using reports::Section;
 
 namespace {
 
-const QString Saving = QStringLiteral("SALVA");
-const QString Browsing = QStringLiteral("MODIFICA");
+const QString& Saving = vb::caption::Save;
+const QString& Browsing = vb::caption::Edit;
 
 // The column of entry fields, in twips.
 constexpr int FieldLabelLeft = 8280;
@@ -67,51 +68,31 @@ Form2::Form2(QWidget* owner) : vb::Form(owner, QStringLiteral("Form2"), QStringL
 void Form2::buildControls()
 {
     Move(0, 0, 13680, 7320);
-
-    auto label = [this](const char* name, const QString& caption, int left, int top, int width) {
-        auto* l = new vb::Label(this, QString::fromLatin1(name), caption);
-        l->setBackStyle(0);
-        l->Move(left, top, width, 255);
-        return l;
-    };
-    auto hidden = [this](const char* name) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->setVisible(false);
-        return t;
-    };
-    auto button = [this](const char* name, const QString& caption, int left, int top, int width) {
-        auto* b = new vb::CommandButton(this, QString::fromLatin1(name), caption);
-        b->Move(left, top, width, 435);
-        return b;
-    };
+    const vb::ScreenKit kit(this, {.button = 435, .field = RowHeight});
 
     // The two lists: categories, and the parts of the one clicked.
-    Label1 = label("Label1", QStringLiteral("RICAMBI"), 120, 120, 3600);
-    List1 = new vb::ListBox(this, QStringLiteral("List1"));
-    List1->Move(120, 400, 3600, 4560);
+    Label1 = kit.label(this, "Label1", QStringLiteral("RICAMBI"), 120, 120, 3600);
+    List1 = kit.list(this, "List1", 120, 400, 3600, 4560);
     List1->setFocusHighlight(true);
-    Label2 = label("Label2", QStringLiteral("0"), 120, 5010, 3600);
-    Label3 = label("Label3", QStringLiteral("DESCRIZIONI"), 3840, 120, 4200);
-    List2 = new vb::ListBox(this, QStringLiteral("List2"));
-    List2->Move(3840, 400, 4200, 4560);
+    Label2 = kit.label(this, "Label2", QStringLiteral("0"), 120, 5010, 3600);
+    Label3 = kit.label(this, "Label3", QStringLiteral("DESCRIZIONI"), 3840, 120, 4200);
+    List2 = kit.list(this, "List2", 3840, 400, 4200, 4560);
     List2->setFocusHighlight(true);
 
     // The part.
     int top = 400;
     auto caption = [&](const char* labelName, const QString& text) {
-        return label(labelName, text, FieldLabelLeft, top + 30, FieldLeft - FieldLabelLeft - 60);
+        return kit.label(this, labelName, text, FieldLabelLeft, top + 30, FieldLeft - FieldLabelLeft - 60);
     };
     auto field = [&](vb::Label*& l, const char* labelName, const QString& text, const char* name, int width) {
         l = caption(labelName, text);
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->Move(FieldLeft, top, width, RowHeight);
+        vb::TextBox* t = kit.field(this, name, FieldLeft, top, width);
         top += RowStep;
         return t;
     };
     TextRICAMBI = field(Label4, "Label4", QStringLiteral("Ricambio:"), "TextRICAMBI", FieldWidth);
     Label5 = caption("Label5", QStringLiteral("Unità di Misura:"));
-    DataCombo1 = new vb::DataCombo(this, QStringLiteral("DataCombo1"));
-    DataCombo1->Move(FieldLeft, top, FieldWidth, RowHeight);
+    DataCombo1 = kit.combo(this, "DataCombo1", FieldLeft, top, FieldWidth);
     Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
     top += RowStep;
     Txt_Descrizione = field(Label6, "Label6", QStringLiteral("Descrizione:"), "Txt_Descrizione", FieldWidth);
@@ -127,52 +108,47 @@ void Form2::buildControls()
     TextNOTE->Move(FieldLeft, top, FieldWidth, 900);
 
     // The picture stands in the button's place once the part has one.
-    Cmd_Photo = button("Cmd_Photo", QStringLiteral("INSERISCI IMMAGINE"), FieldLeft + 1560, photoTop, FieldWidth - 1560);
-    Cmd_Photo->setHeight(2 * RowStep + RowHeight);
+    Cmd_Photo = kit.button(this, "Cmd_Photo", QStringLiteral("INSERISCI IMMAGINE"), FieldLeft + 1560, photoTop,
+                           FieldWidth - 1560, 2 * RowStep + RowHeight);
     Cmd_Photo->setEnabled(false);
     Image4 = new vb::Image(this, QStringLiteral("Image4"));
     Image4->Move(Cmd_Photo->Left(), Cmd_Photo->Top(), Cmd_Photo->Width(), Cmd_Photo->Height());
     Image4->setVisible(false);
 
-    Text1 = hidden("Text1");
-    TextID_DESCR_RIC = hidden("TextID_DESCR_RIC");
-    Txt_ID_IMAGES_DC = hidden("Txt_ID_IMAGES_DC");
-    Txt_Images = hidden("Txt_Images");
-    Txt_Percorso = hidden("Txt_Percorso");
+    Text1 = kit.hidden("Text1");
+    TextID_DESCR_RIC = kit.hidden("TextID_DESCR_RIC");
+    Txt_ID_IMAGES_DC = kit.hidden("Txt_ID_IMAGES_DC");
+    Txt_Images = kit.hidden("Txt_Images");
+    Txt_Percorso = kit.hidden("Txt_Percorso");
 
     // Commands.
     top = 4560;
-    Cmd_Add = button("Cmd_Add", QStringLiteral("INSERISCI"), FieldLabelLeft, top, 1640);
-    Cmd_Edit = button("Cmd_Edit", Browsing, FieldLabelLeft + 1760, top, 1640);
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), FieldLabelLeft, top, 1640);
+    Cmd_Edit = kit.button(this, "Cmd_Edit", Browsing, FieldLabelLeft + 1760, top, 1640);
     // A part key or typing in the fields lets a save through.
     Cmd_Edit->setEnabled(false);
-    Cmd_Delete = button("Cmd_Delete", QStringLiteral("ELIMINA"), FieldLabelLeft + 3520, top, 1640);
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), FieldLabelLeft + 3520, top, 1640);
     top += 495;
     constexpr int CommandsWidth = 5160;
-    Command1 = button("Command1", QStringLiteral("VISUALIZZA TUTTO"), FieldLabelLeft, top, CommandsWidth);
+    Command1 = kit.button(this, "Command1", QStringLiteral("VISUALIZZA TUTTO"), FieldLabelLeft, top, CommandsWidth);
     top += 495;
-    Cmd_print_A = button("Cmd_print_A", QStringLiteral("STAMPA TUTTI I RICAMBI"), FieldLabelLeft, top, CommandsWidth);
+    Cmd_print_A =
+        kit.button(this, "Cmd_print_A", QStringLiteral("STAMPA TUTTI I RICAMBI"), FieldLabelLeft, top, CommandsWidth);
     top += 495;
-    Cmd_Print_Group =
-        button("Cmd_Print_Group", QStringLiteral("STAMPA IN ORDINE ALFABETICO"), FieldLabelLeft, top, CommandsWidth);
+    Cmd_Print_Group = kit.button(this, "Cmd_Print_Group", QStringLiteral("STAMPA IN ORDINE ALFABETICO"), FieldLabelLeft,
+                                 top, CommandsWidth);
     top += 495;
-    Cmd_Presence = button("Cmd_Presence", QStringLiteral("PRESENZA MACCHINE"), FieldLabelLeft, top, 2520);
-    Cmd_Save_txt = button("Cmd_Save_txt", QStringLiteral("SALVA IN FILE Txt"), FieldLabelLeft + 2640, top, 2520);
+    Cmd_Presence = kit.button(this, "Cmd_Presence", QStringLiteral("PRESENZA MACCHINE"), FieldLabelLeft, top, 2520);
+    Cmd_Save_txt =
+        kit.button(this, "Cmd_Save_txt", QStringLiteral("SALVA IN FILE Txt"), FieldLabelLeft + 2640, top, 2520);
 
     // Searches, each under the list it fills; the units under the categories.
-    auto searchField = [this](const char* frameName, const QString& caption, const char* name, int left, int top,
-                              int width, vb::Frame*& frame) {
-        frame = new vb::Frame(this, QString::fromLatin1(frameName), caption);
-        frame->Move(left, top, width, 780);
-        auto* t = new vb::TextBox(frame, QString::fromLatin1(name));
-        t->Move(120, 300, width - 240, RowHeight);
-        return t;
-    };
-    Txt_Search = searchField("Frame1", QStringLiteral("CERCA NEI RICAMBI"), "Txt_Search", 120, 5400, 3600, Frame1);
-    Txt_Search_Desc =
-        searchField("Frame2", QStringLiteral("CERCA NELLE DESCRIZIONI"), "Txt_Search_Desc", 3840, 5400, 4200, Frame2);
-    Txt_Search_UN_MIS = searchField("Frame3", QStringLiteral("CERCA NELLE UNITà DI MISURA"), "Txt_Search_UN_MIS", 120,
-                                    6300, 3600, Frame3);
+    Txt_Search = kit.framedField(this, "Frame1", QStringLiteral("CERCA NEI RICAMBI"), "Txt_Search", 120, 5400, 3600,
+                                 780, 300, &Frame1);
+    Txt_Search_Desc = kit.framedField(this, "Frame2", QStringLiteral("CERCA NELLE DESCRIZIONI"), "Txt_Search_Desc",
+                                      3840, 5400, 4200, 780, 300, &Frame2);
+    Txt_Search_UN_MIS = kit.framedField(this, "Frame3", QStringLiteral("CERCA NELLE UNITà DI MISURA"),
+                                        "Txt_Search_UN_MIS", 120, 6300, 3600, 780, 300, &Frame3);
 }
 
 void Form2::connectEvents()
