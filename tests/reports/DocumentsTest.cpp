@@ -198,6 +198,8 @@ TEST_F(Documents, ShapedFromTheStoreAsTheirGoldenFiles)
     for (const StoreCase& c : kStoreCases) {
         ShowReport(c.report, QString::fromUtf8(c.statement));
         golden::expectMatches(QStringLiteral("documents/%1.txt").arg(c.golden), shown(c.report));
+        if (const QString folder = qEnvironmentVariable("VELMORA_GOLDEN_PDF"); !folder.isEmpty())
+            WritePdf(c.report, folder + "/" + c.golden + ".pdf");
     }
 }
 
