@@ -52,15 +52,11 @@ TEST(Variant, CStrPrintsAsTheItalianRunTime)
 
 TEST(Variant, CDblReadsItalianNumberText)
 {
-    EXPECT_DOUBLE_EQ(Variant("1.234,50").toDouble(), 1234.5);
-    EXPECT_DOUBLE_EQ(Variant(" 1,5 ").toDouble(), 1.5);
-    EXPECT_DOUBLE_EQ(Variant("-3").toDouble(), -3.0);
-    EXPECT_DOUBLE_EQ(Variant("1,5E3").toDouble(), 1500.0);
-    EXPECT_DOUBLE_EQ(Variant("&HFF").toDouble(), 255.0);
     // The dot is the thousands separator here: "1.5" is fifteen, as on an Italian PC.
-    EXPECT_DOUBLE_EQ(Variant("1.5").toDouble(), 15.0);
-    EXPECT_DOUBLE_EQ(Variant(true).toDouble(), -1.0);
-    EXPECT_DOUBLE_EQ(Variant().toDouble(), 0.0);
+    const std::pair<Variant, double> cases[] = {{"1.234,50", 1234.5}, {" 1,5 ", 1.5}, {"-3", -3.0},
+        {"1,5E3", 1500.0}, {"&HFF", 255.0}, {"1.5", 15.0}, {true, -1.0}, {Variant(), 0.0}};
+    for (const auto& [value, number] : cases)
+        EXPECT_DOUBLE_EQ(value.toDouble(), number) << value.displayText().toStdString();
     for (const char* bad : {"", "abc", "1,5,2", "12a", "1,5E"})
         EXPECT_EQ(errorOf([&] { Variant(bad).toDouble(); }), err::TypeMismatch) << bad;
 }
@@ -95,17 +91,17 @@ TEST(Variant, CIntRoundsHalvesToEvenAndOverflowsAbove32767)
 
 TEST(Variant, CDateReadsItalianDateText)
 {
-    EXPECT_EQ(dateOf("3/7/2016  9.5.0"), dateAt(2016, 7, 3, 9, 5, 0)); // the session stamp
-    EXPECT_EQ(dateOf("03/07/2016"), dateAt(2016, 7, 3));
-    EXPECT_EQ(dateOf("03/07/2016 09.05.00"), dateAt(2016, 7, 3, 9, 5, 0)); // CStr round trip
-    EXPECT_EQ(dateOf("15,11,2026"), dateAt(2026, 11, 15));                 // the alerts' "dd,mm,yyyy"
-    EXPECT_EQ(dateOf("3-7-16"), dateAt(2016, 7, 3));
-    EXPECT_EQ(dateOf("2016/07/03"), dateAt(2016, 7, 3));
-    EXPECT_EQ(dateOf("domenica 3 luglio 2016"), dateAt(2016, 7, 3));
-    EXPECT_EQ(dateOf("03-lug-16"), dateAt(2016, 7, 3));
-    EXPECT_EQ(dateOf("9.05 PM").serial, (21 * 60 + 5) / 1440.0);
-    // A day and month that do not fit are read the other way round, as VB does.
-    EXPECT_EQ(dateOf("07/13/2016"), dateAt(2016, 7, 13));
+    // The session stamp, CStr's round trip, the alerts' "dd,mm,yyyy"; a day and month
+    // that do not fit are read the other way round, as VB does.
+    const std::pair<const char*, JetDate> cases[] = {
+        {"3/7/2016  9.5.0", dateAt(2016, 7, 3, 9, 5, 0)}, {"03/07/2016", dateAt(2016, 7, 3)},
+        {"03/07/2016 09.05.00", dateAt(2016, 7, 3, 9, 5, 0)}, {"15,11,2026", dateAt(2026, 11, 15)},
+        {"3-7-16", dateAt(2016, 7, 3)}, {"2016/07/03", dateAt(2016, 7, 3)},
+        {"domenica 3 luglio 2016", dateAt(2016, 7, 3)}, {"03-lug-16", dateAt(2016, 7, 3)},
+        {"07/13/2016", dateAt(2016, 7, 13)}, {"9.05 PM", JetDate{(21 * 60 + 5) / 1440.0}},
+    };
+    for (const auto& [text, date] : cases)
+        EXPECT_EQ(dateOf(text), date) << text;
     // A time of day only: 24 hours or more is no time (the workload's duration relies on it).
     EXPECT_DOUBLE_EQ(dateOf("20:00:00").serial, 20.0 / 24.0);
     for (const char* bad : {"50:00:00", "24.00.00", "31/02/2016", "1,5", "abc", "", "3/7/2016 x"})

@@ -54,10 +54,15 @@ public:
     /// Runs a Jet statement and gives the rows of its last generated statement as
     /// "a|1;b|2" (Null as "Null", reals with up to 15 digits). A value raised by one
     /// of the dialect's functions comes back as that VBError; any other failure of
-    /// SQLite as a VBError numbered -1 with SQLite's message.
-    QString run(const QString& jetSql)
+    /// SQLite as a VBError numbered -1 with SQLite's message. `user` fills the
+    /// statement's "?" parameters, as the parameter commands do.
+    QString run(const QString& jetSql, const std::vector<vb::Variant>& user = {})
     {
         m_last = translate(jetSql, m_schema.get());
+        for (size_t i = 0; i < user.size() && i < m_last.userParams.size(); ++i)
+            for (SqliteStatement& s : m_last.statements)
+                if (size_t(m_last.userParams[i]) < s.params.size())
+                    s.params[size_t(m_last.userParams[i])] = user[i];
         QStringList rows;
         for (const SqliteStatement& s : m_last.statements) {
             rows.clear();
@@ -134,22 +139,5 @@ inline QString refusal(const QString& jetSql, const SchemaInfo* schema)
     }
     return {};
 }
-
-/// Fixture: a fresh connection with the clock frozen on 15/11/2026 08:00.
-class JetDialectFixture : public ::testing::Test
-{
-protected:
-    void SetUp() override { vb::Clock::freeze(QDateTime(QDate(2026, 11, 15), QTime(8, 0))); }
-    void TearDown() override { vb::Clock::unfreeze(); }
-
-    QString run(const char* jetSql) { return jet.run(QString::fromUtf8(jetSql)); }
-    /// One expression's value, read through a one-row table.
-    QString value(const QString& expr)
-    {
-        return jet.run(QStringLiteral("SELECT ") + expr + QStringLiteral(" AS V FROM Uno"));
-    }
-
-    JetConnection jet;
-};
 
 } // namespace store::jet::testing

@@ -2,13 +2,13 @@
 // A new store in a temporary folder, upgraded as the start-up upgrades it, with a few
 // sample rows in every table, and the clock frozen on 22/11/2026 10:30.
 
+#include "support/ErrorOf.h"
 #include "support/TestPaths.h"
 #include "runtime/Clock.h"
 #include "runtime/VBError.h"
 #include "store/DataStore.h"
 
 #include <QFile>
-#include <functional>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -32,17 +32,6 @@ inline QByteArray sampleRows()
     if (!file.open(QIODevice::ReadOnly))
         ADD_FAILURE() << "sample_store.sql is missing";
     return file.readAll();
-}
-
-/// The number of the VBError f raises, 0 when it raises none.
-inline int errorOf(const std::function<void()>& f)
-{
-    try {
-        f();
-    } catch (const vb::VBError& e) {
-        return e.number();
-    }
-    return 0;
 }
 
 class StoreFixture : public ::testing::Test
