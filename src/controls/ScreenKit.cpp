@@ -101,6 +101,13 @@ ListBox* ScreenKit::list(QWidget* parent, const char* name, int left, int top, i
     return l;
 }
 
+DTPicker* ScreenKit::datePicker(QWidget* parent, const char* name, int left, int top, int width, int height) const
+{
+    auto* d = new DTPicker(parent, nameOf(name));
+    d->Move(left, top, width, orDefault(height, m_heights.field));
+    return d;
+}
+
 Image* ScreenKit::image(QWidget* parent, const char* name, int left, int top, int width, int height) const
 {
     auto* i = new Image(parent, nameOf(name));

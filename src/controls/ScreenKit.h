@@ -16,6 +16,7 @@
 
 #include "controls/Controls.h"
 #include "controls/DataControls.h"
+#include "controls/DateControls.h"
 #include "runtime/Trap.h"
 
 #include <QString>
@@ -82,6 +83,8 @@ public:
     DataCombo* dataCombo(QWidget* parent, const char* name, int left, int top, int width, int height = -1) const;
     /// A list box.
     ListBox* list(QWidget* parent, const char* name, int left, int top, int width, int height) const;
+    /// A date picker of the screen's field height unless told.
+    DTPicker* datePicker(QWidget* parent, const char* name, int left, int top, int width, int height = -1) const;
     /// A picture's place, empty until the screen loads one.
     Image* image(QWidget* parent, const char* name, int left, int top, int width, int height) const;
     /// The framed search field: a frame with its caption and one text field inside,
