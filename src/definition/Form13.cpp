@@ -555,6 +555,14 @@ void Form13::Cmd_Edit_Click()
     QString m, t;
     trap.step([&] { m = vb::KeyText(ID_MOD->Text()); });
     trap.step([&] { t = vb::KeyText(ID_MAINT->Text()); });
+    auto writeAssignment = [&](store::Recordset& rs) {
+        store::WriteFields(trap, rs,
+                           {{"ID_MODELLO", ID_MOD->Text()},
+                            {"ID_MAINT_TIPO", ID_MAINT->Text()},
+                            {"Macchina", machine},
+                            {"Modello", model},
+                            {"Manutenzione_Tipo", type}});
+    };
 
     if (Cmd_Edit->Caption() == Save) {
         // The names go in as picked: an apostrophe breaks the check, and the save goes on.
@@ -577,12 +585,7 @@ void Form13::Cmd_Edit_Click()
             trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Assegna_M")); });
             trap.step([&] { rs.AddNew(); });
             trap.step([&] { newId = rs.Fields(QStringLiteral("ID")).Value(); });
-            store::WriteFields(trap, rs,
-                               {{"ID_MODELLO", ID_MOD->Text()},
-                                {"ID_MAINT_TIPO", ID_MAINT->Text()},
-                                {"Macchina", machine},
-                                {"Modello", model},
-                                {"Manutenzione_Tipo", type}});
+            writeAssignment(rs);
             trap.step([&] { rs.UpdateBatch(); });
         }
         // The sheet of the new assignment, revision 0.
@@ -636,12 +639,7 @@ void Form13::Cmd_Edit_Click()
         {
             store::Recordset rs;
             trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Assegna_M where ID =") + id); });
-            store::WriteFields(trap, rs,
-                               {{"ID_MODELLO", ID_MOD->Text()},
-                                {"ID_MAINT_TIPO", ID_MAINT->Text()},
-                                {"Macchina", machine},
-                                {"Modello", model},
-                                {"Manutenzione_Tipo", type}});
+            writeAssignment(rs);
             trap.step([&] { rs.UpdateBatch(); });
         }
         // An edit is a new revision of the sheet, under the code of the new names.
