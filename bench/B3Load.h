@@ -5,6 +5,7 @@
 // and the two must leave the same date on every row.
 
 #include "LargeBench.h"
+#include "definition/Workload.h"
 #include "shell/ScreenRegistry.h"
 #include "spares/Form14.h"
 
@@ -30,6 +31,7 @@ inline int runB3(int argc, char** argv, int registerRows)
     QTemporaryDir dir;
     demo::LargeSummary made;
     sqlite3* db = largeStore(dir, {registerRows, 0, 0, 0}, &made);
+    definition::installWorkloadLine();
     shell::screens().form(QStringLiteral("frmMain"));
     // Every round starts from next dates that the load has to put right.
     // The log is written back before each timed run, so that neither side pays for the

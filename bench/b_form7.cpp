@@ -2,6 +2,7 @@
 // pick lists, the list of 10k rows) and one row change, against the same reads and
 // writes as prepared SQLite statements read through the C API, same run.
 #include "LargeBench.h"
+#include "definition/Workload.h"
 #include "execution/Form7.h"
 #include "shell/ScreenRegistry.h"
 
@@ -27,6 +28,7 @@ int main(int argc, char** argv)
     sqlite3* db = bench::largeStore(dir, {10000, 1000, 1000, 0}, &made);
 
     // The main screen is there already, as in the program (the register's load reads it).
+    definition::installWorkloadLine();
     shell::screens().form(QStringLiteral("frmMain"));
     const int rounds = 5;
     auto ours = [&] {

@@ -5,6 +5,7 @@
 //
 // The data folder is --home, else VELMORA_HOME, else the per-user data folder. With
 // --drive the program is driven by the line protocol of docs/automation.md.
+#include "definition/Workload.h"
 #include "demo/CommandLine.h"
 #include "importer/Importer.h"
 #include "runtime/AppPath.h"
@@ -92,6 +93,8 @@ int main(int argc, char** argv)
     QApplication::setApplicationVersion(QStringLiteral("3.0.3"));
     vb::setAppPath(dataFolder(args));
     shell::registerBundledFonts();
+    // frmMain's load ends with the workload line, whichever way it is started.
+    definition::installWorkloadLine();
     // --demo, --demo-if-new and --screenshot (src/demo).
     if (const std::optional<int> rc = demo::runCommandLine(argc, argv))
         return *rc;

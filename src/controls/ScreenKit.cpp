@@ -44,6 +44,13 @@ TextBox* ScreenKit::field(QWidget* parent, const char* name, int left, int top, 
     return t;
 }
 
+TextBox* ScreenKit::textArea(QWidget* parent, const char* name, int left, int top, int width, int height) const
+{
+    auto* t = new TextBox(parent, nameOf(name), true);
+    t->Move(left, top, width, height);
+    return t;
+}
+
 TextBox* ScreenKit::hidden(const char* name, const QString& text) const
 {
     auto* t = new TextBox(m_form, nameOf(name));
@@ -78,6 +85,34 @@ DataCombo* ScreenKit::dataCombo(QWidget* parent, const char* name, Adodc*& sourc
     auto* c = new DataCombo(parent, nameOf(name));
     c->Move(left, top, width, orDefault(height, m_heights.field));
     return c;
+}
+
+DataCombo* ScreenKit::dataCombo(QWidget* parent, const char* name, int left, int top, int width, int height) const
+{
+    auto* c = new DataCombo(parent, nameOf(name));
+    c->Move(left, top, width, orDefault(height, m_heights.field));
+    return c;
+}
+
+ListBox* ScreenKit::list(QWidget* parent, const char* name, int left, int top, int width, int height) const
+{
+    auto* l = new ListBox(parent, nameOf(name));
+    l->Move(left, top, width, height);
+    return l;
+}
+
+DTPicker* ScreenKit::datePicker(QWidget* parent, const char* name, int left, int top, int width, int height) const
+{
+    auto* d = new DTPicker(parent, nameOf(name));
+    d->Move(left, top, width, orDefault(height, m_heights.field));
+    return d;
+}
+
+Image* ScreenKit::image(QWidget* parent, const char* name, int left, int top, int width, int height) const
+{
+    auto* i = new Image(parent, nameOf(name));
+    i->Move(left, top, width, height);
+    return i;
 }
 
 TextBox* ScreenKit::searchFrame(QWidget* parent, const char* frameName, const QString& caption, const char* fieldName,

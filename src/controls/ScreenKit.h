@@ -66,6 +66,8 @@ public:
                           int height = -1) const;
     /// A one-line text field of the screen's field height unless told.
     TextBox* field(QWidget* parent, const char* name, int left, int top, int width, int height = -1) const;
+    /// A text field of several lines.
+    TextBox* textArea(QWidget* parent, const char* name, int left, int top, int width, int height) const;
     /// A field that holds a key or a state for the screen's code and is never shown.
     TextBox* hidden(const char* name, const QString& text = {}) const;
     /// A frame, with its caption.
@@ -77,6 +79,14 @@ public:
     /// A data combo with its own new data control of the screen (@p source is set to it).
     DataCombo* dataCombo(QWidget* parent, const char* name, Adodc*& source, const char* sourceName, int left, int top,
                          int width, int height = -1) const;
+    /// A data combo whose list the screen fills from a data control of its own choosing.
+    DataCombo* dataCombo(QWidget* parent, const char* name, int left, int top, int width, int height = -1) const;
+    /// A list box.
+    ListBox* list(QWidget* parent, const char* name, int left, int top, int width, int height) const;
+    /// A date picker of the screen's field height unless told.
+    DTPicker* datePicker(QWidget* parent, const char* name, int left, int top, int width, int height = -1) const;
+    /// A picture's place, empty until the screen loads one.
+    Image* image(QWidget* parent, const char* name, int left, int top, int width, int height) const;
     /// The framed search field: a frame with its caption and one text field inside,
     /// 120 twips in from each side. @p frame is set to the frame when asked for.
     TextBox* searchFrame(QWidget* parent, const char* frameName, const QString& caption, const char* fieldName,

@@ -1,5 +1,6 @@
 #include "definition/Form13.h"
 
+#include "controls/ScreenKit.h"
 #include "definition/Workload.h"
 #include "reports/ReportLayout.h"
 #include "reports/ReportViewer.h"
@@ -21,16 +22,16 @@ using reports::Section;
 namespace {
 
 const QString ScreenName = QStringLiteral("Form13");
-const QString Save = QStringLiteral("SALVA");
-const QString Edit = QStringLiteral("MODIFICA");
+using vb::caption::Edit;
+using vb::caption::Save;
 /// Object variable not set: a grid without a current row, among others.
 constexpr int ObjectNotSet = 91;
 
-// The screen in twips, within the main screen's working area (9225 x 6200): the pick
-// lists and the commands on top, the assignments across the whole width, below them the
-// steps of the assignment (left) and the model's general procedures (right).
-constexpr int ScreenWidth = 9225;
-constexpr int ScreenHeight = 6200;
+// The screen in twips, within the main screen's working area: the pick lists and the
+// commands on top, the assignments across the whole width, below them the steps of the
+// assignment (left) and the model's general procedures (right).
+constexpr int ScreenWidth = vb::WorkAreaWidth;
+constexpr int ScreenHeight = vb::WorkAreaHeight;
 constexpr int RowHeight = 315;
 constexpr int ButtonHeight = 345;
 constexpr int ButtonWidth = 1290;
@@ -44,6 +45,15 @@ constexpr int LowerHeight = 3180;
 constexpr int StepsWidth = 4560;
 constexpr int GeneralLeft = 4800;
 constexpr int GeneralWidth = ScreenWidth - GeneralLeft - 120;
+
+constexpr int buttonLeft(int index)
+{
+    return ButtonsLeft + index * ButtonStep;
+}
+constexpr int wideButtonLeft(int index)
+{
+    return ButtonsLeft + index * WideButtonStep;
+}
 
 struct ColumnLayout
 {
@@ -100,108 +110,65 @@ Form13::Form13(QWidget* owner)
 void Form13::buildControls()
 {
     Move(0, 0, ScreenWidth, ScreenHeight);
-
-    auto label = [](QWidget* parent, const char* name, const char* caption, int left, int top, int width) {
-        auto* l = new vb::Label(parent, QString::fromLatin1(name), QString::fromUtf8(caption));
-        l->setBackStyle(0);
-        l->Move(left, top + 30, width, 255);
-        return l;
-    };
-    auto hidden = [this](const char* name) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->setVisible(false);
-        return t;
-    };
+    const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = RowHeight});
 
     // The assignment: machine, model, type.
-    Label1 = label(this, "Label1", "Macchina:", 120, 120, 1300);
-    DataCombo2 = new vb::DataCombo(this, QStringLiteral("DataCombo2"));
-    DataCombo2->Move(1440, 120, 2340, RowHeight);
-    Adodc2 = new vb::Adodc(this, QStringLiteral("Adodc2"));
-    Label2 = label(this, "Label2", "Modello:", 120, 510, 1300);
-    DataCombo3 = new vb::DataCombo(this, QStringLiteral("DataCombo3"));
-    DataCombo3->Move(1440, 510, 2340, RowHeight);
-    Adodc3 = new vb::Adodc(this, QStringLiteral("Adodc3"));
-    Label3 = label(this, "Label3", "Manutenzione:", 120, 900, 1300);
-    DataCombo4 = new vb::DataCombo(this, QStringLiteral("DataCombo4"));
-    DataCombo4->Move(1440, 900, 2340, RowHeight);
-    Adodc4 = new vb::Adodc(this, QStringLiteral("Adodc4"));
-    Label4 = label(this, "Label4", "Tot. Minuti:", ButtonsLeft, 120, 1200);
-    Txt_Tot_Min = new vb::TextBox(this, QStringLiteral("Txt_Tot_Min"));
-    Txt_Tot_Min->Move(ButtonsLeft + 1320, 120, 900, RowHeight);
+    Label1 = kit.label(this, "Label1", QStringLiteral("Macchina:"), 120, 150, 1300);
+    DataCombo2 = kit.dataCombo(this, "DataCombo2", Adodc2, "Adodc2", 1440, 120, 2340);
+    Label2 = kit.label(this, "Label2", QStringLiteral("Modello:"), 120, 540, 1300);
+    DataCombo3 = kit.dataCombo(this, "DataCombo3", Adodc3, "Adodc3", 1440, 510, 2340);
+    Label3 = kit.label(this, "Label3", QStringLiteral("Manutenzione:"), 120, 930, 1300);
+    DataCombo4 = kit.dataCombo(this, "DataCombo4", Adodc4, "Adodc4", 1440, 900, 2340);
+    Label4 = kit.label(this, "Label4", QStringLiteral("Tot. Minuti:"), ButtonsLeft, 150, 1200);
+    Txt_Tot_Min = kit.field(this, "Txt_Tot_Min", ButtonsLeft + 1320, 120, 900);
     Txt_Tot_Min->setLocked(true);
 
-    ID_MOD = hidden("ID_MOD");
-    ID_MAINT = hidden("ID_MAINT");
-    Txt_ID = hidden("Txt_ID");
-    ID_MOD_OLD = hidden("ID_MOD_OLD");
-    ID_MAINT_OLD = hidden("ID_MAINT_OLD");
-    Txt_ID_MODELLO = hidden("Txt_ID_MODELLO");
-    Txt_ID_MAINT_TIPO = hidden("Txt_ID_MAINT_TIPO");
-    Txt_Grid_Modello = hidden("Txt_Grid_Modello");
-    Txt_Grid_Manutenzione = hidden("Txt_Grid_Manutenzione");
-    Txt_ID_PROCEDURA = hidden("Txt_ID_PROCEDURA");
-    Txt_ID_PROCEDURA_General = hidden("Txt_ID_PROCEDURA_General");
-    Txt_Control_Min = hidden("Txt_Control_Min");
-    Txt_Control_Min->setText(QStringLiteral("0"));
+    ID_MOD = kit.hidden("ID_MOD");
+    ID_MAINT = kit.hidden("ID_MAINT");
+    Txt_ID = kit.hidden("Txt_ID");
+    ID_MOD_OLD = kit.hidden("ID_MOD_OLD");
+    ID_MAINT_OLD = kit.hidden("ID_MAINT_OLD");
+    Txt_ID_MODELLO = kit.hidden("Txt_ID_MODELLO");
+    Txt_ID_MAINT_TIPO = kit.hidden("Txt_ID_MAINT_TIPO");
+    Txt_Grid_Modello = kit.hidden("Txt_Grid_Modello");
+    Txt_Grid_Manutenzione = kit.hidden("Txt_Grid_Manutenzione");
+    Txt_ID_PROCEDURA = kit.hidden("Txt_ID_PROCEDURA");
+    Txt_ID_PROCEDURA_General = kit.hidden("Txt_ID_PROCEDURA_General");
+    Txt_Control_Min = kit.hidden("Txt_Control_Min", QStringLiteral("0"));
 
-    // The commands in two rows beside the pick lists.
-    auto button = [this](const char* name, const QString& caption, int index) {
-        auto* b = new vb::CommandButton(this, QString::fromLatin1(name), caption);
-        // Four on the first row; the three longer captions share the second.
-        if (index < 4)
-            b->Move(ButtonsLeft + index * ButtonStep, 510, ButtonWidth, ButtonHeight);
-        else
-            b->Move(ButtonsLeft + (index - 4) * WideButtonStep, 900, WideButtonStep - 30, ButtonHeight);
-        return b;
-    };
-    Cmd_Add = button("Cmd_Add", QStringLiteral("INSERISCI"), 0);
-    Cmd_Edit = button("Cmd_Edit", Edit, 1);
+    // The commands in two rows beside the pick lists: four on the first row, the three
+    // longer captions share the second.
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), buttonLeft(0), 510, ButtonWidth);
+    Cmd_Edit = kit.button(this, "Cmd_Edit", Edit, buttonLeft(1), 510, ButtonWidth);
     Cmd_Edit->setEnabled(false); // a row selection or INSERISCI enables it
-    Cmd_Delete = button("Cmd_Delete", QStringLiteral("ELIMINA"), 2);
-    Cmd_Aggiorna = button("Cmd_Aggiorna", QStringLiteral("AGGIORNA"), 3);
-    Cmd_Vis_All = button("Cmd_Vis_All", QStringLiteral("Visualizza Tutto"), 4);
-    Cmd_Print = button("Cmd_Print", QStringLiteral("PRINT PROCEDURA"), 5);
-    Cmd_Print_Rapporto = button("Cmd_Print_Rapporto", QStringLiteral("PRINT RAPPORTO"), 6);
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), buttonLeft(2), 510, ButtonWidth);
+    Cmd_Aggiorna = kit.button(this, "Cmd_Aggiorna", QStringLiteral("AGGIORNA"), buttonLeft(3), 510, ButtonWidth);
+    Cmd_Vis_All = kit.button(this, "Cmd_Vis_All", QStringLiteral("Visualizza Tutto"), wideButtonLeft(0), 900,
+                             WideButtonStep - 30);
+    Cmd_Print = kit.button(this, "Cmd_Print", QStringLiteral("PRINT PROCEDURA"), wideButtonLeft(1), 900,
+                           WideButtonStep - 30);
+    Cmd_Print_Rapporto = kit.button(this, "Cmd_Print_Rapporto", QStringLiteral("PRINT RAPPORTO"), wideButtonLeft(2), 900,
+                                    WideButtonStep - 30);
 
     // The assignments.
-    Adodc5 = new vb::Adodc(this, QStringLiteral("Adodc5"));
-    DataGrid2 = new vb::DataGrid(this, QStringLiteral("DataGrid2"));
-    DataGrid2->Move(120, AssignmentsTop, ScreenWidth - 240, AssignmentsHeight);
-    DataGrid2->setDataSource(Adodc5);
+    DataGrid2 = kit.grid(this, "DataGrid2", Adodc5, "Adodc5", 120, AssignmentsTop, ScreenWidth - 240, AssignmentsHeight);
 
     // The steps of the assignment, with the minutes of a new step.
-    Frame2 = new vb::Frame(this, QStringLiteral("Frame2"), QStringLiteral("N° Procedure Manutenzione"));
-    Frame2->Move(120, LowerTop, StepsWidth, LowerHeight);
-    Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
-    DataGrid1 = new vb::DataGrid(Frame2, QStringLiteral("DataGrid1"));
-    DataGrid1->Move(120, 240, StepsWidth - 240, 1860);
-    DataGrid1->setDataSource(Adodc1);
-    Frame10 = new vb::Frame(Frame2, QStringLiteral("Frame10"), QStringLiteral("Minuti"));
-    Frame10->Move(120, 2220, 1300, 700);
-    Txt_Min = new vb::TextBox(Frame10, QStringLiteral("Txt_Min"));
-    Txt_Min->Move(120, 270, 1060, RowHeight);
+    Frame2 = kit.frame(this, "Frame2", QStringLiteral("N° Procedure Manutenzione"), 120, LowerTop, StepsWidth, LowerHeight);
+    DataGrid1 = kit.grid(Frame2, "DataGrid1", Adodc1, "Adodc1", 120, 240, StepsWidth - 240, 1860);
+    Txt_Min = kit.searchFrame(Frame2, "Frame10", QStringLiteral("Minuti"), "Txt_Min", 120, 2220, 1300, 700, &Frame10);
     Txt_Min->setText(QStringLiteral("0"));
-    Cmd_Inserisci = new vb::CommandButton(Frame2, QStringLiteral("Cmd_Inserisci"), QStringLiteral("INSERISCI"));
-    Cmd_Inserisci->Move(1560, 2400, 1400, ButtonHeight);
-    Cmd_Delete2 = new vb::CommandButton(Frame2, QStringLiteral("Cmd_Delete2"), QStringLiteral("ELIMINA"));
-    Cmd_Delete2->Move(3040, 2400, 1400, ButtonHeight);
+    Cmd_Inserisci = kit.button(Frame2, "Cmd_Inserisci", QStringLiteral("INSERISCI"), 1560, 2400, 1400);
+    Cmd_Delete2 = kit.button(Frame2, "Cmd_Delete2", QStringLiteral("ELIMINA"), 3040, 2400, 1400);
     Cmd_Delete2->setEnabled(false); // a click on a step enables it
 
     // The model's general procedures: the step picked for copying.
-    Frame1 = new vb::Frame(this, QStringLiteral("Frame1"), QStringLiteral("Procedure Generali"));
-    Frame1->Move(GeneralLeft, LowerTop, GeneralWidth, LowerHeight);
-    Adodc6 = new vb::Adodc(this, QStringLiteral("Adodc6"));
-    DataGrid3 = new vb::DataGrid(Frame1, QStringLiteral("DataGrid3"));
-    DataGrid3->Move(120, 240, GeneralWidth - 240, 1320);
-    DataGrid3->setDataSource(Adodc6);
-    Label5 = label(Frame1, "Label5", "N°", 120, 1620, 300);
-    Txt_Num = new vb::TextBox(Frame1, QStringLiteral("Txt_Num"));
-    Txt_Num->Move(420, 1620, 600, RowHeight);
-    Txt_Titolo = new vb::TextBox(Frame1, QStringLiteral("Txt_Titolo"));
-    Txt_Titolo->Move(1080, 1620, GeneralWidth - 1200, RowHeight);
-    Txt_Procedura = new vb::TextBox(Frame1, QStringLiteral("Txt_Procedura"), true);
-    Txt_Procedura->Move(120, 2010, GeneralWidth - 240, 1050);
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("Procedure Generali"), GeneralLeft, LowerTop, GeneralWidth, LowerHeight);
+    DataGrid3 = kit.grid(Frame1, "DataGrid3", Adodc6, "Adodc6", 120, 240, GeneralWidth - 240, 1320);
+    Label5 = kit.label(Frame1, "Label5", QStringLiteral("N°"), 120, 1650, 300);
+    Txt_Num = kit.field(Frame1, "Txt_Num", 420, 1620, 600);
+    Txt_Titolo = kit.field(Frame1, "Txt_Titolo", 1080, 1620, GeneralWidth - 1200);
+    Txt_Procedura = kit.textArea(Frame1, "Txt_Procedura", 120, 2010, GeneralWidth - 240, 1050);
 }
 
 void Form13::connectEvents()
@@ -588,6 +555,14 @@ void Form13::Cmd_Edit_Click()
     QString m, t;
     trap.step([&] { m = vb::KeyText(ID_MOD->Text()); });
     trap.step([&] { t = vb::KeyText(ID_MAINT->Text()); });
+    auto writeAssignment = [&](store::Recordset& rs) {
+        store::WriteFields(trap, rs,
+                           {{"ID_MODELLO", ID_MOD->Text()},
+                            {"ID_MAINT_TIPO", ID_MAINT->Text()},
+                            {"Macchina", machine},
+                            {"Modello", model},
+                            {"Manutenzione_Tipo", type}});
+    };
 
     if (Cmd_Edit->Caption() == Save) {
         // The names go in as picked: an apostrophe breaks the check, and the save goes on.
@@ -610,11 +585,7 @@ void Form13::Cmd_Edit_Click()
             trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Assegna_M")); });
             trap.step([&] { rs.AddNew(); });
             trap.step([&] { newId = rs.Fields(QStringLiteral("ID")).Value(); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_MAINT_TIPO")) = ID_MAINT->Text(); });
-            trap.step([&] { rs.Fields(QStringLiteral("Macchina")) = machine; });
-            trap.step([&] { rs.Fields(QStringLiteral("Modello")) = model; });
-            trap.step([&] { rs.Fields(QStringLiteral("Manutenzione_Tipo")) = type; });
+            writeAssignment(rs);
             trap.step([&] { rs.UpdateBatch(); });
         }
         // The sheet of the new assignment, revision 0.
@@ -623,11 +594,12 @@ void Form13::Cmd_Edit_Click()
             store::Recordset rs;
             trap.step([&] { rs.Open(QStringLiteral("Select * FROM Tbl_Certif_Proced_Manut")); });
             trap.step([&] { rs.AddNew(); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_Assegna_M")) = newId; });
-            trap.step([&] { rs.Fields(QStringLiteral("Scheda")) = Scheda(m, t, machine, model, type); });
-            trap.step([&] { rs.Fields(QStringLiteral("Data_Scheda")) = today; });
-            trap.step([&] { rs.Fields(QStringLiteral("Rev")) = 0; });
-            trap.step([&] { rs.Fields(QStringLiteral("Data_Rev")) = today; });
+            store::WriteFields(trap, rs,
+                               {{"ID_Assegna_M", newId},
+                                {"Scheda", Scheda(m, t, machine, model, type)},
+                                {"Data_Scheda", today},
+                                {"Rev", 0},
+                                {"Data_Rev", today}});
             trap.step([&] { rs.UpdateBatch(); });
         }
         trap.step([&] {
@@ -667,11 +639,7 @@ void Form13::Cmd_Edit_Click()
         {
             store::Recordset rs;
             trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Assegna_M where ID =") + id); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_MAINT_TIPO")) = ID_MAINT->Text(); });
-            trap.step([&] { rs.Fields(QStringLiteral("Macchina")) = machine; });
-            trap.step([&] { rs.Fields(QStringLiteral("Modello")) = model; });
-            trap.step([&] { rs.Fields(QStringLiteral("Manutenzione_Tipo")) = type; });
+            writeAssignment(rs);
             trap.step([&] { rs.UpdateBatch(); });
         }
         // An edit is a new revision of the sheet, under the code of the new names.
@@ -679,8 +647,7 @@ void Form13::Cmd_Edit_Click()
             store::Recordset rs;
             trap.step(
                 [&] { rs.Open(QStringLiteral("Select * FROM Tbl_Certif_Proced_Manut Where ID_Assegna_M =") + id); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_Assegna_M")) = id; });
-            trap.step([&] { rs.Fields(QStringLiteral("Scheda")) = Scheda(m, t, machine, model, type); });
+            store::WriteFields(trap, rs, {{"ID_Assegna_M", id}, {"Scheda", Scheda(m, t, machine, model, type)}});
             nextRevision(rs, trap);
         }
         trap.step([&] {
@@ -777,8 +744,7 @@ void Form13::Cmd_Inserisci_Click()
         store::Recordset rs;
         trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_ProcedureM")); });
         trap.step([&] { rs.AddNew(); });
-        trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("ID_MAINT_TIPO")) = ID_MAINT->Text(); });
+        store::WriteFields(trap, rs, {{"ID_MODELLO", ID_MOD->Text()}, {"ID_MAINT_TIPO", ID_MAINT->Text()}});
         auto fromGeneral = [&](const char* column) {
             trap.step([&] {
                 if (DataGrid3->Row() < 0)

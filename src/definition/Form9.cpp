@@ -1,5 +1,6 @@
 #include "definition/Form9.h"
 
+#include "controls/ScreenKit.h"
 #include "definition/Workload.h"
 #include "reports/ReportLayout.h"
 #include "reports/ReportViewer.h"
@@ -20,14 +21,14 @@ namespace mb = vb::mb;
 namespace {
 
 const QString ScreenName = QStringLiteral("Form9");
-const QString Save = QStringLiteral("SALVA");
-const QString Edit = QStringLiteral("MODIFICA");
+using vb::caption::Edit;
+using vb::caption::Save;
 
-// The screen in twips, within the main screen's working area (9225 x 6200): the models
-// with their fields, commands and searches on top, the steps below, the step's fields
-// and commands at the bottom.
-constexpr int ScreenWidth = 9225;
-constexpr int ScreenHeight = 6200;
+// The screen in twips, within the main screen's working area: the models with their
+// fields, commands and searches on top, the steps below, the step's fields and commands
+// at the bottom.
+constexpr int ScreenWidth = vb::WorkAreaWidth;
+constexpr int ScreenHeight = vb::WorkAreaHeight;
 constexpr int ModelGridWidth = 4800;
 constexpr int ModelGridHeight = 1800;
 constexpr int PanelLeft = 5040;
@@ -43,6 +44,13 @@ constexpr int StepGridHeight = 1800;
 constexpr int StepFieldsTop = 4440;
 constexpr int StepButtonsLeft = 6060;
 constexpr int StepButtonWidth = 1500;
+constexpr int SecondColumn = StepButtonsLeft + StepButtonWidth + 90;
+constexpr int SecondWidth = ScreenWidth - 120 - SecondColumn;
+
+constexpr int stepButtonTop(int index)
+{
+    return StepFieldsTop + index * ButtonStep;
+}
 
 /// The steps of one model, by number.
 QString stepsOf(const QString& id)
@@ -111,89 +119,53 @@ Form9::Form9(QWidget* owner)
 void Form9::buildControls()
 {
     Move(0, 0, ScreenWidth, ScreenHeight);
-    auto hidden = [this](const char* name) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->setVisible(false);
-        return t;
-    };
-    auto label = [this](const char* name, const char* caption, int left, int top, int width) {
-        auto* l = new vb::Label(this, QString::fromLatin1(name), QString::fromUtf8(caption));
-        l->setBackStyle(0);
-        l->Move(left, top, width, 255);
-        return l;
-    };
-    auto button = [this](const char* name, const char* caption, int left, int top, int width) {
-        auto* b = new vb::CommandButton(this, QString::fromLatin1(name), QString::fromUtf8(caption));
-        b->Move(left, top, width, ButtonHeight);
-        return b;
-    };
+    const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = RowHeight});
 
     // ---- the models
-    Adodc5 = new vb::Adodc(this, QStringLiteral("Adodc5"));
-    DataGrid2 = new vb::DataGrid(this, QStringLiteral("DataGrid2"));
-    DataGrid2->Move(120, 120, ModelGridWidth, ModelGridHeight);
-    DataGrid2->setDataSource(Adodc5);
-    Label3 = label("Label3", "Macchina:", PanelLeft, 150, ComboLeft - PanelLeft);
-    Adodc2 = new vb::Adodc(this, QStringLiteral("Adodc2"));
-    DataCombo2 = new vb::DataCombo(this, QStringLiteral("DataCombo2"));
-    DataCombo2->Move(ComboLeft, 120, ComboWidth, RowHeight);
-    Label4 = label("Label4", "Modello:", PanelLeft, 150 + ButtonStep + 60, ComboLeft - PanelLeft);
-    Adodc3 = new vb::Adodc(this, QStringLiteral("Adodc3"));
-    DataCombo3 = new vb::DataCombo(this, QStringLiteral("DataCombo3"));
-    DataCombo3->Move(ComboLeft, 120 + ButtonStep + 60, ComboWidth, RowHeight);
-    Cmd_Add = button("Cmd_Add", "INSERISCI", ModelButtonsLeft, 120, ModelButtonWidth);
-    Cmd_Edit = button("Cmd_Edit", "MODIFICA", ModelButtonsLeft, 120 + ButtonStep, ModelButtonWidth);
+    DataGrid2 = kit.grid(this, "DataGrid2", Adodc5, "Adodc5", 120, 120, ModelGridWidth, ModelGridHeight);
+    Label3 = kit.label(this, "Label3", QStringLiteral("Macchina:"), PanelLeft, 150, ComboLeft - PanelLeft);
+    DataCombo2 = kit.dataCombo(this, "DataCombo2", Adodc2, "Adodc2", ComboLeft, 120, ComboWidth);
+    Label4 = kit.label(this, "Label4", QStringLiteral("Modello:"), PanelLeft, 150 + ButtonStep + 60, ComboLeft - PanelLeft);
+    DataCombo3 = kit.dataCombo(this, "DataCombo3", Adodc3, "Adodc3", ComboLeft, 120 + ButtonStep + 60, ComboWidth);
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), ModelButtonsLeft, 120, ModelButtonWidth);
+    Cmd_Edit = kit.button(this, "Cmd_Edit", Edit, ModelButtonsLeft, 120 + ButtonStep, ModelButtonWidth);
     Cmd_Edit->setEnabled(false); // a click on the models or INSERISCI enables it
-    Cmd_Delete = button("Cmd_Delete", "ELIMINA", ModelButtonsLeft, 120 + 2 * ButtonStep, ModelButtonWidth);
-    auto searchFrame = [this](const char* name, const char* caption, int left, int width) {
-        auto* f = new vb::Frame(this, QString::fromLatin1(name), QString::fromUtf8(caption));
-        f->Move(left, 1230, width, 690);
-        return f;
-    };
-    Frame1 = searchFrame("Frame1", "Per Macchina", PanelLeft, 1980);
-    Txt_Search_Macc = new vb::TextBox(Frame1, QStringLiteral("Txt_Search_Macc"));
-    Txt_Search_Macc->Move(120, 270, 1740, RowHeight);
-    Frame2 = searchFrame("Frame2", "Per Modello", PanelLeft + 2085, ScreenWidth - 120 - PanelLeft - 2085);
-    Txt_Search_Modello = new vb::TextBox(Frame2, QStringLiteral("Txt_Search_Modello"));
-    Txt_Search_Modello->Move(120, 270, 1740, RowHeight);
-    Label2 = label("Label2", "", 120, 120 + ModelGridHeight + 60, ScreenWidth - 240);
-    Txt_ID = hidden("Txt_ID");
-    ID_MOD = hidden("ID_MOD");
-    ID_MOD_OLD = hidden("ID_MOD_OLD");
-    Txt_Posizione = hidden("Txt_Posizione");
-    Txt_ID_MODELLO = hidden("Txt_ID_MODELLO");
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), ModelButtonsLeft, 120 + 2 * ButtonStep,
+                            ModelButtonWidth);
+    Txt_Search_Macc = kit.searchFrame(this, "Frame1", QStringLiteral("Per Macchina"), "Txt_Search_Macc", PanelLeft,
+                                      1230, 1980, 690, &Frame1);
+    Txt_Search_Modello = kit.searchFrame(this, "Frame2", QStringLiteral("Per Modello"), "Txt_Search_Modello",
+                                         PanelLeft + 2085, 1230, ScreenWidth - 120 - PanelLeft - 2085, 690, &Frame2);
+    Label2 = kit.label(this, "Label2", QString(), 120, 120 + ModelGridHeight + 60, ScreenWidth - 240);
+    Txt_ID = kit.hidden("Txt_ID");
+    ID_MOD = kit.hidden("ID_MOD");
+    ID_MOD_OLD = kit.hidden("ID_MOD_OLD");
+    Txt_Posizione = kit.hidden("Txt_Posizione");
+    Txt_ID_MODELLO = kit.hidden("Txt_ID_MODELLO");
 
     // ---- the steps
-    Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
-    DataGrid1 = new vb::DataGrid(this, QStringLiteral("DataGrid1"));
-    DataGrid1->Move(120, StepGridTop, ScreenWidth - 240, StepGridHeight);
-    DataGrid1->setDataSource(Adodc1);
-    Label1 = label("Label1", "N° Procedure", 120, StepGridTop + StepGridHeight + 60, 3000);
-    Label5 = label("Label5", "N°:", 120, StepFieldsTop + 30, 500);
-    Txt_Num_Procedura = new vb::TextBox(this, QStringLiteral("Txt_Num_Procedura"));
-    Txt_Num_Procedura->Move(660, StepFieldsTop, 700, RowHeight);
-    Label6 = label("Label6", "Titolo:", 1500, StepFieldsTop + 30, 700);
-    Txt_Titolo = new vb::TextBox(this, QStringLiteral("Txt_Titolo"));
-    Txt_Titolo->Move(2220, StepFieldsTop, StepButtonsLeft - 160 - 2220, RowHeight);
-    Label7 = label("Label7", "Procedura:", 120, StepFieldsTop + 390, 1200);
-    Txt_Procedura = new vb::TextBox(this, QStringLiteral("Txt_Procedura"), true);
-    Txt_Procedura->Move(120, StepFieldsTop + 660, StepButtonsLeft - 160 - 120, 1000);
-    Txt_ID_PROCEDURA = hidden("Txt_ID_PROCEDURA");
-    Txt_Copy_Titolo = hidden("Txt_Copy_Titolo");
-    Txt_Copy_Procedura = hidden("Txt_Copy_Procedura");
+    DataGrid1 = kit.grid(this, "DataGrid1", Adodc1, "Adodc1", 120, StepGridTop, ScreenWidth - 240, StepGridHeight);
+    Label1 = kit.label(this, "Label1", QStringLiteral("N° Procedure"), 120, StepGridTop + StepGridHeight + 60, 3000);
+    Label5 = kit.label(this, "Label5", QStringLiteral("N°:"), 120, StepFieldsTop + 30, 500);
+    Txt_Num_Procedura = kit.field(this, "Txt_Num_Procedura", 660, StepFieldsTop, 700);
+    Label6 = kit.label(this, "Label6", QStringLiteral("Titolo:"), 1500, StepFieldsTop + 30, 700);
+    Txt_Titolo = kit.field(this, "Txt_Titolo", 2220, StepFieldsTop, StepButtonsLeft - 160 - 2220);
+    Label7 = kit.label(this, "Label7", QStringLiteral("Procedura:"), 120, StepFieldsTop + 390, 1200);
+    Txt_Procedura = kit.textArea(this, "Txt_Procedura", 120, StepFieldsTop + 660, StepButtonsLeft - 160 - 120, 1000);
+    Txt_ID_PROCEDURA = kit.hidden("Txt_ID_PROCEDURA");
+    Txt_Copy_Titolo = kit.hidden("Txt_Copy_Titolo");
+    Txt_Copy_Procedura = kit.hidden("Txt_Copy_Procedura");
 
-    const int secondColumn = StepButtonsLeft + StepButtonWidth + 90;
-    const int secondWidth = ScreenWidth - 120 - secondColumn;
-    Cmd_Add2 = button("Cmd_Add2", "INSERISCI", StepButtonsLeft, StepFieldsTop, StepButtonWidth);
-    Cmd_Edit2 = button("Cmd_Edit2", "MODIFICA", StepButtonsLeft, StepFieldsTop + ButtonStep, StepButtonWidth);
-    Cmd_Delete2 = button("Cmd_Delete2", "ELIMINA", StepButtonsLeft, StepFieldsTop + 2 * ButtonStep, StepButtonWidth);
-    Cmd_Print = button("Cmd_Print", "STAMPA", StepButtonsLeft, StepFieldsTop + 3 * ButtonStep, StepButtonWidth);
-    Cmd_Copy = button("Cmd_Copy", "COPIA", secondColumn, StepFieldsTop, secondWidth);
+    Cmd_Add2 = kit.button(this, "Cmd_Add2", QStringLiteral("INSERISCI"), StepButtonsLeft, stepButtonTop(0), StepButtonWidth);
+    Cmd_Edit2 = kit.button(this, "Cmd_Edit2", Edit, StepButtonsLeft, stepButtonTop(1), StepButtonWidth);
+    Cmd_Delete2 = kit.button(this, "Cmd_Delete2", QStringLiteral("ELIMINA"), StepButtonsLeft, stepButtonTop(2), StepButtonWidth);
+    Cmd_Print = kit.button(this, "Cmd_Print", QStringLiteral("STAMPA"), StepButtonsLeft, stepButtonTop(3), StepButtonWidth);
+    Cmd_Copy = kit.button(this, "Cmd_Copy", QStringLiteral("COPIA"), SecondColumn, stepButtonTop(0), SecondWidth);
     Cmd_Copy->setEnabled(false); // a step selected enables it
-    Cmd_Paste = button("Cmd_Paste", "INCOLLA", secondColumn, StepFieldsTop + ButtonStep, secondWidth);
+    Cmd_Paste = kit.button(this, "Cmd_Paste", QStringLiteral("INCOLLA"), SecondColumn, stepButtonTop(1), SecondWidth);
     Cmd_Paste->setEnabled(false); // a copied step and a model selected after it enable it
-    Cmd_Aggiorna = button("Cmd_Aggiorna", "Aggiorna dati", secondColumn, StepFieldsTop + 2 * ButtonStep, secondWidth);
-    Cmd_Vis_All = button("Cmd_Vis_All", "Visualizza Tutto", secondColumn, StepFieldsTop + 3 * ButtonStep, secondWidth);
+    Cmd_Aggiorna = kit.button(this, "Cmd_Aggiorna", QStringLiteral("Aggiorna dati"), SecondColumn, stepButtonTop(2), SecondWidth);
+    Cmd_Vis_All = kit.button(this, "Cmd_Vis_All", QStringLiteral("Visualizza Tutto"), SecondColumn, stepButtonTop(3), SecondWidth);
 }
 
 void Form9::connectEvents()
@@ -471,9 +443,8 @@ void Form9::Cmd_Edit_Click()
         return;
     }
     auto writeModel = [&](store::Recordset& rs) {
-        trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Macchina")) = DataCombo2->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Modello")) = DataCombo3->Text(); });
+        store::WriteFields(trap, rs,
+                           {{"ID_MODELLO", ID_MOD->Text()}, {"Macchina", DataCombo2->Text()}, {"Modello", DataCombo3->Text()}});
     };
 
     if (Cmd_Edit->Caption() == Save) {
@@ -632,9 +603,8 @@ void Form9::Cmd_Edit2_Click()
         return;
     }
     auto writeStep = [&](store::Recordset& rs) {
-        trap.step([&] { rs.Fields(QStringLiteral("Num")) = Txt_Num_Procedura->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Titolo")) = Txt_Titolo->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Procedura")) = Txt_Procedura->Text(); });
+        store::WriteFields(trap, rs,
+                           {{"Num", Txt_Num_Procedura->Text()}, {"Titolo", Txt_Titolo->Text()}, {"Procedura", Txt_Procedura->Text()}});
     };
 
     if (Cmd_Edit2->Caption() == Save) {
@@ -735,10 +705,11 @@ void Form9::Cmd_Paste_Click()
         rs.Open(QStringLiteral("Select * from Tbl_Proc_General"));
         rs.AddNew();
         static_cast<void>(rs.Fields(QStringLiteral("ID_Procedura")).Value());
-        trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = ID_MOD->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Num")) = Adodc1->RecordCount() + 1; });
-        trap.step([&] { rs.Fields(QStringLiteral("Titolo")) = Txt_Copy_Titolo->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Procedura")) = Txt_Copy_Procedura->Text(); });
+        store::WriteFields(trap, rs,
+                           {{"ID_MODELLO", ID_MOD->Text()},
+                            {"Num", Adodc1->RecordCount() + 1},
+                            {"Titolo", Txt_Copy_Titolo->Text()},
+                            {"Procedura", Txt_Copy_Procedura->Text()}});
         trap.step([&] { rs.UpdateBatch(); });
     });
     trap.step([&] { Adodc1->Refresh(); });

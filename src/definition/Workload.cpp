@@ -40,13 +40,12 @@ Variant times(const Variant& a, const Variant& b)
     return Variant((a.isEmpty() ? 0.0 : a.toDouble()) * (b.isEmpty() ? 0.0 : b.toDouble()));
 }
 
-// Installs the workload line as the last step of frmMain's load.
-[[maybe_unused]] const bool installed = [] {
-    shell::setWorkloadTotal([] { Show_Workload_Total(); });
-    return true;
-}();
-
 } // namespace
+
+void installWorkloadLine()
+{
+    shell::setWorkloadTotal([] { Show_Workload_Total(); });
+}
 
 WorkloadFigures Recompute_Workload(const Variant& m, const Variant& t, DurationWidth width, StoreBy by)
 {

@@ -5,7 +5,8 @@
 /// Tbl_Assegna_M and summed into the workload line of frmMain (and of Form9).
 ///
 /// Shared procedures of the screens that change steps or assignments (Form13, Form9);
-/// frmMain runs Show_Workload_Total as the last step of its load.
+/// frmMain runs Show_Workload_Total as the last step of its load once the start has
+/// installed it (installWorkloadLine).
 
 #include "runtime/Variant.h"
 
@@ -38,6 +39,10 @@ struct WorkloadFigures
     QString totMinutiSett; ///< S × N × K under "##,##0.00"
     QString totOreSett; ///< Tot_Minuti_Sett as "hh:mm:ss"
 };
+
+/// Makes Show_Workload_Total the last step of frmMain's load. The program installs it
+/// before anything starts frmMain; so does whatever starts frmMain as the program does.
+void installWorkloadLine();
 
 /// Recomputes and stores the workload of assignment (m = ID_MODELLO, t = ID_MAINT_TIPO).
 /// Every statement carries on after a failure, as the commands' traps do.

@@ -1,5 +1,6 @@
 #include "people/Form18.h"
 
+#include "controls/ScreenKit.h"
 #include "reports/ReportViewer.h"
 #include "reports/TextExport.h"
 #include "runtime/Clock.h"
@@ -19,14 +20,14 @@ namespace err = vb::err;
 namespace {
 
 const QString ScreenName = QStringLiteral("Form18");
-const QString Save = QStringLiteral("SALVA");
-const QString Edit = QStringLiteral("MODIFICA");
+using vb::caption::Edit;
+using vb::caption::Save;
 
 // The screen in twips: the list with the searches beside it on top, the operator on the
 // left below, the last job and the commands on the right. The whole of it fits the main
-// screen's working area of an 800 x 600 display (9225 x 6200).
-constexpr int ScreenWidth = 9225;
-constexpr int ScreenHeight = 6200;
+// screen's working area of an 800 x 600 display.
+constexpr int ScreenWidth = vb::WorkAreaWidth;
+constexpr int ScreenHeight = vb::WorkAreaHeight;
 constexpr int FieldsTop = 2760;
 constexpr int RowStep = 390;
 constexpr int RowHeight = 315;
@@ -37,6 +38,17 @@ constexpr int PickerWidth = 1410;
 constexpr int RightLeft = 4680;
 constexpr int RightWidth = 4425;
 constexpr int ButtonHeight = 375;
+constexpr int Third = (RightWidth - 150) / 3;
+
+constexpr int rowTop(int row)
+{
+    return FieldsTop + row * RowStep;
+}
+/// A row of the last job's frame.
+constexpr int jobTop(int row)
+{
+    return 300 + row * 345;
+}
 
 } // namespace
 
@@ -59,119 +71,68 @@ Form18::Form18(QWidget* owner) : vb::Form(owner, ScreenName, QStringLiteral("MAN
 void Form18::buildControls()
 {
     Move(0, 0, ScreenWidth, ScreenHeight);
+    const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = RowHeight});
 
-    Adodc2 = new vb::Adodc(this, QStringLiteral("Adodc2"));
-    DataGrid1 = new vb::DataGrid(this, QStringLiteral("DataGrid1"));
-    DataGrid1->Move(120, 120, 6480, 2280);
-    DataGrid1->setDataSource(Adodc2);
-    Label1 = new vb::Label(this, QStringLiteral("Label1"), QStringLiteral("0peratori Presenti:"));
-    Label1->setBackStyle(0);
-    Label1->Move(120, 2430, 4000, 255);
-    Txt_Posizione = new vb::TextBox(this, QStringLiteral("Txt_Posizione"));
-    Txt_Posizione->setVisible(false);
-    TxtID_OPERATORE = new vb::TextBox(this, QStringLiteral("TxtID_OPERATORE"));
-    TxtID_OPERATORE->setVisible(false);
+    DataGrid1 = kit.grid(this, "DataGrid1", Adodc2, "Adodc2", 120, 120, 6480, 2280);
+    Label1 = kit.label(this, "Label1", QStringLiteral("0peratori Presenti:"), 120, 2430, 4000);
+    Txt_Posizione = kit.hidden("Txt_Posizione");
+    TxtID_OPERATORE = kit.hidden("TxtID_OPERATORE");
 
     // The searches beside the list.
-    Frame4 = new vb::Frame(this, QStringLiteral("Frame4"), QStringLiteral("CERCA OPERATORE"));
-    Frame4->Move(6720, 60, 2385, 2340);
-    Frame1 = new vb::Frame(Frame4, QStringLiteral("Frame1"), QStringLiteral("Cerca pe Operatore"));
-    Frame1->Move(120, 300, 2145, 840);
-    Text1 = new vb::TextBox(Frame1, QStringLiteral("Text1"));
-    Text1->Move(120, 360, 1905, RowHeight);
-    Frame2 = new vb::Frame(Frame4, QStringLiteral("Frame2"), QStringLiteral("Cerca per Qualifica"));
-    Frame2->Move(120, 1260, 2145, 840);
-    Text2 = new vb::TextBox(Frame2, QStringLiteral("Text2"));
-    Text2->Move(120, 360, 1905, RowHeight);
+    Frame4 = kit.frame(this, "Frame4", QStringLiteral("CERCA OPERATORE"), 6720, 60, 2385, 2340);
+    Frame1 = kit.frame(Frame4, "Frame1", QStringLiteral("Cerca pe Operatore"), 120, 300, 2145, 840);
+    Text1 = kit.field(Frame1, "Text1", 120, 360, 1905);
+    Frame2 = kit.frame(Frame4, "Frame2", QStringLiteral("Cerca per Qualifica"), 120, 1260, 2145, 840);
+    Text2 = kit.field(Frame2, "Text2", 120, 360, 1905);
 
     // The operator, one row per field.
-    int row = 0;
-    auto label = [&](const char* name, const char* caption) {
-        auto* l = new vb::Label(this, QString::fromLatin1(name), QString::fromUtf8(caption));
-        l->setBackStyle(0);
-        l->Move(120, FieldsTop + row * RowStep + 30, LabelWidth, 255);
-        return l;
-    };
-    auto top = [&] { return FieldsTop + row * RowStep; };
-    Label2 = label("Label2", "Operatore:");
-    txtOperatore = new vb::TextBox(this, QStringLiteral("txtOperatore"));
-    txtOperatore->Move(FieldLeft, top(), FieldWidth, RowHeight);
-    ++row;
-    Label3 = label("Label3", "Qualifica:");
-    Txt_Qualifica = new vb::TextBox(this, QStringLiteral("Txt_Qualifica"));
-    Txt_Qualifica->Move(FieldLeft, top(), FieldWidth, RowHeight);
-    ++row;
-    Label4 = label("Label4", "Tipo Operatore:");
+    Label2 = kit.label(this, "Label2", QStringLiteral("Operatore:"), 120, rowTop(0) + 30, LabelWidth);
+    txtOperatore = kit.field(this, "txtOperatore", FieldLeft, rowTop(0), FieldWidth);
+    Label3 = kit.label(this, "Label3", QStringLiteral("Qualifica:"), 120, rowTop(1) + 30, LabelWidth);
+    Txt_Qualifica = kit.field(this, "Txt_Qualifica", FieldLeft, rowTop(1), FieldWidth);
+    Label4 = kit.label(this, "Label4", QStringLiteral("Tipo Operatore:"), 120, rowTop(2) + 30, LabelWidth);
     Combo1 = new vb::ComboBox(this, QStringLiteral("Combo1"));
     Combo1->AddItem(QStringLiteral("Interno"));
     Combo1->AddItem(QStringLiteral("Esterno"));
-    Combo1->Move(FieldLeft, top(), PickerWidth, RowHeight);
-    ++row;
-    Label5 = label("Label5", "Data di Nascita:");
-    DTPicker2 = new vb::DTPicker(this, QStringLiteral("DTPicker2"));
-    DTPicker2->Move(FieldLeft, top(), PickerWidth, RowHeight);
-    Txt_Eta = new vb::TextBox(this, QStringLiteral("Txt_Eta"));
-    Txt_Eta->Move(FieldLeft + PickerWidth + 90, top(), FieldWidth - PickerWidth - 90, RowHeight);
+    Combo1->Move(FieldLeft, rowTop(2), PickerWidth, RowHeight);
+    Label5 = kit.label(this, "Label5", QStringLiteral("Data di Nascita:"), 120, rowTop(3) + 30, LabelWidth);
+    DTPicker2 = kit.datePicker(this, "DTPicker2", FieldLeft, rowTop(3), PickerWidth);
+    Txt_Eta = kit.field(this, "Txt_Eta", FieldLeft + PickerWidth + 90, rowTop(3), FieldWidth - PickerWidth - 90);
     Txt_Eta->setLocked(true);
-    ++row;
-    Label6 = label("Label6", "Data Inizio Rapporto:");
-    DTPicker1 = new vb::DTPicker(this, QStringLiteral("DTPicker1"));
-    DTPicker1->Move(FieldLeft, top(), PickerWidth, RowHeight);
-    ++row;
-    Label7 = label("Label7", "Data Fine Rapporto:");
-    DTPicker4 = new vb::DTPicker(this, QStringLiteral("DTPicker4"));
-    DTPicker4->Move(FieldLeft, top(), PickerWidth, RowHeight);
-    ++row;
-    Txt_Durata = label("Txt_Durata", "Durata Rapporto:");
-    Txt_Rapporto = new vb::TextBox(this, QStringLiteral("Txt_Rapporto"));
-    Txt_Rapporto->Move(FieldLeft, top(), FieldWidth - PickerWidth - 90, RowHeight);
+    Label6 = kit.label(this, "Label6", QStringLiteral("Data Inizio Rapporto:"), 120, rowTop(4) + 30, LabelWidth);
+    DTPicker1 = kit.datePicker(this, "DTPicker1", FieldLeft, rowTop(4), PickerWidth);
+    Label7 = kit.label(this, "Label7", QStringLiteral("Data Fine Rapporto:"), 120, rowTop(5) + 30, LabelWidth);
+    DTPicker4 = kit.datePicker(this, "DTPicker4", FieldLeft, rowTop(5), PickerWidth);
+    Txt_Durata = kit.label(this, "Txt_Durata", QStringLiteral("Durata Rapporto:"), 120, rowTop(6) + 30, LabelWidth);
+    Txt_Rapporto = kit.field(this, "Txt_Rapporto", FieldLeft, rowTop(6), FieldWidth - PickerWidth - 90);
     Txt_Rapporto->setLocked(true);
-    Cmd_Dimissioni = new vb::CommandButton(this, QStringLiteral("Cmd_Dimissioni"), QStringLiteral("Dimissioni"));
-    Cmd_Dimissioni->Move(FieldLeft + FieldWidth - PickerWidth, top() - 30, PickerWidth, ButtonHeight);
+    Cmd_Dimissioni = kit.button(this, "Cmd_Dimissioni", QStringLiteral("Dimissioni"), FieldLeft + FieldWidth - PickerWidth,
+                                rowTop(6) - 30, PickerWidth);
 
     // The last job, on the right.
-    Frame3 = new vb::Frame(this, QStringLiteral("Frame3"), QStringLiteral("Ultimo Lavoro Eseguito"));
-    Frame3->Move(RightLeft, FieldsTop - 60, RightWidth, 1740);
-    int jobRow = 0;
-    auto jobLabel = [&](const char* name, const char* caption) {
-        auto* l = new vb::Label(Frame3, QString::fromLatin1(name), QString::fromUtf8(caption));
-        l->setBackStyle(0);
-        l->Move(120, 300 + jobRow * 345 + 30, 1350, 255);
-        return l;
-    };
-    auto jobField = [&](const char* name) {
-        auto* t = new vb::TextBox(Frame3, QString::fromLatin1(name));
-        t->Move(1500, 300 + jobRow * 345, RightWidth - 1620, RowHeight);
-        t->setLocked(true);
-        ++jobRow;
-        return t;
-    };
-    Label8 = jobLabel("Label8", "In Data:");
-    DTPicker3 = new vb::DTPicker(Frame3, QStringLiteral("DTPicker3"));
-    DTPicker3->Move(1500, 300, PickerWidth, RowHeight);
+    Frame3 = kit.frame(this, "Frame3", QStringLiteral("Ultimo Lavoro Eseguito"), RightLeft, FieldsTop - 60, RightWidth, 1740);
+    Label8 = kit.label(Frame3, "Label8", QStringLiteral("In Data:"), 120, jobTop(0) + 30, 1350);
+    DTPicker3 = kit.datePicker(Frame3, "DTPicker3", 1500, jobTop(0), PickerWidth);
     DTPicker3->setVisible(false); // until an operator with a dated job is selected
-    ++jobRow;
-    Label9 = jobLabel("Label9", "Manutenzione:");
-    Txt_Manutenzione = jobField("Txt_Manutenzione");
-    Label10 = jobLabel("Label10", "Macchina:");
-    Txt_Modello = jobField("Txt_Modello");
-    Label11 = jobLabel("Label11", "Numero:");
-    Txt_Numero = jobField("Txt_Numero");
+    Label9 = kit.label(Frame3, "Label9", QStringLiteral("Manutenzione:"), 120, jobTop(1) + 30, 1350);
+    Txt_Manutenzione = kit.field(Frame3, "Txt_Manutenzione", 1500, jobTop(1), RightWidth - 1620);
+    Txt_Manutenzione->setLocked(true);
+    Label10 = kit.label(Frame3, "Label10", QStringLiteral("Macchina:"), 120, jobTop(2) + 30, 1350);
+    Txt_Modello = kit.field(Frame3, "Txt_Modello", 1500, jobTop(2), RightWidth - 1620);
+    Txt_Modello->setLocked(true);
+    Label11 = kit.label(Frame3, "Label11", QStringLiteral("Numero:"), 120, jobTop(3) + 30, 1350);
+    Txt_Numero = kit.field(Frame3, "Txt_Numero", 1500, jobTop(3), RightWidth - 1620);
+    Txt_Numero->setLocked(true);
 
     // The commands under the last job.
-    auto button = [this](const char* name, const QString& caption, int left, int top, int width) {
-        auto* b = new vb::CommandButton(this, QString::fromLatin1(name), caption);
-        b->Move(RightLeft + left, top, width, ButtonHeight);
-        return b;
-    };
-    const int third = (RightWidth - 150) / 3;
-    Cmd_Add = button("Cmd_Add", QStringLiteral("INSERISCI"), 0, 4560, third);
-    Cmd_Edit = button("Cmd_Edit", Edit, third + 75, 4560, third);
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), RightLeft, 4560, Third);
+    Cmd_Edit = kit.button(this, "Cmd_Edit", Edit, RightLeft + Third + 75, 4560, Third);
     Cmd_Edit->setEnabled(false); // a row selection or INSERISCI enables it
-    Cmd_Delete = button("Cmd_Delete", QStringLiteral("ELIMINA"), 2 * (third + 75), 4560, third);
-    Cmd_Vis_All = button("Cmd_Vis_All", QStringLiteral("VISUALIZZA TUTTO"), 0, 5010, 1950);
-    Cmd_Print = button("Cmd_Print", QStringLiteral("Print Lista Operatori"), 2025, 5010, RightWidth - 2025);
-    Cmd_Info = button("Cmd_Info", QStringLiteral("Info"), 0, 5460, third);
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), RightLeft + 2 * (Third + 75), 4560, Third);
+    Cmd_Vis_All = kit.button(this, "Cmd_Vis_All", QStringLiteral("VISUALIZZA TUTTO"), RightLeft, 5010, 1950);
+    Cmd_Print = kit.button(this, "Cmd_Print", QStringLiteral("Print Lista Operatori"), RightLeft + 2025, 5010,
+                           RightWidth - 2025);
+    Cmd_Info = kit.button(this, "Cmd_Info", QStringLiteral("Info"), RightLeft, 5460, Third);
 
     DataGrid1->Click = [this] { DataGrid1_Click(); };
     DataGrid1->RowColChange = [this] { DataGrid1_RowColChange(); };
@@ -420,12 +381,13 @@ void Form18::Cmd_Edit_Click()
     // The six columns besides the key, from the fields. A running employment is 0.
     auto endOfEmployment = [&] { return DTPicker4->isHidden() ? Variant(0) : DTPicker4->Value(); };
     auto writeOperator = [&](store::Recordset& rs) {
-        trap.step([&] { rs.Fields(QStringLiteral("Operatore")) = txtOperatore->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Qualifica")) = Txt_Qualifica->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Data_Nascita")) = DTPicker2->Value(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Inizio_Rapp")) = DTPicker1->Value(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Fine_Rapp")) = endOfEmployment(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Tipo")) = Combo1->Text(); });
+        store::WriteFields(trap, rs,
+                           {{"Operatore", txtOperatore->Text()},
+                            {"Qualifica", Txt_Qualifica->Text()},
+                            {"Data_Nascita", DTPicker2->Value()},
+                            {"Inizio_Rapp", DTPicker1->Value()},
+                            {"Fine_Rapp", endOfEmployment()},
+                            {"Tipo", Combo1->Text()}});
     };
 
     if (Cmd_Edit->Caption() == Save) {

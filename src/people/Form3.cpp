@@ -1,5 +1,7 @@
 #include "people/Form3.h"
 
+#include "controls/PictureFit.h"
+#include "controls/ScreenKit.h"
 #include "reports/ReportLayout.h"
 #include "reports/ReportViewer.h"
 #include "reports/TextExport.h"
@@ -9,7 +11,6 @@
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
-#include "spares/PictureFit.h"
 #include "store/DataStore.h"
 
 #include <QEvent>
@@ -73,6 +74,17 @@ constexpr int PictureWidth = FullWidth + Margin - PictureLeft;
 constexpr int PictureHeight = 780;
 constexpr int ButtonTop = InputTop + 5 * RowStep + 60;
 constexpr int ButtonHeight = 375;
+constexpr int EnlargedHeight = ListsHeight + 60 + SelectedHeight;
+constexpr int SymbolWidth = (PictureWidth - 120) / 4;
+
+constexpr int inputTop(int row)
+{
+    return InputTop + row * RowStep;
+}
+constexpr int symbolLeft(int index)
+{
+    return 60 + index * SymbolWidth;
+}
 
 /// A key from a hidden field, an empty one counting as 0.
 QString keyOrZero(const QString& text)
@@ -161,122 +173,81 @@ Form3::Form3(QWidget* owner) : vb::Form(owner, ScreenName, QStringLiteral("NOTE"
 void Form3::buildControls()
 {
     Move(0, 0, FullWidth + 2 * Margin + 5, ButtonTop + ButtonHeight + 480);
-
-    auto label = [this](const char* name, const QString& caption, int left, int top, int width) {
-        auto* l = new vb::Label(this, QString::fromLatin1(name), caption);
-        l->setBackStyle(0);
-        l->Move(left, top + 30, width, 255);
-        return l;
-    };
-    auto hidden = [this](const char* name, const QString& text = {}) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->setText(text);
-        t->setVisible(false);
-        return t;
-    };
-    auto button = [](QWidget* parent, const char* name, const QString& caption, int left, int top, int width,
-                     int height = ButtonHeight) {
-        auto* b = new vb::CommandButton(parent, QString::fromLatin1(name), caption);
-        b->Move(left, top, width, height);
-        return b;
-    };
-    auto list = [this](const char* frameName, const char* gridName, const char* sourceName, vb::Frame*& frame,
-                       vb::Adodc*& source, int left, int top, int width, int height) {
-        frame = new vb::Frame(this, QString::fromLatin1(frameName));
-        frame->Move(left, top, width, height);
-        source = new vb::Adodc(this, QString::fromLatin1(sourceName));
-        auto* grid = new vb::DataGrid(frame, QString::fromLatin1(gridName));
-        grid->Move(60, 240, width - 120, height - 300);
-        grid->setDataSource(source);
-        return grid;
-    };
+    const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = RowHeight});
 
     // The machines with notes and all notes side by side; what is selected below them.
-    DataGrid2 = list("Frame3", "DataGrid2", "Adodc2", Frame3, Adodc2, Margin, ListsTop, MachinesWidth, ListsHeight);
-    Frame3->setCaption(QStringLiteral("NOTE MACCHINE"));
-    DataGrid3 = list("Frame2", "DataGrid3", "Adodc3", Frame2, Adodc3, NotesLeft, ListsTop, NotesWidth, ListsHeight);
-    Frame2->setCaption(QStringLiteral("TUTTE LE NOTE"));
-    DataGrid1 = list("Frame1", "DataGrid1", "Adodc1", Frame1, Adodc1, Margin, SelectedTop, FullWidth, SelectedHeight);
-    Frame1->setCaption(QStringLiteral("NOTE"));
+    Frame3 = kit.frame(this, "Frame3", QStringLiteral("NOTE MACCHINE"), Margin, ListsTop, MachinesWidth, ListsHeight);
+    DataGrid2 = kit.grid(Frame3, "DataGrid2", Adodc2, "Adodc2", 60, 240, MachinesWidth - 120, ListsHeight - 300);
+    Frame2 = kit.frame(this, "Frame2", QStringLiteral("TUTTE LE NOTE"), NotesLeft, ListsTop, NotesWidth, ListsHeight);
+    DataGrid3 = kit.grid(Frame2, "DataGrid3", Adodc3, "Adodc3", 60, 240, NotesWidth - 120, ListsHeight - 300);
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("NOTE"), Margin, SelectedTop, FullWidth, SelectedHeight);
+    DataGrid1 = kit.grid(Frame1, "DataGrid1", Adodc1, "Adodc1", 60, 240, FullWidth - 120, SelectedHeight - 300);
 
     // The input area: the machine and the classifications on the left, the text beside.
-    auto combo = [this](const char* name, const char* sourceName, vb::Adodc*& source, int row) {
-        source = new vb::Adodc(this, QString::fromLatin1(sourceName));
-        auto* c = new vb::DataCombo(this, QString::fromLatin1(name));
-        c->Move(ComboLeft, InputTop + row * RowStep, ComboWidth, RowHeight);
-        return c;
-    };
-    Label1 = label("Label1", QStringLiteral("Macchina:"), Margin, InputTop, LabelWidth);
-    DataCombo3 = combo("DataCombo3", "Adodc4", Adodc4, 0);
-    Label2 = label("Label2", QStringLiteral("Modello:"), Margin, InputTop + RowStep, LabelWidth);
-    DataCombo2 = combo("DataCombo2", "Adodc5", Adodc5, 1);
+    Label1 = kit.label(this, "Label1", QStringLiteral("Macchina:"), Margin, inputTop(0) + 30, LabelWidth);
+    DataCombo3 = kit.dataCombo(this, "DataCombo3", Adodc4, "Adodc4", ComboLeft, inputTop(0), ComboWidth);
+    Label2 = kit.label(this, "Label2", QStringLiteral("Modello:"), Margin, inputTop(1) + 30, LabelWidth);
+    DataCombo2 = kit.dataCombo(this, "DataCombo2", Adodc5, "Adodc5", ComboLeft, inputTop(1), ComboWidth);
     DataCombo2->setEnabled(false);
-    Label9 = label("Label9", QStringLiteral("N°:"), Margin, InputTop + 2 * RowStep, LabelWidth);
-    DataCombo1 = combo("DataCombo1", "Adodc6", Adodc6, 2);
+    Label9 = kit.label(this, "Label9", QStringLiteral("N°:"), Margin, inputTop(2) + 30, LabelWidth);
+    DataCombo1 = kit.dataCombo(this, "DataCombo1", Adodc6, "Adodc6", ComboLeft, inputTop(2), ComboWidth);
     DataCombo1->setEnabled(false);
-    Label3 = label("Label3", QStringLiteral("Tipo Nota:"), Margin, InputTop + 3 * RowStep, LabelWidth);
-    DataCombo5 = combo("DataCombo5", "Adodc7", Adodc7, 3);
-    Label4 = label("Label4", QStringLiteral("Tipo Nota2:"), Margin, InputTop + 4 * RowStep, LabelWidth);
-    DataCombo4 = combo("DataCombo4", "Adodc8", Adodc8, 4);
+    Label3 = kit.label(this, "Label3", QStringLiteral("Tipo Nota:"), Margin, inputTop(3) + 30, LabelWidth);
+    DataCombo5 = kit.dataCombo(this, "DataCombo5", Adodc7, "Adodc7", ComboLeft, inputTop(3), ComboWidth);
+    Label4 = kit.label(this, "Label4", QStringLiteral("Tipo Nota2:"), Margin, inputTop(4) + 30, LabelWidth);
+    DataCombo4 = kit.dataCombo(this, "DataCombo4", Adodc8, "Adodc8", ComboLeft, inputTop(4), ComboWidth);
 
-    Label5 = label("Label5", QStringLiteral("Nota:"), NoteLabelLeft, InputTop, 600);
-    Txt_Nota = new vb::TextBox(this, QStringLiteral("Txt_Nota"), true);
-    Txt_Nota->Move(NoteLeft, InputTop, NoteWidth, 4 * RowStep - 45);
-    Label6 = label("Label6", QStringLiteral("Cerca:"), NoteLabelLeft, InputTop + 4 * RowStep, 600);
-    Txt_Search = new vb::TextBox(this, QStringLiteral("Txt_Search"));
-    Txt_Search->Move(NoteLeft, InputTop + 4 * RowStep, NoteWidth, RowHeight);
+    Label5 = kit.label(this, "Label5", QStringLiteral("Nota:"), NoteLabelLeft, inputTop(0) + 30, 600);
+    Txt_Nota = kit.textArea(this, "Txt_Nota", NoteLeft, inputTop(0), NoteWidth, 4 * RowStep - 45);
+    Label6 = kit.label(this, "Label6", QStringLiteral("Cerca:"), NoteLabelLeft, inputTop(4) + 30, 600);
+    Txt_Search = kit.field(this, "Txt_Search", NoteLeft, inputTop(4), NoteWidth);
 
     // The picture: the photo button, or the thumbnail in its place.
-    Cmd_Photo = button(this, "Cmd_Photo", QStringLiteral("INSERISCI IMMAGINE"), PictureLeft, InputTop, PictureWidth,
-                       PictureHeight);
+    Cmd_Photo = kit.button(this, "Cmd_Photo", QStringLiteral("INSERISCI IMMAGINE"), PictureLeft, InputTop, PictureWidth,
+                           PictureHeight);
     Cmd_Photo->setEnabled(false); // until a note is chosen
-    Image4 = new vb::Image(this, QStringLiteral("Image4"));
-    Image4->Move(PictureLeft, InputTop, PictureWidth, PictureHeight);
+    Image4 = kit.image(this, "Image4", PictureLeft, InputTop, PictureWidth, PictureHeight);
     Image4->setVisible(false);
     DTPicker2 = new vb::DTPicker(this, QStringLiteral("DTPicker2"));
     DTPicker2->Move(PictureLeft, InputTop + PictureHeight + 90, PictureWidth, RowHeight);
     CommonDialog1 = new vb::CommonDialog(this, QStringLiteral("CommonDialog1"));
 
     // The symbols, under the date while the text has the focus.
-    Frame5 = new vb::Frame(this, QStringLiteral("Frame5"), QStringLiteral("Inserisci Simboli"));
-    Frame5->Move(PictureLeft, InputTop + PictureHeight + RowStep + 90, PictureWidth, 600);
+    Frame5 = kit.frame(this, "Frame5", QStringLiteral("Inserisci Simboli"), PictureLeft,
+                       InputTop + PictureHeight + RowStep + 90, PictureWidth, 600);
     Frame5->setVisible(false);
-    const int symbolWidth = (PictureWidth - 120) / 4;
-    Cmd_Radice = button(Frame5, "Cmd_Radice", QStringLiteral("\\/¯¯"), 60, 225, symbolWidth, 315);
-    Cmd_Un_Mezzo = button(Frame5, "Cmd_Un_Mezzo", QStringLiteral("½"), 60 + symbolWidth, 225, symbolWidth, 315);
-    Cmd_Un_Quarto = button(Frame5, "Cmd_Un_Quarto", QStringLiteral("¼"), 60 + 2 * symbolWidth, 225, symbolWidth, 315);
-    Cmd_Diametro = button(Frame5, "Cmd_Diametro", QStringLiteral("Ø"), 60 + 3 * symbolWidth, 225, symbolWidth, 315);
+    Cmd_Radice = kit.button(Frame5, "Cmd_Radice", QStringLiteral("\\/¯¯"), symbolLeft(0), 225, SymbolWidth, 315);
+    Cmd_Un_Mezzo = kit.button(Frame5, "Cmd_Un_Mezzo", QStringLiteral("½"), symbolLeft(1), 225, SymbolWidth, 315);
+    Cmd_Un_Quarto = kit.button(Frame5, "Cmd_Un_Quarto", QStringLiteral("¼"), symbolLeft(2), 225, SymbolWidth, 315);
+    Cmd_Diametro = kit.button(Frame5, "Cmd_Diametro", QStringLiteral("Ø"), symbolLeft(3), 225, SymbolWidth, 315);
 
-    Cmd_Add_Note = button(this, "Cmd_Add_Note", Inserting, Margin, ButtonTop, 2100);
-    Cmd_Apri_Txt = button(this, "Cmd_Apri_Txt", QStringLiteral("Apri File .Txt"), Margin + 2160, ButtonTop, 1800);
-    Cmd_Print = button(this, "Cmd_Print", QStringLiteral("STAMPA NOTE"), Margin + 4020, ButtonTop, 2100);
-    Cmd_Print_Macchin =
-        button(this, "Cmd_Print_Macchin", QStringLiteral("STAMPA GRUPPO MACCHINE"), Margin + 6180, ButtonTop,
-               FullWidth - 6180);
+    Cmd_Add_Note = kit.button(this, "Cmd_Add_Note", Inserting, Margin, ButtonTop, 2100);
+    Cmd_Apri_Txt = kit.button(this, "Cmd_Apri_Txt", QStringLiteral("Apri File .Txt"), Margin + 2160, ButtonTop, 1800);
+    Cmd_Print = kit.button(this, "Cmd_Print", QStringLiteral("STAMPA NOTE"), Margin + 4020, ButtonTop, 2100);
+    Cmd_Print_Macchin = kit.button(this, "Cmd_Print_Macchin", QStringLiteral("STAMPA GRUPPO MACCHINE"), Margin + 6180,
+                                   ButtonTop, FullWidth - 6180);
 
     // The enlarged picture stands over the lists while the mouse is on the thumbnail.
-    Frame4 = new vb::Frame(this, QStringLiteral("Frame4"));
-    Frame4->Move(NotesLeft, ListsTop, NotesWidth, ListsHeight + 60 + SelectedHeight);
+    Frame4 = kit.frame(this, "Frame4", QString(), NotesLeft, ListsTop, NotesWidth, EnlargedHeight);
     Frame4->setVisible(false);
-    Image2 = new vb::Image(Frame4, QStringLiteral("Image2"));
-    Image2->Move(60, 240, NotesWidth - 120, Frame4->Height() - 300);
+    Image2 = kit.image(Frame4, "Image2", 60, 240, NotesWidth - 120, EnlargedHeight - 300);
 
     // Hidden working state. The design gives the two switches their first values: no
     // filter, and a note of a machine.
-    Txt_Specifica_Note = hidden("Txt_Specifica_Note", QStringLiteral("0"));
-    Txt_Grid = hidden("Txt_Grid", QStringLiteral("0"));
-    ID_MOD = hidden("ID_MOD");
-    ID_NUM = hidden("ID_NUM");
-    ID_OPERATORE = hidden("ID_OPERATORE");
-    Txt_ID = hidden("Txt_ID");
-    Txt_Images = hidden("Txt_Images");
-    Txt_Percorso = hidden("Txt_Percorso");
-    Txt_ID_MODELLO = hidden("Txt_ID_MODELLO");
-    Txt_ID_NUM = hidden("Txt_ID_NUM");
-    Txt_DATA = hidden("Txt_DATA");
-    txt_Lunghezza = hidden("txt_Lunghezza");
-    Txt_Len = hidden("Txt_Len");
-    Txt_Posizione = hidden("Txt_Posizione");
+    Txt_Specifica_Note = kit.hidden("Txt_Specifica_Note", QStringLiteral("0"));
+    Txt_Grid = kit.hidden("Txt_Grid", QStringLiteral("0"));
+    ID_MOD = kit.hidden("ID_MOD");
+    ID_NUM = kit.hidden("ID_NUM");
+    ID_OPERATORE = kit.hidden("ID_OPERATORE");
+    Txt_ID = kit.hidden("Txt_ID");
+    Txt_Images = kit.hidden("Txt_Images");
+    Txt_Percorso = kit.hidden("Txt_Percorso");
+    Txt_ID_MODELLO = kit.hidden("Txt_ID_MODELLO");
+    Txt_ID_NUM = kit.hidden("Txt_ID_NUM");
+    Txt_DATA = kit.hidden("Txt_DATA");
+    txt_Lunghezza = kit.hidden("txt_Lunghezza");
+    Txt_Len = kit.hidden("Txt_Len");
+    Txt_Posizione = kit.hidden("Txt_Posizione");
 }
 
 void Form3::connectEvents()
@@ -653,12 +624,13 @@ void Form3::Cmd_Add_Note_Click()
         return;
 
     auto writeNote = [&](store::Recordset& rs) {
-        trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = model; });
-        trap.step([&] { rs.Fields(QStringLiteral("ID_NUM")) = number; });
-        trap.step([&] { rs.Fields(QStringLiteral("ID_Operatore")) = operatorKey; });
-        trap.step([&] { rs.Fields(QStringLiteral("NOTE")) = Txt_Nota->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Tipo_Nota")) = DataCombo5->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Tipo_Nota2")) = DataCombo4->Text(); });
+        store::WriteFields(trap, rs,
+                           {{"ID_MODELLO", model},
+                            {"ID_NUM", number},
+                            {"ID_Operatore", operatorKey},
+                            {"NOTE", Txt_Nota->Text()},
+                            {"Tipo_Nota", DataCombo5->Text()},
+                            {"Tipo_Nota2", DataCombo4->Text()}});
     };
 
     if (Cmd_Add_Note->Caption() == Editing) {
@@ -950,13 +922,9 @@ void Form3::Fit_Images()
 {
     Trap trap = Trap::ignoreAll();
     trap.step([&] {
-        Image4->Move(Cmd_Photo->Left(), Cmd_Photo->Top());
-        spares::CONTROLLO_IMMAGINE(*Image4, Cmd_Photo->Width(), Cmd_Photo->Height());
+        vb::fitPicture(*Image4, Cmd_Photo->Left(), Cmd_Photo->Top(), Cmd_Photo->Width(), Cmd_Photo->Height());
     });
-    trap.step([&] {
-        Image2->Move(60, 240);
-        spares::CONTROLLO_IMMAGINE(*Image2, Frame4->Width() - 120, Frame4->Height() - 300);
-    });
+    trap.step([&] { vb::fitPicture(*Image2, 60, 240, Frame4->Width() - 120, Frame4->Height() - 300); });
 }
 
 void Form3::Choose_Note_Image()
@@ -997,8 +965,7 @@ void Form3::Choose_Note_Image()
         mb::YesNo + mb::Question, QStringLiteral("VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'") + file + QLatin1Char('\''));
     store::Recordset rs;
     trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Maintenance_Note WHERE ID=") + id); });
-    trap.step([&] { rs.Fields(QStringLiteral("Images")) = file; });
-    trap.step([&] { rs.Fields(QStringLiteral("Percorso")) = Txt_Percorso->Text(); });
+    store::WriteFields(trap, rs, {{"Images", file}, {"Percorso", Txt_Percorso->Text()}});
     if (answer == vb::answer::No)
         trap.step([&] { Txt_ID->setText(rs.Fields(QStringLiteral("ID")).Value()); });
     showChosen();

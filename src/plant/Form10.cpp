@@ -1,5 +1,6 @@
 #include "plant/Form10.h"
 
+#include "controls/ScreenKit.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
@@ -16,8 +17,8 @@ namespace mb = vb::mb;
 namespace {
 
 const QString ScreenName = QStringLiteral("Form10");
-const QString Saving = QStringLiteral("SALVA");
-const QString Browsing = QStringLiteral("MODIFICA");
+const QString& Saving = vb::caption::Save;
+const QString& Browsing = vb::caption::Edit;
 
 // Three lists side by side over the entry fields and the commands, in twips: the whole
 // screen fits the main screen's working area of a small display.
@@ -27,6 +28,17 @@ constexpr int ListFrameHeight = 5300;
 constexpr int FieldHeight = 315;
 constexpr int ButtonWidth = 2100;
 constexpr int ButtonHeight = 375;
+constexpr int FieldsTop = ListFrameTop + ListFrameHeight + 120;
+constexpr int ButtonsTop = FieldsTop + 780;
+
+constexpr int listFrameLeft(int index)
+{
+    return 120 + index * (ListFrameWidth + 120);
+}
+constexpr int buttonLeft(int index)
+{
+    return 120 + index * (ButtonWidth + 180);
+}
 
 /// The box of a kind or a model without numbers.
 void noNumbersBox(const QString& text)
@@ -66,52 +78,36 @@ Form10::Form10(QWidget* owner) : vb::Form(owner, ScreenName, QStringLiteral("NUM
 void Form10::buildControls()
 {
     Move(0, 0, 120 + 3 * (ListFrameWidth + 120) + 120, 7800);
+    const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = FieldHeight});
 
-    auto listFrame = [this](const char* frameName, const char* caption, const char* listName, int index,
-                            vb::Frame*& frame) {
-        frame = new vb::Frame(this, QString::fromLatin1(frameName), QString::fromLatin1(caption));
-        frame->Move(120 + index * (ListFrameWidth + 120), ListFrameTop, ListFrameWidth, ListFrameHeight);
-        auto* list = new vb::ListBox(frame, QString::fromLatin1(listName));
-        list->Move(120, 270, ListFrameWidth - 240, ListFrameHeight - 390);
-        list->setFocusHighlight(true);
-        return list;
-    };
-    List1 = listFrame("Frame1", "MACCHINE PRESENTI              ", "List1", 0, Frame1);
-    List1->setHeight(ListFrameHeight - 690);
-    Label2 = new vb::Label(Frame1, QStringLiteral("Label2"), QStringLiteral("0"));
-    Label2->setBackStyle(0);
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("MACCHINE PRESENTI              "), listFrameLeft(0), ListFrameTop,
+                       ListFrameWidth, ListFrameHeight);
+    List1 = kit.list(Frame1, "List1", 120, 270, ListFrameWidth - 240, ListFrameHeight - 690);
+    List1->setFocusHighlight(true);
+    Label2 = kit.label(Frame1, "Label2", QStringLiteral("0"), 120, ListFrameHeight - 360, ListFrameWidth - 240);
     Label2->setAlignment(1);
-    Label2->Move(120, ListFrameHeight - 360, ListFrameWidth - 240, 255);
-    List2 = listFrame("Frame2", "MODELLO MACCHINA", "List2", 1, Frame2);
-    List3 = listFrame("Frame3", "NUMERAZIONE MACCHINE", "List3", 2, Frame3);
+    Frame2 = kit.frame(this, "Frame2", QStringLiteral("MODELLO MACCHINA"), listFrameLeft(1), ListFrameTop, ListFrameWidth,
+                       ListFrameHeight);
+    List2 = kit.list(Frame2, "List2", 120, 270, ListFrameWidth - 240, ListFrameHeight - 390);
+    List2->setFocusHighlight(true);
+    Frame3 = kit.frame(this, "Frame3", QStringLiteral("NUMERAZIONE MACCHINE"), listFrameLeft(2), ListFrameTop,
+                       ListFrameWidth, ListFrameHeight);
+    List3 = kit.list(Frame3, "List3", 120, 270, ListFrameWidth - 240, ListFrameHeight - 390);
+    List3->setFocusHighlight(true);
 
-    constexpr int fieldTop = ListFrameTop + ListFrameHeight + 120;
-    Frame4 = new vb::Frame(this, QStringLiteral("Frame4"), QStringLiteral("Modello"));
-    Frame4->Move(120, fieldTop, 2 * ListFrameWidth + 120, 660);
-    Txt_Modello = new vb::TextBox(Frame4, QStringLiteral("Txt_Modello"));
-    Txt_Modello->Move(120, 270, 2 * ListFrameWidth - 120, FieldHeight);
-    Frame5 = new vb::Frame(this, QStringLiteral("Frame5"), QStringLiteral("Numerazione"));
-    Frame5->Move(120 + 2 * (ListFrameWidth + 120), fieldTop, ListFrameWidth, 660);
-    Txt_Num = new vb::TextBox(Frame5, QStringLiteral("Txt_Num"));
-    Txt_Num->Move(120, 270, ListFrameWidth - 240, FieldHeight);
+    Txt_Modello = kit.searchFrame(this, "Frame4", QStringLiteral("Modello"), "Txt_Modello", 120, FieldsTop,
+                                  2 * ListFrameWidth + 120, 660, &Frame4);
+    Txt_Num = kit.searchFrame(this, "Frame5", QStringLiteral("Numerazione"), "Txt_Num", listFrameLeft(2), FieldsTop,
+                              ListFrameWidth, 660, &Frame5);
 
-    Text1 = new vb::TextBox(this, QStringLiteral("Text1"));
-    Text1->setVisible(false);
-    Txt_ID_NUM = new vb::TextBox(this, QStringLiteral("Txt_ID_NUM"));
-    Txt_ID_NUM->setVisible(false);
-    ID_MODELLO = new vb::TextBox(this, QStringLiteral("ID_MODELLO"));
-    ID_MODELLO->setVisible(false);
+    Text1 = kit.hidden("Text1");
+    Txt_ID_NUM = kit.hidden("Txt_ID_NUM");
+    ID_MODELLO = kit.hidden("ID_MODELLO");
 
-    constexpr int buttonTop = fieldTop + 780;
-    auto button = [this](const char* name, const char* caption, int index) {
-        auto* b = new vb::CommandButton(this, QString::fromLatin1(name), QString::fromLatin1(caption));
-        b->Move(120 + index * (ButtonWidth + 180), buttonTop, ButtonWidth, ButtonHeight);
-        return b;
-    };
-    Cmd_Add = button("Cmd_Add", "INSERISCI", 0);
-    Cmd_Edit = button("Cmd_Edit", "MODIFICA", 1);
-    Cmd_Delete = button("Cmd_Delete", "ELIMINA", 2);
-    Cmd_Aggiorna = button("Cmd_Aggiorna", "AGGIORNA", 3);
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), buttonLeft(0), ButtonsTop, ButtonWidth);
+    Cmd_Edit = kit.button(this, "Cmd_Edit", Browsing, buttonLeft(1), ButtonsTop, ButtonWidth);
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), buttonLeft(2), ButtonsTop, ButtonWidth);
+    Cmd_Aggiorna = kit.button(this, "Cmd_Aggiorna", QStringLiteral("AGGIORNA"), buttonLeft(3), ButtonsTop, ButtonWidth);
 
     List1->Click = [this] { List1_Click(); };
     List2->Click = [this] { List2_Click(); };
@@ -307,9 +303,8 @@ void Form10::Cmd_Edit_Click()
             trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Numerazione")); });
             trap.step([&] { rs.AddNew(); });
             trap.step([&] { Txt_ID_NUM->setText(rs.Fields(QStringLiteral("ID_NUM")).Value()); });
-            trap.step([&] { rs.Fields(QStringLiteral("Numerazione")) = number; });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_NUM")) = Txt_ID_NUM->Text(); });
-            trap.step([&] { rs.Fields(QStringLiteral("ID_MODELLO")) = Text1->Text(); });
+            store::WriteFields(trap, rs,
+                               {{"Numerazione", number}, {"ID_NUM", Txt_ID_NUM->Text()}, {"ID_MODELLO", Text1->Text()}});
             trap.step([&] { rs.UpdateBatch(); });
         }
         trap.step([&] { Cmd_Edit->setCaption(Browsing); });

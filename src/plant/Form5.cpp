@@ -1,5 +1,6 @@
 #include "plant/Form5.h"
 
+#include "controls/ScreenKit.h"
 #include "reports/ReportLayout.h"
 #include "reports/ReportViewer.h"
 #include "reports/TextExport.h"
@@ -21,14 +22,14 @@ using reports::Section;
 namespace {
 
 const QString ScreenName = QStringLiteral("Form5");
-const QString Save = QStringLiteral("SALVA");
-const QString Edit = QStringLiteral("MODIFICA");
+using vb::caption::Edit;
+using vb::caption::Save;
 
 // The screen in twips: the list over the whole width, below it the model's fields, the
 // three searches and the commands side by side. The whole of it fits the main screen's
-// working area of an 800 x 600 display (9225 x 6200).
-constexpr int ScreenWidth = 9225;
-constexpr int ScreenHeight = 6200;
+// working area of an 800 x 600 display.
+constexpr int ScreenWidth = vb::WorkAreaWidth;
+constexpr int ScreenHeight = vb::WorkAreaHeight;
 constexpr int GridHeight = 2640;
 constexpr int FieldsTop = 3120;
 constexpr int RowStep = 420;
@@ -42,6 +43,19 @@ constexpr int ButtonsLeft = 6630;
 constexpr int ButtonWidth = 2475;
 constexpr int ButtonHeight = 345;
 constexpr int ButtonStep = 390;
+
+constexpr int rowTop(int row)
+{
+    return FieldsTop + row * RowStep;
+}
+constexpr int searchTop(int index)
+{
+    return FieldsTop - 60 + index * 840;
+}
+constexpr int buttonTop(int index)
+{
+    return FieldsTop - 60 + index * ButtonStep;
+}
 
 /// The grid's columns by field: the whole list's six, and so a search's rows too.
 struct GridColumnLayout
@@ -88,92 +102,46 @@ Form5::Form5(QWidget* owner)
 void Form5::buildControls()
 {
     Move(0, 0, ScreenWidth, ScreenHeight);
+    const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = RowHeight});
 
-    Adodc2 = new vb::Adodc(this, QStringLiteral("Adodc2"));
-    DataGrid1 = new vb::DataGrid(this, QStringLiteral("DataGrid1"));
-    DataGrid1->Move(120, 120, ScreenWidth - 240, GridHeight);
-    DataGrid1->setDataSource(Adodc2);
-    Label1 = new vb::Label(this, QStringLiteral("Label1"), QStringLiteral("Conteggio Macchine:"));
-    Label1->setBackStyle(0);
-    Label1->Move(120, 120 + GridHeight + 60, 5000, 255);
-    Txt_Posizione = new vb::TextBox(this, QStringLiteral("Txt_Posizione"));
-    Txt_Posizione->setVisible(false);
-    txtID_MODELLO = new vb::TextBox(this, QStringLiteral("txtID_MODELLO"));
-    txtID_MODELLO->setVisible(false);
-    TxtID_REPARTO = new vb::TextBox(this, QStringLiteral("TxtID_REPARTO"));
-    TxtID_REPARTO->setVisible(false);
+    DataGrid1 = kit.grid(this, "DataGrid1", Adodc2, "Adodc2", 120, 120, ScreenWidth - 240, GridHeight);
+    Label1 = kit.label(this, "Label1", QStringLiteral("Conteggio Macchine:"), 120, 120 + GridHeight + 60, 5000);
+    Txt_Posizione = kit.hidden("Txt_Posizione");
+    txtID_MODELLO = kit.hidden("txtID_MODELLO");
+    TxtID_REPARTO = kit.hidden("TxtID_REPARTO");
 
     // The model, one row per field.
-    int row = 0;
-    auto label = [&](const char* name, const char* caption) {
-        auto* l = new vb::Label(this, QString::fromLatin1(name), QString::fromUtf8(caption));
-        l->setBackStyle(0);
-        l->Move(120, FieldsTop + row * RowStep + 30, LabelWidth, 255);
-        return l;
-    };
-    auto place = [&](vb::Control* c) {
-        c->Move(FieldLeft, FieldsTop + row * RowStep, FieldWidth, RowHeight);
-        ++row;
-    };
-    auto combo = [&](const char* name) {
-        auto* c = new vb::DataCombo(this, QString::fromLatin1(name));
-        place(c);
-        return c;
-    };
-    auto field = [&](const char* name) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        place(t);
-        return t;
-    };
-    Label2 = label("Label2", "Macchina:");
-    txtMacchina = field("txtMacchina");
-    Label3 = label("Label3", "Modello:");
-    Txt_Modello = field("Txt_Modello");
-    Label4 = label("Label4", "Reparto:");
-    DataCombo3 = combo("DataCombo3");
-    Adodc4 = new vb::Adodc(this, QStringLiteral("Adodc4"));
-    Label5 = label("Label5", "Costruttore:");
-    DataCombo2 = combo("DataCombo2");
-    Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
-    Label6 = label("Label6", "Stato:");
-    DataCombo4 = combo("DataCombo4");
-    Adodc3 = new vb::Adodc(this, QStringLiteral("Adodc3"));
-    Label7 = label("Label7", "Anno:");
-    txtAnno = field("txtAnno");
-    txtAnno->setWidth(1200);
+    Label2 = kit.label(this, "Label2", QStringLiteral("Macchina:"), 120, rowTop(0) + 30, LabelWidth);
+    txtMacchina = kit.field(this, "txtMacchina", FieldLeft, rowTop(0), FieldWidth);
+    Label3 = kit.label(this, "Label3", QStringLiteral("Modello:"), 120, rowTop(1) + 30, LabelWidth);
+    Txt_Modello = kit.field(this, "Txt_Modello", FieldLeft, rowTop(1), FieldWidth);
+    Label4 = kit.label(this, "Label4", QStringLiteral("Reparto:"), 120, rowTop(2) + 30, LabelWidth);
+    DataCombo3 = kit.dataCombo(this, "DataCombo3", Adodc4, "Adodc4", FieldLeft, rowTop(2), FieldWidth);
+    Label5 = kit.label(this, "Label5", QStringLiteral("Costruttore:"), 120, rowTop(3) + 30, LabelWidth);
+    DataCombo2 = kit.dataCombo(this, "DataCombo2", Adodc1, "Adodc1", FieldLeft, rowTop(3), FieldWidth);
+    Label6 = kit.label(this, "Label6", QStringLiteral("Stato:"), 120, rowTop(4) + 30, LabelWidth);
+    DataCombo4 = kit.dataCombo(this, "DataCombo4", Adodc3, "Adodc3", FieldLeft, rowTop(4), FieldWidth);
+    Label7 = kit.label(this, "Label7", QStringLiteral("Anno:"), 120, rowTop(5) + 30, LabelWidth);
+    txtAnno = kit.field(this, "txtAnno", FieldLeft, rowTop(5), 1200);
 
     // The searches, one frame each.
-    auto searchFrame = [this](const char* name, const char* caption, int index) {
-        auto* f = new vb::Frame(this, QString::fromLatin1(name), QString::fromUtf8(caption));
-        f->Move(SearchLeft, FieldsTop - 60 + index * 840, SearchWidth, 780);
-        return f;
-    };
-    Frame1 = searchFrame("Frame1", "Cerca per Macchina", 0);
-    Text1 = new vb::TextBox(Frame1, QStringLiteral("Text1"));
-    Text1->Move(120, 330, SearchWidth - 240, RowHeight);
-    Frame2 = searchFrame("Frame2", "Cerca per Modello", 1);
-    Text2 = new vb::TextBox(Frame2, QStringLiteral("Text2"));
-    Text2->Move(120, 330, SearchWidth - 240, RowHeight);
-    Frame3 = searchFrame("Frame3", "Cerca per Stato", 2);
-    DataCombo1 = new vb::DataCombo(Frame3, QStringLiteral("DataCombo1"));
-    DataCombo1->Move(120, 330, SearchWidth - 240, RowHeight);
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("Cerca per Macchina"), SearchLeft, searchTop(0), SearchWidth, 780);
+    Text1 = kit.field(Frame1, "Text1", 120, 330, SearchWidth - 240);
+    Frame2 = kit.frame(this, "Frame2", QStringLiteral("Cerca per Modello"), SearchLeft, searchTop(1), SearchWidth, 780);
+    Text2 = kit.field(Frame2, "Text2", 120, 330, SearchWidth - 240);
+    Frame3 = kit.frame(this, "Frame3", QStringLiteral("Cerca per Stato"), SearchLeft, searchTop(2), SearchWidth, 780);
+    DataCombo1 = kit.dataCombo(Frame3, "DataCombo1", 120, 330, SearchWidth - 240);
 
     // The commands in one column.
-    int step = 0;
-    auto button = [&](const char* name, const QString& caption) {
-        auto* b = new vb::CommandButton(this, QString::fromLatin1(name), caption);
-        b->Move(ButtonsLeft, FieldsTop - 60 + step * ButtonStep, ButtonWidth, ButtonHeight);
-        ++step;
-        return b;
-    };
-    Cmd_Add = button("Cmd_Add", QStringLiteral("INSERISCI"));
-    Cmd_Edit = button("Cmd_Edit", Edit);
+    Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), ButtonsLeft, buttonTop(0), ButtonWidth);
+    Cmd_Edit = kit.button(this, "Cmd_Edit", Edit, ButtonsLeft, buttonTop(1), ButtonWidth);
     Cmd_Edit->setEnabled(false); // a row selection or INSERISCI enables it
-    Cmd_Delete = button("Cmd_Delete", QStringLiteral("ELIMINA"));
-    Cmd_Print = button("Cmd_Print", QStringLiteral("PRINT LISTA MACCHINE"));
-    Cmd_Vis_Manut = button("Cmd_Vis_Manut", QStringLiteral("MANUTENZIONI GENERALI"));
-    Cmd_Vis_All = button("Cmd_Vis_All", QStringLiteral("VISUALIZZA TUTTO"));
-    Cmd_Info = button("Cmd_Info", QStringLiteral("Info"));
+    Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), ButtonsLeft, buttonTop(2), ButtonWidth);
+    Cmd_Print = kit.button(this, "Cmd_Print", QStringLiteral("PRINT LISTA MACCHINE"), ButtonsLeft, buttonTop(3), ButtonWidth);
+    Cmd_Vis_Manut =
+        kit.button(this, "Cmd_Vis_Manut", QStringLiteral("MANUTENZIONI GENERALI"), ButtonsLeft, buttonTop(4), ButtonWidth);
+    Cmd_Vis_All = kit.button(this, "Cmd_Vis_All", QStringLiteral("VISUALIZZA TUTTO"), ButtonsLeft, buttonTop(5), ButtonWidth);
+    Cmd_Info = kit.button(this, "Cmd_Info", QStringLiteral("Info"), ButtonsLeft, buttonTop(6), ButtonWidth);
 }
 
 void Form5::connectEvents()
@@ -408,13 +376,14 @@ void Form5::Cmd_Edit_Click()
     // The seven columns besides the key, from the fields. A department typed by hand has
     // no key: its key column is passed over and keeps what it held.
     auto writeModel = [&](store::Recordset& rs) {
-        trap.step([&] { rs.Fields(QStringLiteral("Macchina")) = txtMacchina->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Modello")) = Txt_Modello->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Stato")) = DataCombo4->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("ID_REPARTO")) = TxtID_REPARTO->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Reparto")) = DataCombo3->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Costruttore")) = DataCombo2->Text(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Anno")) = txtAnno->Text(); });
+        store::WriteFields(trap, rs,
+                           {{"Macchina", txtMacchina->Text()},
+                            {"Modello", Txt_Modello->Text()},
+                            {"Stato", DataCombo4->Text()},
+                            {"ID_REPARTO", TxtID_REPARTO->Text()},
+                            {"Reparto", DataCombo3->Text()},
+                            {"Costruttore", DataCombo2->Text()},
+                            {"Anno", txtAnno->Text()}});
     };
 
     if (Cmd_Edit->Caption() == Save) {

@@ -1,5 +1,6 @@
 #include "shell/Form20.h"
 
+#include "controls/ScreenKit.h"
 #include "reports/TextExport.h"
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
@@ -21,20 +22,15 @@ Form20::Form20(QWidget* owner)
 void Form20::buildControls()
 {
     Move(0, 0, 5400, 3600);
-    Image1 = new vb::Image(this, QStringLiteral("Image1"));
-    Image1->Move(240, 240, 1200, 1200);
-    Txt_Pass = new vb::TextBox(this, QStringLiteral("Txt_Pass"));
-    Txt_Pass->Move(1680, 600, 2400, 315);
-    Cmd_Pass = new vb::CommandButton(this, QStringLiteral("Cmd_Pass"), QStringLiteral("ACCEDI"));
-    Cmd_Pass->Move(1680, 1080, 2400, 495);
-    Image2 = new vb::Image(this, QStringLiteral("Image2"));
-    Image2->Move(1680, 240, 1200, 900);
+    const vb::ScreenKit kit(this, {.button = 495});
+    Image1 = kit.image(this, "Image1", 240, 240, 1200, 1200);
+    Txt_Pass = kit.field(this, "Txt_Pass", 1680, 600, 2400);
+    Cmd_Pass = kit.button(this, "Cmd_Pass", QStringLiteral("ACCEDI"), 1680, 1080, 2400);
+    Image2 = kit.image(this, "Image2", 1680, 240, 1200, 900);
     Image2->setVisible(false);
-    Cmd_Procedura = new vb::CommandButton(this, QStringLiteral("Cmd_Procedura"), QStringLiteral("Procedura"));
-    Cmd_Procedura->Move(1680, 1320, 2400, 495);
+    Cmd_Procedura = kit.button(this, "Cmd_Procedura", QStringLiteral("Procedura"), 1680, 1320, 2400);
     Cmd_Procedura->setVisible(false);
-    Image6 = new vb::Image(this, QStringLiteral("Image6"));
-    Image6->Move(4440, 2520, 720, 720);
+    Image6 = kit.image(this, "Image6", 4440, 2520, 720, 720);
 
     Cmd_Pass->Click = [this] { Cmd_Pass_Click(); };
     Cmd_Procedura->Click = [this] { Cmd_Procedura_Click(); };

@@ -1,5 +1,6 @@
 #include "shell/frmAbout.h"
 
+#include "controls/ScreenKit.h"
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
@@ -66,34 +67,23 @@ void frmAbout::buildControls()
     setMouseTracking(true);
     MouseMove = [this] { Hover(false); };
 
-    auto label = [this](const char* name, const QString& caption, int top) {
-        auto* l = new vb::Label(this, QString::fromLatin1(name), caption);
-        l->setBackStyle(0);
-        l->Move(2400, top, 4500, 300);
-        return l;
-    };
-    Label2 = label("Label2", QString::fromLatin1(vb::AppTitle), 480);
+    const vb::ScreenKit kit(this, {.label = 300});
+    Label2 = kit.label(this, "Label2", QString::fromLatin1(vb::AppTitle), 2400, 480, 4500);
     Label2->setFontBold(true);
-    Label1 = label("Label1", QStringLiteral("V3.5.5"), 900);
-    Label3 = label("Label3", vb::SupportAddress(), 1320);
-    Label4 = label("Label4", QStringLiteral("2016"), 1740);
+    Label1 = kit.label(this, "Label1", QStringLiteral("V3.5.5"), 2400, 900, 4500);
+    Label3 = kit.label(this, "Label3", vb::SupportAddress(), 2400, 1320, 4500);
+    Label4 = kit.label(this, "Label4", QStringLiteral("2016"), 2400, 1740, 4500);
 
-    auto image = [this](const char* name, int left, int top, bool visible) {
-        auto* i = new vb::Image(this, QString::fromLatin1(name));
-        i->Move(left, top, 1800, 1200);
-        i->setVisible(visible);
-        return i;
-    };
     // Two pairs, one image of each shown at a time: Image1/Image4 (the logo) and
     // Image5/Image3 (the mark beside the version).
-    Image1 = image("Image1", 240, 240, true);
-    Image4 = image("Image4", 240, 240, false);
-    Image5 = image("Image5", 240, 1680, true);
-    Image3 = image("Image3", 240, 1680, false);
-    Image2 = image("Image2", 240, 3240, true);
-    Image2->Move(240, 3240, 1200, 900);
-    Image6 = image("Image6", 5640, 3240, true);
-    Image6->Move(5640, 3240, 1200, 900);
+    Image1 = kit.image(this, "Image1", 240, 240, 1800, 1200);
+    Image4 = kit.image(this, "Image4", 240, 240, 1800, 1200);
+    Image4->setVisible(false);
+    Image5 = kit.image(this, "Image5", 240, 1680, 1800, 1200);
+    Image3 = kit.image(this, "Image3", 240, 1680, 1800, 1200);
+    Image3->setVisible(false);
+    Image2 = kit.image(this, "Image2", 240, 3240, 1200, 900);
+    Image6 = kit.image(this, "Image6", 5640, 3240, 1200, 900);
     Image1->MouseMove = [this] { Hover(true); };
     Image4->MouseMove = [this] { Hover(true); };
     Image5->MouseMove = [this] { Hover(true); };

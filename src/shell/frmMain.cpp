@@ -1,5 +1,6 @@
 #include "shell/frmMain.h"
 
+#include "controls/ScreenKit.h"
 #include "reports/ReportViewer.h"
 #include "reports/TextExport.h"
 #include "runtime/AppPath.h"
@@ -129,8 +130,8 @@ frmMain::frmMain(QWidget* owner) : vb::Form(owner, QStringLiteral("frmMain"), QS
 void frmMain::buildControls()
 {
     setMouseTracking(true);
-    Image2 = new vb::Image(this, QStringLiteral("Image2"));
-    Image2->Move(0, 0, 15360, 10000);
+    const vb::ScreenKit kit(this, {.label = 285});
+    Image2 = kit.image(this, "Image2", 0, 0, 15360, 10000);
     Image2->setMouseTracking(true);
 
     PicMenu = new vb::Shape(this, QStringLiteral("PicMenu"));
@@ -140,9 +141,7 @@ void frmMain::buildControls()
 
     std::vector<vb::Label*> labels;
     for (const MenuEntry& m : Menu) {
-        auto* l = new vb::Label(PicMenu, QString::fromLatin1(m.label), QString::fromUtf8(m.caption));
-        l->Move(240, MenuTop, MenuWidth - 360, MenuLabelHeight);
-        l->setBackStyle(0);
+        auto* l = kit.label(PicMenu, m.label, QString::fromUtf8(m.caption), 240, MenuTop, MenuWidth - 360, MenuLabelHeight);
         l->setMouseTracking(true);
         l->MouseMove = [l] { l->setFontUnderline(true); };
         labels.push_back(l);
@@ -168,52 +167,38 @@ void frmMain::buildControls()
         else
             l->Click = [this, l] { Menu_Click(l); };
     }
-    Img_Indicatore = new vb::Image(PicMenu, QStringLiteral("Img_Indicatore"));
-    Img_Indicatore->Move(60, MenuTop, 150, 150);
+    Img_Indicatore = kit.image(PicMenu, "Img_Indicatore", 60, MenuTop, 150, 150);
     Img_Indicatore->setBackColor(vb::colour::Red);
     Img_Indicatore->setVisible(false);
 
-    Image6 = new vb::Image(this, QStringLiteral("Image6"));
-    Image6->Move(MenuWidth + 240, 240, 2400, 1200);
+    Image6 = kit.image(this, "Image6", MenuWidth + 240, 240, 2400, 1200);
     Image6->Click = [this] { Image6_Click(); };
 
-    auto text = [this](const char* name, const char* caption, int left, int top, int width) {
-        auto* l = new vb::Label(this, QString::fromLatin1(name), QString::fromUtf8(caption));
-        l->setBackStyle(0);
-        l->Move(left, top, width, 285);
-        return l;
-    };
     const int col = MenuWidth + 600;
-    Label2 = text("Label2", "OBBIETTIVO DELLA MANUTENZIONE", col, 2400, 7000);
+    Label2 = kit.label(this, "Label2", QStringLiteral("OBBIETTIVO DELLA MANUTENZIONE"), col, 2400, 7000);
     Label2->setFontBold(true);
-    Label4 = text("Label4", "-Rendere massimo il rendimento globale degli impianti", col, 2800, 7000);
-    Label5 = text("Label5", "-Migliorare la qualità dei prodotti", col, 3100, 7000);
-    Label6 = text("Label6", "-Diminuire i costi dei prodotti", col, 3400, 7000);
-    Label7 = text("Label7", "-Aumentare la sicurezza", col, 3700, 7000);
-    Label8 = text("Label8", "-Migliorare la resa di produzione", col, 4000, 7000);
-    Label3 = text("Label3", "Developers", col, 4600, 3000);
-    Label9 = text("Label9", "V3.0.3", col, 4900, 3000);
-    Lbl_Procedure = text("Lbl_Procedure", "Procedura", col, 5400, 3000);
+    Label4 = kit.label(this, "Label4", QStringLiteral("-Rendere massimo il rendimento globale degli impianti"), col, 2800, 7000);
+    Label5 = kit.label(this, "Label5", QStringLiteral("-Migliorare la qualità dei prodotti"), col, 3100, 7000);
+    Label6 = kit.label(this, "Label6", QStringLiteral("-Diminuire i costi dei prodotti"), col, 3400, 7000);
+    Label7 = kit.label(this, "Label7", QStringLiteral("-Aumentare la sicurezza"), col, 3700, 7000);
+    Label8 = kit.label(this, "Label8", QStringLiteral("-Migliorare la resa di produzione"), col, 4000, 7000);
+    Label3 = kit.label(this, "Label3", QStringLiteral("Developers"), col, 4600, 3000);
+    Label9 = kit.label(this, "Label9", QStringLiteral("V3.0.3"), col, 4900, 3000);
+    Lbl_Procedure = kit.label(this, "Lbl_Procedure", QStringLiteral("Procedura"), col, 5400, 3000);
     Lbl_Procedure->setMouseTracking(true);
     Lbl_Procedure->MouseMove = [this] { Lbl_Procedure->setFontUnderline(true); };
     Lbl_Procedure->Click = [this] { Lbl_Procedure_Click(); };
-    Lbl_Time = text("Lbl_Time", "Ore:", col, 1500, 9000);
-    Label1 = text("Label1", "Label1", col, 9000, 12000);
+    Lbl_Time = kit.label(this, "Lbl_Time", QStringLiteral("Ore:"), col, 1500, 9000);
+    Label1 = kit.label(this, "Label1", QStringLiteral("Label1"), col, 9000, 12000);
 
     PicMenu->MouseMove = [this] { Reset_Menu_Highlight(false); };
     Image2->MouseMove = [this] { Reset_Menu_Highlight(true); };
     MouseMove = [this] { Reset_Menu_Highlight(true); };
 
-    auto hidden = [this](const char* name, const char* value) {
-        auto* t = new vb::TextBox(this, QString::fromLatin1(name));
-        t->setText(QString::fromLatin1(value));
-        t->setVisible(false);
-        return t;
-    };
-    Txt_Apertura = hidden("Txt_Apertura", "");
-    Txt_Form7 = hidden("Txt_Form7", "0");
-    Txt_Posizione = hidden("Txt_Posizione", "");
-    Txt_PosizioneGrid3 = hidden("Txt_PosizioneGrid3", "");
+    Txt_Apertura = kit.hidden("Txt_Apertura");
+    Txt_Form7 = kit.hidden("Txt_Form7", QStringLiteral("0"));
+    Txt_Posizione = kit.hidden("Txt_Posizione");
+    Txt_PosizioneGrid3 = kit.hidden("Txt_PosizioneGrid3");
 
     Timer1 = new vb::Timer(this, QStringLiteral("Timer1"), 1000);
     Timer2 = new vb::Timer(this, QStringLiteral("Timer2"), 1000);
@@ -589,8 +574,8 @@ void frmMain::Form_Unload()
         store::Recordset rs;
         trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Register")); });
         trap.step([&] { rs.AddNew(); });
-        trap.step([&] { rs.Fields(QStringLiteral("Date_Close")) = vb::SessionStamp(vb::Clock::now()); });
-        trap.step([&] { rs.Fields(QStringLiteral("Date_Open")) = Txt_Apertura->Text(); });
+        store::WriteFields(trap, rs,
+                           {{"Date_Close", vb::SessionStamp(vb::Clock::now())}, {"Date_Open", Txt_Apertura->Text()}});
         trap.step([&] { rs.UpdateBatch(); });
     }
     // Every row, at every close: the inputs do not change, so the old rows keep their

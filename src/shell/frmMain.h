@@ -12,8 +12,8 @@
 
 namespace shell {
 
-/// The weekly workload line (frmMain.Label1). The workload procedures install it; until
-/// then the start-up's last step does nothing.
+/// The weekly workload line (frmMain.Label1). The program's start installs the workload
+/// procedure (definition::installWorkloadLine); until then the load's last step does nothing.
 void Show_Workload_Total();
 void setWorkloadTotal(std::function<void()> procedure);
 

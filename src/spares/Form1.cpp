@@ -40,13 +40,13 @@ void setForm2(const char* control, const char* property, const Variant& value)
         c->setVbProperty(QString::fromLatin1(property), value);
 }
 
-/// The register's CONTROLLO_IMMAGINE: its picture in the place of its photo button.
+/// The register's picture fitted into the place of its photo button.
 void fitRegisterPicture()
 {
     auto* image4 = dynamic_cast<vb::Image*>(register2("Image4"));
     vb::Control* photo = register2("Cmd_Photo");
     if (image4 && photo)
-        CONTROLLO_IMMAGINE(*image4, photo->Width(), photo->Height());
+        vb::fitPicture(*image4, photo->Width(), photo->Height());
 }
 
 int number(const vb::TextBox* field)
@@ -169,9 +169,7 @@ void Form1::Form_Resize()
 void Form1::fitPicture()
 {
     Trap trap = Trap::ignoreAll();
-    trap.step([&] {
-        CONTROLLO_IMMAGINE(*Image1, Width(), Height() - (Label1->Top() + Label1->Height()) - 1300);
-    });
+    trap.step([&] { vb::fitPicture(*Image1, Width(), Height() - (Label1->Top() + Label1->Height()) - 1300); });
     trap.step([&] { Image1->setLeft((Width() - Image1->Width() - 150) / 2); });
 }
 

@@ -1,21 +1,15 @@
 #pragma once
 /// @file PictureFit.h
-/// CONTROLLO_IMMAGINE: fits a part's picture into its box keeping its proportions. The
-/// gallery fits into the screen, the parts register and the interventions into the place
-/// of the Cmd_Photo button that the picture stands in for.
+/// CONTROLLO_IMMAGINE, the parts screens' name for the fitting of a picture into its box.
 
-#include "controls/Controls.h"
-
-#include <QString>
+#include "controls/PictureFit.h"
 
 namespace spares {
 
-/// Fits the picture of @p image into @p boxWidth × @p boxHeight twips, from the image's
-/// present corner. The picture is first shown at its own size; if its width is at most
-/// its height times the box's ratio the box's height decides, otherwise its width. A
-/// picture smaller than the box both ways keeps its own size. Stretching is on after.
-/// Returns the scale as the image's tooltip shows it: "100%" at its own size, otherwise
-/// the ratio under "0%" ("45%"); "" with no picture loaded.
-QString CONTROLLO_IMMAGINE(vb::Image& image, int boxWidth, int boxHeight);
+/// vb::fitPicture from the image's present corner.
+inline QString CONTROLLO_IMMAGINE(vb::Image& image, int boxWidth, int boxHeight)
+{
+    return vb::fitPicture(image, boxWidth, boxHeight);
+}
 
 } // namespace spares

@@ -2,6 +2,7 @@
 // A demo plant made in a temporary program folder with the clock frozen on the demo
 // day, and what the tests read of it through SQLite's own eyes.
 
+#include "definition/Workload.h"
 #include "demo/DemoPlant.h"
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
@@ -24,6 +25,7 @@ protected:
         ASSERT_TRUE(m_dir.isValid());
         useFolder(m_dir.path());
         shell::Driver::setUpServices();
+        definition::installWorkloadLine(); // as the program's start does
         vb::Clock::freeze(QDateTime(demoDay(), QTime(7, 30)));
         vb::MsgBoxService::clear();
     }

@@ -2,6 +2,7 @@
 // plant file: the start-up upgrade happens and the due alerts of the plant's reference
 // day appear, as they did when the old program opened that file.
 #include "support/TestPaths.h"
+#include "definition/Workload.h"
 #include "importer/Importer.h"
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
@@ -66,6 +67,7 @@ TEST(ImportedStartTest, UpgradeAndDueAlertsOnThePlantsData)
 
     vb::setAppPath(home.path());
     store::DataStore::reset();
+    definition::installWorkloadLine(); // the start as the program makes it
     {
         shell::Driver driver;
         answerOf(driver, QStringLiteral("clock 2026-11-22T08:00:00"));

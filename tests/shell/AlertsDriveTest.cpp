@@ -17,7 +17,7 @@ protected:
     {
         ShellFixture::SetUp();
         // The program's own workload line, which the shell's fixture takes away.
-        shell::setWorkloadTotal([] { definition::Show_Workload_Total(); });
+        definition::installWorkloadLine();
     }
 
     /// One command; an error answer fails the test.

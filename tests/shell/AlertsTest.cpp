@@ -166,7 +166,7 @@ TEST_F(AlertsTest, ProssimaNullIsNotDueAndGivesNoDayCount)
 // shows "{number} {description}" and ends the load: no time stamp, no workload line.
 TEST_F(AlertsTest, AFailureOfTheAlertsEndsTheMainLoad)
 {
-    shell::setWorkloadTotal([] { definition::Show_Workload_Total(); });
+    definition::installWorkloadLine();
     exec(QStringLiteral("DROP TABLE Tbl_Maintenance"));
     shell::frmMain* main = start();
     ASSERT_NE(main, nullptr);
@@ -182,7 +182,7 @@ TEST_F(AlertsTest, AFailureOfTheAlertsEndsTheMainLoad)
 // workload line last.
 TEST_F(AlertsTest, StartShowsTheAlertsOpensTheRegisterAndWritesTheWorkloadLine)
 {
-    shell::setWorkloadTotal([] { definition::Show_Workload_Total(); });
+    definition::installWorkloadLine();
     dueIn(0, QStringLiteral("1"));
     vb::MsgBoxService::queueAnswers({ vb::answer::Yes });
     shell::frmMain* main = start();

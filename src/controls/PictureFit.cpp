@@ -1,12 +1,12 @@
-#include "spares/PictureFit.h"
+#include "controls/PictureFit.h"
 
 #include "runtime/VBFunctions.h"
 
 #include <cmath>
 
-namespace spares {
+namespace vb {
 
-QString CONTROLLO_IMMAGINE(vb::Image& image, int boxWidth, int boxHeight)
+QString fitPicture(Image& image, int boxWidth, int boxHeight)
 {
     image.setStretch(false);
     const int width = image.pictureWidth();
@@ -22,11 +22,17 @@ QString CONTROLLO_IMMAGINE(vb::Image& image, int boxWidth, int boxHeight)
                                                                                      : double(boxWidth) / width;
         image.setWidth(int(std::lround(width * ratio)));
         image.setHeight(int(std::lround(height * ratio)));
-        scale = vb::Format(ratio, QStringLiteral("0%")).toString();
+        scale = Format(ratio, QStringLiteral("0%")).toString();
     }
     image.setStretch(true);
     image.setToolTipText(scale);
     return scale;
 }
 
-} // namespace spares
+QString fitPicture(Image& image, int left, int top, int boxWidth, int boxHeight)
+{
+    image.Move(left, top);
+    return fitPicture(image, boxWidth, boxHeight);
+}
+
+} // namespace vb
