@@ -6,7 +6,7 @@
 
 namespace vb {
 
-QString fitPicture(Image& image, int boxWidth, int boxHeight)
+QString CONTROLLO_IMMAGINE(Image& image, int boxWidth, int boxHeight)
 {
     image.setStretch(false);
     const int width = image.pictureWidth();
@@ -29,10 +29,10 @@ QString fitPicture(Image& image, int boxWidth, int boxHeight)
     return scale;
 }
 
-QString fitPicture(Image& image, int left, int top, int boxWidth, int boxHeight)
+QString CONTROLLO_IMMAGINE(Image& image, int left, int top, int boxWidth, int boxHeight)
 {
     image.Move(left, top);
-    return fitPicture(image, boxWidth, boxHeight);
+    return CONTROLLO_IMMAGINE(image, boxWidth, boxHeight);
 }
 
 } // namespace vb

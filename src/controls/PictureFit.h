@@ -1,6 +1,6 @@
 #pragma once
 /// @file PictureFit.h
-/// The fitting of a picture into its box keeping its proportions: a screen's gallery
+/// CONTROLLO_IMMAGINE, the fitting of a picture into its box keeping its proportions: a screen's gallery
 /// into the screen, a thumbnail into the place of the photo button it stands in for.
 
 #include "controls/Controls.h"
@@ -15,9 +15,9 @@ namespace vb {
 /// picture smaller than the box both ways keeps its own size. Stretching is on after.
 /// Returns the scale as the image's tooltip shows it: "100%" at its own size, otherwise
 /// the ratio under "0%" ("45%"); "" with no picture loaded.
-QString fitPicture(Image& image, int boxWidth, int boxHeight);
+QString CONTROLLO_IMMAGINE(Image& image, int boxWidth, int boxHeight);
 
 /// The same, the image first put at the box's corner (@p left, @p top).
-QString fitPicture(Image& image, int left, int top, int boxWidth, int boxHeight);
+QString CONTROLLO_IMMAGINE(Image& image, int left, int top, int boxWidth, int boxHeight);
 
 } // namespace vb

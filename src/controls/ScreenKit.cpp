@@ -140,27 +140,6 @@ void setColumns(Trap& trap, DataGrid* grid, std::initializer_list<ColumnSpec> co
     }
 }
 
-ListBox* ScreenKit::list(QWidget* parent, const char* name, int left, int top, int width, int height) const
-{
-    auto* l = new ListBox(parent, nameOf(name));
-    l->Move(left, top, width, height);
-    return l;
-}
-
-DataCombo* ScreenKit::combo(QWidget* parent, const char* name, int left, int top, int width, int height) const
-{
-    auto* c = new DataCombo(parent, nameOf(name));
-    c->Move(left, top, width, orDefault(height, m_heights.field));
-    return c;
-}
-
-DTPicker* ScreenKit::datePicker(QWidget* parent, const char* name, int left, int top, int width, int height) const
-{
-    auto* d = new DTPicker(parent, nameOf(name));
-    d->Move(left, top, width, orDefault(height, m_heights.field));
-    return d;
-}
-
 DataGrid* ScreenKit::boundGrid(QWidget* parent, const char* name, Adodc* source, int left, int top, int width,
                                int height) const
 {

@@ -92,20 +92,6 @@ public:
     TextBox* searchFrame(QWidget* parent, const char* frameName, const QString& caption, const char* fieldName,
                          int left, int top, int width, int height = 690, Frame** frame = nullptr) const;
 
-    const KitHeights& heights() const { return m_heights; }
-
-private:
-    Form* m_form;
-    KitHeights m_heights;
-
-public:
-    /// A list box.
-    ListBox* list(QWidget* parent, const char* name, int left, int top, int width, int height) const;
-    /// A data combo of the field height unless told, whose list comes from a data control
-    /// the screen makes on its own.
-    DataCombo* combo(QWidget* parent, const char* name, int left, int top, int width, int height = -1) const;
-    /// A date picker of the field height unless told.
-    DTPicker* datePicker(QWidget* parent, const char* name, int left, int top, int width, int height = -1) const;
     /// A grid bound to a data control the screen already has.
     DataGrid* boundGrid(QWidget* parent, const char* name, Adodc* source, int left, int top, int width,
                         int height) const;
@@ -113,6 +99,12 @@ public:
     /// @p fieldTop from the frame's top. @p frame is set to the frame when asked for.
     TextBox* framedField(QWidget* parent, const char* frameName, const QString& caption, const char* fieldName,
                          int left, int top, int width, int height, int fieldTop, Frame** frame = nullptr) const;
+
+    const KitHeights& heights() const { return m_heights; }
+
+private:
+    Form* m_form;
+    KitHeights m_heights;
 };
 
 /// Gives a grid's columns, from the first, their captions, widths and locks: one

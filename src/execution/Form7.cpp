@@ -58,7 +58,7 @@ void Form7::buildControls()
     top += 390;
     auto comboRow = [&](const char* labelName, const QString& caption, const char* name, vb::Label*& l) {
         l = fieldRow(labelName, caption);
-        return kit.combo(this, name, FieldLeft, top - 390, FieldWidth);
+        return kit.dataCombo(this, name, FieldLeft, top - 390, FieldWidth);
     };
     DataCombo3 = comboRow("Label3", QStringLiteral("Macchina:"), "DataCombo3", Label3);
     DataCombo2 = comboRow("Label4", QStringLiteral("Modello:"), "DataCombo2", Label4);

@@ -922,9 +922,9 @@ void Form3::Fit_Images()
 {
     Trap trap = Trap::ignoreAll();
     trap.step([&] {
-        vb::fitPicture(*Image4, Cmd_Photo->Left(), Cmd_Photo->Top(), Cmd_Photo->Width(), Cmd_Photo->Height());
+        vb::CONTROLLO_IMMAGINE(*Image4, Cmd_Photo->Left(), Cmd_Photo->Top(), Cmd_Photo->Width(), Cmd_Photo->Height());
     });
-    trap.step([&] { vb::fitPicture(*Image2, 60, 240, Frame4->Width() - 120, Frame4->Height() - 300); });
+    trap.step([&] { vb::CONTROLLO_IMMAGINE(*Image2, 60, 240, Frame4->Width() - 120, Frame4->Height() - 300); });
 }
 
 void Form3::Choose_Note_Image()

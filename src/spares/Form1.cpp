@@ -6,7 +6,7 @@
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
-#include "spares/PictureFit.h"
+#include "controls/PictureFit.h"
 #include "store/DataStore.h"
 
 #include <QMenuBar>
@@ -46,7 +46,7 @@ void fitRegisterPicture()
     auto* image4 = dynamic_cast<vb::Image*>(register2("Image4"));
     vb::Control* photo = register2("Cmd_Photo");
     if (image4 && photo)
-        vb::fitPicture(*image4, photo->Width(), photo->Height());
+        vb::CONTROLLO_IMMAGINE(*image4, photo->Width(), photo->Height());
 }
 
 int number(const vb::TextBox* field)
@@ -169,7 +169,7 @@ void Form1::Form_Resize()
 void Form1::fitPicture()
 {
     Trap trap = Trap::ignoreAll();
-    trap.step([&] { vb::fitPicture(*Image1, Width(), Height() - (Label1->Top() + Label1->Height()) - 1300); });
+    trap.step([&] { vb::CONTROLLO_IMMAGINE(*Image1, Width(), Height() - (Label1->Top() + Label1->Height()) - 1300); });
     trap.step([&] { Image1->setLeft((Width() - Image1->Width() - 150) / 2); });
 }
 

@@ -11,7 +11,7 @@
 #include "shell/Reopen.h"
 #include "shell/ScreenRegistry.h"
 #include "spares/EntryFields.h"
-#include "spares/PictureFit.h"
+#include "controls/PictureFit.h"
 #include "store/DataStore.h"
 
 #include <cmath>
@@ -128,7 +128,7 @@ void Form14::buildControls()
         top += RowStep;
     };
     auto combo = [&](const char* labelName, const QString& caption, const char* name) {
-        vb::DataCombo* c = kit.combo(this, name, EntryFieldLeft, top, EntryFieldWidth);
+        vb::DataCombo* c = kit.dataCombo(this, name, EntryFieldLeft, top, EntryFieldWidth);
         entry(labelName, caption);
         return c;
     };
@@ -952,8 +952,8 @@ void Form14::Txt_Images_Change()
     Image4->setPicture(Txt_Percorso->Text());
     Image1->setPicture(Txt_Percorso->Text());
     Image4->Move(Cmd_Photo->Left(), Cmd_Photo->Top());
-    CONTROLLO_IMMAGINE(*Image4, Cmd_Photo->Width(), Cmd_Photo->Height());
-    CONTROLLO_IMMAGINE(*Image1, Width() - 200, Height() - 200);
+    vb::CONTROLLO_IMMAGINE(*Image4, Cmd_Photo->Width(), Cmd_Photo->Height());
+    vb::CONTROLLO_IMMAGINE(*Image1, Width() - 200, Height() - 200);
 }
 
 void Form14::Insert_Intervention_Image()
@@ -978,8 +978,8 @@ void Form14::Insert_Intervention_Image()
     trap.step([&] { Image4->setPicture(Txt_Percorso->Text()); });
     trap.step([&] { Image1->setPicture(Txt_Percorso->Text()); });
     trap.step([&] {
-        CONTROLLO_IMMAGINE(*Image4, Cmd_Photo->Width(), Cmd_Photo->Height());
-        CONTROLLO_IMMAGINE(*Image1, Width() - 200, Height() - 200);
+        vb::CONTROLLO_IMMAGINE(*Image4, Cmd_Photo->Width(), Cmd_Photo->Height());
+        vb::CONTROLLO_IMMAGINE(*Image1, Width() - 200, Height() - 200);
         Image4->Move(Cmd_Photo->Left() + (Cmd_Photo->Width() - Image4->Width()) / 2,
                      Cmd_Photo->Top() + (Cmd_Photo->Height() - Image4->Height()) / 2);
     });

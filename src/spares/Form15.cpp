@@ -43,7 +43,7 @@ void Form15::buildControls()
     TextRICAMBI = kit.field(this, "TextRICAMBI", 4680, 510, 4500);
     Label3 = new vb::Label(this, QStringLiteral("Label3"), QStringLiteral("Unità di Misura"));
     Label3->Move(4680, 960, 4500, 255);
-    DataCombo1 = kit.combo(this, "DataCombo1", 4680, 1230, 2400);
+    DataCombo1 = kit.dataCombo(this, "DataCombo1", 4680, 1230, 2400);
     Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
 
     Text1 = kit.hidden("Text1");

@@ -10,7 +10,7 @@
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
 #include "spares/EntryFields.h"
-#include "spares/PictureFit.h"
+#include "controls/PictureFit.h"
 #include "spares/RicambiFile.h"
 #include "store/DataStore.h"
 
@@ -92,7 +92,7 @@ void Form2::buildControls()
     };
     TextRICAMBI = field(Label4, "Label4", QStringLiteral("Ricambio:"), "TextRICAMBI", FieldWidth);
     Label5 = caption("Label5", QStringLiteral("Unità di Misura:"));
-    DataCombo1 = kit.combo(this, "DataCombo1", FieldLeft, top, FieldWidth);
+    DataCombo1 = kit.dataCombo(this, "DataCombo1", FieldLeft, top, FieldWidth);
     Adodc1 = new vb::Adodc(this, QStringLiteral("Adodc1"));
     top += RowStep;
     Txt_Descrizione = field(Label6, "Label6", QStringLiteral("Descrizione:"), "Txt_Descrizione", FieldWidth);
@@ -334,7 +334,7 @@ void Form2::Txt_Images_Change()
     trap.step([&] { Image4->setPicture(Txt_Percorso->Text()); });
     trap.step([&] {
         Image4->Move(Cmd_Photo->Left(), Cmd_Photo->Top());
-        CONTROLLO_IMMAGINE(*Image4, Cmd_Photo->Width(), Cmd_Photo->Height());
+        vb::CONTROLLO_IMMAGINE(*Image4, Cmd_Photo->Width(), Cmd_Photo->Height());
     });
 }
 
