@@ -237,3 +237,5 @@ QStringList ScreenTest::linesOf(const QString& name) const
     all.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     return all.split(u'\n');
 }
+
+void ScreenTest::setToday(const QDate& day) { vb::Clock::freeze(QDateTime(day, QTime(8, 0, 0))); }

@@ -102,6 +102,10 @@ protected:
     /// search as you type runs once on the whole text.
     static void typeLastKey(vb::TextBox* field, const QString& text);
 
+    // ---- the clock --------------------------------------------------------------------
+    /// Moves the frozen clock to 08:00 of another day (the tests start on 15/11/2026).
+    static void setToday(const QDate& day);
+
     // ---- files ------------------------------------------------------------------------
     /// The temporary data folder (the program's path).
     QString path() const { return m_dir.path(); }
