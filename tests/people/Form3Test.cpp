@@ -1,40 +1,100 @@
 // The notebook: the three lists and the register's machine, the save with its checks and
 // its two modes, the filters, the selections, the symbols, the pictures, Note.txt and the
 // prints.
-#include "Form3Fixture.h"
-
+#include "controls/CommonDialog.h"
+#include "execution/Form7.h"
+#include "people/Form3.h"
 #include "reports/ReportViewer.h"
 #include "runtime/AppPath.h"
-#include "controls/CommonDialog.h"
+#include "runtime/OpenFile.h"
+#include "support/InProcessDrive.h"
+#include "support/ScreenTest.h"
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
 
 using people::Form3;
 namespace answer = vb::answer;
 
 namespace {
 
-class Form3Test : public Form3Fixture
+/// The register's small plant and the notebook on its roads in.
+class Form3Road : public ScreenTest
 {
 protected:
+    void SetUp() override
+    {
+        ScreenTest::SetUp();
+        upgradeStore(); // the note type column
+        plant.registerPlant();
+    }
+
+    static Form3* form3() { return screen<Form3>("Form3"); }
+};
+
+/// Beside the register's plant, PRESSA BX200 (model 4, unit 4 "5") and TORNIO T-50
+/// dell'officina (model 5, unit 5 "7"); notes of two machine numbers and one general note;
+/// the register stood in for by a screen with the three fields the notebook reads.
+class Form3Test : public Form3Road
+{
+protected:
+    void SetUp() override
+    {
+        Form3Road::SetUp();
+        plant.unit(plant.model("PRESSA", "BX200"), "5");
+        plant.unit(plant.model("TORNIO", "T-50 dell'officina"), "7");
+        olio = addNote(1, 1, "10/11/2026", "Cambiato olio", "Guasto", "Elettrico");
+        filtri = addNote(1, 2, "03/03/2025", "Controllo olio e filtri", "Manutenzione", "Meccanico");
+        guanti = addNote(0, 0, "12/11/2026", "Ordinare guanti", "Sicurezza", "Magazzino");
+        standIn("Form7", {"T:ID_MOD", "T:ID_NUM", "P:DTPicker2"});
+        shell::screens().form("Form7")->controlAs<vb::DTPicker>("DTPicker2")->setValue(kit::date(2026, 11, 10));
+    }
+
     void TearDown() override
     {
         vb::FileDialogService::clear();
-        for (const char* r : {"DataReport10", "DataReport18", "DataReport19", "DataReport20", "DataReport21"})
-            reports::UnloadReport(r);
-        Form3Fixture::TearDown();
+        Form3Road::TearDown();
     }
 
-    static QStringList printed(const char* report)
+    int addNote(int model, int number, const QString& date, const QString& text, const QString& type,
+                const QString& type2)
     {
-        QStringList t;
-        if (const auto r = reports::LaidOutPages(report))
-            for (const auto& page : r->pages)
-                for (const auto& p : page)
-                    t << p.text;
-        return t;
+        return plant.note({{"ID_MODELLO", model}, {"ID_NUM", number}, {"Ultima", date}, {"NOTE", text},
+                           {"Tipo_Nota", type}, {"Tipo_Nota2", type2}});
+    }
+
+    static Form3* reload() { return ScreenTest::reload<Form3>("Form3"); }
+
+    /// The register's fields, as it stands when it opens the notebook.
+    static void setRegister(const QString& model, const QString& number, bool visible)
+    {
+        auto* f = shell::screens().form("Form7");
+        f->control("ID_MOD")->setVbProperty("Text", model);
+        f->control("ID_NUM")->setVbProperty("Text", number);
+        f->setVisible(visible);
+    }
+
+    /// The keys of a grid's rows, from its ID column.
+    static QList<int> keys(vb::DataGrid* grid)
+    {
+        QList<int> out;
+        for (const QString& k : column(grid, "ID"))
+            out << k.toInt();
+        return out;
+    }
+
+    static void selectNote(vb::DataGrid* grid, int id) { selectRow(grid, "ID", QString::number(id)); }
+
+    /// Model, number, operator, date, text, types, picture and its path of a note.
+    static QString note(int id)
+    {
+        return lines(QStringLiteral("SELECT ID_MODELLO, ID_NUM, ID_OPERATORE, Ultima, NOTE, Tipo_Nota, Tipo_Nota2, "
+                                    "Images, Percorso FROM Tbl_Maintenance_Note WHERE ID = %1")
+                         .arg(id))
+            .value(0);
     }
 
     /// A picture file away from the program's folder.
@@ -47,6 +107,8 @@ protected:
         EXPECT_TRUE(image.save(file, "BMP"));
         return file;
     }
+
+    int olio = 0, filtri = 0, guanti = 0;
 };
 
 } // namespace
@@ -135,15 +197,9 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
     f->DataCombo4->setText("Reparto B");
     f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2026, 1, 2)));
     EXPECT_EQ(save().prompt, "");
-    const auto general = rows("SELECT ID_MODELLO, ID_NUM, ID_OPERATORE, Ultima, NOTE, Tipo_Nota, Tipo_Nota2 FROM "
-                              "Tbl_Maintenance_Note WHERE Tipo_Nota2 = 'Reparto B'");
-    ASSERT_EQ(general.size(), 1u);
-    EXPECT_EQ(general[0][0].toLong(), 0);
-    EXPECT_EQ(general[0][1].toLong(), 0);
-    EXPECT_EQ(general[0][2].toLong(), 0);
-    EXPECT_EQ(general[0][3].toString(), "15/11/2026");
-    EXPECT_EQ(general[0][4].toString(), "Nuovi guanti\r\nin magazzino");
-    EXPECT_EQ(general[0][5].toString(), "Sicurezza");
+    EXPECT_EQ(lines("SELECT ID_MODELLO, ID_NUM, ID_OPERATORE, Ultima, NOTE, Tipo_Nota FROM Tbl_Maintenance_Note "
+                    "WHERE Tipo_Nota2 = 'Reparto B'"),
+              QStringList{"0|0|0|15/11/2026|Nuovi guanti\r\nin magazzino|Sicurezza"});
     EXPECT_EQ(f->Txt_Nota->Text(), "") << "the inputs are cleared";
     EXPECT_EQ(f->DataCombo5->Text(), "");
     EXPECT_EQ(f->Txt_DATA->Text(), "02/01/2026");
@@ -184,10 +240,8 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
     f->DataCombo1->choose("5");
     EXPECT_EQ(f->ID_NUM->Text(), "4");
     EXPECT_EQ(save().prompt, "");
-    const auto machine = rows("SELECT ID_MODELLO, ID_NUM, Ultima FROM Tbl_Maintenance_Note WHERE Tipo_Nota2 = 'Idraulico'");
-    ASSERT_EQ(machine.size(), 1u);
-    EXPECT_EQ(machine[0][0].toLong(), 4);
-    EXPECT_EQ(machine[0][1].toLong(), 4);
+    EXPECT_EQ(lines("SELECT ID_MODELLO, ID_NUM FROM Tbl_Maintenance_Note WHERE Tipo_Nota2 = 'Idraulico'"),
+              QStringList{"4|4"});
     EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 3");
 
     // A name with an apostrophe is looked up with it doubled.
@@ -254,11 +308,7 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
     f->Txt_Nota->setText("Cambiato olio e filtro");
     f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2026, 11, 14)));
     f->Cmd_Add_Note->click();
-    auto saved = note(olio);
-    EXPECT_EQ(saved[0][0].toLong(), 1);
-    EXPECT_EQ(saved[0][1].toLong(), 1);
-    EXPECT_EQ(saved[0][3].toString(), "14/11/2026");
-    EXPECT_EQ(saved[0][4].toString(), "Cambiato olio e filtro");
+    EXPECT_EQ(note(olio), "1|1|0|14/11/2026|Cambiato olio e filtro|Guasto|Elettrico||");
     EXPECT_EQ(rows("SELECT ID FROM Tbl_Maintenance_Note").size(), 3u);
 
     // A general note is read without a machine and stays general.
@@ -270,9 +320,7 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
     EXPECT_EQ(f->Txt_Nota->Text(), "Ordinare guanti");
     f->Txt_Nota->setText("Ordinare guanti e occhiali");
     f->Cmd_Add_Note->click();
-    saved = note(guanti);
-    EXPECT_EQ(saved[0][0].toLong(), 0);
-    EXPECT_EQ(saved[0][4].toString(), "Ordinare guanti e occhiali");
+    EXPECT_EQ(note(guanti).section('|', 0, 0) + note(guanti).section('|', 4, 4), "0Ordinare guanti e occhiali");
 
     // A machine number: its notes, and they are notes of a machine.
     f->DataGrid2->select(1);
@@ -301,11 +349,10 @@ TEST_F(Form3Test, ASelectionInAnEmptyListSaysThereAreNoNotes)
     Form3* f = form3();
     ASSERT_EQ(f->DataGrid1->RecordCount(), 0);
     f->DataGrid1_RowColChange();
-    const auto b = boxes();
-    ASSERT_EQ(b.size(), 1u);
-    EXPECT_EQ(b[0].title, "NON CI SONO NOTE");
-    EXPECT_TRUE(b[0].prompt.startsWith("6061 ")) << b[0].prompt.toStdString();
-    EXPECT_EQ(b[0].buttons, 0);
+    const vb::ShownBox b = oneBox();
+    EXPECT_EQ(b.title, "NON CI SONO NOTE");
+    EXPECT_TRUE(b.prompt.startsWith("6061 ")) << b.prompt.toStdString();
+    EXPECT_EQ(b.buttons, 0);
 }
 
 TEST_F(Form3Test, SymbolsGoWhereTheLastChangeOrClickLeftTheCaret)
@@ -374,11 +421,9 @@ TEST_F(Form3Test, PicturesShowFitAndAMissingOneIsNamedOnce)
     selectNote(f->DataGrid3, filtri);
     const auto b = boxes();
     ASSERT_EQ(b.size(), 1u) << "once for the change of the path, not for the name";
-    EXPECT_EQ(b[0].title, "PERCORSO IMMAGINE NONVALIDO");
-    EXPECT_EQ(b[0].prompt, "Impossibile caricare l'immagine [via.jpg] ... Controlla che il seguente percorso "
-                           "dell'Immagine [/nessuna/cartella/via.jpg]  sia valido!");
-    EXPECT_EQ(b[0].buttons, 0);
-    EXPECT_EQ(note(filtri)[0][8].toString(), "/nessuna/cartella/via.jpg") << "the note is left as it is";
+    EXPECT_BOX(b[0], "PERCORSO IMMAGINE NONVALIDO", "Impossibile caricare l'immagine [via.jpg] ... Controlla che il seguente percorso "
+                           "dell'Immagine [/nessuna/cartella/via.jpg]  sia valido!", 0);
+    EXPECT_EQ(note(filtri).section('|', 8), "/nessuna/cartella/via.jpg") << "the note is left as it is";
 
     // The dialog: cancelled, nothing; refused, nothing stored.
     vb::FileDialogService::queueAnswers({QString()});
@@ -397,7 +442,7 @@ TEST_F(Form3Test, PicturesShowFitAndAMissingOneIsNamedOnce)
     answer({answer::No});
     f->Image4->click();
     EXPECT_EQ(boxes().size(), 1u);
-    EXPECT_EQ(note(filtri)[0][7].toString(), "via.jpg");
+    EXPECT_EQ(note(filtri).section('|', 7, 7), "via.jpg");
 
     // Saved: the one picture of the note is replaced, whichever the answer.
     vb::FileDialogService::queueAnswers({other});
@@ -406,14 +451,9 @@ TEST_F(Form3Test, PicturesShowFitAndAMissingOneIsNamedOnce)
     f->Image2->click();
     const auto asks = boxes();
     ASSERT_EQ(asks.size(), 2u);
-    EXPECT_EQ(asks[0].title, "SALVA IMMAGINE'valvola.bmp'");
-    EXPECT_EQ(asks[0].prompt, "Vuoi salvare l'Immagine 'valvola.bmp' ?");
-    EXPECT_EQ(asks[0].buttons, vb::mb::YesNo + vb::mb::Question);
-    EXPECT_EQ(asks[1].title, "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'valvola.bmp'");
-    EXPECT_EQ(asks[1].prompt, "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'valvola.bmp' ?");
-    const auto saved = note(filtri);
-    EXPECT_EQ(saved[0][7].toString(), "valvola.bmp");
-    EXPECT_EQ(saved[0][8].toString(), other);
+    EXPECT_BOX(asks[0], "SALVA IMMAGINE'valvola.bmp'", "Vuoi salvare l'Immagine 'valvola.bmp' ?", vb::mb::YesNo + vb::mb::Question);
+    EXPECT_BOX(asks[1], "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'valvola.bmp'", "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'valvola.bmp' ?", 36);
+    EXPECT_EQ(note(filtri).section('|', 7), "valvola.bmp|" + other);
     EXPECT_EQ(f->Image2->Picture(), other);
     EXPECT_EQ(rows("SELECT ID FROM Tbl_Maintenance_Note").size(), 3u);
 }
@@ -479,4 +519,76 @@ TEST_F(Form3Test, PrintsFollowTheFilterAndTheMachinePrintResetsIt)
     EXPECT_TRUE(t.contains("AX100"));
     EXPECT_FALSE(t.contains("Ordinare guanti")) << "a general note has no machine to group it";
     EXPECT_TRUE(boxes().empty());
+}
+
+// ---- the roads in: an execution on the register that offers a note, the main menu, and
+// the automation driver --------------------------------------------------------------------
+
+TEST_F(Form3Road, AnExecutionOpensTheNotebookOnItsNoteAndTheTextIsWrittenThere)
+{
+    start();
+    // Unit 2 (PRESSA AX100 "2"), Bimestrale every 8 weeks, due on 27/10/2026.
+    const int id = plant.registerRow({{"ID_MODELLO", 1}, {"Macchina", "PRESSA"}, {"Modello", "AX100"}, {"ID_NUM", 2},
+                                      {"Numerazione", "2"}, {"ID_MAINT_TIPO", 3}, {"Manutenzione_Tipo", "Bimestrale"},
+                                      {"Frequenza_Sett", 8.0}, {"Ultima", kit::date(2026, 9, 1)},
+                                      {"Prossima", kit::date(2026, 10, 27)}, {"Operatore", ""}});
+    shell::screens().show("Form7");
+    selectKey(screen<execution::Form7>("Form7")->DataGrid1, id);
+    boxes();
+    answer({answer::Yes, answer::Yes});
+    screen<execution::Form7>("Form7")->Cmd_Eseguita->click();
+    EXPECT_EQ(boxes().size(), 2u);
+
+    // The notebook shows the note just written, of the execution's date.
+    ASSERT_TRUE(shell::screens().isLoaded("Form3"));
+    Form3* f = form3();
+    EXPECT_TRUE(f->isVisible());
+    EXPECT_EQ(QStringList({f->Txt_ID_MODELLO->Text(), f->Txt_ID_NUM->Text(), f->Txt_DATA->Text(),
+                           f->DTPicker2->Value().toString(), f->Frame1->Caption()}),
+              QStringList({"1", "2", "27/10/2026", "27/10/2026", "N° 1 Note 27/10/2026"}));
+    ASSERT_EQ(f->DataGrid1->RecordCount(), 1);
+
+    // The note has a type and no text yet: its empty columns leave their fields empty.
+    f->DataGrid1->select(0);
+    EXPECT_EQ(f->Cmd_Add_Note->Caption(), "MODIFICA NOTA");
+    EXPECT_EQ(QStringList({f->DataCombo3->Text(), f->DataCombo2->Text(), f->DataCombo1->Text(),
+                           f->DataCombo5->Text(), f->DataCombo4->Text()}),
+              QStringList({"PRESSA", "AX100", "2", "Manutenzione", ""}));
+    f->Txt_Nota->setText("Sostituito il filtro dell'aria");
+    f->DataCombo4->setText("Meccanico");
+    f->Cmd_Add_Note->click();
+    EXPECT_TRUE(boxes().empty());
+    // The execution's date stays.
+    EXPECT_EQ(lines("SELECT ID_MAINTENANCE, ID_MODELLO, ID_NUM, Ultima, NOTE, Tipo_Nota, Tipo_Nota2 FROM "
+                    "Tbl_Maintenance_Note"),
+              QStringList{QString::number(id) + "|1|2|27/10/2026|Sostituito il filtro dell'aria|Manutenzione|Meccanico"});
+
+    // The main menu's entry opens it afresh: every note, the register being reloaded hidden.
+    shell::screens().control("frmMain", "lblNoteBooks")->click();
+    f = form3();
+    ASSERT_NE(f, nullptr);
+    EXPECT_TRUE(f->isVisible());
+    EXPECT_EQ(f->Frame1->Caption(), "N° 1 Note 15/11/2026");
+    EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 1");
+}
+
+TEST_F(Form3Road, TheDriverWritesAMachinesNoteThroughTheControls)
+{
+    InProcessDrive drive;
+    drive("start");
+    drive("click frmMain.lblNoteBooks");
+    EXPECT_EQ(drive("get Form3.Caption").toString(), "NOTE");
+    drive("type Form3.Txt_Nota Cinghia da tendere");
+    drive("click Form3.Cmd_Add_Note");
+    EXPECT_EQ(drive.boxes(), QStringList{"MANCANO LE INFORMAZIONI BASE: Selezionare o inserisci il Tipo Nota..."});
+    for (const char* step : {"type Form3.DataCombo5 Ispezione", "type Form3.DataCombo4 Meccanico",
+                             "choose Form3.DataCombo3 TORNIO", "choose Form3.DataCombo2 T200",
+                             "choose Form3.DataCombo1 10", "click Form3.Cmd_Add_Note"})
+        drive(step);
+    EXPECT_TRUE(drive.boxes().isEmpty());
+    EXPECT_EQ(lines("SELECT ID_MODELLO, ID_NUM, Ultima FROM Tbl_Maintenance_Note"), QStringList{"2|3|15/11/2026"});
+    const QJsonArray machines = drive("grid Form3.DataGrid2").toObject().value("rows").toArray();
+    ASSERT_EQ(machines.size(), 1);
+    EXPECT_EQ(machines[0].toArray()[0].toString(), "T200");
+    EXPECT_EQ(drive("get Form3.Frame3.Caption").toString(), "NOTE MACCHINE: 1");
 }
