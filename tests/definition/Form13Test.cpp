@@ -101,14 +101,8 @@ TEST_F(Form13Test, ListsAndTheSelectionOfAnAssignment)
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
 
     selectAssignment(f, 1);
-    EXPECT_EQ(f->Txt_ID->Text(), "1");
-    EXPECT_EQ(f->ID_MOD->Text(), "1");
-    EXPECT_EQ(f->ID_MAINT->Text(), "2");
-    EXPECT_EQ(f->ID_MOD_OLD->Text(), "1");
-    EXPECT_EQ(f->ID_MAINT_OLD->Text(), "2");
-    EXPECT_EQ(f->DataCombo2->Text(), "PRESSA");
-    EXPECT_EQ(f->DataCombo3->Text(), "AX100");
-    EXPECT_EQ(f->DataCombo4->Text(), "Mensile");
+    EXPECT_EQ(texts({f->Txt_ID, f->ID_MOD, f->ID_MAINT, f->ID_MOD_OLD, f->ID_MAINT_OLD, f->DataCombo2, f->DataCombo3, f->DataCombo4}),
+              QStringList({"1", "1", "2", "1", "2", "PRESSA", "AX100", "Mensile"}));
     EXPECT_TRUE(f->DataCombo2->Locked());
     EXPECT_TRUE(f->DataCombo3->Locked());
     EXPECT_EQ(column(f->DataGrid1, "Titolo"), (QStringList { "Olio", "Filtri" })) << "by step number";
@@ -180,9 +174,7 @@ TEST_F(Form13Test, StepComesFromThePickedGeneralStepAndTheWorkloadFollows)
     selectAssignment(f, 1);
     ASSERT_EQ(f->DataGrid3->RecordCount(), 2);
     f->DataGrid3->select(1); // Filtri
-    EXPECT_EQ(f->Txt_Titolo->Text(), "Filtri");
-    EXPECT_EQ(f->Txt_Procedura->Text(), "Pulizia dei filtri");
-    EXPECT_EQ(f->Txt_Num->Text(), "2");
+    EXPECT_EQ(texts({f->Txt_Titolo, f->Txt_Procedura, f->Txt_Num}), QStringList({"Filtri", "Pulizia dei filtri", "2"}));
     EXPECT_EQ(f->Txt_Min->Text(), "0") << "an emptied minutes field reads 0";
 
     // No minutes yet: the warning, and the minutes' frame is flagged and painted.
@@ -410,11 +402,8 @@ TEST_F(Form13Test, RegisterShowsTheProcedureOfItsSelectedRow)
     Form13* f = shell::screens().formAs<Form13>(QStringLiteral("Form13"));
     ASSERT_NE(f, nullptr);
     EXPECT_TRUE(f->isVisible());
-    EXPECT_EQ(f->Txt_ID_MODELLO->Text(), "1");
-    EXPECT_EQ(f->Txt_ID_MAINT_TIPO->Text(), "2");
-    EXPECT_EQ(f->DataCombo2->Text(), "PRESSA");
-    EXPECT_EQ(f->DataCombo3->Text(), "AX100");
-    EXPECT_EQ(f->DataCombo4->Text(), "Mensile");
+    EXPECT_EQ(texts({f->Txt_ID_MODELLO, f->Txt_ID_MAINT_TIPO, f->DataCombo2, f->DataCombo3, f->DataCombo4}),
+              QStringList({"1", "2", "PRESSA", "AX100", "Mensile"}));
     EXPECT_EQ(column(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
     EXPECT_EQ(column(f->DataGrid1, "Titolo"), QStringList { "Olio" });
     EXPECT_TRUE(boxes().empty());

@@ -57,11 +57,8 @@ TEST_F(Form9Test, ListsModelsAndStepsAndSelectsThem)
     EXPECT_FALSE(f->Cmd_Paste->isEnabled());
 
     selectModel(f, "AX100");
-    EXPECT_EQ(f->Txt_ID->Text(), "1");
-    EXPECT_EQ(f->ID_MOD->Text(), "1");
-    EXPECT_EQ(f->ID_MOD_OLD->Text(), "1");
-    EXPECT_EQ(f->DataCombo2->Text(), "PRESSA");
-    EXPECT_EQ(f->DataCombo3->Text(), "AX100");
+    EXPECT_EQ(texts({f->Txt_ID, f->ID_MOD, f->ID_MOD_OLD, f->DataCombo2, f->DataCombo3}),
+              QStringList({"1", "1", "1", "PRESSA", "AX100"}));
     EXPECT_EQ(f->DataCombo3->items(), (QStringList { "AX100", "P9" })) << "the models of the kind";
     EXPECT_EQ(f->Label1->Caption(), "N° Procedure 3");
     EXPECT_EQ(f->Txt_Posizione->Text(), "0");

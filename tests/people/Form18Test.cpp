@@ -111,9 +111,7 @@ TEST_F(Form18Test, InsertNeedsNameAndQualificationAndSavesARunningEmployment)
     Form18* f = form18();
     selectOperator(f, rossi);
     f->Cmd_Add->click();
-    EXPECT_EQ(f->TxtID_OPERATORE->Text(), "");
-    EXPECT_EQ(f->Combo1->Text(), "Interno");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_EQ(texts({f->TxtID_OPERATORE, f->Combo1, f->Cmd_Edit}), QStringList({"", "Interno", "SALVA"}));
     EXPECT_FALSE(f->Cmd_Add->isEnabled() || f->Cmd_Delete->isEnabled());
 
     f->Cmd_Edit->click();

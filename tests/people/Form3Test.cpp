@@ -201,10 +201,8 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
                     "WHERE Tipo_Nota2 = 'Reparto B'"),
               QStringList{"0|0|0|15/11/2026|Nuovi guanti\r\nin magazzino|Sicurezza"});
     EXPECT_EQ(f->Txt_Nota->Text(), "") << "the inputs are cleared";
-    EXPECT_EQ(f->DataCombo5->Text(), "");
-    EXPECT_EQ(f->Txt_DATA->Text(), "02/01/2026");
-    EXPECT_EQ(f->Txt_ID_NUM->Text(), "0");
-    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 4");
+    EXPECT_EQ(texts({f->DataCombo5, f->Txt_DATA, f->Txt_ID_NUM, f->Frame2}),
+              QStringList({"", "02/01/2026", "0", "TUTTE LE NOTE: 4"}));
     EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 2") << "a general note is no machine's";
 
     // Lookups start at three characters.
@@ -291,15 +289,8 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
 
     // The note itself into the input area, machine included.
     f->DataGrid1->select(0);
-    EXPECT_EQ(f->Cmd_Add_Note->Caption(), "MODIFICA NOTA");
-    EXPECT_EQ(f->DataCombo3->Text(), "PRESSA");
-    EXPECT_EQ(f->DataCombo2->Text(), "AX100");
-    EXPECT_EQ(f->DataCombo1->Text(), "1");
-    EXPECT_EQ(f->ID_MOD->Text(), "1");
-    EXPECT_EQ(f->ID_NUM->Text(), "1");
-    EXPECT_EQ(f->DataCombo5->Text(), "Guasto");
-    EXPECT_EQ(f->DataCombo4->Text(), "Elettrico");
-    EXPECT_EQ(f->Txt_Nota->Text(), "Cambiato olio");
+    EXPECT_EQ(texts({f->Cmd_Add_Note, f->DataCombo3, f->DataCombo2, f->DataCombo1, f->ID_MOD, f->ID_NUM, f->DataCombo5, f->DataCombo4, f->Txt_Nota}),
+              QStringList({"MODIFICA NOTA", "PRESSA", "AX100", "1", "1", "1", "Guasto", "Elettrico", "Cambiato olio"}));
     // Filling the classifications filters the list of all notes by them, the last one winning.
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "2");
     EXPECT_EQ(keys(f->DataGrid3), (QList<int>{olio}));

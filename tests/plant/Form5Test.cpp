@@ -123,9 +123,8 @@ TEST_F(Form5Test, InsertNeedsItsFourFieldsThenReopensOnTheKeptRow)
     // sorts there now.
     Form5* again = reopened();
     EXPECT_NE(again, f);
-    EXPECT_EQ(again->Label1->Caption(), "Conteggio Macchine: 4");
-    EXPECT_EQ(again->Cmd_Edit->Caption(), "MODIFICA");
-    EXPECT_EQ(again->txtMacchina->Text(), "SALDATRICE");
+    EXPECT_EQ(texts({again->Label1, again->Cmd_Edit, again->txtMacchina}),
+              QStringList({"Conteggio Macchine: 4", "MODIFICA", "SALDATRICE"}));
     EXPECT_TRUE(again->DataCombo4->items().contains("Nuova")) << "a new state is offered from now on";
     EXPECT_TRUE(boxes().empty());
 }

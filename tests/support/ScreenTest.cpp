@@ -239,3 +239,16 @@ QStringList ScreenTest::linesOf(const QString& name) const
 }
 
 void ScreenTest::setToday(const QDate& day) { vb::Clock::freeze(QDateTime(day, QTime(8, 0, 0))); }
+
+QStringList ScreenTest::texts(std::initializer_list<const vb::Control*> controls)
+{
+    QStringList out;
+    for (const vb::Control* c : controls) {
+        try {
+            out << c->vbProperty(QStringLiteral("Text")).toString();
+        } catch (const vb::VBError&) {
+            out << c->vbProperty(QStringLiteral("Caption")).toString();
+        }
+    }
+    return out;
+}

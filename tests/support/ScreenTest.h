@@ -102,6 +102,9 @@ protected:
     /// search as you type runs once on the whole text.
     static void typeLastKey(vb::TextBox* field, const QString& text);
 
+    /// What each control shows: its Text, or its Caption when it has none (labels, frames).
+    static QStringList texts(std::initializer_list<const vb::Control*> controls);
+
     // ---- the clock --------------------------------------------------------------------
     /// Moves the frozen clock to 08:00 of another day (the tests start on 15/11/2026).
     static void setToday(const QDate& day);
