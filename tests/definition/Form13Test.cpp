@@ -103,8 +103,7 @@ TEST_F(Form13Test, ListsAndTheSelectionOfAnAssignment)
     selectAssignment(f, 1);
     EXPECT_EQ(texts({f->Txt_ID, f->ID_MOD, f->ID_MAINT, f->ID_MOD_OLD, f->ID_MAINT_OLD, f->DataCombo2, f->DataCombo3, f->DataCombo4}),
               QStringList({"1", "1", "2", "1", "2", "PRESSA", "AX100", "Mensile"}));
-    EXPECT_TRUE(f->DataCombo2->Locked());
-    EXPECT_TRUE(f->DataCombo3->Locked());
+    EXPECT_TRUE(f->DataCombo2->Locked() && f->DataCombo3->Locked());
     EXPECT_EQ(column(f->DataGrid1, "Titolo"), (QStringList { "Olio", "Filtri" })) << "by step number";
     EXPECT_EQ(f->Frame2->Caption(), "N° Procedure Manutenzione Mensile 2");
     EXPECT_EQ(f->Frame1->Caption(), "2 Procedure Generali AX100");
@@ -117,8 +116,7 @@ TEST_F(Form13Test, ListsAndTheSelectionOfAnAssignment)
 
     // An assignment without steps stores nothing and reads 0 minutes.
     selectAssignment(f, 2);
-    EXPECT_EQ(f->Txt_Tot_Min->Text(), "0");
-    EXPECT_EQ(f->Frame1->Caption(), "0 Procedure Generali T200");
+    EXPECT_EQ(texts({f->Txt_Tot_Min, f->Frame1}), QStringList({"0", "0 Procedure Generali T200"}));
     EXPECT_EQ(column("SELECT '' & Minuti_Sett FROM Tbl_Assegna_M WHERE ID = 2"), QStringList { "" });
     EXPECT_TRUE(boxes().empty());
 }
@@ -128,8 +126,7 @@ TEST_F(Form13Test, NewAssignmentGetsItsSheetAtRevisionZeroAndNoTwin)
     Form13* f = form13();
     f->Cmd_Add->click();
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_FALSE(f->Cmd_Add->isEnabled());
-    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
+    EXPECT_FALSE(f->Cmd_Add->isEnabled() || f->Cmd_Delete->isEnabled());
     f->DataCombo2->choose("PRESSA");
     EXPECT_EQ(f->ID_MOD->Text(), "1") << "the first model of the machine";
     f->DataCombo3->choose("AX100");
@@ -238,8 +235,7 @@ TEST_F(Form13Test, EditMovesStepsAndRegisterRowsToTheNewTypeAndRaisesTheRevision
     f = form13();
     selectAssignment(f, 1);
     f->DataGrid1->select(0);
-    EXPECT_EQ(f->Txt_Grid_Modello->Text(), "AX100");
-    EXPECT_EQ(f->Txt_Grid_Manutenzione->Text(), "Mensile");
+    EXPECT_EQ(texts({f->Txt_Grid_Modello, f->Txt_Grid_Manutenzione}), QStringList({"AX100", "Mensile"}));
     f->DataCombo4->choose("Settimanale");
     answer({ answer::Yes });
     f->Cmd_Edit->click();
@@ -320,8 +316,7 @@ TEST_F(Form13Test, PrintsNeedAnAssignmentWithASheet)
         EXPECT_TRUE(sheet.contains(t)) << t;
     f->Cmd_Print->click();
     const QStringList procedures = printed("DataReport7");
-    EXPECT_TRUE(procedures.contains("Mensile"));
-    EXPECT_TRUE(procedures.contains("Olio"));
+    EXPECT_TRUE(procedures.contains("Mensile") && procedures.contains("Olio"));
     EXPECT_TRUE(boxes().empty());
 
     // A key that is no model's number: nothing to print.
@@ -344,8 +339,7 @@ TEST_F(Form13Test, PairHandedFromTheRegisterNarrowsTheListsUntilVisualizzaTutto)
     shell::screens().control("Form7", "ID_MOD")->setVbProperty("Text", "1");
     shell::screens().control("Form7", "ID_MAINT")->setVbProperty("Text", "2");
     Form13* f = form13();
-    EXPECT_EQ(f->Txt_ID_MODELLO->Text(), "1");
-    EXPECT_EQ(f->Txt_ID_MAINT_TIPO->Text(), "2");
+    EXPECT_EQ(texts({f->Txt_ID_MODELLO, f->Txt_ID_MAINT_TIPO}), QStringList({"1", "2"}));
     EXPECT_EQ(column(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
     EXPECT_EQ(column(f->DataGrid1, "Titolo"), QStringList { "Olio" });
 

@@ -53,21 +53,18 @@ TEST_F(Form9Test, ListsModelsAndStepsAndSelectsThem)
     EXPECT_EQ(f->Label2->Caption(), "N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: ]");
     EXPECT_EQ(f->DataGrid1->RecordCount(), 4) << "every step of every model";
     EXPECT_EQ(f->DataCombo2->items(), (QStringList { "PRESSA", "TORNIO" })) << "kinds once each, none empty";
-    EXPECT_FALSE(f->Cmd_Copy->isEnabled());
-    EXPECT_FALSE(f->Cmd_Paste->isEnabled());
+    EXPECT_FALSE(f->Cmd_Copy->isEnabled() || f->Cmd_Paste->isEnabled());
 
     selectModel(f, "AX100");
     EXPECT_EQ(texts({f->Txt_ID, f->ID_MOD, f->ID_MOD_OLD, f->DataCombo2, f->DataCombo3}),
               QStringList({"1", "1", "1", "PRESSA", "AX100"}));
     EXPECT_EQ(f->DataCombo3->items(), (QStringList { "AX100", "P9" })) << "the models of the kind";
-    EXPECT_EQ(f->Label1->Caption(), "N° Procedure 3");
-    EXPECT_EQ(f->Txt_Posizione->Text(), "0");
+    EXPECT_EQ(texts({f->Label1, f->Txt_Posizione}), QStringList({"N° Procedure 3", "0"}));
 
     selectModel(f, "T200");
     EXPECT_EQ(f->ID_MOD->Text(), "3");
     selectStep(f, "Controllo dell'asse");
-    EXPECT_EQ(f->Txt_Num_Procedura->Text(), "1");
-    EXPECT_EQ(f->Txt_Procedura->Text(), "Verifica dell'asse");
+    EXPECT_EQ(texts({f->Txt_Num_Procedura, f->Txt_Procedura}), QStringList({"1", "Verifica dell'asse"}));
     EXPECT_FALSE(f->Txt_ID_PROCEDURA->Text().isEmpty());
     EXPECT_TRUE(f->Cmd_Copy->isEnabled());
     EXPECT_TRUE(boxes().empty());
@@ -110,8 +107,7 @@ TEST_F(Form9Test, PasteGoesOnFromTheLastCountWithoutMinutes)
         (QStringList { "1|Olio|Cambio olio|30", "2|Filtri|Pulizia filtri|20", "3|Cinghie|Tensione cinghie|10",
             "4|Controllo dell'asse|Verifica dell'asse|" }));
     EXPECT_EQ(f->DataGrid1->RecordCount(), 4);
-    EXPECT_EQ(f->Txt_Copy_Titolo->Text(), "");
-    EXPECT_EQ(f->Txt_Copy_Procedura->Text(), "");
+    EXPECT_EQ(texts({f->Txt_Copy_Titolo, f->Txt_Copy_Procedura}), QStringList({"", ""}));
     EXPECT_FALSE(f->Cmd_Paste->isEnabled());
 
     // Selecting another step lets go of a copy.
@@ -130,8 +126,7 @@ TEST_F(Form9Test, ModelInsertAndTheChangeOfKeyCarriedEverywhere)
     Form9* f = form9();
     f->Cmd_Add->click();
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_FALSE(f->Cmd_Add->isEnabled());
-    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
+    EXPECT_FALSE(f->Cmd_Add->isEnabled() || f->Cmd_Delete->isEnabled());
     f->Cmd_Edit->click();
     // A kind and model typed by hand name no model: no key, nothing saved.
     f->DataCombo2->typeText("FRESA");
@@ -221,8 +216,7 @@ TEST_F(Form9Test, StepInsertAndEditFollowedByTheAssignedSteps)
 
     selectModel(f, "AX100");
     f->Cmd_Add2->click();
-    EXPECT_EQ(f->Txt_Num_Procedura->Text(), "4");
-    EXPECT_EQ(f->Cmd_Edit2->Caption(), "SALVA");
+    EXPECT_EQ(texts({f->Txt_Num_Procedura, f->Cmd_Edit2}), QStringList({"4", "SALVA"}));
     EXPECT_FALSE(f->Cmd_Add2->isEnabled());
     f->Txt_Titolo->setText("Livello dell'olio");
     f->Cmd_Edit2->click();
@@ -303,8 +297,7 @@ TEST_F(Form9Test, SearchesNarrowBothListsAndClearEachOther)
     // The first key in the other field empties the kind's search, whose change empties the
     // model's search in turn: that key is lost and both lists come back whole.
     f->Txt_Search_Modello->typeText("9");
-    EXPECT_EQ(f->Txt_Search_Macc->Text(), "");
-    EXPECT_EQ(f->Txt_Search_Modello->Text(), "");
+    EXPECT_EQ(texts({f->Txt_Search_Macc, f->Txt_Search_Modello}), QStringList({"", ""}));
     EXPECT_EQ(f->DataGrid2->RecordCount(), 3);
     f->Txt_Search_Modello->typeText("9");
     EXPECT_EQ(f->DataGrid2->RecordCount(), 1) << "a model name containing the text";
@@ -332,8 +325,7 @@ TEST_F(Form9Test, PrintsTheGeneralProceduresOfTheSelectedModel)
     selectModel(f, "AX100");
     f->Cmd_Print->click();
     const QStringList t = printed("DataReport6");
-    EXPECT_TRUE(t.contains("AX100"));
-    EXPECT_TRUE(t.contains("Pulizia filtri"));
+    EXPECT_TRUE(t.contains("AX100") && t.contains("Pulizia filtri"));
     EXPECT_FALSE(t.contains("Verifica dell'asse")) << "another model's steps";
     EXPECT_TRUE(boxes().empty());
 }

@@ -66,8 +66,7 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
         EXPECT_TRUE(f->DataGrid1->Columns(i).Locked()) << i;
     }
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
-    EXPECT_TRUE(f->DTPicker4->isHidden());
-    EXPECT_TRUE(f->DTPicker3->isHidden());
+    EXPECT_TRUE(f->DTPicker4->isHidden() && f->DTPicker3->isHidden());
 
     selectOperator(f, rossi);
     EXPECT_EQ(f->TxtID_OPERATORE->Text(), QString::number(rossi));
@@ -75,8 +74,7 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
     EXPECT_EQ(f->DTPicker2->date(), QDate(1980, 12, 31));
     EXPECT_TRUE(f->DTPicker4->isHidden()) << "Fine_Rapp 0: the employment runs";
     // Years only: born on 31 December 1980, counted 46 on 15 November 2026.
-    EXPECT_EQ(f->Txt_Eta->Text(), "46");
-    EXPECT_EQ(f->Txt_Rapporto->Text(), "16");
+    EXPECT_EQ(texts({f->Txt_Eta, f->Txt_Rapporto}), QStringList({"46", "16"}));
     EXPECT_FALSE(f->DTPicker3->isHidden());
     EXPECT_EQ(f->DTPicker3->date(), QDate(2026, 11, 10)) << "the newest job";
     EXPECT_EQ(f->Txt_Manutenzione->Text() + f->Txt_Modello->Text() + f->Txt_Numero->Text(), "BimestraleT20010");
@@ -95,8 +93,7 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
     // No dates: the pickers show today and nothing is worked out.
     selectOperator(f, verdi);
     EXPECT_EQ(f->DTPicker2->date(), QDate(2026, 11, 15));
-    EXPECT_EQ(f->Txt_Eta->Text(), "");
-    EXPECT_EQ(f->Txt_Rapporto->Text(), "");
+    EXPECT_EQ(texts({f->Txt_Eta, f->Txt_Rapporto}), QStringList({"", ""}));
 
     // From 1 January the one born on 31 December is counted a full year older.
     setToday(QDate(2027, 1, 1));
@@ -141,8 +138,7 @@ TEST_F(Form18Test, InsertNeedsNameAndQualificationAndSavesARunningEmployment)
     // Reopened in browse mode on the row number kept before the insert: row 0, where
     // the new name now sorts.
     Form18* again = reopened();
-    EXPECT_EQ(again->Cmd_Edit->Caption(), "MODIFICA");
-    EXPECT_EQ(again->txtOperatore->Text(), "NERI PAOLO");
+    EXPECT_EQ(texts({again->Cmd_Edit, again->txtOperatore}), QStringList({"MODIFICA", "NERI PAOLO"}));
     EXPECT_TRUE(again->DTPicker4->isHidden());
     EXPECT_EQ(again->Txt_Rapporto->Text(), "11");
 
@@ -191,8 +187,7 @@ TEST_F(Form18Test, EditAsksWithTheOldNameAndDimissioniEndsTheEmployment)
     f->DataGrid1->select(1);
     EXPECT_EQ(f->txtOperatore->Text(), "ROSSI MARIO");
     EXPECT_FALSE(f->DTPicker4->isHidden());
-    EXPECT_EQ(f->Txt_Rapporto->Text(), "14");
-    EXPECT_EQ(f->Txt_Eta->Text(), "48");
+    EXPECT_EQ(texts({f->Txt_Rapporto, f->Txt_Eta}), QStringList({"14", "48"}));
 
     // A second click takes the end back: the save writes 0 again and the service runs on.
     f->Cmd_Dimissioni->click();
@@ -257,8 +252,7 @@ TEST_F(Form18Test, SearchesByNameAndQualificationAndTheFullListAgain)
 
     f->Cmd_Vis_All->click();
     Form18* again = reopened();
-    EXPECT_EQ(again->Label1->Caption(), "0peratori Presenti: 3");
-    EXPECT_EQ(again->Cmd_Print->Caption(), "Stampa Tutto");
+    EXPECT_EQ(texts({again->Label1, again->Cmd_Print}), QStringList({"0peratori Presenti: 3", "Stampa Tutto"}));
 }
 
 TEST_F(Form18Test, APickerRefusingTodayWritesTheDateGuideAndInfoOnRequest)

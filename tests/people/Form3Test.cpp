@@ -264,8 +264,7 @@ TEST_F(Form3Test, EachFilterReplacesTheOthersAndEmptyingOneShowsEveryNote)
     EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 2");
     // Emptied, it does not go back to the classification: no filter at all.
     f->Txt_Search->setText("");
-    EXPECT_EQ(f->Txt_Specifica_Note->Text(), "0");
-    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 3");
+    EXPECT_EQ(texts({f->Txt_Specifica_Note, f->Frame2}), QStringList({"0", "TUTTE LE NOTE: 3"}));
     f->DataCombo4->setText("Meccanico");
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "2");
     EXPECT_EQ(keys(f->DataGrid3), (QList<int>{filtri}));
@@ -307,8 +306,7 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
     selectNote(f->DataGrid3, guanti);
     EXPECT_EQ(f->Txt_Grid->Text(), "1");
     f->DataGrid1->select(0);
-    EXPECT_EQ(f->DataCombo3->Text(), "");
-    EXPECT_EQ(f->Txt_Nota->Text(), "Ordinare guanti");
+    EXPECT_EQ(texts({f->DataCombo3, f->Txt_Nota}), QStringList({"", "Ordinare guanti"}));
     f->Txt_Nota->setText("Ordinare guanti e occhiali");
     f->Cmd_Add_Note->click();
     EXPECT_EQ(note(guanti).section('|', 0, 0) + note(guanti).section('|', 4, 4), "0Ordinare guanti e occhiali");
@@ -327,8 +325,7 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
     ASSERT_EQ(keys(f->DataGrid3), (QList<int>{guanti}));
     f->DataGrid3->select(0);
     EXPECT_EQ(keys(f->DataGrid1), (QList<int>{guanti}));
-    EXPECT_EQ(f->Txt_Search->Text(), "");
-    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 3");
+    EXPECT_EQ(texts({f->Txt_Search, f->Frame2}), QStringList({"", "TUTTE LE NOTE: 3"}));
     EXPECT_EQ(f->DataGrid3->cellText(f->DataGrid3->Row(), "ID"), QString::number(guanti));
     EXPECT_EQ(f->Txt_Grid->Text(), "1");
     EXPECT_TRUE(boxes().empty());
@@ -353,8 +350,7 @@ TEST_F(Form3Test, SymbolsGoWhereTheLastChangeOrClickLeftTheCaret)
     f->show();
     f->Txt_Nota->typeText("abc");
     EXPECT_TRUE(f->Frame5->isVisible()) << "the symbols while the text has the focus";
-    EXPECT_EQ(f->txt_Lunghezza->Text(), "abc");
-    EXPECT_EQ(f->Txt_Len->Text(), "3");
+    EXPECT_EQ(texts({f->txt_Lunghezza, f->Txt_Len}), QStringList({"abc", "3"}));
     // Arrow keys move the caret and nothing else: the symbol lands after the "c".
     f->Txt_Nota->setSelStart(1);
     f->Cmd_Diametro->click();
@@ -485,29 +481,25 @@ TEST_F(Form3Test, PrintsFollowTheFilterAndTheMachinePrintResetsIt)
     f->Cmd_Print->click();
     EXPECT_FALSE(reports::IsReportLoaded("DataReport10"));
     t = printed("DataReport18");
-    EXPECT_TRUE(t.contains("NOTE Guasto"));
-    EXPECT_TRUE(t.contains("Cambiato olio"));
+    EXPECT_TRUE(t.contains("NOTE Guasto") && t.contains("Cambiato olio"));
     EXPECT_FALSE(t.contains("Ordinare guanti"));
 
     f->DataCombo4->setText("Meccanico");
     f->Cmd_Print->click();
     t = printed("DataReport19");
-    EXPECT_TRUE(t.contains("NOTE Meccanico"));
-    EXPECT_TRUE(t.contains("Controllo olio e filtri"));
+    EXPECT_TRUE(t.contains("NOTE Meccanico") && t.contains("Controllo olio e filtri"));
 
     f->Txt_Search->setText("olio");
     f->Cmd_Print->click();
     t = printed("DataReport20");
-    EXPECT_TRUE(t.contains("Cerca 'olio'"));
-    EXPECT_TRUE(t.contains("Cambiato olio"));
+    EXPECT_TRUE(t.contains("Cerca 'olio'") && t.contains("Cambiato olio"));
     EXPECT_FALSE(t.contains("Ordinare guanti"));
 
     f->Cmd_Print_Macchin->click();
     EXPECT_FALSE(reports::IsReportLoaded("DataReport20"));
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "0");
     t = printed("DataReport21");
-    EXPECT_TRUE(t.contains("NOTE MACCHINE"));
-    EXPECT_TRUE(t.contains("AX100"));
+    EXPECT_TRUE(t.contains("NOTE MACCHINE") && t.contains("AX100"));
     EXPECT_FALSE(t.contains("Ordinare guanti")) << "a general note has no machine to group it";
     EXPECT_TRUE(boxes().empty());
 }
@@ -559,8 +551,7 @@ TEST_F(Form3Road, AnExecutionOpensTheNotebookOnItsNoteAndTheTextIsWrittenThere)
     f = form3();
     ASSERT_NE(f, nullptr);
     EXPECT_TRUE(f->isVisible());
-    EXPECT_EQ(f->Frame1->Caption(), "N° 1 Note 15/11/2026");
-    EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 1");
+    EXPECT_EQ(texts({f->Frame1, f->Frame3}), QStringList({"N° 1 Note 15/11/2026", "NOTE MACCHINE: 1"}));
 }
 
 TEST_F(Form3Road, TheDriverWritesAMachinesNoteThroughTheControls)

@@ -65,19 +65,16 @@ TEST_F(Form10Test, FromTheMenuEveryKindLeadsToItsModelsAndUnits)
     EXPECT_EQ(f->Caption(), "NUMERAZIONE MACCHINE");
     EXPECT_EQ(f->ID_MODELLO->Text(), "");
     EXPECT_EQ(f->List1->items(), QStringList({"PRESSA", "PRESSA PIEGATRICE", "TORNIO"})) << "no empty kind";
-    EXPECT_EQ(f->Label2->Caption(), "3");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_EQ(texts({f->Label2, f->Cmd_Edit}), QStringList({"3", "MODIFICA"}));
 
     // A kind lists the models of every kind that contains it.
     f->List1->choose("PRESSA");
     EXPECT_EQ(f->List2->items(), QStringList({"AX100", "BX200", "PP1"}));
     f->List2->choose("AX100");
-    EXPECT_EQ(f->Text1->Text(), "1");
-    EXPECT_EQ(f->Txt_Modello->Text(), "AX100");
+    EXPECT_EQ(texts({f->Text1, f->Txt_Modello}), QStringList({"1", "AX100"}));
     EXPECT_EQ(f->List3->items(), QStringList({"2", "10"})) << "by the number's value";
     f->List3->choose("10");
-    EXPECT_EQ(f->Txt_Num->Text(), "10");
-    EXPECT_EQ(f->Txt_ID_NUM->Text(), "1");
+    EXPECT_EQ(texts({f->Txt_Num, f->Txt_ID_NUM}), QStringList({"10", "1"}));
     EXPECT_TRUE(boxes().empty());
 
     // A model without units says so and empties the numbers.
@@ -85,16 +82,14 @@ TEST_F(Form10Test, FromTheMenuEveryKindLeadsToItsModelsAndUnits)
     EXPECT_BOX(oneBox(), "NUMERAZIONE [BX200] MANCANTE!!",
                "Non è stata trovata nessuna Numerazione per la Macchina [BX200]!!!", Exclamation);
     EXPECT_EQ(f->List3->ListCount(), 0);
-    EXPECT_EQ(f->Txt_Num->Text(), "");
-    EXPECT_EQ(f->Text1->Text(), "2");
+    EXPECT_EQ(texts({f->Txt_Num, f->Text1}), QStringList({"", "2"}));
 
     // AGGIORNA starts again from the kinds.
     f->Cmd_Add->click();
     f->Cmd_Aggiorna->click();
     EXPECT_EQ(f->List1->ListCount(), 3);
     EXPECT_EQ(f->List2->ListCount(), 0);
-    EXPECT_EQ(f->Txt_Modello->Text(), "");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_EQ(texts({f->Txt_Modello, f->Cmd_Edit}), QStringList({"", "MODIFICA"}));
     EXPECT_TRUE(f->Cmd_Add->isEnabled());
 }
 

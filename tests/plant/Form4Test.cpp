@@ -58,12 +58,10 @@ TEST_F(Form4Test, ADepartmentShowsItsModelsUnitsAndTheUnitsOfTheMachineChosen)
 
     f->List1->choose("PRESSE");
     EXPECT_TRUE(boxes().empty());
-    EXPECT_EQ(f->TextREPARTO->Text(), "PRESSE");
-    EXPECT_EQ(f->Text1->Text(), "1");
+    EXPECT_EQ(texts({f->TextREPARTO, f->Text1}), QStringList({"PRESSE", "1"}));
     EXPECT_TRUE(f->Cmd_Edit->isEnabled());
     // Models by key (the MONTAGGIO model with the stale name is not counted), units by key.
-    EXPECT_EQ(f->Txt_Num_Macc->Text(), "3");
-    EXPECT_EQ(f->Txt_Num_Mod->Text(), "5");
+    EXPECT_EQ(texts({f->Txt_Num_Macc, f->Txt_Num_Mod}), QStringList({"3", "5"}));
 
     // Machines by the copy of the name: the stale MONTAGGIO model shows here.
     EXPECT_EQ(captions(f->DataGrid1), QStringList({"Macchina", "Modello", "N°"}));
@@ -111,8 +109,7 @@ TEST_F(Form4Test, InsertNeedsANameAndLetsATwinThrough)
     EXPECT_TRUE(boxes().empty());
     EXPECT_EQ(column("SELECT ID_Reparto FROM Tbl_Reparto WHERE Reparto = 'SALDATURA'"), QStringList({"4"}));
     EXPECT_EQ(f->List1->items(), QStringList({"MONTAGGIO", "PRESSE", "SALDATURA", "VERNICIATURA"}));
-    EXPECT_EQ(f->Label2->Caption(), "4");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
+    EXPECT_EQ(texts({f->Label2, f->Cmd_Edit}), QStringList({"4", "MODIFICA"}));
     EXPECT_TRUE(f->Cmd_Add->isEnabled() && f->Cmd_Delete->isEnabled());
     EXPECT_EQ(f->TextREPARTO->Text(), "");
     EXPECT_EQ(f->Text1->Text(), "") << "the list's refresh clears the new key";
@@ -216,8 +213,7 @@ TEST_F(Form4Test, DeleteAsksFirstAndLeavesTheModelsTheirDepartment)
     EXPECT_EQ(column("SELECT ID_REPARTO & ' ' & REPARTO FROM Tbl_Macchina WHERE ID_MODELLO = 1"),
               QStringList({"1 PRESSE"}));
     EXPECT_EQ(f->List1->items(), QStringList({"MONTAGGIO", "VERNICIATURA"}));
-    EXPECT_EQ(f->Label2->Caption(), "2");
-    EXPECT_EQ(f->Text1->Text(), "");
+    EXPECT_EQ(texts({f->Label2, f->Text1}), QStringList({"2", ""}));
 
     // With the key gone, a delete asks nothing again.
     f->Cmd_Delete->click();
@@ -247,8 +243,7 @@ TEST_F(Form4Test, SearchMatchesTheStartAndEachFurtherWordAtTheEnd)
     // A search found is a list to click in; an emptied field searches nothing.
     typeLastKey(f->Txt_Search, "mon");
     f->List1->choose("MONTAGGIO");
-    EXPECT_EQ(f->Text1->Text(), "2");
-    EXPECT_EQ(f->Txt_Num_Macc->Text(), "1");
+    EXPECT_EQ(texts({f->Text1, f->Txt_Num_Macc}), QStringList({"2", "1"}));
     f->Txt_Search->setText(QString());
     f->Txt_Search->KeyUp();
     EXPECT_EQ(f->List1->items(), QStringList({"MONTAGGIO"}));

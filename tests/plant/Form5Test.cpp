@@ -103,8 +103,7 @@ TEST_F(Form5Test, InsertNeedsItsFourFieldsThenReopensOnTheKeptRow)
     EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
     EXPECT_TRUE(f->Cmd_Add->isEnabled() && f->Cmd_Delete->isEnabled());
     f->Cmd_Add->click();
-    EXPECT_EQ(f->txtID_MODELLO->Text(), "");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_EQ(texts({f->txtID_MODELLO, f->Cmd_Edit}), QStringList({"", "SALVA"}));
     EXPECT_FALSE(f->Cmd_Add->isEnabled() || f->Cmd_Delete->isEnabled());
 
     f->txtMacchina->typeText("SALDATRICE");
