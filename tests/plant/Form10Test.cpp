@@ -267,16 +267,37 @@ TEST_F(Form10Roads, RegisterHandsOverAModelWithoutNumbers)
     EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Numerazione WHERE ID_MODELLO = 3"), QStringList({"1"}));
 }
 
-TEST_F(Form10Roads, MenuEntryListsEveryKindThoughTheRegisterLoadsHidden)
+// The plant's menu entries: each opens its screen, shown, under the main screen's title.
+struct MenuEntry
 {
+    const char *label, *screen, *caption, *mainCaption;
+};
+
+class PlantMenu : public Form10Roads, public ::testing::WithParamInterface<MenuEntry>
+{
+};
+
+TEST_P(PlantMenu, OpensItsScreenUnderTheMainScreensTitle)
+{
+    const MenuEntry& e = GetParam();
     shell::frmMain* main = start();
     ASSERT_TRUE(main);
     boxes();
-    main->control(QStringLiteral("lblNum_Macc"))->click();
-    auto* f = screen<Form10>("Form10");
+    main->control(e.label)->click();
+    vb::Form* f = shell::screens().form(e.screen);
     ASSERT_TRUE(f);
     EXPECT_TRUE(f->isVisible());
-    EXPECT_EQ(main->Caption(), "VELMORA <Numera Macchine>");
-    EXPECT_EQ(f->List1->items(), QStringList({"FRESA", "PRESSA", "TORNIO"}));
-    EXPECT_TRUE(shell::screens().isLoaded("Form7")) << "reading its field loads the register";
+    EXPECT_EQ(f->Caption(), e.caption);
+    EXPECT_EQ(main->Caption(), e.mainCaption);
+    if (QString(e.screen) == "Form10") {
+        EXPECT_EQ(screen<Form10>("Form10")->List1->items(), QStringList({"FRESA", "PRESSA", "TORNIO"}));
+        EXPECT_TRUE(shell::screens().isLoaded("Form7")) << "reading its field loads the register";
+    }
+    EXPECT_TRUE(boxes().empty());
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Entries, PlantMenu,
+    ::testing::Values(MenuEntry{"lblReparto", "Form4", "REPARTO MACCHINE", "VELMORA <Reparto Macchine>"},
+                      MenuEntry{"lblMacc", "Form5", "INSERISCI MACCHINE", "VELMORA <Inserisci Macchine>"},
+                      MenuEntry{"lblNum_Macc", "Form10", "NUMERAZIONE MACCHINE", "VELMORA <Numera Macchine>"}));

@@ -1,13 +1,10 @@
 // The departments of Form4: the list and what a department holds, insert (twins let
 // through), rename with the models' copy of the name, delete without cascade, the search,
 // and the menu entry.
-#include "support/InProcessDrive.h"
 #include "support/ScreenTest.h"
 
 #include "plant/Form4.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 
 using plant::Form4;
 namespace answer = vb::answer;
@@ -248,24 +245,4 @@ TEST_F(Form4Test, SearchMatchesTheStartAndEachFurtherWordAtTheEnd)
     f->Txt_Search->KeyUp();
     EXPECT_EQ(f->List1->items(), QStringList({"MONTAGGIO"}));
     EXPECT_TRUE(boxes().empty());
-}
-
-TEST_F(Form4Test, MenuEntryOpensTheScreenAndTheDriverReachesIt)
-{
-    ASSERT_TRUE(start());
-    boxes();
-    InProcessDrive drive;
-    drive("click frmMain.lblReparto");
-    ASSERT_TRUE(drive("loaded Form4").toBool());
-    EXPECT_TRUE(drive("get Form4.Visible").toBool());
-    EXPECT_EQ(drive("get frmMain.Caption").toString(), "VELMORA <Reparto Macchine>");
-
-    drive("select Form4.List1 1");
-    EXPECT_EQ(drive("get Form4.TextREPARTO.Text").toString(), "PRESSE");
-    EXPECT_EQ(drive("grid Form4.DataGrid1").toObject().value("rows").toArray().size(), 4);
-    drive("type Form4.TextREPARTO STAMPAGGIO");
-    drive("answer yes");
-    drive("click Form4.Cmd_Edit");
-    EXPECT_EQ(drive.boxes().size(), 1);
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Macchina WHERE REPARTO = 'STAMPAGGIO'"), QStringList({"3"}));
 }

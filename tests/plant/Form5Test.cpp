@@ -4,11 +4,8 @@
 #include "plant/Form5.h"
 #include "reports/ReportViewer.h"
 #include "runtime/OpenFile.h"
-#include "support/InProcessDrive.h"
 #include "support/ScreenTest.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 
 using plant::Form5;
 namespace answer = vb::answer;
@@ -295,17 +292,4 @@ TEST_F(Form5Test, PrintsTheListByDepartmentAndAModelsGeneralProcedures)
     f->Cmd_Info->click();
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{path() + "/Info.txt"});
-}
-
-TEST_F(Form5Test, TheMenuEntryOpensTheScreenThroughTheDriver)
-{
-    InProcessDrive drive;
-    drive("start");
-    drive("click frmMain.lblMacc");
-    EXPECT_EQ(drive("get Form5.Caption").toString(), "INSERISCI MACCHINE");
-    EXPECT_EQ(drive("get frmMain.Caption").toString(), "VELMORA <Inserisci Macchine>");
-    drive("select Form5.DataGrid1 2");
-    EXPECT_EQ(drive("get Form5.Txt_Modello.Text").toString(), "T200");
-    drive("type Form5.Text2 ax");
-    EXPECT_EQ(drive("grid Form5.DataGrid1").toObject().value("rows").toArray().size(), 1);
 }
