@@ -3,6 +3,7 @@
 // that follows, the edit that moves steps and register rows to another type, the deletes,
 // the prints and the pair handed from the register.
 #include "definition/Form13.h"
+
 #include "execution/Form7.h"
 #include "reports/ReportViewer.h"
 #include "support/InProcessDrive.h"
@@ -23,12 +24,12 @@ protected:
         exec("CREATE TABLE Tbl_Certif_Proced_Manut (ID_Assegna_M Integer Null,Scheda CHAR(50) NOT NULL, "
              "Data_Scheda DATE, Rev Integer Null,Data_Rev DATE)");
         // The register hands its pair through these; frmMain shows the workload line.
-        standIn("Form7", {"T:ID_MOD", "T:ID_MAINT", "T:DataCombo4"});
-        standIn("frmMain", {"L:Label1"});
+        standIn("Form7", { "T:ID_MOD", "T:ID_MAINT", "T:DataCombo4" });
+        standIn("frmMain", { "L:Label1" });
         shell::screens().form("frmMain");
         // Models 1 PRESSA AX100 with two units, 2 TORNIO T200 with none, both with general
         // procedures; types of a new store: 1 Settimanale (coefficient 1), 2 Mensile (0.25).
-        plant.units(plant.model("PRESSA", "AX100"), {"1", "2"});
+        plant.units(plant.model("PRESSA", "AX100"), { "1", "2" });
         plant.model("TORNIO", "T200");
         plant.generalModel(1, "PRESSA", "AX100");
         plant.generalModel(2, "TORNIO", "T200");
@@ -52,7 +53,8 @@ protected:
     /// Assignment (m, t) with its sheet, as the screen saves it.
     void assign(int m, int t, const char* machine, const char* model, const char* type, int rev = 0)
     {
-        const int id = plant.assignment(m, t, {{"Macchina", machine}, {"Modello", model}, {"Manutenzione_Tipo", type}});
+        const int id
+            = plant.assignment(m, t, { { "Macchina", machine }, { "Modello", model }, { "Manutenzione_Tipo", type } });
         exec(QStringLiteral("INSERT INTO Tbl_Certif_Proced_Manut (ID_Assegna_M, Scheda, Data_Scheda, Rev, Data_Rev) "
                             "VALUES (%1, '%2', #01/02/2026#, %3, #01/02/2026#)")
                  .arg(id)
@@ -65,9 +67,9 @@ protected:
     /// A register row of unit n of model 1.
     void registerRow(int n, int t, const char* type)
     {
-        plant.registerRow({{"ID_MODELLO", 1}, {"ID_NUM", n}, {"ID_MAINT_TIPO", t}, {"Manutenzione_Tipo", type},
-                           {"Frequenza_Sett", 1}, {"Tempo_Minuti", 0}, {"Ultima", kit::date(2026, 11, 1)},
-                           {"Prossima", kit::date(2026, 11, 8)}});
+        plant.registerRow({ { "ID_MODELLO", 1 }, { "ID_NUM", n }, { "ID_MAINT_TIPO", t }, { "Manutenzione_Tipo", type },
+            { "Frequenza_Sett", 1 }, { "Tempo_Minuti", 0 }, { "Ultima", kit::date(2026, 11, 1) },
+            { "Prossima", kit::date(2026, 11, 8) } });
     }
 
     static void selectAssignment(Form13* f, int id) { selectKey(f->DataGrid2, id, true); }
@@ -101,8 +103,9 @@ TEST_F(Form13Test, ListsAndTheSelectionOfAnAssignment)
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
 
     selectAssignment(f, 1);
-    EXPECT_EQ(texts({f->Txt_ID, f->ID_MOD, f->ID_MAINT, f->ID_MOD_OLD, f->ID_MAINT_OLD, f->DataCombo2, f->DataCombo3, f->DataCombo4}),
-              QStringList({"1", "1", "2", "1", "2", "PRESSA", "AX100", "Mensile"}));
+    EXPECT_EQ(texts({ f->Txt_ID, f->ID_MOD, f->ID_MAINT, f->ID_MOD_OLD, f->ID_MAINT_OLD, f->DataCombo2, f->DataCombo3,
+                  f->DataCombo4 }),
+        QStringList({ "1", "1", "2", "1", "2", "PRESSA", "AX100", "Mensile" }));
     EXPECT_TRUE(f->DataCombo2->Locked() && f->DataCombo3->Locked());
     EXPECT_EQ(column(f->DataGrid1, "Titolo"), (QStringList { "Olio", "Filtri" })) << "by step number";
     EXPECT_EQ(f->Frame2->Caption(), "N° Procedure Manutenzione Mensile 2");
@@ -116,7 +119,7 @@ TEST_F(Form13Test, ListsAndTheSelectionOfAnAssignment)
 
     // An assignment without steps stores nothing and reads 0 minutes.
     selectAssignment(f, 2);
-    EXPECT_EQ(texts({f->Txt_Tot_Min, f->Frame1}), QStringList({"0", "0 Procedure Generali T200"}));
+    EXPECT_EQ(texts({ f->Txt_Tot_Min, f->Frame1 }), QStringList({ "0", "0 Procedure Generali T200" }));
     EXPECT_EQ(column("SELECT '' & Minuti_Sett FROM Tbl_Assegna_M WHERE ID = 2"), QStringList { "" });
     EXPECT_TRUE(boxes().empty());
 }
@@ -158,7 +161,8 @@ TEST_F(Form13Test, NewAssignmentGetsItsSheetAtRevisionZeroAndNoTwin)
     f->DataCombo3->choose("AX100");
     f->DataCombo4->choose("Mensile");
     f->Cmd_Edit->click();
-    EXPECT_BOX(oneBox(), "DUPPLICATO DI MANUTENZIONE", "Questa manutenzione è già stata assegnata a questa Macchina!!", vb::mb::Critical);
+    EXPECT_BOX(oneBox(), "DUPPLICATO DI MANUTENZIONE", "Questa manutenzione è già stata assegnata a questa Macchina!!",
+        vb::mb::Critical);
     EXPECT_EQ(column("SELECT ID FROM Tbl_Assegna_M").size(), 1);
 }
 
@@ -171,7 +175,8 @@ TEST_F(Form13Test, StepComesFromThePickedGeneralStepAndTheWorkloadFollows)
     selectAssignment(f, 1);
     ASSERT_EQ(f->DataGrid3->RecordCount(), 2);
     f->DataGrid3->select(1); // Filtri
-    EXPECT_EQ(texts({f->Txt_Titolo, f->Txt_Procedura, f->Txt_Num}), QStringList({"Filtri", "Pulizia dei filtri", "2"}));
+    EXPECT_EQ(
+        texts({ f->Txt_Titolo, f->Txt_Procedura, f->Txt_Num }), QStringList({ "Filtri", "Pulizia dei filtri", "2" }));
     EXPECT_EQ(f->Txt_Min->Text(), "0") << "an emptied minutes field reads 0";
 
     // No minutes yet: the warning, and the minutes' frame is flagged and painted.
@@ -217,7 +222,8 @@ TEST_F(Form13Test, EditMovesStepsAndRegisterRowsToTheNewTypeAndRaisesTheRevision
     f->DataGrid3->select(0); // a general step enables it
     f->DataCombo4->choose("Settimanale");
     f->Cmd_Edit->click(); // answered No: only the workload line
-    EXPECT_BOX(oneBox(), "Modifica Dati", "Stai per eseguire una Modifica, Vuoi Procedere??", vb::mb::YesNo + vb::mb::Question);
+    EXPECT_BOX(oneBox(), "Modifica Dati", "Stai per eseguire una Modifica, Vuoi Procedere??",
+        vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_Assegna_M"), QStringList { "2" });
     EXPECT_TRUE(workloadLine().startsWith("Tempo previsto per le Manutenzioni inserite"));
 
@@ -235,7 +241,7 @@ TEST_F(Form13Test, EditMovesStepsAndRegisterRowsToTheNewTypeAndRaisesTheRevision
     f = form13();
     selectAssignment(f, 1);
     f->DataGrid1->select(0);
-    EXPECT_EQ(texts({f->Txt_Grid_Modello, f->Txt_Grid_Manutenzione}), QStringList({"AX100", "Mensile"}));
+    EXPECT_EQ(texts({ f->Txt_Grid_Modello, f->Txt_Grid_Manutenzione }), QStringList({ "AX100", "Mensile" }));
     f->DataCombo4->choose("Settimanale");
     answer({ answer::Yes });
     f->Cmd_Edit->click();
@@ -286,7 +292,8 @@ TEST_F(Form13Test, DeletesAskFirstAndLeaveTheWallChart)
 
     // The whole assignment: its steps, sheet and register rows, on every unit; not the chart.
     f->Cmd_Delete->click(); // answered No
-    EXPECT_BOX(oneBox(), "Eliminazione Manutenzione e Procedure", "Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?", 36);
+    EXPECT_BOX(oneBox(), "Eliminazione Manutenzione e Procedure",
+        "Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?", 36);
     EXPECT_EQ(column("SELECT ID FROM Tbl_Assegna_M").size(), 2);
     answer({ answer::Yes });
     f->Cmd_Delete->click();
@@ -339,7 +346,7 @@ TEST_F(Form13Test, PairHandedFromTheRegisterNarrowsTheListsUntilVisualizzaTutto)
     shell::screens().control("Form7", "ID_MOD")->setVbProperty("Text", "1");
     shell::screens().control("Form7", "ID_MAINT")->setVbProperty("Text", "2");
     Form13* f = form13();
-    EXPECT_EQ(texts({f->Txt_ID_MODELLO, f->Txt_ID_MAINT_TIPO}), QStringList({"1", "2"}));
+    EXPECT_EQ(texts({ f->Txt_ID_MODELLO, f->Txt_ID_MAINT_TIPO }), QStringList({ "1", "2" }));
     EXPECT_EQ(column(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
     EXPECT_EQ(column(f->DataGrid1, "Titolo"), QStringList { "Olio" });
 
@@ -396,8 +403,8 @@ TEST_F(Form13Test, RegisterShowsTheProcedureOfItsSelectedRow)
     Form13* f = shell::screens().formAs<Form13>(QStringLiteral("Form13"));
     ASSERT_NE(f, nullptr);
     EXPECT_TRUE(f->isVisible());
-    EXPECT_EQ(texts({f->Txt_ID_MODELLO, f->Txt_ID_MAINT_TIPO, f->DataCombo2, f->DataCombo3, f->DataCombo4}),
-              QStringList({"1", "2", "PRESSA", "AX100", "Mensile"}));
+    EXPECT_EQ(texts({ f->Txt_ID_MODELLO, f->Txt_ID_MAINT_TIPO, f->DataCombo2, f->DataCombo3, f->DataCombo4 }),
+        QStringList({ "1", "2", "PRESSA", "AX100", "Mensile" }));
     EXPECT_EQ(column(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
     EXPECT_EQ(column(f->DataGrid1, "Titolo"), QStringList { "Olio" });
     EXPECT_TRUE(boxes().empty());

@@ -3,6 +3,7 @@
 // the step's insert and edit followed by the assigned steps, the copy of a step onto
 // another model, the deletes, the searches, the print and the menu's road.
 #include "definition/Form9.h"
+
 #include "definition/Workload.h"
 #include "reports/ReportViewer.h"
 #include "support/InProcessDrive.h"
@@ -19,7 +20,8 @@ protected:
     {
         ScreenTest::SetUp();
         // Models 1 PRESSA AX100, 2 PRESSA P9, 3 TORNIO T200; a model without a kind.
-        for (const auto& [kind, model] : {std::pair{"PRESSA", "AX100"}, {"PRESSA", "P9"}, {"TORNIO", "T200"}, {"", "X"}})
+        for (const auto& [kind, model] :
+            { std::pair { "PRESSA", "AX100" }, { "PRESSA", "P9" }, { "TORNIO", "T200" }, { "", "X" } })
             plant.model(kind, model);
         // AX100 has three steps, T200 one; P9 is named but has none.
         plant.generalModel(1, "PRESSA", "AX100");
@@ -30,7 +32,7 @@ protected:
         plant.generalStep(1, 3, "Cinghie", "Tensione cinghie", 10);
         plant.generalStep(3, 1, "Controllo dell'asse", "Verifica dell'asse", 15);
         // The register hands no model over.
-        standIn("Form7", {"T:ID_MOD", "T:ID_MAINT", "C:DataCombo4"});
+        standIn("Form7", { "T:ID_MOD", "T:ID_MAINT", "C:DataCombo4" });
     }
 
     Form9* form9() { return screen<Form9>("Form9"); }
@@ -56,15 +58,15 @@ TEST_F(Form9Test, ListsModelsAndStepsAndSelectsThem)
     EXPECT_FALSE(f->Cmd_Copy->isEnabled() || f->Cmd_Paste->isEnabled());
 
     selectModel(f, "AX100");
-    EXPECT_EQ(texts({f->Txt_ID, f->ID_MOD, f->ID_MOD_OLD, f->DataCombo2, f->DataCombo3}),
-              QStringList({"1", "1", "1", "PRESSA", "AX100"}));
+    EXPECT_EQ(texts({ f->Txt_ID, f->ID_MOD, f->ID_MOD_OLD, f->DataCombo2, f->DataCombo3 }),
+        QStringList({ "1", "1", "1", "PRESSA", "AX100" }));
     EXPECT_EQ(f->DataCombo3->items(), (QStringList { "AX100", "P9" })) << "the models of the kind";
-    EXPECT_EQ(texts({f->Label1, f->Txt_Posizione}), QStringList({"N° Procedure 3", "0"}));
+    EXPECT_EQ(texts({ f->Label1, f->Txt_Posizione }), QStringList({ "N° Procedure 3", "0" }));
 
     selectModel(f, "T200");
     EXPECT_EQ(f->ID_MOD->Text(), "3");
     selectStep(f, "Controllo dell'asse");
-    EXPECT_EQ(texts({f->Txt_Num_Procedura, f->Txt_Procedura}), QStringList({"1", "Verifica dell'asse"}));
+    EXPECT_EQ(texts({ f->Txt_Num_Procedura, f->Txt_Procedura }), QStringList({ "1", "Verifica dell'asse" }));
     EXPECT_FALSE(f->Txt_ID_PROCEDURA->Text().isEmpty());
     EXPECT_TRUE(f->Cmd_Copy->isEnabled());
     EXPECT_TRUE(boxes().empty());
@@ -107,7 +109,7 @@ TEST_F(Form9Test, PasteGoesOnFromTheLastCountWithoutMinutes)
         (QStringList { "1|Olio|Cambio olio|30", "2|Filtri|Pulizia filtri|20", "3|Cinghie|Tensione cinghie|10",
             "4|Controllo dell'asse|Verifica dell'asse|" }));
     EXPECT_EQ(f->DataGrid1->RecordCount(), 4);
-    EXPECT_EQ(texts({f->Txt_Copy_Titolo, f->Txt_Copy_Procedura}), QStringList({"", ""}));
+    EXPECT_EQ(texts({ f->Txt_Copy_Titolo, f->Txt_Copy_Procedura }), QStringList({ "", "" }));
     EXPECT_FALSE(f->Cmd_Paste->isEnabled());
 
     // Selecting another step lets go of a copy.
@@ -171,8 +173,8 @@ TEST_F(Form9Test, ModelInsertAndTheChangeOfKeyCarriedEverywhere)
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(lines("SELECT ID_MODELLO, Macchina, Modello FROM Tbl_Proc_General_Macc ORDER BY ID"),
         (QStringList { "1|PRESSA|AX100", "2|PRESSA|P9", "2|PRESSA|P9" }));
-    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Titolo = 'Controllo dell''asse'"),
-        QStringList { "2" });
+    EXPECT_EQ(
+        lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Titolo = 'Controllo dell''asse'"), QStringList { "2" });
     EXPECT_EQ(lines("SELECT ID_MODELLO, Macchina, Modello FROM Tbl_Assegna_M"), QStringList { "2|PRESSA|P9" });
     EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_ProcedureM"), QStringList { "2" });
     f = reopened();
@@ -200,8 +202,7 @@ TEST_F(Form9Test, AnApostropheInTheModelsNameStopsTheCascadeWithItsError)
     EXPECT_TRUE(shown[1].prompt.startsWith("-2147217900 ")) << shown[1].prompt.toStdString();
     // The heading and the steps moved; the assignments' statement failed and ended the save.
     EXPECT_EQ(lines("SELECT ID_MODELLO, Modello FROM Tbl_Proc_General_Macc WHERE ID = 2"), QStringList { "2|P'9" });
-    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Minuti = 15"),
-        QStringList { "2" });
+    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Minuti = 15"), QStringList { "2" });
     EXPECT_EQ(lines("SELECT ID_MODELLO, Modello FROM Tbl_Assegna_M"), QStringList { "3|T200" });
     EXPECT_EQ(form9(), f) << "not reopened";
 }
@@ -216,7 +217,7 @@ TEST_F(Form9Test, StepInsertAndEditFollowedByTheAssignedSteps)
 
     selectModel(f, "AX100");
     f->Cmd_Add2->click();
-    EXPECT_EQ(texts({f->Txt_Num_Procedura, f->Cmd_Edit2}), QStringList({"4", "SALVA"}));
+    EXPECT_EQ(texts({ f->Txt_Num_Procedura, f->Cmd_Edit2 }), QStringList({ "4", "SALVA" }));
     EXPECT_FALSE(f->Cmd_Add2->isEnabled());
     f->Txt_Titolo->setText("Livello dell'olio");
     f->Cmd_Edit2->click();
@@ -259,8 +260,8 @@ TEST_F(Form9Test, DeletesAskFirstAndNeedASelection)
     f->Cmd_Delete2->click();
     auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_BOX(shown[0], "NESSUNA MANUTENZIONE SELEZIONATA", "Non è stato selezionato nessun dato!",
-        vb::mb::Exclamation);
+    EXPECT_BOX(
+        shown[0], "NESSUNA MANUTENZIONE SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
     EXPECT_BOX(shown[1], "NESSUNA PROCEDURA SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
 
     selectModel(f, "AX100");
@@ -297,7 +298,7 @@ TEST_F(Form9Test, SearchesNarrowBothListsAndClearEachOther)
     // The first key in the other field empties the kind's search, whose change empties the
     // model's search in turn: that key is lost and both lists come back whole.
     f->Txt_Search_Modello->typeText("9");
-    EXPECT_EQ(texts({f->Txt_Search_Macc, f->Txt_Search_Modello}), QStringList({"", ""}));
+    EXPECT_EQ(texts({ f->Txt_Search_Macc, f->Txt_Search_Modello }), QStringList({ "", "" }));
     EXPECT_EQ(f->DataGrid2->RecordCount(), 3);
     f->Txt_Search_Modello->typeText("9");
     EXPECT_EQ(f->DataGrid2->RecordCount(), 1) << "a model name containing the text";
@@ -367,11 +368,9 @@ TEST_F(Form9Test, TheWorkloadLineCountsTheModelsListed)
     exec("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Tot_Minuti_Sett) VALUES (3, 1, '1800')");
     Form9* f = form9();
     // 3000 minutes: 50 hours are no time of day and read 00:00:00; 1,25 people show as 1,3.
-    EXPECT_EQ(f->Label2->Caption(),
-        "N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: 1,3]");
+    EXPECT_EQ(f->Label2->Caption(), "N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: 1,3]");
     f->Txt_Search_Macc->typeText("TOR");
-    EXPECT_EQ(f->Label2->Caption(),
-        "N° 1 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: 1,3]");
+    EXPECT_EQ(f->Label2->Caption(), "N° 1 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: 1,3]");
     exec("DELETE FROM Tbl_Assegna_M WHERE ID_MODELLO = 3");
     definition::Show_Workload_Total();
     EXPECT_EQ(f->Label2->Caption(), "N° 1 Macchine    [-Ore Settimanali: hh:mm:ss 20:00:00 -Persone Necessarie: 1]");

@@ -18,15 +18,15 @@ protected:
     {
         ScreenTest::SetUp();
         // Models: 1 PRESSA AX100 with two units, 2 FRESA F10 with none, 3 TORNIO T200 with one.
-        plant.units(plant.model("PRESSA", "AX100"), {"1", "2"});
+        plant.units(plant.model("PRESSA", "AX100"), { "1", "2" });
         plant.model("FRESA", "F10");
         plant.unit(plant.model("TORNIO", "T200"), "1");
         // Types of the new store: 1 Settimanale (coefficient 1), 2 Mensile (0.25).
-        for (const auto& [m, t, minutes] : {std::tuple{1, 1, 400}, {1, 1, 200}, {1, 2, 30}, {1, 2, 60}, {2, 1, 90},
-                                            {3, 1, 2160}})
+        for (const auto& [m, t, minutes] :
+            { std::tuple { 1, 1, 400 }, { 1, 1, 200 }, { 1, 2, 30 }, { 1, 2, 60 }, { 2, 1, 90 }, { 3, 1, 2160 } })
             plant.step(m, t, 1, "Passo", minutes);
-        for (auto [m, t] : {std::pair{1, 1}, {1, 2}, {2, 1}, {3, 1}, {3, 2}})
-            plant.assignment(m, t, {{"Tempo_Ore", "prima"}, {"Tot_Ore_Sett", "prima"}});
+        for (auto [m, t] : { std::pair { 1, 1 }, { 1, 2 }, { 2, 1 }, { 3, 1 }, { 3, 2 } })
+            plant.assignment(m, t, { { "Tempo_Ore", "prima" }, { "Tot_Ore_Sett", "prima" } });
     }
 
     /// Tempo_Minuti, Tempo_Ore, Minuti_Sett, Num_Macchine, Tot_Minuti_Sett, Tot_Ore_Sett of one assignment.
@@ -44,11 +44,11 @@ protected:
         return shell::screens().control(screen, control)->vbProperty(QStringLiteral("Caption")).toString();
     }
 
-    static std::vector<Variant> figures(double S, const char* ore, const char* sett, const Variant& n, const char* tot,
-                                        const char* totOre)
+    static std::vector<Variant> figures(
+        double S, const char* ore, const char* sett, const Variant& n, const char* tot, const char* totOre)
     {
-        return {Variant(S), Variant(QString::fromUtf8(ore)), Variant(QString::fromUtf8(sett)), n,
-                Variant(QString::fromUtf8(tot)), Variant(QString::fromUtf8(totOre))};
+        return { Variant(S), Variant(QString::fromUtf8(ore)), Variant(QString::fromUtf8(sett)), n,
+            Variant(QString::fromUtf8(tot)), Variant(QString::fromUtf8(totOre)) };
     }
 };
 
@@ -142,7 +142,7 @@ TEST_F(WorkloadTest, TheLinesOfFrmMainAndForm9)
 {
     // Nothing assigned yet: the sum is Null.
     exec(QStringLiteral("DELETE * FROM Tbl_Assegna_M"));
-    standIn("frmMain", {"L:Label1"});
+    standIn("frmMain", { "L:Label1" });
     shell::screens().form(QStringLiteral("frmMain"));
     definition::Show_Workload_Total();
     EXPECT_EQ(caption(QStringLiteral("frmMain"), QStringLiteral("Label1")),
@@ -152,8 +152,8 @@ TEST_F(WorkloadTest, TheLinesOfFrmMainAndForm9)
     EXPECT_FALSE(shell::screens().isLoaded(QStringLiteral("Form9")));
 
     // 1.200,00 + 1.800,00 as texts: 3000 minutes, 50 hours.
-    plant.assignment(1, 1, {{"Tot_Minuti_Sett", "1.200,00"}});
-    plant.assignment(1, 2, {{"Tot_Minuti_Sett", "1.800,00"}});
+    plant.assignment(1, 1, { { "Tot_Minuti_Sett", "1.200,00" } });
+    plant.assignment(1, 2, { { "Tot_Minuti_Sett", "1.800,00" } });
     standIn(QStringLiteral("Form9"), [](QWidget* owner) -> vb::Form* {
         auto* f = new vb::Form(owner, QStringLiteral("Form9"));
         new vb::Label(f, QStringLiteral("Label2"));
