@@ -47,10 +47,7 @@ TEST_F(Form9Test, ListsModelsAndStepsAndSelectsThem)
 {
     Form9* f = form9();
     EXPECT_EQ(f->Caption(), "PROCEDURE MANUTENZIONI");
-    ASSERT_EQ(f->DataGrid2->ColumnCount(), 4);
-    const QStringList captions { "ID", "Macchina", "Modello", "ID_MODELLO" };
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(f->DataGrid2->Columns(i).Caption(), captions[i]);
+    EXPECT_EQ(captions(f->DataGrid2), (QStringList { "ID", "Macchina", "Modello", "ID_MODELLO" }));
     EXPECT_EQ(f->DataGrid2->cellText(2, "Modello"), "T200") << "by kind, then model";
     EXPECT_EQ(f->Label2->Caption(), "N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: ]");
     EXPECT_EQ(f->DataGrid1->RecordCount(), 4) << "every step of every model";

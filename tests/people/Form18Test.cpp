@@ -58,14 +58,11 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
     EXPECT_EQ(f->Caption(), "MANUTENTORI");
     EXPECT_EQ(f->Label1->Caption(), "0peratori Presenti: 3");
     EXPECT_EQ(f->DataGrid1->cellValue(0, 0).toLong(), bianchi) << "by name, case ignored";
-    ASSERT_EQ(f->DataGrid1->ColumnCount(), 7);
-    const int widths[] = { 0, 1800, 1800, 1100, 0, 1150, 0 };
-    const char* captions[] = { "ID_OPERATORE", "Operatore", "Qualifica", "Nascita", "Tipo", "Assunzione", "Fine_Rapp" };
-    for (int i = 0; i < 7; ++i) {
-        EXPECT_EQ(f->DataGrid1->Columns(i).Width(), widths[i]) << i;
-        EXPECT_EQ(f->DataGrid1->Columns(i).Caption(), captions[i]) << i;
+    EXPECT_EQ(captions(f->DataGrid1),
+        QStringList({ "ID_OPERATORE", "Operatore", "Qualifica", "Nascita", "Tipo", "Assunzione", "Fine_Rapp" }));
+    EXPECT_EQ(widths(f->DataGrid1), QList<int>({ 0, 1800, 1800, 1100, 0, 1150, 0 }));
+    for (int i = 0; i < 7; ++i)
         EXPECT_TRUE(f->DataGrid1->Columns(i).Locked()) << i;
-    }
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
     EXPECT_TRUE(f->DTPicker4->isHidden() && f->DTPicker3->isHidden());
 

@@ -126,14 +126,8 @@ TEST_F(Form3Test, LoadShowsTheThreeListsAndTheRegistersMachine)
     EXPECT_EQ(f->DataGrid2->cellText(0, 0), "AX100");
     EXPECT_EQ(f->DataGrid2->cellText(1, 1), "2");
     EXPECT_EQ(f->DataGrid2->cellText(1, 2), "1");
-    const int machineWidths[] = { 2900, 500, 500, 0, 0 };
-    const char* machineCaptions[] = { "Modello", "N°", "Note" };
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(f->DataGrid2->Columns(i).Width(), machineWidths[i]) << i;
-        if (i < 3) {
-            EXPECT_EQ(f->DataGrid2->Columns(i).Caption(), QString::fromUtf8(machineCaptions[i]));
-        }
-    }
+    EXPECT_EQ(widths(f->DataGrid2), QList<int>({ 2900, 500, 500, 0, 0 }));
+    EXPECT_EQ(captions(f->DataGrid2).mid(0, 3), QStringList({ "Modello", "N°", "Note" }));
 
     // All notes, newest first by the date's text: day first, so a March note of last year
     // sorts below November's.

@@ -252,3 +252,11 @@ QStringList ScreenTest::texts(std::initializer_list<const vb::Control*> controls
     }
     return out;
 }
+
+QList<int> ScreenTest::widths(vb::DataGrid* grid)
+{
+    QList<int> out;
+    for (int c = 0; c < grid->ColumnCount(); ++c)
+        out << grid->Columns(c).Width();
+    return out;
+}

@@ -85,6 +85,7 @@ protected:
     /// A grid as shown, one "a|b|c" line per row.
     static QStringList shown(vb::DataGrid* grid);
     static QStringList captions(vb::DataGrid* grid);
+    static QList<int> widths(vb::DataGrid* grid);
     /// Clicks the first row whose column shows the text; clickFirst clicks the grid
     /// itself before, as a mouse does on a grid that reacts to its Click.
     static void selectRow(vb::DataGrid* grid, const QString& column, const QString& text, bool clickFirst = false);
