@@ -3,13 +3,10 @@
 // the print; and the road from the main menu through the automation driver.
 #include "people/Form18.h"
 
+#include "execution/Form7.h"
 #include "reports/ReportViewer.h"
 #include "runtime/OpenFile.h"
-#include "support/InProcessDrive.h"
 #include "support/ScreenTest.h"
-
-#include <QJsonArray>
-#include <QJsonObject>
 
 using kit::date;
 using people::Form18;
@@ -305,23 +302,16 @@ TEST_F(Form18Test, PrintListsOperatorsWithJobsByQualificationNewestJobFirst)
     EXPECT_TRUE(boxes().empty());
 }
 
-TEST_F(Form18Test, FromTheMainMenuThroughTheDriverToTheRegistersOperatorList)
+TEST_F(Form18Test, TheMainMenuOpensTheScreenAndTheRegisterListsTheSameOperators)
 {
-    InProcessDrive drive;
-    drive("start");
-    drive("click frmMain.lblOperatore");
-    ASSERT_TRUE(drive("loaded Form18").toBool());
-    EXPECT_EQ(drive("get Form18.Caption").toString(), "MANUTENTORI");
-    drive("click Form18.Cmd_Add");
-    drive("type Form18.txtOperatore NERI PAOLO");
-    drive("type Form18.Txt_Qualifica Saldatore");
-    drive("choose Form18.Combo1 Esterno");
-    drive("click Form18.Cmd_Edit");
-    EXPECT_EQ(
-        lines("SELECT Operatore, Qualifica, Tipo FROM Tbl_Operatore"), QStringList { "NERI PAOLO|Saldatore|Esterno" });
-    EXPECT_EQ(drive("get Form18.Label1.Caption").toString(), "0peratori Presenti: 1");
+    start()->control("lblOperatore")->click();
+    ASSERT_TRUE(shell::screens().isLoaded("Form18"));
+    EXPECT_TRUE(form18()->isVisible());
+    EXPECT_EQ(form18()->Caption(), "MANUTENTORI");
+    boxes();
 
     // The register's operator list reads the same table.
-    drive("show Form7");
-    EXPECT_TRUE(drive("get Form7.DataCombo5.items").toArray().contains(QJsonValue("NERI PAOLO")));
+    plant.worker("NERI PAOLO", "Saldatore", { { "Tipo", "Esterno" } });
+    shell::screens().show("Form7");
+    EXPECT_TRUE(screen<execution::Form7>("Form7")->DataCombo5->items().contains("NERI PAOLO"));
 }

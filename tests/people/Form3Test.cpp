@@ -8,14 +8,11 @@
 #include "reports/ReportViewer.h"
 #include "runtime/AppPath.h"
 #include "runtime/OpenFile.h"
-#include "support/InProcessDrive.h"
 #include "support/ScreenTest.h"
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QJsonArray>
-#include <QJsonObject>
 
 using people::Form3;
 namespace answer = vb::answer;
@@ -505,8 +502,8 @@ TEST_F(Form3Test, PrintsFollowTheFilterAndTheMachinePrintResetsIt)
     EXPECT_TRUE(boxes().empty());
 }
 
-// ---- the roads in: an execution on the register that offers a note, the main menu, and
-// the automation driver --------------------------------------------------------------------
+// ---- the roads in: an execution on the register that offers a note, and the main menu ---------
+// --------------------------------------------------------------------
 
 TEST_F(Form3Road, AnExecutionOpensTheNotebookOnItsNoteAndTheTextIsWrittenThere)
 {
@@ -553,25 +550,4 @@ TEST_F(Form3Road, AnExecutionOpensTheNotebookOnItsNoteAndTheTextIsWrittenThere)
     ASSERT_NE(f, nullptr);
     EXPECT_TRUE(f->isVisible());
     EXPECT_EQ(texts({ f->Frame1, f->Frame3 }), QStringList({ "N° 1 Note 15/11/2026", "NOTE MACCHINE: 1" }));
-}
-
-TEST_F(Form3Road, TheDriverWritesAMachinesNoteThroughTheControls)
-{
-    InProcessDrive drive;
-    drive("start");
-    drive("click frmMain.lblNoteBooks");
-    EXPECT_EQ(drive("get Form3.Caption").toString(), "NOTE");
-    drive("type Form3.Txt_Nota Cinghia da tendere");
-    drive("click Form3.Cmd_Add_Note");
-    EXPECT_EQ(drive.boxes(), QStringList { "MANCANO LE INFORMAZIONI BASE: Selezionare o inserisci il Tipo Nota..." });
-    for (const char* step :
-        { "type Form3.DataCombo5 Ispezione", "type Form3.DataCombo4 Meccanico", "choose Form3.DataCombo3 TORNIO",
-            "choose Form3.DataCombo2 T200", "choose Form3.DataCombo1 10", "click Form3.Cmd_Add_Note" })
-        drive(step);
-    EXPECT_TRUE(drive.boxes().isEmpty());
-    EXPECT_EQ(lines("SELECT ID_MODELLO, ID_NUM, Ultima FROM Tbl_Maintenance_Note"), QStringList { "2|3|15/11/2026" });
-    const QJsonArray machines = drive("grid Form3.DataGrid2").toObject().value("rows").toArray();
-    ASSERT_EQ(machines.size(), 1);
-    EXPECT_EQ(machines[0].toArray()[0].toString(), "T200");
-    EXPECT_EQ(drive("get Form3.Frame3.Caption").toString(), "NOTE MACCHINE: 1");
 }
