@@ -137,7 +137,7 @@ TEST_F(Form13Test, NewAssignmentGetsItsSheetAtRevisionZeroAndNoTwin)
     // A type typed by hand that is no type's has no key: nothing is saved.
     f->DataCombo4->typeText("Quindicinale");
     f->Cmd_Edit->click();
-    EXPECT_BOX(oneBox(), "MANCANZA DATI!!", "Inserisci i dati Richiesti!", 48);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
     EXPECT_TRUE(column("SELECT ID FROM Tbl_Assegna_M").isEmpty());
 
     f->DataCombo4->choose("Mensile");
@@ -179,7 +179,7 @@ TEST_F(Form13Test, StepComesFromThePickedGeneralStepAndTheWorkloadFollows)
 
     // No minutes yet: the warning, and the minutes' frame is flagged and painted.
     f->Cmd_Inserisci->click();
-    EXPECT_BOX(oneBox(), "MANCANZA DATI!!", "Inserisci i dati Richiesti!", 48);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
     EXPECT_EQ(f->Txt_Control_Min->Text(), "1");
     EXPECT_EQ(f->Frame10->ForeColor(), vb::colour::Red);
     EXPECT_TRUE(column("SELECT ID_Procedura FROM Tbl_ProcedureM").isEmpty());
@@ -275,14 +275,16 @@ TEST_F(Form13Test, DeletesAskFirstAndLeaveTheWallChart)
     f->Cmd_Delete2->click();
     auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_BOX(shown[0], "NESSUNA MANUTENZIONE SELEZIONATA", "Non è stato selezionato nessun dato!", 48);
+    EXPECT_BOX(
+        shown[0], "NESSUNA MANUTENZIONE SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
     EXPECT_EQ(shown[1].title, "NESSUNA PROCEDURA SELEZIONATA");
 
     // One step of the monthly assignment: the minutes follow on the assignment and the register.
     f->DataGrid1->select(1); // Filtri
     answer({ answer::Yes });
     f->Cmd_Delete2->click();
-    EXPECT_BOX(oneBox(), "Eliminazione Procedura", "Vuoi Veramente eliminare la Procedura selezionata?", 36);
+    EXPECT_BOX(oneBox(), "Eliminazione Procedura", "Vuoi Veramente eliminare la Procedura selezionata?",
+        vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(column("SELECT Titolo FROM Tbl_ProcedureM WHERE ID_MAINT_TIPO = 2"), QStringList { "Olio" });
     EXPECT_EQ(column("SELECT Tempo_Minuti FROM Tbl_Assegna_M WHERE ID = 1"), QStringList { "60" });
     EXPECT_EQ(column("SELECT Tempo_Minuti FROM Tbl_Maintenance WHERE ID_MAINT_TIPO = 2"), QStringList { "60" });
@@ -291,7 +293,8 @@ TEST_F(Form13Test, DeletesAskFirstAndLeaveTheWallChart)
     // The whole assignment: its steps, sheet and register rows, on every unit; not the chart.
     f->Cmd_Delete->click(); // answered No
     EXPECT_BOX(oneBox(), "Eliminazione Manutenzione e Procedure",
-        "Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?", 36);
+        "Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?",
+        vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(column("SELECT ID FROM Tbl_Assegna_M").size(), 2);
     answer({ answer::Yes });
     f->Cmd_Delete->click();
@@ -311,7 +314,7 @@ TEST_F(Form13Test, PrintsNeedAnAssignmentWithASheet)
     step(1, 2, 2, "Filtri", 30);
     Form13* f = form13();
     f->Cmd_Print_Rapporto->click();
-    EXPECT_BOX(oneBox(), "MANCANZA DATI", "Non hai selezionato nessun dato!", 48);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI", "Non hai selezionato nessun dato!", vb::mb::Exclamation);
     EXPECT_FALSE(reports::IsReportLoaded("DataReport5"));
 
     selectAssignment(f, 1);

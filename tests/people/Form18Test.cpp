@@ -206,8 +206,9 @@ TEST_F(Form18Test, DeleteAsksFirstAndTheRegisterKeepsTheKey)
     f->Cmd_Delete->click(); // answered No
     auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_BOX(shown[0], "NESSUNA OPERATORE SELEZIONATA", "Non è stato selezionato nessun dato!", 48);
-    EXPECT_BOX(shown[1], "Eliminazione Operatore **ROSSI**", "Vuoi Veramente eliminare l'Operatore ROSSI?", 36);
+    EXPECT_BOX(shown[0], "NESSUNA OPERATORE SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
+    EXPECT_BOX(shown[1], "Eliminazione Operatore **ROSSI**", "Vuoi Veramente eliminare l'Operatore ROSSI?",
+        vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore").size(), 1);
 
     answer({ answer::Yes });

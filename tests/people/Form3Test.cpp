@@ -437,7 +437,8 @@ TEST_F(Form3Test, PicturesShowFitAndAMissingOneIsNamedOnce)
     EXPECT_BOX(asks[0], "SALVA IMMAGINE'valvola.bmp'", "Vuoi salvare l'Immagine 'valvola.bmp' ?",
         vb::mb::YesNo + vb::mb::Question);
     EXPECT_BOX(asks[1], "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'valvola.bmp'",
-        "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'valvola.bmp' ?", 36);
+        "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'valvola.bmp' ?",
+        vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(note(filtri).section('|', 7), "valvola.bmp|" + other);
     EXPECT_EQ(f->Image2->Picture(), other);
     EXPECT_EQ(rows("SELECT ID FROM Tbl_Maintenance_Note").size(), 3u);
