@@ -6,79 +6,55 @@
 
 #include "execution/Form7.h"
 #include "reports/ReportViewer.h"
-#include "shell/ShellFixture.h"
 #include "support/InProcessDrive.h"
+#include "support/ScreenTest.h"
 
 using definition::Form13;
 namespace answer = vb::answer;
 
 namespace {
 
-class Form13Test : public ShellFixture
+class Form13Test : public ScreenTest
 {
 protected:
     void SetUp() override
     {
-        ShellFixture::SetUp();
+        ScreenTest::SetUp();
         // The sheet table, as the start of the program makes it.
         exec("CREATE TABLE Tbl_Certif_Proced_Manut (ID_Assegna_M Integer Null,Scheda CHAR(50) NOT NULL, "
              "Data_Scheda DATE, Rev Integer Null,Data_Rev DATE)");
         // The register hands its pair through these; frmMain shows the workload line.
-        m_register = shell::ScreenRegistry::factory(QStringLiteral("Form7"));
-        m_main = shell::ScreenRegistry::factory(QStringLiteral("frmMain"));
-        standIn(QStringLiteral("Form7"), QStringList { "T:ID_MOD", "T:ID_MAINT", "T:DataCombo4" });
-        standIn(QStringLiteral("frmMain"), QStringList { "L:Label1" });
-        shell::screens().form(QStringLiteral("frmMain"));
+        standIn("Form7", { "T:ID_MOD", "T:ID_MAINT", "T:DataCombo4" });
+        standIn("frmMain", { "L:Label1" });
+        shell::screens().form("frmMain");
         // Models 1 PRESSA AX100 with two units, 2 TORNIO T200 with none, both with general
         // procedures; types of a new store: 1 Settimanale (coefficient 1), 2 Mensile (0.25).
-        exec("INSERT INTO Tbl_Macchina (Macchina, Modello) VALUES ('PRESSA', 'AX100')");
-        exec("INSERT INTO Tbl_Macchina (Macchina, Modello) VALUES ('TORNIO', 'T200')");
-        exec("INSERT INTO Tbl_Numerazione (Numerazione, ID_MODELLO) VALUES ('1', 1)");
-        exec("INSERT INTO Tbl_Numerazione (Numerazione, ID_MODELLO) VALUES ('2', 1)");
-        exec("INSERT INTO Tbl_Proc_General_Macc (ID_MODELLO, Macchina, Modello) VALUES (1, 'PRESSA', 'AX100')");
-        exec("INSERT INTO Tbl_Proc_General_Macc (ID_MODELLO, Macchina, Modello) VALUES (2, 'TORNIO', 'T200')");
-        exec("INSERT INTO Tbl_Proc_General (ID_MODELLO, Num, Titolo, Procedura, Minuti) "
-             "VALUES (1, 1, 'Olio', 'Cambio olio del circuito', 30)");
-        exec("INSERT INTO Tbl_Proc_General (ID_MODELLO, Num, Titolo, Procedura, Minuti) "
-             "VALUES (1, 2, 'Filtri', 'Pulizia dei filtri', 20)");
-    }
-
-    void TearDown() override
-    {
-        reports::UnloadReport("DataReport5");
-        reports::UnloadReport("DataReport7");
-        ShellFixture::TearDown();
+        plant.units(plant.model("PRESSA", "AX100"), { "1", "2" });
+        plant.model("TORNIO", "T200");
+        plant.generalModel(1, "PRESSA", "AX100");
+        plant.generalModel(2, "TORNIO", "T200");
+        plant.generalStep(1, 1, "Olio", "Cambio olio del circuito", 30);
+        plant.generalStep(1, 2, "Filtri", "Pulizia dei filtri", 20);
     }
 
     /// The register itself in place of its stand-in.
-    void realRegister() { standIn(QStringLiteral("Form7"), m_register); }
+    void realRegister() { standIn("Form7", original("Form7")); }
 
     /// The main screen and the register themselves, none of the stand-ins loaded.
     void realProgram()
     {
         shell::screens().discardAll();
-        standIn(QStringLiteral("frmMain"), m_main);
+        standIn("frmMain", original("frmMain"));
         realRegister();
     }
 
-    shell::ScreenRegistry::Factory m_register;
-    shell::ScreenRegistry::Factory m_main;
-
-    Form13* form13()
-    {
-        QCoreApplication::processEvents();
-        return shell::screens().formAs<Form13>(QStringLiteral("Form13"));
-    }
+    static Form13* form13() { return reopened<Form13>("Form13"); }
 
     /// Assignment (m, t) with its sheet, as the screen saves it.
     void assign(int m, int t, const char* machine, const char* model, const char* type, int rev = 0)
     {
-        exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, "
-                            "Manutenzione_Tipo) VALUES (%1, %2, '%3', '%4', '%5')")
-                 .arg(m)
-                 .arg(t)
-                 .arg(machine, model, type));
-        const int id = rows("SELECT Max(ID) FROM Tbl_Assegna_M").at(0).at(0).toLong();
+        const int id
+            = plant.assignment(m, t, { { "Macchina", machine }, { "Modello", model }, { "Manutenzione_Tipo", type } });
         exec(QStringLiteral("INSERT INTO Tbl_Certif_Proced_Manut (ID_Assegna_M, Scheda, Data_Scheda, Rev, Data_Rev) "
                             "VALUES (%1, '%2', #01/02/2026#, %3, #01/02/2026#)")
                  .arg(id)
@@ -86,72 +62,21 @@ protected:
                  .arg(rev));
     }
 
-    void step(int m, int t, int num, const char* title, int minutes)
-    {
-        exec(QStringLiteral("INSERT INTO Tbl_ProcedureM (ID_MODELLO, ID_MAINT_TIPO, Num, Titolo, Procedura, Minuti) "
-                            "VALUES (%1, %2, %3, '%4', 'testo', %5)")
-                 .arg(m)
-                 .arg(t)
-                 .arg(num)
-                 .arg(title)
-                 .arg(minutes));
-    }
+    void step(int m, int t, int num, const char* title, int minutes) { plant.step(m, t, num, title, minutes, "testo"); }
 
     /// A register row of unit n of model 1.
     void registerRow(int n, int t, const char* type)
     {
-        exec(QStringLiteral("INSERT INTO Tbl_Maintenance (ID_MODELLO, ID_NUM, ID_MAINT_TIPO, Manutenzione_Tipo, "
-                            "Frequenza_Sett, Tempo_Minuti, Ultima, Prossima) VALUES (1, %1, %2, '%3', 1, 0, "
-                            "#11/01/2026#, #11/08/2026#)")
-                 .arg(n)
-                 .arg(t)
-                 .arg(type));
+        plant.registerRow({ { "ID_MODELLO", 1 }, { "ID_NUM", n }, { "ID_MAINT_TIPO", t }, { "Manutenzione_Tipo", type },
+            { "Frequenza_Sett", 1 }, { "Tempo_Minuti", 0 }, { "Ultima", kit::date(2026, 11, 1) },
+            { "Prossima", kit::date(2026, 11, 8) } });
     }
 
-    QStringList column(const QString& jet)
-    {
-        QStringList out;
-        for (const auto& r : rows(jet))
-            out << r.front().toString();
-        return out;
-    }
-
-    /// Selects the assignment of key id, as a click in the list does.
-    static void selectAssignment(Form13* f, int id)
-    {
-        for (int r = 0; r < f->DataGrid2->RecordCount(); ++r) {
-            if (f->DataGrid2->cellValue(r, 0).toLong() == id) {
-                f->DataGrid2->click();
-                return f->DataGrid2->select(r);
-            }
-        }
-        FAIL() << "no assignment " << id;
-    }
-
-    static QStringList texts(vb::DataGrid* grid, const char* field)
-    {
-        QStringList out;
-        for (int r = 0; r < grid->RecordCount(); ++r)
-            out << grid->cellText(r, QString::fromLatin1(field));
-        return out;
-    }
+    static void selectAssignment(Form13* f, int id) { selectKey(f->DataGrid2, id, true); }
 
     static QString workloadLine()
     {
         return shell::screens().control("frmMain", "Label1")->vbProperty("Caption").toString();
-    }
-
-    std::vector<vb::ShownBox> boxes() { return vb::MsgBoxService::takeShown(); }
-    static void answerWith(std::initializer_list<int> answers) { vb::MsgBoxService::queueAnswers(answers); }
-
-    static QStringList printed(const char* report)
-    {
-        QStringList t;
-        if (const auto r = reports::LaidOutPages(report))
-            for (const auto& page : r->pages)
-                for (const auto& p : page)
-                    t << p.text;
-        return t;
     }
 };
 
@@ -168,27 +93,19 @@ TEST_F(Form13Test, ListsAndTheSelectionOfAnAssignment)
     EXPECT_EQ(f->DataCombo2->items(), (QStringList { "PRESSA", "TORNIO" }));
     EXPECT_EQ(f->DataCombo3->items(), (QStringList { "AX100", "T200" }));
     EXPECT_EQ(f->DataCombo4->items().size(), 7);
-    ASSERT_EQ(f->DataGrid2->ColumnCount(), 9);
-    const QStringList captions { "ID", "Macchina", "Modello", "Manutenzione", "Tot Min", "ID_MODELLO", "ID_MAINT_TIPO",
-        "N° Macch", "Ore per Settimana" };
-    for (int i = 0; i < 9; ++i)
-        EXPECT_EQ(f->DataGrid2->Columns(i).Caption(), captions[i]);
-    EXPECT_EQ(texts(f->DataGrid2, "Modello"), (QStringList { "AX100", "T200" }));
+    EXPECT_EQ(captions(f->DataGrid2),
+        (QStringList { "ID", "Macchina", "Modello", "Manutenzione", "Tot Min", "ID_MODELLO", "ID_MAINT_TIPO",
+            "N° Macch", "Ore per Settimana" }));
+    EXPECT_EQ(column(f->DataGrid2, "Modello"), (QStringList { "AX100", "T200" }));
     EXPECT_EQ(f->DataGrid1->RecordCount(), 0) << "no assignment selected, no steps";
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
 
     selectAssignment(f, 1);
-    EXPECT_EQ(f->Txt_ID->Text(), "1");
-    EXPECT_EQ(f->ID_MOD->Text(), "1");
-    EXPECT_EQ(f->ID_MAINT->Text(), "2");
-    EXPECT_EQ(f->ID_MOD_OLD->Text(), "1");
-    EXPECT_EQ(f->ID_MAINT_OLD->Text(), "2");
-    EXPECT_EQ(f->DataCombo2->Text(), "PRESSA");
-    EXPECT_EQ(f->DataCombo3->Text(), "AX100");
-    EXPECT_EQ(f->DataCombo4->Text(), "Mensile");
-    EXPECT_TRUE(f->DataCombo2->Locked());
-    EXPECT_TRUE(f->DataCombo3->Locked());
-    EXPECT_EQ(texts(f->DataGrid1, "Titolo"), (QStringList { "Olio", "Filtri" })) << "by step number";
+    EXPECT_EQ(texts({ f->Txt_ID, f->ID_MOD, f->ID_MAINT, f->ID_MOD_OLD, f->ID_MAINT_OLD, f->DataCombo2, f->DataCombo3,
+                  f->DataCombo4 }),
+        QStringList({ "1", "1", "2", "1", "2", "PRESSA", "AX100", "Mensile" }));
+    EXPECT_TRUE(f->DataCombo2->Locked() && f->DataCombo3->Locked());
+    EXPECT_EQ(column(f->DataGrid1, "Titolo"), (QStringList { "Olio", "Filtri" })) << "by step number";
     EXPECT_EQ(f->Frame2->Caption(), "N° Procedure Manutenzione Mensile 2");
     EXPECT_EQ(f->Frame1->Caption(), "2 Procedure Generali AX100");
     EXPECT_FALSE(f->DataGrid1->Columns(7).Locked()) << "the minutes are open to typing";
@@ -200,8 +117,7 @@ TEST_F(Form13Test, ListsAndTheSelectionOfAnAssignment)
 
     // An assignment without steps stores nothing and reads 0 minutes.
     selectAssignment(f, 2);
-    EXPECT_EQ(f->Txt_Tot_Min->Text(), "0");
-    EXPECT_EQ(f->Frame1->Caption(), "0 Procedure Generali T200");
+    EXPECT_EQ(texts({ f->Txt_Tot_Min, f->Frame1 }), QStringList({ "0", "0 Procedure Generali T200" }));
     EXPECT_EQ(column("SELECT '' & Minuti_Sett FROM Tbl_Assegna_M WHERE ID = 2"), QStringList { "" });
     EXPECT_TRUE(boxes().empty());
 }
@@ -211,24 +127,17 @@ TEST_F(Form13Test, NewAssignmentGetsItsSheetAtRevisionZeroAndNoTwin)
     Form13* f = form13();
     f->Cmd_Add->click();
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_FALSE(f->Cmd_Add->isEnabled());
-    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
+    EXPECT_FALSE(f->Cmd_Add->isEnabled() || f->Cmd_Delete->isEnabled());
     f->DataCombo2->choose("PRESSA");
     EXPECT_EQ(f->ID_MOD->Text(), "1") << "the first model of the machine";
     f->DataCombo3->choose("AX100");
     f->Cmd_Edit->click(); // no type
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI!!");
-    EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
-    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
 
     // A type typed by hand that is no type's has no key: nothing is saved.
     f->DataCombo4->typeText("Quindicinale");
     f->Cmd_Edit->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
+    EXPECT_BOX(oneBox(), "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
     EXPECT_TRUE(column("SELECT ID FROM Tbl_Assegna_M").isEmpty());
 
     f->DataCombo4->choose("Mensile");
@@ -250,11 +159,8 @@ TEST_F(Form13Test, NewAssignmentGetsItsSheetAtRevisionZeroAndNoTwin)
     f->DataCombo3->choose("AX100");
     f->DataCombo4->choose("Mensile");
     f->Cmd_Edit->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "DUPPLICATO DI MANUTENZIONE");
-    EXPECT_EQ(shown[0].prompt, "Questa manutenzione è già stata assegnata a questa Macchina!!");
-    EXPECT_EQ(shown[0].buttons, vb::mb::Critical);
+    EXPECT_BOX(oneBox(), "DUPPLICATO DI MANUTENZIONE", "Questa manutenzione è già stata assegnata a questa Macchina!!",
+        vb::mb::Critical);
     EXPECT_EQ(column("SELECT ID FROM Tbl_Assegna_M").size(), 1);
 }
 
@@ -267,17 +173,13 @@ TEST_F(Form13Test, StepComesFromThePickedGeneralStepAndTheWorkloadFollows)
     selectAssignment(f, 1);
     ASSERT_EQ(f->DataGrid3->RecordCount(), 2);
     f->DataGrid3->select(1); // Filtri
-    EXPECT_EQ(f->Txt_Titolo->Text(), "Filtri");
-    EXPECT_EQ(f->Txt_Procedura->Text(), "Pulizia dei filtri");
-    EXPECT_EQ(f->Txt_Num->Text(), "2");
+    EXPECT_EQ(
+        texts({ f->Txt_Titolo, f->Txt_Procedura, f->Txt_Num }), QStringList({ "Filtri", "Pulizia dei filtri", "2" }));
     EXPECT_EQ(f->Txt_Min->Text(), "0") << "an emptied minutes field reads 0";
 
     // No minutes yet: the warning, and the minutes' frame is flagged and painted.
     f->Cmd_Inserisci->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI!!");
-    EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
+    EXPECT_BOX(oneBox(), "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
     EXPECT_EQ(f->Txt_Control_Min->Text(), "1");
     EXPECT_EQ(f->Frame10->ForeColor(), vb::colour::Red);
     EXPECT_TRUE(column("SELECT ID_Procedura FROM Tbl_ProcedureM").isEmpty());
@@ -318,18 +220,15 @@ TEST_F(Form13Test, EditMovesStepsAndRegisterRowsToTheNewTypeAndRaisesTheRevision
     f->DataGrid3->select(0); // a general step enables it
     f->DataCombo4->choose("Settimanale");
     f->Cmd_Edit->click(); // answered No: only the workload line
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Modifica Dati");
-    EXPECT_EQ(shown[0].prompt, "Stai per eseguire una Modifica, Vuoi Procedere??");
-    EXPECT_EQ(shown[0].buttons, vb::mb::YesNo + vb::mb::Question);
+    EXPECT_BOX(oneBox(), "Modifica Dati", "Stai per eseguire una Modifica, Vuoi Procedere??",
+        vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_Assegna_M"), QStringList { "2" });
     EXPECT_TRUE(workloadLine().startsWith("Tempo previsto per le Manutenzioni inserite"));
 
     // Without a step selected nothing moves: the new pair has no steps to weigh.
-    answerWith({ answer::Yes });
+    answer({ answer::Yes });
     f->Cmd_Edit->click();
-    shown = boxes();
+    auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_EQ(shown[1].title, "SELEZIONA PROCEDURE MANUTENZIONE 'Mensile'") << "the type as listed";
     EXPECT_EQ(shown[1].prompt, "Devi prima selezionare una delle procedure già assegnate per questa Macchina");
@@ -340,10 +239,9 @@ TEST_F(Form13Test, EditMovesStepsAndRegisterRowsToTheNewTypeAndRaisesTheRevision
     f = form13();
     selectAssignment(f, 1);
     f->DataGrid1->select(0);
-    EXPECT_EQ(f->Txt_Grid_Modello->Text(), "AX100");
-    EXPECT_EQ(f->Txt_Grid_Manutenzione->Text(), "Mensile");
+    EXPECT_EQ(texts({ f->Txt_Grid_Modello, f->Txt_Grid_Manutenzione }), QStringList({ "AX100", "Mensile" }));
     f->DataCombo4->choose("Settimanale");
-    answerWith({ answer::Yes });
+    answer({ answer::Yes });
     f->Cmd_Edit->click();
     boxes();
     EXPECT_EQ(column("SELECT ID_MAINT_TIPO & '|' & Manutenzione_Tipo & '|' & Tot_Minuti_Sett FROM Tbl_Assegna_M"),
@@ -377,31 +275,28 @@ TEST_F(Form13Test, DeletesAskFirstAndLeaveTheWallChart)
     f->Cmd_Delete2->click();
     auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[0].title, "NESSUNA MANUTENZIONE SELEZIONATA");
-    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun dato!");
+    EXPECT_BOX(
+        shown[0], "NESSUNA MANUTENZIONE SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
     EXPECT_EQ(shown[1].title, "NESSUNA PROCEDURA SELEZIONATA");
 
     // One step of the monthly assignment: the minutes follow on the assignment and the register.
     f->DataGrid1->select(1); // Filtri
-    answerWith({ answer::Yes });
+    answer({ answer::Yes });
     f->Cmd_Delete2->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Eliminazione Procedura");
-    EXPECT_EQ(shown[0].prompt, "Vuoi Veramente eliminare la Procedura selezionata?");
+    EXPECT_BOX(oneBox(), "Eliminazione Procedura", "Vuoi Veramente eliminare la Procedura selezionata?",
+        vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(column("SELECT Titolo FROM Tbl_ProcedureM WHERE ID_MAINT_TIPO = 2"), QStringList { "Olio" });
     EXPECT_EQ(column("SELECT Tempo_Minuti FROM Tbl_Assegna_M WHERE ID = 1"), QStringList { "60" });
     EXPECT_EQ(column("SELECT Tempo_Minuti FROM Tbl_Maintenance WHERE ID_MAINT_TIPO = 2"), QStringList { "60" });
-    EXPECT_EQ(texts(f->DataGrid1, "Titolo"), QStringList { "Olio" });
+    EXPECT_EQ(column(f->DataGrid1, "Titolo"), QStringList { "Olio" });
 
     // The whole assignment: its steps, sheet and register rows, on every unit; not the chart.
     f->Cmd_Delete->click(); // answered No
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Eliminazione Manutenzione e Procedure");
-    EXPECT_EQ(shown[0].prompt, "Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?");
+    EXPECT_BOX(oneBox(), "Eliminazione Manutenzione e Procedure",
+        "Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?",
+        vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(column("SELECT ID FROM Tbl_Assegna_M").size(), 2);
-    answerWith({ answer::Yes });
+    answer({ answer::Yes });
     f->Cmd_Delete->click();
     boxes();
     EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_Assegna_M"), QStringList { "1" });
@@ -419,10 +314,7 @@ TEST_F(Form13Test, PrintsNeedAnAssignmentWithASheet)
     step(1, 2, 2, "Filtri", 30);
     Form13* f = form13();
     f->Cmd_Print_Rapporto->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
-    EXPECT_EQ(shown[0].prompt, "Non hai selezionato nessun dato!");
+    EXPECT_BOX(oneBox(), "MANCANZA DATI", "Non hai selezionato nessun dato!", vb::mb::Exclamation);
     EXPECT_FALSE(reports::IsReportLoaded("DataReport5"));
 
     selectAssignment(f, 1);
@@ -432,18 +324,13 @@ TEST_F(Form13Test, PrintsNeedAnAssignmentWithASheet)
         EXPECT_TRUE(sheet.contains(t)) << t;
     f->Cmd_Print->click();
     const QStringList procedures = printed("DataReport7");
-    EXPECT_TRUE(procedures.contains("Mensile"));
-    EXPECT_TRUE(procedures.contains("Olio"));
+    EXPECT_TRUE(procedures.contains("Mensile") && procedures.contains("Olio"));
     EXPECT_TRUE(boxes().empty());
 
     // A key that is no model's number: nothing to print.
     f->ID_MOD->setText("0");
     f->Cmd_Print_Rapporto->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI!");
-    EXPECT_EQ(shown[0].prompt, "Non c'è nessuna Procedura di Manutenzione!");
-    EXPECT_EQ(shown[0].buttons, vb::mb::Information);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI!", "Non c'è nessuna Procedura di Manutenzione!", vb::mb::Information);
     f->ID_MOD->setText("1");
 
     // Without its sheet row the assignment drops out of the print.
@@ -460,10 +347,9 @@ TEST_F(Form13Test, PairHandedFromTheRegisterNarrowsTheListsUntilVisualizzaTutto)
     shell::screens().control("Form7", "ID_MOD")->setVbProperty("Text", "1");
     shell::screens().control("Form7", "ID_MAINT")->setVbProperty("Text", "2");
     Form13* f = form13();
-    EXPECT_EQ(f->Txt_ID_MODELLO->Text(), "1");
-    EXPECT_EQ(f->Txt_ID_MAINT_TIPO->Text(), "2");
-    EXPECT_EQ(texts(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
-    EXPECT_EQ(texts(f->DataGrid1, "Titolo"), QStringList { "Olio" });
+    EXPECT_EQ(texts({ f->Txt_ID_MODELLO, f->Txt_ID_MAINT_TIPO }), QStringList({ "1", "2" }));
+    EXPECT_EQ(column(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
+    EXPECT_EQ(column(f->DataGrid1, "Titolo"), QStringList { "Olio" });
 
     f->Cmd_Vis_All->click();
     EXPECT_EQ(shell::screens().control("Form7", "ID_MOD")->vbProperty("Text").toString(), "");
@@ -493,7 +379,7 @@ TEST_F(Form13Test, WeekHoursOfAStepOverflowAbove546MinutesButNotAfterADelete)
     selectAssignment(f, 1);
     f->DataGrid1->click();
     f->DataGrid1->select(0); // Pulizia, step 0
-    answerWith({ answer::Yes });
+    answer({ answer::Yes });
     f->Cmd_Delete2->click();
     boxes();
     EXPECT_EQ(column("SELECT Titolo FROM Tbl_ProcedureM"), QStringList { "Olio" });
@@ -518,13 +404,10 @@ TEST_F(Form13Test, RegisterShowsTheProcedureOfItsSelectedRow)
     Form13* f = shell::screens().formAs<Form13>(QStringLiteral("Form13"));
     ASSERT_NE(f, nullptr);
     EXPECT_TRUE(f->isVisible());
-    EXPECT_EQ(f->Txt_ID_MODELLO->Text(), "1");
-    EXPECT_EQ(f->Txt_ID_MAINT_TIPO->Text(), "2");
-    EXPECT_EQ(f->DataCombo2->Text(), "PRESSA");
-    EXPECT_EQ(f->DataCombo3->Text(), "AX100");
-    EXPECT_EQ(f->DataCombo4->Text(), "Mensile");
-    EXPECT_EQ(texts(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
-    EXPECT_EQ(texts(f->DataGrid1, "Titolo"), QStringList { "Olio" });
+    EXPECT_EQ(texts({ f->Txt_ID_MODELLO, f->Txt_ID_MAINT_TIPO, f->DataCombo2, f->DataCombo3, f->DataCombo4 }),
+        QStringList({ "1", "2", "PRESSA", "AX100", "Mensile" }));
+    EXPECT_EQ(column(f->DataGrid2, "Manutenzione_Tipo"), QStringList { "Mensile" });
+    EXPECT_EQ(column(f->DataGrid1, "Titolo"), QStringList { "Olio" });
     EXPECT_TRUE(boxes().empty());
 }
 

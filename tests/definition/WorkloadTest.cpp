@@ -2,7 +2,7 @@
 #include "definition/Workload.h"
 
 #include "controls/DataControls.h"
-#include "shell/ShellFixture.h"
+#include "support/ScreenTest.h"
 
 using definition::DurationWidth;
 using definition::StoreBy;
@@ -11,40 +11,22 @@ using vb::Variant;
 
 namespace {
 
-class WorkloadTest : public ShellFixture
+class WorkloadTest : public ScreenTest
 {
 protected:
     void SetUp() override
     {
-        ShellFixture::SetUp();
+        ScreenTest::SetUp();
         // Models: 1 PRESSA AX100 with two units, 2 FRESA F10 with none, 3 TORNIO T200 with one.
-        exec(QStringLiteral("INSERT INTO Tbl_Macchina (Macchina, Modello) VALUES ('PRESSA', 'AX100')"));
-        exec(QStringLiteral("INSERT INTO Tbl_Macchina (Macchina, Modello) VALUES ('FRESA', 'F10')"));
-        exec(QStringLiteral("INSERT INTO Tbl_Macchina (Macchina, Modello) VALUES ('TORNIO', 'T200')"));
-        exec(QStringLiteral("INSERT INTO Tbl_Numerazione (Numerazione, ID_MODELLO) VALUES ('1', 1)"));
-        exec(QStringLiteral("INSERT INTO Tbl_Numerazione (Numerazione, ID_MODELLO) VALUES ('2', 1)"));
-        exec(QStringLiteral("INSERT INTO Tbl_Numerazione (Numerazione, ID_MODELLO) VALUES ('1', 3)"));
+        plant.units(plant.model("PRESSA", "AX100"), { "1", "2" });
+        plant.model("FRESA", "F10");
+        plant.unit(plant.model("TORNIO", "T200"), "1");
         // Types of the new store: 1 Settimanale (coefficient 1), 2 Mensile (0.25).
-        step(1, 1, 400);
-        step(1, 1, 200);
-        step(1, 2, 30);
-        step(1, 2, 60);
-        step(2, 1, 90);
-        step(3, 1, 2160);
+        for (const auto& [m, t, minutes] :
+            { std::tuple { 1, 1, 400 }, { 1, 1, 200 }, { 1, 2, 30 }, { 1, 2, 60 }, { 2, 1, 90 }, { 3, 1, 2160 } })
+            plant.step(m, t, 1, "Passo", minutes);
         for (auto [m, t] : { std::pair { 1, 1 }, { 1, 2 }, { 2, 1 }, { 3, 1 }, { 3, 2 } })
-            exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Tempo_Ore, Tot_Ore_Sett) "
-                                "VALUES (%1, %2, 'prima', 'prima')")
-                     .arg(m)
-                     .arg(t));
-    }
-
-    void step(int m, int t, int minuti)
-    {
-        exec(QStringLiteral("INSERT INTO Tbl_ProcedureM (ID_MODELLO, ID_MAINT_TIPO, Num, Titolo, Minuti) "
-                            "VALUES (%1, %2, 1, 'Passo', %3)")
-                 .arg(m)
-                 .arg(t)
-                 .arg(minuti));
+            plant.assignment(m, t, { { "Tempo_Ore", "prima" }, { "Tot_Ore_Sett", "prima" } });
     }
 
     /// Tempo_Minuti, Tempo_Ore, Minuti_Sett, Num_Macchine, Tot_Minuti_Sett, Tot_Ore_Sett of one assignment.
@@ -160,7 +142,7 @@ TEST_F(WorkloadTest, TheLinesOfFrmMainAndForm9)
 {
     // Nothing assigned yet: the sum is Null.
     exec(QStringLiteral("DELETE * FROM Tbl_Assegna_M"));
-    standIn(QStringLiteral("frmMain"), QStringList { QStringLiteral("L:Label1") });
+    standIn("frmMain", { "L:Label1" });
     shell::screens().form(QStringLiteral("frmMain"));
     definition::Show_Workload_Total();
     EXPECT_EQ(caption(QStringLiteral("frmMain"), QStringLiteral("Label1")),
@@ -170,10 +152,8 @@ TEST_F(WorkloadTest, TheLinesOfFrmMainAndForm9)
     EXPECT_FALSE(shell::screens().isLoaded(QStringLiteral("Form9")));
 
     // 1.200,00 + 1.800,00 as texts: 3000 minutes, 50 hours.
-    exec(QStringLiteral(
-        "INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Tot_Minuti_Sett) VALUES (1, 1, '1.200,00')"));
-    exec(QStringLiteral(
-        "INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Tot_Minuti_Sett) VALUES (1, 2, '1.800,00')"));
+    plant.assignment(1, 1, { { "Tot_Minuti_Sett", "1.200,00" } });
+    plant.assignment(1, 2, { { "Tot_Minuti_Sett", "1.800,00" } });
     standIn(QStringLiteral("Form9"), [](QWidget* owner) -> vb::Form* {
         auto* f = new vb::Form(owner, QStringLiteral("Form9"));
         new vb::Label(f, QStringLiteral("Label2"));

@@ -1,49 +1,53 @@
 // The operators' register: the list and the selected operator with age, service and last
 // job; insert, edit with the end of employment, delete; the searches; the date advice;
 // the print; and the road from the main menu through the automation driver.
-#include "Form18Fixture.h"
+#include "people/Form18.h"
 
+#include "execution/Form7.h"
 #include "reports/ReportViewer.h"
-#include "support/InProcessDrive.h"
+#include "runtime/OpenFile.h"
+#include "support/ScreenTest.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
-
+using kit::date;
 using people::Form18;
 using vb::Variant;
 namespace answer = vb::answer;
 
 namespace {
 
-class Form18Test : public Form18Fixture
+class Form18Test : public ScreenTest
 {
 protected:
-    void TearDown() override
+    /// An operator; a Null date leaves its column empty, 0 is a running employment.
+    int addOperator(const QString& name, const QString& qualification, const Variant& born, const Variant& started,
+        const Variant& ended = Variant(0), const QString& type = "Interno")
     {
-        reports::UnloadReport("DataReport2");
-        Form18Fixture::TearDown();
+        return plant.worker(name, qualification,
+            { { "Data_Nascita", born }, { "Inizio_Rapp", started }, { "Fine_Rapp", ended }, { "Tipo", type } });
     }
 
-    static QStringList printed()
+    /// A maintenance of the register last executed by this operator.
+    void addJob(int operatorId, const QDate& ultima, const QString& type, const QString& model, const QString& number)
     {
-        QStringList t;
-        if (const auto r = reports::LaidOutPages("DataReport2"))
-            for (const auto& page : r->pages)
-                for (const auto& p : page)
-                    t << p.text;
-        return t;
+        plant.registerRow({ { "Macchina", "PRESSA" }, { "Modello", model }, { "Numerazione", number },
+            { "Manutenzione_Tipo", type }, { "Ultima", Variant::fromDate(ultima) },
+            { "Prossima", Variant::fromDate(ultima.addDays(28)) }, { "ID_OPERATORE", operatorId } });
     }
+
+    static Form18* form18() { return screen<Form18>("Form18"); }
+    static Form18* reopened() { return ScreenTest::reopened<Form18>("Form18"); }
+    static void selectOperator(Form18* f, int id) { selectKey(f->DataGrid1, id); }
 };
 
 } // namespace
 
 TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
 {
-    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 12, 31), date(2010, 3, 1), Variant(0));
-    const int bianchi = addOperator("bianchi", "Meccanico", date(1975, 5, 20), date(2001, 9, 1), date(2020, 6, 30),
-                                    "Esterno");
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 12, 31), date(2010, 3, 1));
+    const int bianchi
+        = addOperator("bianchi", "Meccanico", date(1975, 5, 20), date(2001, 9, 1), date(2020, 6, 30), "Esterno");
     // A birth of 0 reads back as a time of day, shorter than a date: no date at all.
-    const int verdi = addOperator("VERDI", "Meccanico", Variant(0), Variant::null());
+    const int verdi = addOperator("VERDI", "Meccanico", Variant(0), Variant::null(), Variant::null());
     addJob(rossi, QDate(2026, 10, 1), "Mensile", "AX100", "1");
     addJob(rossi, QDate(2026, 11, 10), "Bimestrale", "T200", "10");
 
@@ -51,17 +55,13 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
     EXPECT_EQ(f->Caption(), "MANUTENTORI");
     EXPECT_EQ(f->Label1->Caption(), "0peratori Presenti: 3");
     EXPECT_EQ(f->DataGrid1->cellValue(0, 0).toLong(), bianchi) << "by name, case ignored";
-    ASSERT_EQ(f->DataGrid1->ColumnCount(), 7);
-    const int widths[] = {0, 1800, 1800, 1100, 0, 1150, 0};
-    const char* captions[] = {"ID_OPERATORE", "Operatore", "Qualifica", "Nascita", "Tipo", "Assunzione", "Fine_Rapp"};
-    for (int i = 0; i < 7; ++i) {
-        EXPECT_EQ(f->DataGrid1->Columns(i).Width(), widths[i]) << i;
-        EXPECT_EQ(f->DataGrid1->Columns(i).Caption(), captions[i]) << i;
+    EXPECT_EQ(captions(f->DataGrid1),
+        QStringList({ "ID_OPERATORE", "Operatore", "Qualifica", "Nascita", "Tipo", "Assunzione", "Fine_Rapp" }));
+    EXPECT_EQ(widths(f->DataGrid1), QList<int>({ 0, 1800, 1800, 1100, 0, 1150, 0 }));
+    for (int i = 0; i < 7; ++i)
         EXPECT_TRUE(f->DataGrid1->Columns(i).Locked()) << i;
-    }
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
-    EXPECT_TRUE(f->DTPicker4->isHidden());
-    EXPECT_TRUE(f->DTPicker3->isHidden());
+    EXPECT_TRUE(f->DTPicker4->isHidden() && f->DTPicker3->isHidden());
 
     selectOperator(f, rossi);
     EXPECT_EQ(f->TxtID_OPERATORE->Text(), QString::number(rossi));
@@ -69,8 +69,7 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
     EXPECT_EQ(f->DTPicker2->date(), QDate(1980, 12, 31));
     EXPECT_TRUE(f->DTPicker4->isHidden()) << "Fine_Rapp 0: the employment runs";
     // Years only: born on 31 December 1980, counted 46 on 15 November 2026.
-    EXPECT_EQ(f->Txt_Eta->Text(), "46");
-    EXPECT_EQ(f->Txt_Rapporto->Text(), "16");
+    EXPECT_EQ(texts({ f->Txt_Eta, f->Txt_Rapporto }), QStringList({ "46", "16" }));
     EXPECT_FALSE(f->DTPicker3->isHidden());
     EXPECT_EQ(f->DTPicker3->date(), QDate(2026, 11, 10)) << "the newest job";
     EXPECT_EQ(f->Txt_Manutenzione->Text() + f->Txt_Modello->Text() + f->Txt_Numero->Text(), "BimestraleT20010");
@@ -89,11 +88,10 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
     // No dates: the pickers show today and nothing is worked out.
     selectOperator(f, verdi);
     EXPECT_EQ(f->DTPicker2->date(), QDate(2026, 11, 15));
-    EXPECT_EQ(f->Txt_Eta->Text(), "");
-    EXPECT_EQ(f->Txt_Rapporto->Text(), "");
+    EXPECT_EQ(texts({ f->Txt_Eta, f->Txt_Rapporto }), QStringList({ "", "" }));
 
     // From 1 January the one born on 31 December is counted a full year older.
-    vb::Clock::freeze(QDateTime(QDate(2027, 1, 1), QTime(8, 0)));
+    setToday(QDate(2027, 1, 1));
     selectOperator(f, rossi);
     EXPECT_EQ(f->Txt_Eta->Text(), "47");
     EXPECT_TRUE(boxes().empty());
@@ -101,26 +99,21 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
 
 TEST_F(Form18Test, InsertNeedsNameAndQualificationAndSavesARunningEmployment)
 {
-    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 1, 1), date(2010, 3, 1), Variant(0));
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 1, 1), date(2010, 3, 1));
     Form18* f = form18();
     selectOperator(f, rossi);
     f->Cmd_Add->click();
-    EXPECT_EQ(f->TxtID_OPERATORE->Text(), "");
-    EXPECT_EQ(f->Combo1->Text(), "Interno");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_EQ(texts({ f->TxtID_OPERATORE, f->Combo1, f->Cmd_Edit }), QStringList({ "", "Interno", "SALVA" }));
     EXPECT_FALSE(f->Cmd_Add->isEnabled() || f->Cmd_Delete->isEnabled());
 
     f->Cmd_Edit->click();
     f->txtOperatore->typeText("NERI PAOLO");
     f->Cmd_Edit->click();
-    auto shown = boxes();
+    const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    for (const auto& b : shown) {
-        EXPECT_EQ(b.title, "MANCANZA DATI!!");
-        EXPECT_EQ(b.prompt, "Inserisci i dati Richiesti!");
-        EXPECT_EQ(b.buttons, vb::mb::Exclamation);
-    }
-    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore"), QStringList{"ROSSI"});
+    for (const auto& b : shown)
+        EXPECT_BOX(b, "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore"), QStringList { "ROSSI" });
 
     f->Txt_Qualifica->typeText("Saldatore");
     f->DTPicker2->setValue(date(1990, 4, 12));
@@ -140,8 +133,7 @@ TEST_F(Form18Test, InsertNeedsNameAndQualificationAndSavesARunningEmployment)
     // Reopened in browse mode on the row number kept before the insert: row 0, where
     // the new name now sorts.
     Form18* again = reopened();
-    EXPECT_EQ(again->Cmd_Edit->Caption(), "MODIFICA");
-    EXPECT_EQ(again->txtOperatore->Text(), "NERI PAOLO");
+    EXPECT_EQ(texts({ again->Cmd_Edit, again->txtOperatore }), QStringList({ "MODIFICA", "NERI PAOLO" }));
     EXPECT_TRUE(again->DTPicker4->isHidden());
     EXPECT_EQ(again->Txt_Rapporto->Text(), "11");
 
@@ -155,8 +147,8 @@ TEST_F(Form18Test, InsertNeedsNameAndQualificationAndSavesARunningEmployment)
 
 TEST_F(Form18Test, EditAsksWithTheOldNameAndDimissioniEndsTheEmployment)
 {
-    addOperator("bianchi", "Meccanico", date(1975, 5, 20), date(2001, 9, 1), Variant(0));
-    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1), Variant(0));
+    addOperator("bianchi", "Meccanico", date(1975, 5, 20), date(2001, 9, 1));
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1));
     const QString key = QString::number(rossi);
     Form18* f = form18();
 
@@ -168,37 +160,35 @@ TEST_F(Form18Test, EditAsksWithTheOldNameAndDimissioniEndsTheEmployment)
     f->Cmd_Edit->click();
     auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[0].title, "Modifica Operatore **ROSSI**");
-    EXPECT_EQ(shown[0].prompt, "Stai per modificare i dati dell' Operatore [ROSSI] Vuoi Procedere??");
-    EXPECT_EQ(shown[0].buttons, vb::mb::YesNo + vb::mb::Question);
+    EXPECT_BOX(shown[0], "Modifica Operatore **ROSSI**",
+        "Stai per modificare i dati dell' Operatore [ROSSI] Vuoi Procedere??", vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(shown[1].prompt, "L'Operatore [ROSSI] Sta per essere modificato, Vuoi Procedere??");
-    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList{"ROSSI"});
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList { "ROSSI" });
 
     // Dimissioni shows the end date at today; the save writes it.
     f->Cmd_Dimissioni->click();
     EXPECT_FALSE(f->DTPicker4->isHidden());
     EXPECT_EQ(f->DTPicker4->date(), QDate(2026, 11, 15));
-    answer({answer::Yes});
+    answer({ answer::Yes });
     f->Cmd_Edit->click();
     boxes();
-    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList{"ROSSI MARIO"});
-    EXPECT_EQ(column("SELECT Fine_Rapp FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList{"15/11/2026"});
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList { "ROSSI MARIO" });
+    EXPECT_EQ(column("SELECT Fine_Rapp FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList { "15/11/2026" });
 
     // Back on the kept row; two years on, the service stays at the end year less the start.
-    vb::Clock::freeze(QDateTime(QDate(2028, 11, 15), QTime(8, 0)));
+    setToday(QDate(2028, 11, 15));
     f = reopened();
     f->DataGrid1->select(0);
     f->DataGrid1->select(1);
     EXPECT_EQ(f->txtOperatore->Text(), "ROSSI MARIO");
     EXPECT_FALSE(f->DTPicker4->isHidden());
-    EXPECT_EQ(f->Txt_Rapporto->Text(), "14");
-    EXPECT_EQ(f->Txt_Eta->Text(), "48");
+    EXPECT_EQ(texts({ f->Txt_Rapporto, f->Txt_Eta }), QStringList({ "14", "48" }));
 
     // A second click takes the end back: the save writes 0 again and the service runs on.
     f->Cmd_Dimissioni->click();
     EXPECT_TRUE(f->DTPicker4->isHidden());
     f->Txt_Qualifica->setText("Capo squadra");
-    answer({answer::Yes});
+    answer({ answer::Yes });
     f->Cmd_Edit->click();
     EXPECT_EQ(boxes()[0].prompt, "L'Operatore [ROSSI MARIO] Sta per essere modificato, Vuoi Procedere??")
         << "a new qualification counts as a change";
@@ -208,7 +198,7 @@ TEST_F(Form18Test, EditAsksWithTheOldNameAndDimissioniEndsTheEmployment)
 
 TEST_F(Form18Test, DeleteAsksFirstAndTheRegisterKeepsTheKey)
 {
-    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1), Variant(0));
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1));
     addJob(rossi, QDate(2026, 11, 10), "Mensile", "AX100", "1");
     Form18* f = form18();
     f->Cmd_Delete->click();
@@ -216,24 +206,23 @@ TEST_F(Form18Test, DeleteAsksFirstAndTheRegisterKeepsTheKey)
     f->Cmd_Delete->click(); // answered No
     auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[0].title, "NESSUNA OPERATORE SELEZIONATA");
-    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun dato!");
-    EXPECT_EQ(shown[1].title, "Eliminazione Operatore **ROSSI**");
-    EXPECT_EQ(shown[1].prompt, "Vuoi Veramente eliminare l'Operatore ROSSI?");
+    EXPECT_BOX(shown[0], "NESSUNA OPERATORE SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
+    EXPECT_BOX(shown[1], "Eliminazione Operatore **ROSSI**", "Vuoi Veramente eliminare l'Operatore ROSSI?",
+        vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore").size(), 1);
 
-    answer({answer::Yes});
+    answer({ answer::Yes });
     f->Cmd_Delete->click();
     EXPECT_TRUE(column("SELECT Operatore FROM Tbl_Operatore").isEmpty());
-    EXPECT_EQ(column("SELECT ID_OPERATORE FROM Tbl_Maintenance"), QStringList{QString::number(rossi)});
+    EXPECT_EQ(column("SELECT ID_OPERATORE FROM Tbl_Maintenance"), QStringList { QString::number(rossi) });
     EXPECT_EQ(reopened()->Label1->Caption(), "0peratori Presenti: 0");
 }
 
 TEST_F(Form18Test, SearchesByNameAndQualificationAndTheFullListAgain)
 {
-    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1), Variant(0));
-    addOperator("ROSSINI", "Meccanico", date(1982, 6, 1), date(2014, 3, 1), Variant(0));
-    addOperator("BIANCHI", "Meccanico", date(1984, 6, 1), date(2016, 3, 1), Variant(0));
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1));
+    addOperator("ROSSINI", "Meccanico", date(1982, 6, 1), date(2014, 3, 1));
+    addOperator("BIANCHI", "Meccanico", date(1984, 6, 1), date(2016, 3, 1));
     Form18* f = form18();
     selectOperator(f, rossi);
 
@@ -259,15 +248,14 @@ TEST_F(Form18Test, SearchesByNameAndQualificationAndTheFullListAgain)
 
     f->Cmd_Vis_All->click();
     Form18* again = reopened();
-    EXPECT_EQ(again->Label1->Caption(), "0peratori Presenti: 3");
-    EXPECT_EQ(again->Cmd_Print->Caption(), "Stampa Tutto");
+    EXPECT_EQ(texts({ again->Label1, again->Cmd_Print }), QStringList({ "0peratori Presenti: 3", "Stampa Tutto" }));
 }
 
 TEST_F(Form18Test, APickerRefusingTodayWritesTheDateGuideAndInfoOnRequest)
 {
-    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1), Variant(0));
+    const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 6, 1), date(2012, 3, 1));
     // A date the pickers cannot hold, as on a computer set to another date format.
-    vb::Clock::freeze(QDateTime(QDate(1600, 6, 1), QTime(8, 0)));
+    setToday(QDate(1600, 6, 1));
     Form18* f = form18();
     vb::OpenFileService::takeOpened();
 
@@ -278,25 +266,25 @@ TEST_F(Form18Test, APickerRefusingTodayWritesTheDateGuideAndInfoOnRequest)
 
     // INSERISCI blames the date format: the guide opens and the insert does not begin.
     f->Cmd_Add->click();
-    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{path() + "/Errore_Formato_Data.txt"});
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString> { path() + "/Errore_Formato_Data.txt" });
     EXPECT_EQ(linesOf("Errore_Formato_Data.txt").value(2),
-              "IL FORMATO DATA IMPOSTATO SU QUESTO PC HA CAUSATO UN ERRORE AL SOFTWARE");
+        "IL FORMATO DATA IMPOSTATO SU QUESTO PC HA CAUSATO UN ERRORE AL SOFTWARE");
     EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
     EXPECT_TRUE(boxes().empty());
 
-    vb::Clock::freeze(QDateTime(QDate(2026, 11, 15), QTime(8, 0)));
+    setToday(QDate(2026, 11, 15));
     f->Cmd_Info->click();
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Info --");
-    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{path() + "/Info.txt"});
+    EXPECT_BOX(oneBox(), "Info --",
+        "Il File 'Info.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
+        vb::mb::Information);
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString> { path() + "/Info.txt" });
 }
 
 TEST_F(Form18Test, PrintListsOperatorsWithJobsByQualificationNewestJobFirst)
 {
-    const int rossi = addOperator("ROSSI", "Meccanico", date(1980, 6, 1), date(2012, 3, 1), Variant(0));
-    const int bianchi = addOperator("BIANCHI", "Elettricista", date(1975, 5, 20), date(2001, 9, 1), Variant(0));
-    addOperator("VERDI", "Apprendista", date(2001, 1, 1), date(2024, 9, 1), Variant(0));
+    const int rossi = addOperator("ROSSI", "Meccanico", date(1980, 6, 1), date(2012, 3, 1));
+    const int bianchi = addOperator("BIANCHI", "Elettricista", date(1975, 5, 20), date(2001, 9, 1));
+    addOperator("VERDI", "Apprendista", date(2001, 1, 1), date(2024, 9, 1));
     addJob(rossi, QDate(2026, 9, 1), "Mensile", "AX100", "1");
     addJob(rossi, QDate(2026, 11, 10), "Bimestrale", "T200", "10");
     addJob(bianchi, QDate(2026, 10, 5), "Annuale", "PM160", "3");
@@ -304,35 +292,27 @@ TEST_F(Form18Test, PrintListsOperatorsWithJobsByQualificationNewestJobFirst)
     boxes();
 
     form18()->Cmd_Print->click();
-    const QStringList t = printed();
+    const QStringList t = printed("DataReport2");
     EXPECT_TRUE(t.contains("LISTA OPERATORI"));
     EXPECT_TRUE(t.contains("15/11/2026 08.00.00")) << "Label2: the present date and time";
     EXPECT_FALSE(t.contains("VERDI")) << "no job, no place in the list";
     EXPECT_LT(t.indexOf("BIANCHI"), t.indexOf("ROSSI")) << "by qualification";
     EXPECT_LT(t.indexOf("T200"), t.indexOf("AX100")) << "newest job first";
-    EXPECT_EQ(t.mid(t.indexOf("Interventi Eseguiti"), 2), (QStringList{"Interventi Eseguiti", "1"}));
+    EXPECT_EQ(t.mid(t.indexOf("Interventi Eseguiti"), 2), (QStringList { "Interventi Eseguiti", "1" }));
     EXPECT_EQ(reports::ReportWindow("DataReport2")->geometry().left(), vb::twipsToPixels(2200)) << "work area";
     EXPECT_TRUE(boxes().empty());
 }
 
-TEST_F(Form18Test, FromTheMainMenuThroughTheDriverToTheRegistersOperatorList)
+TEST_F(Form18Test, TheMainMenuOpensTheScreenAndTheRegisterListsTheSameOperators)
 {
-    InProcessDrive drive;
-    drive("start");
-    drive("click frmMain.lblOperatore");
-    ASSERT_TRUE(drive("loaded Form18").toBool());
-    EXPECT_EQ(drive("get Form18.Caption").toString(), "MANUTENTORI");
-    drive("click Form18.Cmd_Add");
-    drive("type Form18.txtOperatore NERI PAOLO");
-    drive("type Form18.Txt_Qualifica Saldatore");
-    drive("choose Form18.Combo1 Esterno");
-    drive("click Form18.Cmd_Edit");
-    const QJsonArray saved = drive("sql SELECT Operatore, Qualifica, Tipo FROM Tbl_Operatore").toArray();
-    ASSERT_EQ(saved.size(), 1);
-    EXPECT_EQ(saved[0].toObject().value("Tipo").toString(), "Esterno");
-    EXPECT_EQ(drive("get Form18.Label1.Caption").toString(), "0peratori Presenti: 1");
+    start()->control("lblOperatore")->click();
+    ASSERT_TRUE(shell::screens().isLoaded("Form18"));
+    EXPECT_TRUE(form18()->isVisible());
+    EXPECT_EQ(form18()->Caption(), "MANUTENTORI");
+    boxes();
 
     // The register's operator list reads the same table.
-    drive("show Form7");
-    EXPECT_TRUE(drive("get Form7.DataCombo5.items").toArray().contains(QJsonValue("NERI PAOLO")));
+    plant.worker("NERI PAOLO", "Saldatore", { { "Tipo", "Esterno" } });
+    shell::screens().show("Form7");
+    EXPECT_TRUE(screen<execution::Form7>("Form7")->DataCombo5->items().contains("NERI PAOLO"));
 }

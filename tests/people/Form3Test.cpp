@@ -1,11 +1,14 @@
 // The notebook: the three lists and the register's machine, the save with its checks and
 // its two modes, the filters, the selections, the symbols, the pictures, Note.txt and the
 // prints.
-#include "Form3Fixture.h"
+#include "people/Form3.h"
 
+#include "controls/CommonDialog.h"
+#include "execution/Form7.h"
 #include "reports/ReportViewer.h"
 #include "runtime/AppPath.h"
-#include "controls/CommonDialog.h"
+#include "runtime/OpenFile.h"
+#include "support/ScreenTest.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,25 +19,80 @@ namespace answer = vb::answer;
 
 namespace {
 
-class Form3Test : public Form3Fixture
+/// The register's small plant and the notebook on its roads in.
+class Form3Road : public ScreenTest
 {
 protected:
+    void SetUp() override
+    {
+        ScreenTest::SetUp();
+        upgradeStore(); // the note type column
+        plant.registerPlant();
+    }
+
+    static Form3* form3() { return screen<Form3>("Form3"); }
+};
+
+/// Beside the register's plant, PRESSA BX200 (model 4, unit 4 "5") and TORNIO T-50
+/// dell'officina (model 5, unit 5 "7"); notes of two machine numbers and one general note;
+/// the register stood in for by a screen with the three fields the notebook reads.
+class Form3Test : public Form3Road
+{
+protected:
+    void SetUp() override
+    {
+        Form3Road::SetUp();
+        plant.unit(plant.model("PRESSA", "BX200"), "5");
+        plant.unit(plant.model("TORNIO", "T-50 dell'officina"), "7");
+        olio = addNote(1, 1, "10/11/2026", "Cambiato olio", "Guasto", "Elettrico");
+        filtri = addNote(1, 2, "03/03/2025", "Controllo olio e filtri", "Manutenzione", "Meccanico");
+        guanti = addNote(0, 0, "12/11/2026", "Ordinare guanti", "Sicurezza", "Magazzino");
+        standIn("Form7", { "T:ID_MOD", "T:ID_NUM", "P:DTPicker2" });
+        shell::screens().form("Form7")->controlAs<vb::DTPicker>("DTPicker2")->setValue(kit::date(2026, 11, 10));
+    }
+
     void TearDown() override
     {
         vb::FileDialogService::clear();
-        for (const char* r : {"DataReport10", "DataReport18", "DataReport19", "DataReport20", "DataReport21"})
-            reports::UnloadReport(r);
-        Form3Fixture::TearDown();
+        Form3Road::TearDown();
     }
 
-    static QStringList printed(const char* report)
+    int addNote(
+        int model, int number, const QString& date, const QString& text, const QString& type, const QString& type2)
     {
-        QStringList t;
-        if (const auto r = reports::LaidOutPages(report))
-            for (const auto& page : r->pages)
-                for (const auto& p : page)
-                    t << p.text;
-        return t;
+        return plant.note({ { "ID_MODELLO", model }, { "ID_NUM", number }, { "Ultima", date }, { "NOTE", text },
+            { "Tipo_Nota", type }, { "Tipo_Nota2", type2 } });
+    }
+
+    static Form3* reload() { return ScreenTest::reload<Form3>("Form3"); }
+
+    /// The register's fields, as it stands when it opens the notebook.
+    static void setRegister(const QString& model, const QString& number, bool visible)
+    {
+        auto* f = shell::screens().form("Form7");
+        f->control("ID_MOD")->setVbProperty("Text", model);
+        f->control("ID_NUM")->setVbProperty("Text", number);
+        f->setVisible(visible);
+    }
+
+    /// The keys of a grid's rows, from its ID column.
+    static QList<int> keys(vb::DataGrid* grid)
+    {
+        QList<int> out;
+        for (const QString& k : column(grid, "ID"))
+            out << k.toInt();
+        return out;
+    }
+
+    static void selectNote(vb::DataGrid* grid, int id) { selectRow(grid, "ID", QString::number(id)); }
+
+    /// Model, number, operator, date, text, types, picture and its path of a note.
+    static QString note(int id)
+    {
+        return lines(QStringLiteral("SELECT ID_MODELLO, ID_NUM, ID_OPERATORE, Ultima, NOTE, Tipo_Nota, Tipo_Nota2, "
+                                    "Images, Percorso FROM Tbl_Maintenance_Note WHERE ID = %1")
+                         .arg(id))
+            .value(0);
     }
 
     /// A picture file away from the program's folder.
@@ -47,6 +105,8 @@ protected:
         EXPECT_TRUE(image.save(file, "BMP"));
         return file;
     }
+
+    int olio = 0, filtri = 0, guanti = 0;
 };
 
 } // namespace
@@ -63,19 +123,13 @@ TEST_F(Form3Test, LoadShowsTheThreeListsAndTheRegistersMachine)
     EXPECT_EQ(f->DataGrid2->cellText(0, 0), "AX100");
     EXPECT_EQ(f->DataGrid2->cellText(1, 1), "2");
     EXPECT_EQ(f->DataGrid2->cellText(1, 2), "1");
-    const int machineWidths[] = {2900, 500, 500, 0, 0};
-    const char* machineCaptions[] = {"Modello", "N°", "Note"};
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(f->DataGrid2->Columns(i).Width(), machineWidths[i]) << i;
-        if (i < 3) {
-            EXPECT_EQ(f->DataGrid2->Columns(i).Caption(), QString::fromUtf8(machineCaptions[i]));
-        }
-    }
+    EXPECT_EQ(widths(f->DataGrid2), QList<int>({ 2900, 500, 500, 0, 0 }));
+    EXPECT_EQ(captions(f->DataGrid2).mid(0, 3), QStringList({ "Modello", "N°", "Note" }));
 
     // All notes, newest first by the date's text: day first, so a March note of last year
     // sorts below November's.
     EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 3");
-    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{guanti, olio, filtri}));
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int> { guanti, olio, filtri }));
     EXPECT_EQ(f->DataGrid3->Columns("Tipo_Nota").Caption(), "Nota Tipo");
     EXPECT_EQ(f->DataGrid3->Columns("Tipo_Nota").Width(), 1000);
     EXPECT_EQ(f->DataGrid3->Columns("NOTE").Width(), 3000);
@@ -97,7 +151,7 @@ TEST_F(Form3Test, LoadShowsTheThreeListsAndTheRegistersMachine)
     setRegister("1", "1", true);
     f = reload();
     EXPECT_EQ(f->DTPicker2->Value().toString(), "10/11/2026");
-    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{olio}));
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int> { olio }));
     EXPECT_EQ(f->Frame1->Caption(), "N° 1 Note 10/11/2026");
     // A hidden register gives its keys but not its date: none of today.
     setRegister("1", "1", false);
@@ -108,7 +162,7 @@ TEST_F(Form3Test, LoadShowsTheThreeListsAndTheRegistersMachine)
     f->Txt_ID_NUM->setText("2");
     f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2025, 3, 3)));
     f->Show_Notes_Of_Machine();
-    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{filtri}));
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int> { filtri }));
     EXPECT_TRUE(boxes().empty());
 }
 
@@ -119,7 +173,7 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
         f->Cmd_Add_Note->click();
         const auto b = boxes();
         EXPECT_LE(b.size(), 1u);
-        return b.empty() ? vb::ShownBox{} : b.front();
+        return b.empty() ? vb::ShownBox {} : b.front();
     };
     const vb::ShownBox empty = save();
     EXPECT_EQ(empty.prompt, "Inserisci la l'Annotazione ...");
@@ -135,20 +189,12 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
     f->DataCombo4->setText("Reparto B");
     f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2026, 1, 2)));
     EXPECT_EQ(save().prompt, "");
-    const auto general = rows("SELECT ID_MODELLO, ID_NUM, ID_OPERATORE, Ultima, NOTE, Tipo_Nota, Tipo_Nota2 FROM "
-                              "Tbl_Maintenance_Note WHERE Tipo_Nota2 = 'Reparto B'");
-    ASSERT_EQ(general.size(), 1u);
-    EXPECT_EQ(general[0][0].toLong(), 0);
-    EXPECT_EQ(general[0][1].toLong(), 0);
-    EXPECT_EQ(general[0][2].toLong(), 0);
-    EXPECT_EQ(general[0][3].toString(), "15/11/2026");
-    EXPECT_EQ(general[0][4].toString(), "Nuovi guanti\r\nin magazzino");
-    EXPECT_EQ(general[0][5].toString(), "Sicurezza");
+    EXPECT_EQ(lines("SELECT ID_MODELLO, ID_NUM, ID_OPERATORE, Ultima, NOTE, Tipo_Nota FROM Tbl_Maintenance_Note "
+                    "WHERE Tipo_Nota2 = 'Reparto B'"),
+        QStringList { "0|0|0|15/11/2026|Nuovi guanti\r\nin magazzino|Sicurezza" });
     EXPECT_EQ(f->Txt_Nota->Text(), "") << "the inputs are cleared";
-    EXPECT_EQ(f->DataCombo5->Text(), "");
-    EXPECT_EQ(f->Txt_DATA->Text(), "02/01/2026");
-    EXPECT_EQ(f->Txt_ID_NUM->Text(), "0");
-    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 4");
+    EXPECT_EQ(texts({ f->DataCombo5, f->Txt_DATA, f->Txt_ID_NUM, f->Frame2 }),
+        QStringList({ "", "02/01/2026", "0", "TUTTE LE NOTE: 4" }));
     EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 2") << "a general note is no machine's";
 
     // Lookups start at three characters.
@@ -157,7 +203,7 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
     EXPECT_EQ(f->DataCombo2->ListCount(), 0);
     f->DataCombo3->setText("PRESSA");
     EXPECT_TRUE(f->DataCombo2->isEnabled());
-    EXPECT_EQ(f->DataCombo2->items(), (QStringList{"AX100", "BX200"}));
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList { "AX100", "BX200" }));
     EXPECT_EQ(f->ID_MOD->Text(), "1") << "the machine's first model";
     // A name of no machine has no first model: the plain box of the empty list, and the
     // model stays closed.
@@ -177,25 +223,23 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
     EXPECT_EQ(f->DataCombo1->ListCount(), 0);
     f->DataCombo2->choose("BX200");
     EXPECT_EQ(f->ID_MOD->Text(), "4");
-    EXPECT_EQ(f->DataCombo1->items(), (QStringList{"5"}));
+    EXPECT_EQ(f->DataCombo1->items(), (QStringList { "5" }));
     EXPECT_EQ(save().prompt, "Selezionare il Numero della Macchina...");
     f->DataCombo1->setText("9");
     EXPECT_EQ(f->ID_NUM->Text(), "") << "no such number: nothing changes";
     f->DataCombo1->choose("5");
     EXPECT_EQ(f->ID_NUM->Text(), "4");
     EXPECT_EQ(save().prompt, "");
-    const auto machine = rows("SELECT ID_MODELLO, ID_NUM, Ultima FROM Tbl_Maintenance_Note WHERE Tipo_Nota2 = 'Idraulico'");
-    ASSERT_EQ(machine.size(), 1u);
-    EXPECT_EQ(machine[0][0].toLong(), 4);
-    EXPECT_EQ(machine[0][1].toLong(), 4);
+    EXPECT_EQ(lines("SELECT ID_MODELLO, ID_NUM FROM Tbl_Maintenance_Note WHERE Tipo_Nota2 = 'Idraulico'"),
+        QStringList { "4|4" });
     EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 3");
 
     // A name with an apostrophe is looked up with it doubled.
     f->DataCombo3->setText("TORNIO");
-    EXPECT_EQ(f->DataCombo2->items(), (QStringList{"T-50 dell'officina", "T200"}));
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList { "T-50 dell'officina", "T200" }));
     f->DataCombo2->choose("T-50 dell'officina");
     EXPECT_EQ(f->ID_MOD->Text(), "5");
-    EXPECT_EQ(f->DataCombo1->items(), (QStringList{"7"}));
+    EXPECT_EQ(f->DataCombo1->items(), (QStringList { "7" }));
     EXPECT_TRUE(boxes().empty());
 }
 
@@ -204,19 +248,18 @@ TEST_F(Form3Test, EachFilterReplacesTheOthersAndEmptyingOneShowsEveryNote)
     Form3* f = form3();
     f->DataCombo5->setText("Guasto");
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "1");
-    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{olio}));
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int> { olio }));
     // The text search ignores the classification chosen before.
     f->Txt_Search->typeText("olio");
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "3");
-    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{olio, filtri}));
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int> { olio, filtri }));
     EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 2");
     // Emptied, it does not go back to the classification: no filter at all.
     f->Txt_Search->setText("");
-    EXPECT_EQ(f->Txt_Specifica_Note->Text(), "0");
-    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 3");
+    EXPECT_EQ(texts({ f->Txt_Specifica_Note, f->Frame2 }), QStringList({ "0", "TUTTE LE NOTE: 3" }));
     f->DataCombo4->setText("Meccanico");
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "2");
-    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{filtri}));
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int> { filtri }));
     // The text goes into the statement as typed: an apostrophe finds nothing, silently.
     f->Txt_Search->setText("l'olio");
     EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 0");
@@ -229,7 +272,7 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
     // A note of all notes: it alone below, ready for a new one.
     selectNote(f->DataGrid3, olio);
     EXPECT_EQ(f->Cmd_Add_Note->Caption(), "INSERISCI NOTA");
-    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{olio}));
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int> { olio }));
     EXPECT_EQ(f->Txt_ID->Text(), QString::number(olio));
     EXPECT_EQ(f->Txt_Grid->Text(), "0");
     EXPECT_TRUE(f->Cmd_Photo->isEnabled());
@@ -237,28 +280,18 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
 
     // The note itself into the input area, machine included.
     f->DataGrid1->select(0);
-    EXPECT_EQ(f->Cmd_Add_Note->Caption(), "MODIFICA NOTA");
-    EXPECT_EQ(f->DataCombo3->Text(), "PRESSA");
-    EXPECT_EQ(f->DataCombo2->Text(), "AX100");
-    EXPECT_EQ(f->DataCombo1->Text(), "1");
-    EXPECT_EQ(f->ID_MOD->Text(), "1");
-    EXPECT_EQ(f->ID_NUM->Text(), "1");
-    EXPECT_EQ(f->DataCombo5->Text(), "Guasto");
-    EXPECT_EQ(f->DataCombo4->Text(), "Elettrico");
-    EXPECT_EQ(f->Txt_Nota->Text(), "Cambiato olio");
+    EXPECT_EQ(texts({ f->Cmd_Add_Note, f->DataCombo3, f->DataCombo2, f->DataCombo1, f->ID_MOD, f->ID_NUM, f->DataCombo5,
+                  f->DataCombo4, f->Txt_Nota }),
+        QStringList({ "MODIFICA NOTA", "PRESSA", "AX100", "1", "1", "1", "Guasto", "Elettrico", "Cambiato olio" }));
     // Filling the classifications filters the list of all notes by them, the last one winning.
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "2");
-    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{olio}));
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int> { olio }));
 
     // An edit writes the picker's date, not the note's: the note moves to that day.
     f->Txt_Nota->setText("Cambiato olio e filtro");
     f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2026, 11, 14)));
     f->Cmd_Add_Note->click();
-    auto saved = note(olio);
-    EXPECT_EQ(saved[0][0].toLong(), 1);
-    EXPECT_EQ(saved[0][1].toLong(), 1);
-    EXPECT_EQ(saved[0][3].toString(), "14/11/2026");
-    EXPECT_EQ(saved[0][4].toString(), "Cambiato olio e filtro");
+    EXPECT_EQ(note(olio), "1|1|0|14/11/2026|Cambiato olio e filtro|Guasto|Elettrico||");
     EXPECT_EQ(rows("SELECT ID FROM Tbl_Maintenance_Note").size(), 3u);
 
     // A general note is read without a machine and stays general.
@@ -266,18 +299,15 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
     selectNote(f->DataGrid3, guanti);
     EXPECT_EQ(f->Txt_Grid->Text(), "1");
     f->DataGrid1->select(0);
-    EXPECT_EQ(f->DataCombo3->Text(), "");
-    EXPECT_EQ(f->Txt_Nota->Text(), "Ordinare guanti");
+    EXPECT_EQ(texts({ f->DataCombo3, f->Txt_Nota }), QStringList({ "", "Ordinare guanti" }));
     f->Txt_Nota->setText("Ordinare guanti e occhiali");
     f->Cmd_Add_Note->click();
-    saved = note(guanti);
-    EXPECT_EQ(saved[0][0].toLong(), 0);
-    EXPECT_EQ(saved[0][4].toString(), "Ordinare guanti e occhiali");
+    EXPECT_EQ(note(guanti).section('|', 0, 0) + note(guanti).section('|', 4, 4), "0Ordinare guanti e occhiali");
 
     // A machine number: its notes, and they are notes of a machine.
     f->DataGrid2->select(1);
     EXPECT_EQ(f->Cmd_Add_Note->Caption(), "INSERISCI NOTA");
-    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{filtri}));
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int> { filtri }));
     EXPECT_EQ(f->Txt_Grid->Text(), "0");
     EXPECT_EQ(f->DataGrid2->Row(), 1);
     f->DataGrid1->select(0);
@@ -285,11 +315,10 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
 
     // Found through the search: the note clicked, though the clearing empties the filter.
     f->Txt_Search->setText("guanti");
-    ASSERT_EQ(keys(f->DataGrid3), (QList<int>{guanti}));
+    ASSERT_EQ(keys(f->DataGrid3), (QList<int> { guanti }));
     f->DataGrid3->select(0);
-    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{guanti}));
-    EXPECT_EQ(f->Txt_Search->Text(), "");
-    EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 3");
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int> { guanti }));
+    EXPECT_EQ(texts({ f->Txt_Search, f->Frame2 }), QStringList({ "", "TUTTE LE NOTE: 3" }));
     EXPECT_EQ(f->DataGrid3->cellText(f->DataGrid3->Row(), "ID"), QString::number(guanti));
     EXPECT_EQ(f->Txt_Grid->Text(), "1");
     EXPECT_TRUE(boxes().empty());
@@ -301,11 +330,10 @@ TEST_F(Form3Test, ASelectionInAnEmptyListSaysThereAreNoNotes)
     Form3* f = form3();
     ASSERT_EQ(f->DataGrid1->RecordCount(), 0);
     f->DataGrid1_RowColChange();
-    const auto b = boxes();
-    ASSERT_EQ(b.size(), 1u);
-    EXPECT_EQ(b[0].title, "NON CI SONO NOTE");
-    EXPECT_TRUE(b[0].prompt.startsWith("6061 ")) << b[0].prompt.toStdString();
-    EXPECT_EQ(b[0].buttons, 0);
+    const vb::ShownBox b = oneBox();
+    EXPECT_EQ(b.title, "NON CI SONO NOTE");
+    EXPECT_TRUE(b.prompt.startsWith("6061 ")) << b.prompt.toStdString();
+    EXPECT_EQ(b.buttons, 0);
 }
 
 TEST_F(Form3Test, SymbolsGoWhereTheLastChangeOrClickLeftTheCaret)
@@ -315,8 +343,7 @@ TEST_F(Form3Test, SymbolsGoWhereTheLastChangeOrClickLeftTheCaret)
     f->show();
     f->Txt_Nota->typeText("abc");
     EXPECT_TRUE(f->Frame5->isVisible()) << "the symbols while the text has the focus";
-    EXPECT_EQ(f->txt_Lunghezza->Text(), "abc");
-    EXPECT_EQ(f->Txt_Len->Text(), "3");
+    EXPECT_EQ(texts({ f->txt_Lunghezza, f->Txt_Len }), QStringList({ "abc", "3" }));
     // Arrow keys move the caret and nothing else: the symbol lands after the "c".
     f->Txt_Nota->setSelStart(1);
     f->Cmd_Diametro->click();
@@ -374,46 +401,45 @@ TEST_F(Form3Test, PicturesShowFitAndAMissingOneIsNamedOnce)
     selectNote(f->DataGrid3, filtri);
     const auto b = boxes();
     ASSERT_EQ(b.size(), 1u) << "once for the change of the path, not for the name";
-    EXPECT_EQ(b[0].title, "PERCORSO IMMAGINE NONVALIDO");
-    EXPECT_EQ(b[0].prompt, "Impossibile caricare l'immagine [via.jpg] ... Controlla che il seguente percorso "
-                           "dell'Immagine [/nessuna/cartella/via.jpg]  sia valido!");
-    EXPECT_EQ(b[0].buttons, 0);
-    EXPECT_EQ(note(filtri)[0][8].toString(), "/nessuna/cartella/via.jpg") << "the note is left as it is";
+    EXPECT_BOX(b[0], "PERCORSO IMMAGINE NONVALIDO",
+        "Impossibile caricare l'immagine [via.jpg] ... Controlla che il seguente percorso "
+        "dell'Immagine [/nessuna/cartella/via.jpg]  sia valido!",
+        0);
+    EXPECT_EQ(note(filtri).section('|', 8), "/nessuna/cartella/via.jpg") << "the note is left as it is";
 
     // The dialog: cancelled, nothing; refused, nothing stored.
-    vb::FileDialogService::queueAnswers({QString()});
+    vb::FileDialogService::queueAnswers({ QString() });
     f->Image4->click();
     const auto asked = vb::FileDialogService::takeShown();
     ASSERT_EQ(asked.size(), 1u);
     EXPECT_EQ(asked[0].title, "Selezionare il file da aprire");
-    EXPECT_EQ(asked[0].filter, "JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
+    EXPECT_EQ(
+        asked[0].filter, "JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
     EXPECT_EQ(asked[0].filterIndex, 1);
     EXPECT_EQ(asked[0].defaultExt, "Jpg");
     EXPECT_EQ(asked[0].initDir, vb::AppPath() + "/");
     EXPECT_EQ(asked[0].fileName, "/nessuna/cartella/via.jpg");
     EXPECT_TRUE(boxes().empty());
     const QString other = picture("valvola.bmp");
-    vb::FileDialogService::queueAnswers({other});
-    answer({answer::No});
+    vb::FileDialogService::queueAnswers({ other });
+    answer({ answer::No });
     f->Image4->click();
     EXPECT_EQ(boxes().size(), 1u);
-    EXPECT_EQ(note(filtri)[0][7].toString(), "via.jpg");
+    EXPECT_EQ(note(filtri).section('|', 7, 7), "via.jpg");
 
     // Saved: the one picture of the note is replaced, whichever the answer.
-    vb::FileDialogService::queueAnswers({other});
-    answer({answer::Yes, answer::No});
+    vb::FileDialogService::queueAnswers({ other });
+    answer({ answer::Yes, answer::No });
     f->Image4->MouseMove();
     f->Image2->click();
     const auto asks = boxes();
     ASSERT_EQ(asks.size(), 2u);
-    EXPECT_EQ(asks[0].title, "SALVA IMMAGINE'valvola.bmp'");
-    EXPECT_EQ(asks[0].prompt, "Vuoi salvare l'Immagine 'valvola.bmp' ?");
-    EXPECT_EQ(asks[0].buttons, vb::mb::YesNo + vb::mb::Question);
-    EXPECT_EQ(asks[1].title, "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'valvola.bmp'");
-    EXPECT_EQ(asks[1].prompt, "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'valvola.bmp' ?");
-    const auto saved = note(filtri);
-    EXPECT_EQ(saved[0][7].toString(), "valvola.bmp");
-    EXPECT_EQ(saved[0][8].toString(), other);
+    EXPECT_BOX(asks[0], "SALVA IMMAGINE'valvola.bmp'", "Vuoi salvare l'Immagine 'valvola.bmp' ?",
+        vb::mb::YesNo + vb::mb::Question);
+    EXPECT_BOX(asks[1], "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'valvola.bmp'",
+        "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'valvola.bmp' ?",
+        vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(note(filtri).section('|', 7), "valvola.bmp|" + other);
     EXPECT_EQ(f->Image2->Picture(), other);
     EXPECT_EQ(rows("SELECT ID FROM Tbl_Maintenance_Note").size(), 3u);
 }
@@ -425,7 +451,7 @@ TEST_F(Form3Test, NotesFileIsCreatedOnceAndKeepsWhatTheUserWrote)
     f->Cmd_Apri_Txt->click();
     ASSERT_TRUE(QFile::exists(file));
     EXPECT_EQ(QFile(file).size(), 0);
-    EXPECT_EQ(vb::OpenFileService::takeOpened(), (std::vector<QString>{file}));
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), (std::vector<QString> { file }));
     {
         QFile out(file);
         ASSERT_TRUE(out.open(QIODevice::Append));
@@ -454,29 +480,75 @@ TEST_F(Form3Test, PrintsFollowTheFilterAndTheMachinePrintResetsIt)
     f->Cmd_Print->click();
     EXPECT_FALSE(reports::IsReportLoaded("DataReport10"));
     t = printed("DataReport18");
-    EXPECT_TRUE(t.contains("NOTE Guasto"));
-    EXPECT_TRUE(t.contains("Cambiato olio"));
+    EXPECT_TRUE(t.contains("NOTE Guasto") && t.contains("Cambiato olio"));
     EXPECT_FALSE(t.contains("Ordinare guanti"));
 
     f->DataCombo4->setText("Meccanico");
     f->Cmd_Print->click();
     t = printed("DataReport19");
-    EXPECT_TRUE(t.contains("NOTE Meccanico"));
-    EXPECT_TRUE(t.contains("Controllo olio e filtri"));
+    EXPECT_TRUE(t.contains("NOTE Meccanico") && t.contains("Controllo olio e filtri"));
 
     f->Txt_Search->setText("olio");
     f->Cmd_Print->click();
     t = printed("DataReport20");
-    EXPECT_TRUE(t.contains("Cerca 'olio'"));
-    EXPECT_TRUE(t.contains("Cambiato olio"));
+    EXPECT_TRUE(t.contains("Cerca 'olio'") && t.contains("Cambiato olio"));
     EXPECT_FALSE(t.contains("Ordinare guanti"));
 
     f->Cmd_Print_Macchin->click();
     EXPECT_FALSE(reports::IsReportLoaded("DataReport20"));
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "0");
     t = printed("DataReport21");
-    EXPECT_TRUE(t.contains("NOTE MACCHINE"));
-    EXPECT_TRUE(t.contains("AX100"));
+    EXPECT_TRUE(t.contains("NOTE MACCHINE") && t.contains("AX100"));
     EXPECT_FALSE(t.contains("Ordinare guanti")) << "a general note has no machine to group it";
     EXPECT_TRUE(boxes().empty());
+}
+
+// ---- the roads in: an execution on the register that offers a note, and the main menu ---------
+// --------------------------------------------------------------------
+
+TEST_F(Form3Road, AnExecutionOpensTheNotebookOnItsNoteAndTheTextIsWrittenThere)
+{
+    start();
+    // Unit 2 (PRESSA AX100 "2"), Bimestrale every 8 weeks, due on 27/10/2026.
+    const int id = plant.registerRow({ { "ID_MODELLO", 1 }, { "Macchina", "PRESSA" }, { "Modello", "AX100" },
+        { "ID_NUM", 2 }, { "Numerazione", "2" }, { "ID_MAINT_TIPO", 3 }, { "Manutenzione_Tipo", "Bimestrale" },
+        { "Frequenza_Sett", 8.0 }, { "Ultima", kit::date(2026, 9, 1) }, { "Prossima", kit::date(2026, 10, 27) },
+        { "Operatore", "" } });
+    shell::screens().show("Form7");
+    selectKey(screen<execution::Form7>("Form7")->DataGrid1, id);
+    boxes();
+    answer({ answer::Yes, answer::Yes });
+    screen<execution::Form7>("Form7")->Cmd_Eseguita->click();
+    EXPECT_EQ(boxes().size(), 2u);
+
+    // The notebook shows the note just written, of the execution's date.
+    ASSERT_TRUE(shell::screens().isLoaded("Form3"));
+    Form3* f = form3();
+    EXPECT_TRUE(f->isVisible());
+    EXPECT_EQ(QStringList({ f->Txt_ID_MODELLO->Text(), f->Txt_ID_NUM->Text(), f->Txt_DATA->Text(),
+                  f->DTPicker2->Value().toString(), f->Frame1->Caption() }),
+        QStringList({ "1", "2", "27/10/2026", "27/10/2026", "N° 1 Note 27/10/2026" }));
+    ASSERT_EQ(f->DataGrid1->RecordCount(), 1);
+
+    // The note has a type and no text yet: its empty columns leave their fields empty.
+    f->DataGrid1->select(0);
+    EXPECT_EQ(f->Cmd_Add_Note->Caption(), "MODIFICA NOTA");
+    EXPECT_EQ(QStringList({ f->DataCombo3->Text(), f->DataCombo2->Text(), f->DataCombo1->Text(), f->DataCombo5->Text(),
+                  f->DataCombo4->Text() }),
+        QStringList({ "PRESSA", "AX100", "2", "Manutenzione", "" }));
+    f->Txt_Nota->setText("Sostituito il filtro dell'aria");
+    f->DataCombo4->setText("Meccanico");
+    f->Cmd_Add_Note->click();
+    EXPECT_TRUE(boxes().empty());
+    // The execution's date stays.
+    EXPECT_EQ(lines("SELECT ID_MAINTENANCE, ID_MODELLO, ID_NUM, Ultima, NOTE, Tipo_Nota, Tipo_Nota2 FROM "
+                    "Tbl_Maintenance_Note"),
+        QStringList { QString::number(id) + "|1|2|27/10/2026|Sostituito il filtro dell'aria|Manutenzione|Meccanico" });
+
+    // The main menu's entry opens it afresh: every note, the register being reloaded hidden.
+    shell::screens().control("frmMain", "lblNoteBooks")->click();
+    f = form3();
+    ASSERT_NE(f, nullptr);
+    EXPECT_TRUE(f->isVisible());
+    EXPECT_EQ(texts({ f->Frame1, f->Frame3 }), QStringList({ "N° 1 Note 15/11/2026", "NOTE MACCHINE: 1" }));
 }
