@@ -327,7 +327,8 @@ vb::Form* screenOf(const QString& name)
 
 vb::Control* controlOf(const QString& screen, const QString& name)
 {
-    vb::Control* c = screenOf(screen)->control(name);
+    screenOf(screen); // 424 for a screen unknown or not loaded
+    vb::Control* c = screens().controlIfAny(screen, name);
     if (!c)
         throw VBError(ControlNotFound, QStringLiteral("Controllo non trovato: %1.%2").arg(screen, name));
     return c;

@@ -238,3 +238,26 @@ TEST_F(ShellFixture, DriverAnswersAsTranscribed)
     }
     QFile::remove(QStringLiteral("/tmp/velmora-transcript.pdf"));
 }
+
+// A screen or control name the program does not have is a mistake in the code asking for
+// it: logged as critical, and nullptr. An inert screen's controls and the explicit probe
+// log nothing; the driver's look-ups of typed names log nothing either (the transcript).
+TEST_F(ShellFixture, MisspeltNamesAreLoggedAsCritical)
+{
+    standIn(QStringLiteral("Form3"), QStringList{QStringLiteral("T:Txt_Note")});
+    static QStringList logged;
+    const QtMessageHandler previous = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& msg) {
+        logged << QString::number(type) + u' ' + msg;
+    });
+    EXPECT_EQ(screens().control(QStringLiteral("Frm3"), QStringLiteral("Txt_Note")), nullptr);
+    EXPECT_EQ(screens().control(QStringLiteral("Form3"), QStringLiteral("Txt_Nota")), nullptr);
+    EXPECT_EQ(screens().control(QStringLiteral("Form12"), QStringLiteral("Txt_Note")), nullptr);
+    EXPECT_EQ(screens().controlIfAny(QStringLiteral("Form3"), QStringLiteral("Txt_Nota")), nullptr);
+    EXPECT_NE(screens().controlIfAny(QStringLiteral("Form3"), QStringLiteral("Txt_Note")), nullptr);
+    screens().unload(QStringLiteral("Frm3"));
+    qInstallMessageHandler(previous);
+    const QString critical = QString::number(QtCriticalMsg) + u' ';
+    EXPECT_EQ(logged, (QStringList{critical + QStringLiteral("No screen is called Frm3"),
+                                   critical + QStringLiteral("Screen Form3 has no control called Txt_Nota"),
+                                   critical + QStringLiteral("No screen is called Frm3")}));
+}
