@@ -24,7 +24,6 @@
 #include <QTimer>
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <unistd.h>
 
 namespace shell {
@@ -475,7 +474,7 @@ enum class Takes {
 struct Command
 {
     Takes takes;
-    std::function<void(Call&)> run;
+    void (*run)(Call&);
 };
 
 int number(const QString& text)
