@@ -16,11 +16,13 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QRegularExpression>
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
+#include <algorithm>
 #include <cmath>
 #include <unistd.h>
 
@@ -30,14 +32,41 @@ using vb::Variant;
 using vb::VBError;
 
 // ---- JSON out -----------------------------------------------------------------------
+// The answers are Qt JSON values, written by write() rather than QJsonDocument: the
+// protocol keeps an object's fields in their order (a row's in column order, a column
+// named twice twice) where QJsonObject sorts its keys, writes a decimal shortest (1e+05)
+// where QJsonValue keeps a whole decimal as an integer, and escapes control characters
+// as \u00XX. So a field's key goes in behind its position, and a decimal as an object of
+// its own under a key no field has; write() reads both back.
 
 namespace json {
 
-QString string(const QString& s)
+constexpr int KeyTag = 4; // the position in front of a field's key
+const QString Decimal = QStringLiteral("decimal");
+
+void add(QJsonObject& object, const QString& key, const QJsonValue& value)
 {
-    QString out;
-    out.reserve(s.size() + 2);
-    out += u'"';
+    object.insert(QStringLiteral("%1").arg(object.size(), KeyTag, 10, QLatin1Char('0')) + key, value);
+}
+
+/// An object with its fields in the order given.
+QJsonObject fields(std::initializer_list<std::pair<QString, QJsonValue>> list)
+{
+    QJsonObject object;
+    for (const auto& [key, value] : list)
+        add(object, key, value);
+    return object;
+}
+
+/// A decimal, written shortest even when whole; NaN and infinities as null.
+QJsonValue decimal(double d)
+{
+    return std::isfinite(d) ? QJsonObject{{Decimal, d}} : QJsonValue();
+}
+
+QString quoted(const QString& s)
+{
+    QString out = QStringLiteral("\"");
     for (const QChar c : s) {
         switch (c.unicode()) {
         case '"': out += QLatin1String("\\\""); break;
@@ -52,37 +81,36 @@ QString string(const QString& s)
                 out += c;
         }
     }
-    out += u'"';
-    return out;
+    return out + u'"';
 }
 
-QString number(double d)
+QString number(const QVariant& n)
 {
-    if (!std::isfinite(d))
-        return QStringLiteral("null");
-    return QString::number(d, 'g', QLocale::FloatingPointShortest);
+    return n.typeId() == QMetaType::LongLong ? QString::number(n.toLongLong())
+                                             : QString::number(n.toDouble(), 'g', QLocale::FloatingPointShortest);
 }
 
-QString list(const QStringList& items)
+QString text(const QJsonValue& value)
 {
-    return u'[' + items.join(u',') + u']';
-}
-
-/// An object from ordered (key, JSON text) pairs.
-QString object(const std::vector<std::pair<QString, QString>>& fields)
-{
-    QStringList parts;
-    for (const auto& [k, v] : fields)
-        parts << string(k) + u':' + v;
-    return u'{' + parts.join(u',') + u'}';
-}
-
-QString strings(const QStringList& items)
-{
-    QStringList out;
-    for (const QString& s : items)
-        out << string(s);
-    return list(out);
+    QStringList items;
+    switch (value.type()) {
+    case QJsonValue::Bool: return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+    case QJsonValue::Double: return number(value.toVariant());
+    case QJsonValue::String: return quoted(value.toString());
+    case QJsonValue::Array:
+        for (const QJsonValue& item : value.toArray())
+            items << text(item);
+        return u'[' + items.join(u',') + u']';
+    case QJsonValue::Object: {
+        const QJsonObject object = value.toObject();
+        if (object.contains(Decimal))
+            return number(object.value(Decimal).toDouble());
+        for (auto it = object.begin(); it != object.end(); ++it)
+            items << quoted(it.key().mid(KeyTag)) + u':' + text(it.value());
+        return u'{' + items.join(u',') + u'}';
+    }
+    default: return QStringLiteral("null");
+    }
 }
 
 } // namespace json
@@ -98,33 +126,28 @@ VBError badCommand(const QString& what)
     return VBError(InvalidArgument, what);
 }
 
-QString dateJson(double serial)
-{
-    const QDateTime dt = vb::fromSerial(serial);
-    if (dt.time() == QTime(0, 0))
-        return json::string(dt.date().toString(Qt::ISODate));
-    return json::string(dt.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")));
-}
-
-QString valueJson(const Variant& v)
+QJsonValue valueJson(const Variant& v)
 {
     switch (v.type()) {
     case Variant::Type::Empty:
     case Variant::Type::Null:
-        return QStringLiteral("null");
+        return QJsonValue();
     case Variant::Type::Boolean:
-        return v.rawBool() ? QStringLiteral("true") : QStringLiteral("false");
+        return v.rawBool();
     case Variant::Type::Integer:
     case Variant::Type::Long:
-        return QString::number(v.rawLong());
+        return qint64(v.rawLong());
     case Variant::Type::Double:
-        return json::number(v.rawDouble());
-    case Variant::Type::Date:
-        return dateJson(v.rawDate().serial);
-    case Variant::Type::String:
-        return json::string(v.rawString());
+        return json::decimal(v.rawDouble());
+    case Variant::Type::Date: {
+        const QDateTime dt = vb::fromSerial(v.rawDate().serial);
+        return dt.time() == QTime(0, 0) ? dt.date().toString(Qt::ISODate)
+                                        : dt.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
     }
-    return QStringLiteral("null");
+    case Variant::Type::String:
+        return v.rawString();
+    }
+    return QJsonValue();
 }
 
 bool isColourProperty(const QString& lname)
@@ -134,14 +157,14 @@ bool isColourProperty(const QString& lname)
 }
 
 /// A colour as [r, g, b]; a system colour (negative) as VB's integer.
-QString colourJson(const Variant& v)
+QJsonValue colourJson(const Variant& v)
 {
     if (!v.isNumeric())
         return valueJson(v);
     const std::int64_t c = v.rawLong();
     if (c < 0 || v.type() == Variant::Type::Double)
         return valueJson(v);
-    return QStringLiteral("[%1,%2,%3]").arg(c & 0xFF).arg((c >> 8) & 0xFF).arg((c >> 16) & 0xFF);
+    return QJsonArray{qint64(c & 0xFF), qint64((c >> 8) & 0xFF), qint64((c >> 16) & 0xFF)};
 }
 
 /// Properties whose value is taken as text whatever it looks like.
@@ -162,14 +185,9 @@ std::optional<QDateTime> parseIsoDate(const QString& text)
     static const QRegularExpression iso(QStringLiteral(R"(^\d{4}-\d{2}-\d{2}(T\d{2}:\d{2}(:\d{2})?)?$)"));
     if (!iso.match(text).hasMatch())
         return std::nullopt;
-    QDateTime dt;
-    if (text.size() == 10)
-        dt = QDateTime(QDate::fromString(text, Qt::ISODate), QTime(0, 0));
-    else
-        dt = QDateTime::fromString(text, Qt::ISODate);
-    if (!dt.isValid())
-        return std::nullopt;
-    return dt;
+    const QDateTime dt = text.size() == 10 ? QDateTime(QDate::fromString(text, Qt::ISODate), QTime(0, 0))
+                                           : QDateTime::fromString(text, Qt::ISODate);
+    return dt.isValid() ? std::optional(dt) : std::nullopt;
 }
 
 /// A JSON string literal unquoted ("\"  a b \"" gives "  a b "); other text as it is.
@@ -239,31 +257,29 @@ Variant parseValue(const QString& lname, const QString& raw)
     return unquote(raw);
 }
 
+/// The words of `answer` and `boxes`, by VB's answer codes.
+const std::map<int, QString>& answerWords()
+{
+    static const std::map<int, QString> words{
+        {vb::answer::OK, QStringLiteral("ok")},         {vb::answer::Cancel, QStringLiteral("cancel")},
+        {vb::answer::Abort, QStringLiteral("abort")},   {vb::answer::Retry, QStringLiteral("retry")},
+        {vb::answer::Ignore, QStringLiteral("ignore")}, {vb::answer::Yes, QStringLiteral("yes")},
+        {vb::answer::No, QStringLiteral("no")}};
+    return words;
+}
+
 QString answerWord(int answer)
 {
-    switch (answer) {
-    case vb::answer::OK: return QStringLiteral("ok");
-    case vb::answer::Cancel: return QStringLiteral("cancel");
-    case vb::answer::Abort: return QStringLiteral("abort");
-    case vb::answer::Retry: return QStringLiteral("retry");
-    case vb::answer::Ignore: return QStringLiteral("ignore");
-    case vb::answer::Yes: return QStringLiteral("yes");
-    case vb::answer::No: return QStringLiteral("no");
-    default: return QString::number(answer);
-    }
+    const auto it = answerWords().find(answer);
+    return it == answerWords().end() ? QString::number(answer) : it->second;
 }
 
 int answerCode(const QString& word)
 {
-    static const std::map<QString, int> codes{
-        {QStringLiteral("ok"), vb::answer::OK},         {QStringLiteral("cancel"), vb::answer::Cancel},
-        {QStringLiteral("abort"), vb::answer::Abort},   {QStringLiteral("retry"), vb::answer::Retry},
-        {QStringLiteral("ignore"), vb::answer::Ignore}, {QStringLiteral("yes"), vb::answer::Yes},
-        {QStringLiteral("no"), vb::answer::No}};
-    const auto it = codes.find(word.toLower());
-    if (it == codes.end())
-        throw badCommand(QStringLiteral("Risposta sconosciuta: %1").arg(word));
-    return it->second;
+    for (const auto& [code, w] : answerWords())
+        if (w == word.toLower())
+            return code;
+    throw badCommand(QStringLiteral("Risposta sconosciuta: %1").arg(word));
 }
 
 /// "clock +3d", "+90s", "-2h", "+5m".
@@ -291,12 +307,18 @@ QStringList path(const QString& target, int minParts, int maxParts)
     return parts;
 }
 
-/// A loaded screen. The driver never loads a screen by looking at it.
-vb::Form* screenOf(const QString& name)
+/// A name the program gives a screen or a report; the driver never loads one by naming it.
+const QString& knownScreen(const QString& name)
 {
     if (!ScreenRegistry::known(name))
         throw VBError(ObjectRequired, QStringLiteral("Schermata sconosciuta: %1").arg(name));
-    vb::Form* f = screens().loaded(name);
+    return name;
+}
+
+/// A loaded screen.
+vb::Form* screenOf(const QString& name)
+{
+    vb::Form* f = screens().loaded(knownScreen(name));
     if (!f)
         throw VBError(ObjectRequired, QStringLiteral("Schermata non caricata: %1").arg(name));
     return f;
@@ -304,75 +326,70 @@ vb::Form* screenOf(const QString& name)
 
 vb::Control* controlOf(const QString& screen, const QString& name)
 {
-    vb::Form* f = screenOf(screen);
-    vb::Control* c = f->control(name);
+    screenOf(screen); // 424 for a screen unknown or not loaded
+    vb::Control* c = screens().controlIfAny(screen, name);
     if (!c)
         throw VBError(ControlNotFound, QStringLiteral("Controllo non trovato: %1.%2").arg(screen, name));
     return c;
 }
 
-QString gridJson(vb::DataGrid* grid)
+QJsonArray gridRows(vb::DataGrid* grid)
 {
-    QStringList columns;
-    for (int i = 0; i < grid->ColumnCount(); ++i) {
-        vb::GridColumn& c = grid->Columns(i);
-        columns << json::object({{QStringLiteral("caption"), json::string(c.Caption())},
-                                 {QStringLiteral("width"), QString::number(c.Width())},
-                                 {QStringLiteral("locked"), c.Locked() ? QStringLiteral("true") : QStringLiteral("false")},
-                                 {QStringLiteral("visible"), c.Visible() ? QStringLiteral("true") : QStringLiteral("false")}});
-    }
-    QStringList rows;
+    QJsonArray rows;
     for (int r = 0; r < grid->RecordCount(); ++r) {
         QStringList cells;
         for (int i = 0; i < grid->ColumnCount(); ++i)
-            cells << json::string(grid->cellText(r, i));
-        rows << json::list(cells);
+            cells << grid->cellText(r, i);
+        rows << QJsonArray::fromStringList(cells);
     }
-    return json::object({{QStringLiteral("columns"), json::list(columns)}, {QStringLiteral("rows"), json::list(rows)}});
+    return rows;
 }
 
-QString itemsJson(vb::Control* c)
+QJsonValue gridJson(vb::DataGrid* grid)
 {
-    if (auto* combo = dynamic_cast<vb::ComboBox*>(c))
-        return json::strings(combo->items());
-    if (auto* list = dynamic_cast<vb::ListBox*>(c))
-        return json::strings(list->items());
-    if (auto* grid = dynamic_cast<vb::DataGrid*>(c)) {
-        QStringList rows;
-        for (int r = 0; r < grid->RecordCount(); ++r) {
-            QStringList cells;
-            for (int i = 0; i < grid->ColumnCount(); ++i)
-                cells << grid->cellText(r, i);
-            rows << json::strings(cells);
-        }
-        return json::list(rows);
+    QJsonArray columns;
+    for (int i = 0; i < grid->ColumnCount(); ++i) {
+        vb::GridColumn& c = grid->Columns(i);
+        columns << json::fields({{QStringLiteral("caption"), c.Caption()},
+                                 {QStringLiteral("width"), c.Width()},
+                                 {QStringLiteral("locked"), c.Locked()},
+                                 {QStringLiteral("visible"), c.Visible()}});
     }
-    throw VBError(438, QStringLiteral("L'oggetto non supporta questa proprietà o questo metodo"));
+    return json::fields({{QStringLiteral("columns"), columns}, {QStringLiteral("rows"), gridRows(grid)}});
 }
 
-QString propertyJson(vb::Control* c, const QString& prop)
+QJsonValue propertyJson(vb::Control* c, const QString& prop)
 {
     const QString lname = prop.toLower();
-    if (lname == QLatin1String("items"))
-        return itemsJson(c);
+    if (lname == QLatin1String("items")) {
+        if (auto* combo = dynamic_cast<vb::ComboBox*>(c))
+            return QJsonArray::fromStringList(combo->items());
+        if (auto* list = dynamic_cast<vb::ListBox*>(c))
+            return QJsonArray::fromStringList(list->items());
+        if (auto* grid = dynamic_cast<vb::DataGrid*>(c))
+            return gridRows(grid);
+        throw VBError(438, QStringLiteral("L'oggetto non supporta questa proprietà o questo metodo"));
+    }
     const Variant v = c->vbProperty(prop);
     return isColourProperty(lname) ? colourJson(v) : valueJson(v);
 }
 
-QString rowsJson(store::Recordset& rs)
+QJsonValue rowsJson(const QString& statement)
 {
-    QStringList rows;
+    store::Recordset rs;
+    rs.Open(statement);
+    QJsonArray rows;
     if (!rs.isOpen())
-        return json::list(rows);
+        return rows;
     const auto& columns = rs.Columns();
     while (!rs.Eof()) {
-        std::vector<std::pair<QString, QString>> fields;
+        QJsonObject row;
         for (int i = 0; i < int(columns.size()); ++i)
-            fields.emplace_back(columns[i].name, valueJson(rs.Fields(i).Value()));
-        rows << json::object(fields);
+            json::add(row, columns[i].name, valueJson(rs.Fields(i).Value()));
+        rows << row;
         rs.MoveNext();
     }
-    return json::list(rows);
+    return rows;
 }
 
 /// A file dialog's answer: the path chosen, or a cancel.
@@ -386,48 +403,43 @@ QString fileAnswer(const QString& word)
     return path;
 }
 
-QString dialogsJson()
+QJsonValue dialogsJson()
 {
-    QStringList out;
-    for (const vb::FileDialogRequest& d : vb::FileDialogService::takeShown()) {
-        out << json::object({{QStringLiteral("title"), json::string(d.title)},
-                             {QStringLiteral("filter"), json::string(d.filter)},
-                             {QStringLiteral("initial"), json::string(d.initial())},
-                             {QStringLiteral("answer"), d.answer ? json::string(*d.answer) : QStringLiteral("null")}});
-    }
-    return json::list(out);
+    QJsonArray out;
+    for (const vb::FileDialogRequest& d : vb::FileDialogService::takeShown())
+        out << json::fields({{QStringLiteral("title"), d.title},
+                             {QStringLiteral("filter"), d.filter},
+                             {QStringLiteral("initial"), d.initial()},
+                             {QStringLiteral("answer"), d.answer ? QJsonValue(*d.answer) : QJsonValue()}});
+    return out;
 }
 
-QString boxesJson()
+QJsonValue boxesJson()
 {
-    QStringList out;
-    for (const vb::ShownBox& b : vb::MsgBoxService::takeShown()) {
-        out << json::object({{QStringLiteral("title"), json::string(b.title)},
-                             {QStringLiteral("prompt"), json::string(b.prompt)},
-                             {QStringLiteral("buttons"), QString::number(b.buttons)},
-                             {QStringLiteral("answer"), json::string(answerWord(b.answer))},
-                             {QStringLiteral("scripted"), b.scripted ? QStringLiteral("true") : QStringLiteral("false")}});
-    }
-    return json::list(out);
+    QJsonArray out;
+    for (const vb::ShownBox& b : vb::MsgBoxService::takeShown())
+        out << json::fields({{QStringLiteral("title"), b.title},
+                             {QStringLiteral("prompt"), b.prompt},
+                             {QStringLiteral("buttons"), b.buttons},
+                             {QStringLiteral("answer"), answerWord(b.answer)},
+                             {QStringLiteral("scripted"), b.scripted}});
+    return out;
 }
 
 /// The laid-out pages of a loaded report: {"visible", "pages": [[{x, y, text}, ...], ...]}.
-QString reportJson(const QString& name)
+QJsonValue reportJson(const QString& name)
 {
     const auto laidOut = reports::LaidOutPages(name);
     if (!laidOut)
         throw VBError(9, QStringLiteral("Report non caricato: %1").arg(name));
-    QStringList pages;
+    QJsonArray pages;
     for (const auto& page : laidOut->pages) {
-        QStringList items;
+        QJsonArray items;
         for (const reports::PlacedText& t : page)
-            items << json::object({{QStringLiteral("x"), QString::number(t.x)},
-                                   {QStringLiteral("y"), QString::number(t.y)},
-                                   {QStringLiteral("text"), json::string(t.text)}});
-        pages << json::list(items);
+            items << json::fields({{QStringLiteral("x"), t.x}, {QStringLiteral("y"), t.y}, {QStringLiteral("text"), t.text}});
+        pages << items;
     }
-    return json::object({{QStringLiteral("visible"), laidOut->visible ? QStringLiteral("true") : QStringLiteral("false")},
-                         {QStringLiteral("pages"), json::list(pages)}});
+    return json::fields({{QStringLiteral("visible"), laidOut->visible}, {QStringLiteral("pages"), pages}});
 }
 
 bool isReport(const QString& name)
@@ -438,184 +450,182 @@ bool isReport(const QString& name)
 /// Set by the end of the program (close, lblExit) while a command runs.
 bool g_ended = false;
 
-} // namespace
-
 // ---- the commands -------------------------------------------------------------------
+
+/// A command's line after its name: the whole argument, its first word (target) and the
+/// rest (tail), and for a command on a control that control; the command's value, null
+/// unless it sets one; whether it ends the driver.
+struct Call
+{
+    QString arg, target, tail;
+    vb::Control* control = nullptr;
+    QJsonValue value;
+    bool quit = false;
+};
+
+/// What a command needs after its name.
+enum class Takes {
+    Anything, ///< nothing, or words it reads itself
+    Argument, ///< an argument ("Manca l'argomento di ...")
+    Control, ///< the argument names a control: F.C
+    ControlAnd, ///< the first word names a control, the rest is for the command
+};
+
+struct Command
+{
+    Takes takes;
+    void (*run)(Call&);
+};
+
+int number(const QString& text)
+{
+    bool ok = false;
+    const int n = text.trimmed().toInt(&ok);
+    if (!ok)
+        throw badCommand(QStringLiteral("Numero non valido: %1").arg(text));
+    return n;
+}
+
+const std::map<QString, Command>& commands()
+{
+    static const std::map<QString, Command> table{
+        {QStringLiteral("clock"), {Takes::Argument, [](Call& c) {
+             if (c.arg.startsWith(u'+') || c.arg.startsWith(u'-'))
+                 return vb::Clock::advance(clockShift(c.arg));
+             const auto at = parseIsoDate(c.arg);
+             if (!at)
+                 throw badCommand(QStringLiteral("Data non valida: %1").arg(c.arg));
+             vb::Clock::freeze(*at);
+         }}},
+        {QStringLiteral("answer"), {Takes::Anything, [](Call& c) {
+             std::vector<int> answers;
+             for (const QString& w : c.arg.split(u' ', Qt::SkipEmptyParts))
+                 answers.push_back(answerCode(w));
+             vb::MsgBoxService::queueAnswers(answers);
+         }}},
+        {QStringLiteral("boxes"), {Takes::Anything, [](Call& c) { c.value = boxesJson(); }}},
+        {QStringLiteral("file"), {Takes::Argument, [](Call& c) {
+             std::vector<QString> paths;
+             for (const QString& w : words(c.arg))
+                 paths.push_back(fileAnswer(w));
+             vb::FileDialogService::queueAnswers(paths);
+         }}},
+        {QStringLiteral("dialogs"), {Takes::Anything, [](Call& c) { c.value = dialogsJson(); }}},
+        {QStringLiteral("opened"), {Takes::Anything, [](Call& c) {
+             const std::vector<QString> paths = vb::OpenFileService::takeOpened();
+             c.value = QJsonArray::fromStringList({paths.begin(), paths.end()});
+         }}},
+        {QStringLiteral("start"), {Takes::Anything, [](Call&) { startProgram(); }}},
+        {QStringLiteral("close"), {Takes::Anything, [](Call&) { screens().unload(QStringLiteral("frmMain")); }}},
+        {QStringLiteral("exit"), {Takes::Anything,
+                                  [](Call&) { controlOf(QStringLiteral("frmMain"), QStringLiteral("lblExit"))->click(); }}},
+        // Reports are shown by `showreport`; `unload` and `loaded` close and look at them.
+        {QStringLiteral("show"), {Takes::Argument, [](Call& c) {
+             if (isReport(knownScreen(c.arg)))
+                 throw badCommand(QStringLiteral("Un report si mostra con showreport: %1").arg(c.arg));
+             screens().show(c.arg);
+         }}},
+        {QStringLiteral("unload"), {Takes::Argument, [](Call& c) {
+             isReport(knownScreen(c.arg)) ? reports::UnloadReport(c.arg) : screens().unload(c.arg);
+         }}},
+        {QStringLiteral("loaded"), {Takes::Argument, [](Call& c) {
+             c.value = isReport(knownScreen(c.arg)) ? reports::IsReportLoaded(c.arg) : screens().isLoaded(c.arg);
+         }}},
+        {QStringLiteral("click"), {Takes::Control, [](Call& c) { c.control->click(); }}},
+        {QStringLiteral("dblclick"), {Takes::Control, [](Call& c) { c.control->dblClick(); }}},
+        {QStringLiteral("focus"), {Takes::Control, [](Call& c) { c.control->focusIn(); }}},
+        {QStringLiteral("leave"), {Takes::Control, [](Call& c) { c.control->focusOut(); }}},
+        {QStringLiteral("tick"), {Takes::Control, [](Call& c) { c.control->tick(); }}},
+        {QStringLiteral("type"), {Takes::ControlAnd, [](Call& c) { c.control->typeText(unquote(c.tail)); }}},
+        {QStringLiteral("choose"), {Takes::ControlAnd, [](Call& c) { c.control->choose(unquote(c.tail)); }}},
+        {QStringLiteral("key"), {Takes::ControlAnd, [](Call& c) { c.control->keyPress(number(c.tail)); }}},
+        {QStringLiteral("select"), {Takes::ControlAnd, [](Call& c) { c.control->select(number(c.tail)); }}},
+        {QStringLiteral("set"), {Takes::Argument, [](Call& c) {
+             const QStringList p = path(c.target, 2, 3);
+             vb::Control* object = p.size() == 3 ? controlOf(p[0], p[1]) : screenOf(p[0]);
+             object->setVbProperty(p.back(), parseValue(p.back().toLower(), c.tail));
+         }}},
+        {QStringLiteral("get"), {Takes::Argument, [](Call& c) {
+             const QStringList p = path(c.arg, 2, 3);
+             const bool visible = p.size() == 2 && p[1].compare(QLatin1String("Visible"), Qt::CaseInsensitive) == 0;
+             if (visible && isReport(p[0]))
+                 c.value = reports::IsReportVisible(p[0]);
+             else if (visible && ScreenRegistry::known(p[0]) && !screens().isLoaded(p[0]))
+                 c.value = false; // a screen that is not loaded is not visible
+             else
+                 c.value = propertyJson(p.size() == 3 ? controlOf(p[0], p[1]) : screenOf(p[0]), p.back());
+         }}},
+        {QStringLiteral("grid"), {Takes::Control, [](Call& c) {
+             auto* grid = dynamic_cast<vb::DataGrid*>(c.control);
+             if (!grid)
+                 throw VBError(ObjectRequired, QStringLiteral("Non è una griglia: %1").arg(c.arg));
+             c.value = gridJson(grid);
+         }}},
+        {QStringLiteral("sql"), {Takes::Argument, [](Call& c) { c.value = rowsJson(c.arg); }}},
+        {QStringLiteral("exec"), {Takes::Argument, [](Call& c) { store::DataStore::instance().Execute(c.arg); }}},
+        {QStringLiteral("showreport"), {Takes::Argument, [](Call& c) {
+             if (c.tail.trimmed().isEmpty())
+                 throw badCommand(QStringLiteral("Manca l'istruzione del report %1").arg(c.target));
+             reports::ShowReport(c.target, c.tail.trimmed());
+         }}},
+        {QStringLiteral("report"), {Takes::Argument, [](Call& c) { c.value = reportJson(c.arg); }}},
+        {QStringLiteral("pdf"), {Takes::Argument, [](Call& c) {
+             if (c.tail.trimmed().isEmpty())
+                 throw badCommand(QStringLiteral("Manca il percorso del PDF"));
+             reports::WritePdf(c.target, unquote(c.tail.trimmed()));
+         }}},
+        {QStringLiteral("quit"), {Takes::Anything, [](Call& c) { c.quit = true; }}},
+    };
+    return table;
+}
+
+QString errorAnswer(int number, const QString& description)
+{
+    return json::text(json::fields(
+        {{QStringLiteral("ok"), false},
+         {QStringLiteral("error"),
+          json::fields({{QStringLiteral("number"), number}, {QStringLiteral("description"), description}})}}));
+}
+
+QString valueAnswer(const QJsonValue& value)
+{
+    return json::text(json::fields({{QStringLiteral("ok"), true}, {QStringLiteral("value"), value}}));
+}
+
+} // namespace
 
 QString Driver::execute(const QString& input)
 {
     const QString line = input.trimmed();
     const int space = line.indexOf(u' ');
-    const QString command = (space < 0 ? line : line.left(space)).toLower();
-    const QString rest = space < 0 ? QString() : line.mid(space + 1);
-    const QString arg = rest.trimmed();
-    QString value = QStringLiteral("null");
+    const QString name = (space < 0 ? line : line.left(space)).toLower();
+    Call call;
+    call.arg = space < 0 ? QString() : line.mid(space + 1).trimmed();
+    const int argSpace = call.arg.indexOf(u' ');
+    call.target = argSpace < 0 ? call.arg : call.arg.left(argSpace);
+    call.tail = argSpace < 0 ? QString() : call.arg.mid(argSpace + 1);
+    QString answer;
     try {
-        auto needArg = [&] {
-            if (arg.isEmpty())
-                throw badCommand(QStringLiteral("Manca l'argomento di %1").arg(command));
-        };
-        // The first word of the argument and what follows it ("F.C TEXT").
-        const int argSpace = arg.indexOf(u' ');
-        const QString target = argSpace < 0 ? arg : arg.left(argSpace);
-        const QString tail = argSpace < 0 ? QString() : rest.trimmed().mid(argSpace + 1);
-
-        if (command == QLatin1String("clock")) {
-            needArg();
-            if (arg.startsWith(u'+') || arg.startsWith(u'-')) {
-                vb::Clock::advance(clockShift(arg));
-            } else {
-                const auto at = parseIsoDate(arg);
-                if (!at)
-                    throw badCommand(QStringLiteral("Data non valida: %1").arg(arg));
-                vb::Clock::freeze(*at);
-            }
-        } else if (command == QLatin1String("answer")) {
-            std::vector<int> answers;
-            for (const QString& w : arg.split(u' ', Qt::SkipEmptyParts))
-                answers.push_back(answerCode(w));
-            vb::MsgBoxService::queueAnswers(answers);
-        } else if (command == QLatin1String("boxes")) {
-            value = boxesJson();
-        } else if (command == QLatin1String("file")) {
-            needArg();
-            std::vector<QString> paths;
-            for (const QString& w : words(arg))
-                paths.push_back(fileAnswer(w));
-            vb::FileDialogService::queueAnswers(paths);
-        } else if (command == QLatin1String("dialogs")) {
-            value = dialogsJson();
-        } else if (command == QLatin1String("opened")) {
-            QStringList paths;
-            for (const QString& p : vb::OpenFileService::takeOpened())
-                paths << p;
-            value = json::strings(paths);
-        } else if (command == QLatin1String("start")) {
-            startProgram();
-        } else if (command == QLatin1String("close")) {
-            screens().unload(QStringLiteral("frmMain"));
-        } else if (command == QLatin1String("exit")) {
-            controlOf(QStringLiteral("frmMain"), QStringLiteral("lblExit"))->click();
-        } else if (command == QLatin1String("show") || command == QLatin1String("unload") ||
-                   command == QLatin1String("loaded")) {
-            needArg();
-            if (!ScreenRegistry::known(arg))
-                throw VBError(ObjectRequired, QStringLiteral("Schermata sconosciuta: %1").arg(arg));
-            if (isReport(arg)) {
-                // Reports are shown by `showreport`; here they are closed and looked at.
-                if (command == QLatin1String("unload"))
-                    reports::UnloadReport(arg);
-                else if (command == QLatin1String("loaded"))
-                    value = reports::IsReportLoaded(arg) ? QStringLiteral("true") : QStringLiteral("false");
-                else
-                    throw badCommand(QStringLiteral("Un report si mostra con showreport: %1").arg(arg));
-            } else if (command == QLatin1String("show"))
-                screens().show(arg);
-            else if (command == QLatin1String("unload"))
-                screens().unload(arg);
-            else
-                value = screens().isLoaded(arg) ? QStringLiteral("true") : QStringLiteral("false");
-        } else if (command == QLatin1String("click") || command == QLatin1String("dblclick") ||
-                   command == QLatin1String("focus") || command == QLatin1String("leave") ||
-                   command == QLatin1String("tick")) {
-            needArg();
-            const QStringList p = path(arg, 2, 2);
-            vb::Control* c = controlOf(p[0], p[1]);
-            if (command == QLatin1String("click"))
-                c->click();
-            else if (command == QLatin1String("dblclick"))
-                c->dblClick();
-            else if (command == QLatin1String("focus"))
-                c->focusIn();
-            else if (command == QLatin1String("leave"))
-                c->focusOut();
-            else
-                c->tick();
-        } else if (command == QLatin1String("type") || command == QLatin1String("key") ||
-                   command == QLatin1String("select") || command == QLatin1String("choose")) {
-            needArg();
-            const QStringList p = path(target, 2, 2);
-            vb::Control* c = controlOf(p[0], p[1]);
-            if (command == QLatin1String("type")) {
-                c->typeText(unquote(tail));
-            } else if (command == QLatin1String("choose")) {
-                c->choose(unquote(tail));
-            } else {
-                bool ok = false;
-                const int n = tail.trimmed().toInt(&ok);
-                if (!ok)
-                    throw badCommand(QStringLiteral("Numero non valido: %1").arg(tail));
-                if (command == QLatin1String("key"))
-                    c->keyPress(n);
-                else
-                    c->select(n);
-            }
-        } else if (command == QLatin1String("set")) {
-            needArg();
-            const QStringList p = path(target, 2, 3);
-            vb::Control* c = p.size() == 3 ? controlOf(p[0], p[1]) : screenOf(p[0]);
-            const QString prop = p.back();
-            c->setVbProperty(prop, parseValue(prop.toLower(), tail));
-        } else if (command == QLatin1String("get")) {
-            needArg();
-            const QStringList p = path(arg, 2, 3);
-            const bool visible = p.size() == 2 && p[1].compare(QLatin1String("Visible"), Qt::CaseInsensitive) == 0;
-            if (visible && isReport(p[0])) {
-                value = reports::IsReportVisible(p[0]) ? QStringLiteral("true") : QStringLiteral("false");
-            } else if (visible && ScreenRegistry::known(p[0]) && !screens().isLoaded(p[0])) {
-                value = QStringLiteral("false"); // a screen that is not loaded is not visible
-            } else {
-                vb::Control* c = p.size() == 3 ? controlOf(p[0], p[1]) : screenOf(p[0]);
-                value = propertyJson(c, p.back());
-            }
-        } else if (command == QLatin1String("grid")) {
-            needArg();
-            const QStringList p = path(arg, 2, 2);
-            auto* grid = dynamic_cast<vb::DataGrid*>(controlOf(p[0], p[1]));
-            if (!grid)
-                throw VBError(ObjectRequired, QStringLiteral("Non è una griglia: %1").arg(arg));
-            value = gridJson(grid);
-        } else if (command == QLatin1String("sql")) {
-            needArg();
-            store::Recordset rs;
-            rs.Open(arg);
-            value = rowsJson(rs);
-        } else if (command == QLatin1String("exec")) {
-            needArg();
-            store::DataStore::instance().Execute(arg);
-        } else if (command == QLatin1String("showreport")) {
-            needArg();
-            if (tail.trimmed().isEmpty())
-                throw badCommand(QStringLiteral("Manca l'istruzione del report %1").arg(target));
-            reports::ShowReport(target, tail.trimmed());
-        } else if (command == QLatin1String("report")) {
-            needArg();
-            value = reportJson(arg);
-        } else if (command == QLatin1String("pdf")) {
-            needArg();
-            if (tail.trimmed().isEmpty())
-                throw badCommand(QStringLiteral("Manca il percorso del PDF"));
-            reports::WritePdf(target, unquote(tail.trimmed()));
-        } else if (command == QLatin1String("quit")) {
-            m_quit = true;
-        } else {
-            throw badCommand(QStringLiteral("Comando sconosciuto: %1").arg(command));
+        const auto it = commands().find(name);
+        if (it == commands().end())
+            throw badCommand(QStringLiteral("Comando sconosciuto: %1").arg(name));
+        const Command& command = it->second;
+        if (command.takes != Takes::Anything && call.arg.isEmpty())
+            throw badCommand(QStringLiteral("Manca l'argomento di %1").arg(name));
+        if (command.takes == Takes::Control || command.takes == Takes::ControlAnd) {
+            const QStringList p = path(command.takes == Takes::Control ? call.arg : call.target, 2, 2);
+            call.control = controlOf(p[0], p[1]);
         }
+        command.run(call);
+        m_quit = m_quit || call.quit;
+        answer = valueAnswer(call.value);
     } catch (const VBError& e) {
-        afterCommand();
-        return json::object({{QStringLiteral("ok"), QStringLiteral("false")},
-                             {QStringLiteral("error"), json::object({{QStringLiteral("number"), QString::number(e.number())},
-                                                                     {QStringLiteral("description"), json::string(e.description())}})}});
+        answer = errorAnswer(e.number(), e.description());
     } catch (const std::exception& e) {
-        afterCommand();
-        return json::object({{QStringLiteral("ok"), QStringLiteral("false")},
-                             {QStringLiteral("error"), json::object({{QStringLiteral("number"), QStringLiteral("51")},
-                                                                     {QStringLiteral("description"),
-                                                                      json::string(QStringLiteral("Errore interno: ") +
-                                                                                   QString::fromUtf8(e.what()))}})}});
+        answer = errorAnswer(51, QStringLiteral("Errore interno: ") + QString::fromUtf8(e.what()));
     }
     afterCommand();
-    return json::object({{QStringLiteral("ok"), QStringLiteral("true")}, {QStringLiteral("value"), value}});
+    return answer;
 }
 
 void Driver::afterCommand()
@@ -756,14 +766,9 @@ void Driver::pump()
     m_frames.push_back(Frame{id, QThread::currentThread()->loopLevel()});
     watch(id);
     const QString response = execute(line);
-    bool answered = false;
-    for (auto it = m_frames.begin(); it != m_frames.end(); ++it) {
-        if (it->id == id) {
-            answered = it->answered;
-            m_frames.erase(it);
-            break;
-        }
-    }
+    const auto frame = std::find_if(m_frames.begin(), m_frames.end(), [id](const Frame& f) { return f.id == id; });
+    const bool answered = frame->answered; // pushed above, and only this call takes it off
+    m_frames.erase(frame);
     if (!answered)
         answer(response);
     else if (response.startsWith(QLatin1String("{\"ok\":false")))
@@ -787,7 +792,7 @@ void Driver::watch(quint64 id)
                 return;
             if (QThread::currentThread()->loopLevel() > f.loopLevel) {
                 f.answered = true;
-                answer(QStringLiteral("{\"ok\":true,\"value\":null}"));
+                answer(valueAnswer(QJsonValue()));
                 schedulePump();
             } else {
                 watch(id);

@@ -3,6 +3,7 @@
 #include "controls/Controls.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 #include <QEvent>
 #include <QEventLoop>
 
@@ -44,6 +45,16 @@ void retire(vb::Form* f)
     }
     f->hide();
     f->deleteLater();
+}
+
+/// Whether the program has a screen of that name; an unknown one is a mistake in the code
+/// that asked, logged as critical.
+bool checkKnown(const QString& name)
+{
+    if (ScreenRegistry::known(name))
+        return true;
+    qCritical().noquote() << "No screen is called" << name;
+    return false;
 }
 
 constexpr int PlacementTop = 2200;
@@ -121,6 +132,8 @@ bool ScreenRegistry::isLoaded(const QString& name) const
 
 vb::Form* ScreenRegistry::loaded(const QString& name) const
 {
+    if (!checkKnown(name))
+        return nullptr;
     const auto it = m_loaded.find(name);
     return it == m_loaded.end() ? nullptr : it->second.data();
 }
@@ -141,6 +154,8 @@ vb::Form* ScreenRegistry::form(const QString& name)
 {
     if (vb::Form* f = loaded(name))
         return f;
+    if (!known(name))
+        return nullptr; // loaded() has logged it
     vb::Form* f = create(name);
     if (f)
         vb::runEvent([f] { f->Form_Load(); }); // VB's load event; the screen counts as loaded from here on
@@ -150,6 +165,17 @@ vb::Form* ScreenRegistry::form(const QString& name)
 vb::Control* ScreenRegistry::control(const QString& screen, const QString& control)
 {
     vb::Form* f = form(screen);
+    if (!f)
+        return nullptr;
+    vb::Control* c = f->control(control);
+    if (!c)
+        qCritical().noquote() << "Screen" << screen << "has no control called" << control;
+    return c;
+}
+
+vb::Control* ScreenRegistry::controlIfAny(const QString& screen, const QString& control) const
+{
+    vb::Form* f = known(screen) ? loaded(screen) : nullptr;
     return f ? f->control(control) : nullptr;
 }
 
@@ -202,6 +228,8 @@ void ScreenRegistry::showModal(const QString& name)
 
 void ScreenRegistry::unload(const QString& name)
 {
+    if (!checkKnown(name))
+        return;
     const auto it = m_loaded.find(name);
     if (it == m_loaded.end())
         return;

@@ -6,6 +6,10 @@
 /// is not loaded loads it hidden. Screens register themselves from their own source file
 /// (VELMORA_SCREEN), so a new screen plugs in without touching this file; a name with no
 /// screen behind it yet is inert: showing it does nothing and it has no controls.
+/// A screen or control name the program does not have is a mistake in the code that
+/// asks: it is logged as critical (a test fails) and the answer is nullptr or nothing, so
+/// a release run carries on. Names that come from outside (the driver) are checked with
+/// known() and controlIfAny(), which log nothing.
 
 #include "controls/Form.h"
 
@@ -55,8 +59,12 @@ public:
         return dynamic_cast<T*>(form(name));
     }
     /// A control of a screen, loading the screen hidden when needed (the timers of
-    /// frmMain read Form7, Form13, Form14 this way). nullptr when either does not exist.
+    /// frmMain read Form7, Form13, Form14 this way). nullptr for an inert screen; an
+    /// unknown screen or control name is logged as critical and gives nullptr.
     vb::Control* control(const QString& screen, const QString& control);
+    /// A control of a loaded screen, or nullptr, logging nothing: for a name that may
+    /// rightly be missing (a name typed into the driver). Never loads the screen.
+    vb::Control* controlIfAny(const QString& screen, const QString& control) const;
 
     /// Loads if needed, shows modeless and places by the working-screen rule.
     void show(const QString& name);

@@ -119,7 +119,7 @@ TEST_F(Form7Execution, AddNoteWritesNoTypeAndLeavesTheDates)
 
 TEST_F(Form7Execution, KeysAreHandedToTheNotesAndProcedureScreens)
 {
-    standIn("Form3", {"T:Txt_ID_MODELLO", "T:Txt_DATA", "T:Txt_ID_NUM"});
+    standIn("Form3", {"T:Txt_ID_MODELLO", "T:Txt_DATA", "T:Txt_ID_NUM", "D:DTPicker2"});
     standIn("Form13", {"T:Txt_ID_MODELLO", "T:Txt_ID_MAINT_TIPO", "T:DataCombo2", "T:DataCombo3", "T:DataCombo4"});
     const int id = addMaintenance(2, 3, QDate(2026, 9, 1), QDate(2026, 10, 27));
     const int other = addMaintenance(3, 2, QDate(2026, 9, 1), QDate(2026, 10, 29));
@@ -133,6 +133,7 @@ TEST_F(Form7Execution, KeysAreHandedToTheNotesAndProcedureScreens)
     EXPECT_EQ(text("Form3", "Txt_ID_MODELLO"), "1");
     EXPECT_EQ(text("Form3", "Txt_DATA"), "27/10/2026");
     EXPECT_EQ(text("Form3", "Txt_ID_NUM"), "2");
+    EXPECT_EQ(shell::screens().control("Form3", "DTPicker2")->vbProperty("Value").toString(), "27/10/2026");
 
     f->Cmd_Vis_Procedura->click();
     ASSERT_TRUE(shell::screens().isLoaded("Form13"));

@@ -2,11 +2,14 @@
 // driver's value forms checked in-process.
 #include "DriveProcess.h"
 #include "ShellFixture.h"
+#include "controls/CommonDialog.h"
 #include "runtime/Trap.h"
+#include "support/TestPaths.h"
 #include "support/InProcessDrive.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QFile>
 #include <QJsonObject>
 #include <QTemporaryFile>
 #include <cstdio>
@@ -210,4 +213,51 @@ TEST_F(ShellFixture, UntrappedErrorShowsTheBoxAndEndsTheRun)
     EXPECT_EQ(written[0][QStringLiteral("n")].toInt(), 1);
     drive(QStringLiteral("start"));
     EXPECT_TRUE(drive(QStringLiteral("loaded frmMain")).toBool());
+}
+
+// Every command and every error the driver answers, byte for byte as transcribed: the
+// answer lines of tests/data/driver_transcript.txt follow their commands.
+TEST_F(ShellFixture, DriverAnswersAsTranscribed)
+{
+    vb::MsgBox(QStringLiteral("a \"b\" \\ \t\n\r\b\f\x01\x7f é€ 😀"), vb::mb::YesNo | vb::mb::Question, QStringLiteral("Tìtolo"));
+    vb::MsgBox(QStringLiteral("ok"));
+    vb::FileDialogRequest dialog{.title = QStringLiteral("Apri"), .filter = QStringLiteral("JPG (*.jpg)|*.Jpg"),
+                                 .initDir = QStringLiteral("/tmp/a b")};
+    vb::FileDialogService::queueAnswers({QStringLiteral("/tmp/a b/c.jpg")});
+    vb::FileDialogService::ask(dialog);
+    vb::FileDialogService::ask(dialog);
+    vb::OpenFile(QStringLiteral("/tmp/a b.pdf"));
+    QFile file(testpaths::data(QStringLiteral("driver_transcript.txt")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
+    shell::Driver d;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        if (!lines[i].startsWith(QLatin1String("> ")))
+            continue;
+        EXPECT_EQ(d.execute(lines[i].mid(2)), lines.value(i + 1)) << lines[i].toStdString();
+    }
+    QFile::remove(QStringLiteral("/tmp/velmora-transcript.pdf"));
+}
+
+// A screen or control name the program does not have is a mistake in the code asking for
+// it: logged as critical, and nullptr. An inert screen's controls and the explicit probe
+// log nothing; the driver's look-ups of typed names log nothing either (the transcript).
+TEST_F(ShellFixture, MisspeltNamesAreLoggedAsCritical)
+{
+    standIn(QStringLiteral("Form3"), QStringList{QStringLiteral("T:Txt_Note")});
+    static QStringList logged;
+    const QtMessageHandler previous = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& msg) {
+        logged << QString::number(type) + u' ' + msg;
+    });
+    EXPECT_EQ(screens().control(QStringLiteral("Frm3"), QStringLiteral("Txt_Note")), nullptr);
+    EXPECT_EQ(screens().control(QStringLiteral("Form3"), QStringLiteral("Txt_Nota")), nullptr);
+    EXPECT_EQ(screens().control(QStringLiteral("Form12"), QStringLiteral("Txt_Note")), nullptr);
+    EXPECT_EQ(screens().controlIfAny(QStringLiteral("Form3"), QStringLiteral("Txt_Nota")), nullptr);
+    EXPECT_NE(screens().controlIfAny(QStringLiteral("Form3"), QStringLiteral("Txt_Note")), nullptr);
+    screens().unload(QStringLiteral("Frm3"));
+    qInstallMessageHandler(previous);
+    const QString critical = QString::number(QtCriticalMsg) + u' ';
+    EXPECT_EQ(logged, (QStringList{critical + QStringLiteral("No screen is called Frm3"),
+                                   critical + QStringLiteral("Screen Form3 has no control called Txt_Nota"),
+                                   critical + QStringLiteral("No screen is called Frm3")}));
 }

@@ -7,6 +7,7 @@
 #include "runtime/MsgBox.h"
 #include "runtime/OpenFile.h"
 #include "controls/Controls.h"
+#include "controls/DateControls.h"
 #include "shell/Driver.h"
 #include "shell/ScreenRegistry.h"
 #include "shell/frmMain.h"
@@ -57,7 +58,7 @@ protected:
         shell::ScreenRegistry::addFactory(name, std::move(factory));
     }
 
-    /// A screen with the given controls: "T:" text box, "L:" label, "F:" frame.
+    /// A screen with the given controls: "T:" text box, "L:" label, "F:" frame, "D:" date picker.
     void standIn(const QString& name, const QStringList& controls, int* loads = nullptr)
     {
         standIn(name, [name, controls, loads](QWidget* owner) -> vb::Form* {
@@ -70,6 +71,8 @@ protected:
                     new vb::Label(f, n);
                 else if (c.startsWith(QLatin1String("F:")))
                     new vb::Frame(f, n);
+                else if (c.startsWith(QLatin1String("D:")))
+                    new vb::DTPicker(f, n);
             }
             return f;
         });
