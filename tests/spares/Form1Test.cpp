@@ -2,7 +2,7 @@
 // pictures, adding, replacing and deleting a picture, and what it hands back to the
 // parts register. The register is a stand-in with the fields the gallery reads and writes.
 #include "runtime/Helpers.h"
-#include "shell/ShellFixture.h"
+#include "support/ScreenTest.h"
 
 #include "controls/CommonDialog.h"
 #include "spares/Form1.h"
@@ -19,12 +19,12 @@ namespace answer = vb::answer;
 
 namespace {
 
-class Form1Test : public ShellFixture
+class Form1Test : public ScreenTest
 {
 protected:
     void SetUp() override
     {
-        ShellFixture::SetUp();
+        ScreenTest::SetUp();
         vb::FileDialogService::clear();
         standIn(QStringLiteral("Form2"), [](QWidget* owner) -> vb::Form* {
             auto* f = new StandIn(owner, QStringLiteral("Form2"), nullptr);
@@ -37,21 +37,18 @@ protected:
             return f;
         });
         // Part 1 (VITE M8, Brugola) has three pictures, part 2 (OLIO, Idraulico) none.
-        exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('VITE M8', 'pz')");
-        exec("INSERT INTO Tbl_Descrizione_Ricambi (ID_Ricambi, Ricambi, Descrizione) VALUES (1, 'VITE M8', 'Brugola')");
-        exec("INSERT INTO Tbl_Descrizione_Ricambi (ID_Ricambi, Ricambi, Descrizione) VALUES (1, 'OLIO', 'Idraulico')");
-        for (const char* name : {"uno.bmp", "due.bmp", "tre.bmp"}) {
-            const QString file = picture(name, 40, 30);
-            exec(QStringLiteral("INSERT INTO Tbl_Images_Desc_Ricambi (ID_DESCRIZIONE_RICAMBI, Images, Percorso) "
-                                "VALUES (1, '%1', '%2')")
-                     .arg(QString::fromLatin1(name), file));
-        }
+        const int category = plant.category("VITE M8", "pz");
+        plant.part(category, "VITE M8", "Brugola");
+        plant.part(category, "OLIO", "Idraulico");
+        for (const char* name : {"uno.bmp", "due.bmp", "tre.bmp"})
+            plant.add("Tbl_Images_Desc_Ricambi",
+                      {{"ID_DESCRIZIONE_RICAMBI", 1}, {"Images", name}, {"Percorso", picture(name, 40, 30)}});
     }
 
     void TearDown() override
     {
         vb::FileDialogService::clear();
-        ShellFixture::TearDown();
+        ScreenTest::TearDown();
     }
 
     /// A picture file in a folder of its own, away from the program's folder.
@@ -84,11 +81,9 @@ protected:
         register2("Txt_ID_IMAGES_DC")->setVbProperty("Text", screws ? "1" : "");
     }
 
-    Form1* gallery() { return shell::screens().formAs<Form1>(QStringLiteral("Form1")); }
+    static Form1* gallery() { return screen<Form1>("Form1"); }
     bool open() { return shell::screens().isLoaded(QStringLiteral("Form1")); }
 
-    std::vector<vb::ShownBox> boxes() { return vb::MsgBoxService::takeShown(); }
-    static void answer(std::initializer_list<int> answers) { vb::MsgBoxService::queueAnswers(answers); }
 
     QStringList pictureRows()
     {
@@ -199,12 +194,8 @@ TEST_F(Form1Test, LoadedPictureIsAddedAndHandedToTheRegister)
 
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[0].title, "SALVA IMMAGINE'nuova.bmp'");
-    EXPECT_EQ(shown[0].prompt, "Vuoi salvare l'Immagine 'nuova.bmp' ?");
-    EXPECT_EQ(shown[0].buttons, 36);
-    EXPECT_EQ(shown[1].title, "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'nuova.bmp'");
-    EXPECT_EQ(shown[1].prompt, "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'nuova.bmp' ?");
-    EXPECT_EQ(shown[1].buttons, 36);
+    EXPECT_BOX(shown[0], "SALVA IMMAGINE'nuova.bmp'", "Vuoi salvare l'Immagine 'nuova.bmp' ?", vb::mb::YesNo + vb::mb::Question);
+    EXPECT_BOX(shown[1], "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'nuova.bmp'", "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'nuova.bmp' ?", vb::mb::YesNo + vb::mb::Question);
 
     EXPECT_EQ(pictureRows(), QStringList({"1 1 uno.bmp uno.bmp", "2 1 due.bmp due.bmp", "3 1 tre.bmp tre.bmp",
                                           "4 1 nuova.bmp nuova.bmp"}));
@@ -307,11 +298,7 @@ TEST_F(Form1Test, DeleteTakesTheReferenceAndLeavesTheFile)
     Form1* f = gallery();
     answer({answer::No});
     f->Delete_Images->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "ELIMINA QUESTA IMMAGINE");
-    EXPECT_EQ(shown[0].prompt, "Vuoi veramente Eliminare l'Immagine selezionata?");
-    EXPECT_EQ(shown[0].buttons, 52);
+    EXPECT_BOX(oneBox(), "ELIMINA QUESTA IMMAGINE", "Vuoi veramente Eliminare l'Immagine selezionata?", vb::mb::YesNo + vb::mb::Exclamation);
     EXPECT_FALSE(open()) << "either answer ends the visit";
     EXPECT_EQ(pictureRows().size(), 3);
 

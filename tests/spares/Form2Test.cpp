@@ -1,41 +1,64 @@
 // The parts register of Form2: the two lists, insert with its twin check, edit with the
 // description carried to past interventions, delete, the searches, the field rules, the
-// prints, the gallery's hand-over and the menu entry.
-#include "Form2Fixture.h"
+// prints, the gallery's hand-over and the driver at work on it.
+#include "spares/Form2.h"
 #include "support/InProcessDrive.h"
+#include "support/ScreenTest.h"
+#include "support/Shown.h"
 
 #include "reports/ReportViewer.h"
 
 #include <QImage>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTimer>
 
 using spares::Form2;
 namespace answer = vb::answer;
+using namespace vb::mb;
 
 namespace {
 
-QStringList texts(const std::vector<reports::PlacedText>& page)
+// Three categories: VITE M8 (pz) with two parts, VITE (pz) with none, OLIO (lt) with one;
+// past interventions of the first part on two machines and one of the second.
+class Form2Test : public ScreenTest
 {
-    QStringList out;
-    for (const auto& t : page)
-        out << t.text;
-    return out;
-}
+protected:
+    void SetUp() override
+    {
+        ScreenTest::SetUp();
+        const int screws = plant.category("VITE M8", "pz");
+        plant.category("VITE", "pz");
+        const int oil = plant.category("OLIO", "lt");
+        plant.part(screws, "VITE M8", "Testa esagonale",
+                   {{"Codice", "V8-1"}, {"Costo", 0.35}, {"Giacenza", 100}, {"Scorta", 20}, {"NOTE", "zincata"}});
+        plant.part(screws, "VITE M8", "Brugola", {{"Codice", "V8-2"}, {"Costo", 0.5}, {"Giacenza", 50}, {"Scorta", 10}});
+        plant.part(oil, "OLIO", "Idraulico", {{"Costo", 1234.5}, {"Giacenza", 4}, {"Scorta", 2}});
+        const struct
+        {
+            int part, model;
+            const char *description, *machine, *modelName, *where;
+        } fitted[] = {{1, 1, "Testa esagonale", "PRESSA", "AX100", "Reparto A"},
+                      {1, 2, "Testa esagonale", "TORNIO", "T200", "Reparto B"},
+                      {2, 2, "Brugola", "TORNIO", "T200", "Reparto B"}};
+        for (const auto& i : fitted)
+            plant.intervention({{"ID_DESCRIZIONE_RICAMBI", i.part}, {"Descrizione", i.description},
+                                {"ID_RICAMBI", screws}, {"Ricambi", "VITE M8"}, {"ID_MODELLO", i.model},
+                                {"Macchina", i.machine}, {"Modello", i.modelName}, {"Destinazione", i.where}});
+    }
 
-QStringList allTexts(const QString& report)
-{
-    QStringList out;
-    if (const auto r = reports::LaidOutPages(report))
-        for (const auto& page : r->pages)
-            out += texts(page);
-    return out;
-}
+    static Form2* form() { return screen<Form2>("Form2"); }
+
+    /// A category, then one of its parts, as two clicks do.
+    static void pick(Form2* f, const QString& category, const QString& part = {})
+    {
+        f->List1->choose(category);
+        if (!part.isEmpty())
+            f->List2->choose(part);
+    }
+};
 
 } // namespace
 
-TEST_F(Form2Fixture, LoadListsCategoriesAndAClickListsTheirParts)
+TEST_F(Form2Test, LoadListsCategoriesAndAClickListsTheirParts)
 {
     Form2* f = form();
     ASSERT_TRUE(f);
@@ -71,16 +94,12 @@ TEST_F(Form2Fixture, LoadListsCategoriesAndAClickListsTheirParts)
 
     // A category with no parts warns while browsing.
     pick(f, "VITE");
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "RICAMBIO [VITE] MANCANTE!!");
-    EXPECT_EQ(shown[0].prompt, "Non è stata trovato nessun Ricambio [VITE]!!!");
-    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+    EXPECT_BOX(oneBox(), "RICAMBIO [VITE] MANCANTE!!", "Non è stata trovato nessun Ricambio [VITE]!!!", Exclamation);
     EXPECT_EQ(f->List2->ListCount(), 0);
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
 }
 
-TEST_F(Form2Fixture, InsertRoadWithTheTwinCheckAndThePriceRules)
+TEST_F(Form2Test, InsertRoadWithTheTwinCheckAndThePriceRules)
 {
     Form2* f = form();
     pick(f, "VITE M8", "Brugola");
@@ -94,11 +113,7 @@ TEST_F(Form2Fixture, InsertRoadWithTheTwinCheckAndThePriceRules)
 
     // At once: no category chosen yet.
     f->Cmd_Edit->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
-    EXPECT_EQ(shown[0].prompt, "Non sono stati compilati tutti i dati richiesti o non è stato selezionato nessun Ricambi");
-    EXPECT_EQ(shown[0].buttons, vb::mb::Critical);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI", "Non sono stati compilati tutti i dati richiesti o non è stato selezionato nessun Ricambi", Critical);
 
     // Picking the category keeps the insert mode, and its having no parts is no warning.
     pick(f, "VITE");
@@ -109,10 +124,7 @@ TEST_F(Form2Fixture, InsertRoadWithTheTwinCheckAndThePriceRules)
     // "VITE" is part of "VITE M8", which has a Brugola: refused, still inserting.
     f->Txt_Descrizione->typeText("Brugola");
     f->Cmd_Edit->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "RICAMBIO GIA ESISTENTE");
-    EXPECT_EQ(shown[0].prompt, "Un Ricambio simile a questo, è gia presente !!!");
+    EXPECT_BOX(oneBox(), "RICAMBIO GIA ESISTENTE", "Un Ricambio simile a questo, è gia presente !!!", Exclamation);
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
     EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList{"3"});
 
@@ -149,16 +161,12 @@ TEST_F(Form2Fixture, InsertRoadWithTheTwinCheckAndThePriceRules)
     f->Txt_Descrizione->typeText("Motore");
     retype(f->TextCosto, "abc");
     f->Cmd_Edit->click();
-    shown = boxes();
-    ASSERT_FALSE(shown.empty());
-    EXPECT_EQ(shown[0].title, "DATI ERRARI !!!");
-    EXPECT_EQ(shown[0].prompt, "Il Prezzo può contenere solo dati Numerici!!!");
-    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+    EXPECT_BOX(boxes().at(0), "DATI ERRARI !!!", "Il Prezzo può contenere solo dati Numerici!!!", Exclamation);
     EXPECT_EQ(column("SELECT Costo FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Motore'"),
               QStringList{"<null>"});
 }
 
-TEST_F(Form2Fixture, EditOverwritesThePartAndCarriesTheDescriptionToPastInterventions)
+TEST_F(Form2Test, EditOverwritesThePartAndCarriesTheDescriptionToPastInterventions)
 {
     Form2* f = form();
     pick(f, "VITE M8", "Testa esagonale");
@@ -167,11 +175,7 @@ TEST_F(Form2Fixture, EditOverwritesThePartAndCarriesTheDescriptionToPastInterven
 
     answer({answer::No});
     f->Cmd_Edit->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Modifica Ricambio **VITE M8**");
-    EXPECT_EQ(shown[0].prompt, "Stai per modificare i dati del Ricambio [VITE M8] Vuoi Procedere??");
-    EXPECT_EQ(shown[0].buttons, vb::mb::YesNo + vb::mb::Question);
+    EXPECT_BOX(oneBox(), "Modifica Ricambio **VITE M8**", "Stai per modificare i dati del Ricambio [VITE M8] Vuoi Procedere??", YesNo + Question);
     EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 1"),
               QStringList{"Testa esagonale"});
     EXPECT_EQ(f->Txt_Descrizione->Text(), "Testa esagonale lunga") << "No reloads nothing";
@@ -195,9 +199,8 @@ TEST_F(Form2Fixture, EditOverwritesThePartAndCarriesTheDescriptionToPastInterven
     retype(f->TextRICAMBI, "VITI M8");
     answer({answer::Yes});
     f->Cmd_Edit->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].prompt, "Il Ricambio [VITE M8] Sta per essere modificato con [VITI M8] Vuoi Procedere??");
+    EXPECT_BOX(oneBox(), "Modifica Ricambio **VITE M8**",
+               "Il Ricambio [VITE M8] Sta per essere modificato con [VITI M8] Vuoi Procedere??", YesNo + Question);
     EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 1"), QStringList{"VITI M8"});
     EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Descrizione_Ricambi WHERE ID_Ricambi = 1 ORDER BY ID_DESCRIZIONE_RICAMBI"),
               QStringList({"VITE M8", "VITI M8"}));
@@ -218,15 +221,12 @@ TEST_F(Form2Fixture, EditOverwritesThePartAndCarriesTheDescriptionToPastInterven
     f->Txt_Descrizione->typeText("Idraulico");
     answer({answer::Yes});
     f->Cmd_Edit->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 3u);
-    EXPECT_EQ(shown[1].title, "DATI ERRARI !!!");
-    EXPECT_EQ(shown[2].title, "DATI ERRARI !!!");
+    EXPECT_EQ(kit::titles(), QStringList({"Modifica Ricambio **OLIO**", "DATI ERRARI !!!", "DATI ERRARI !!!"}));
     EXPECT_EQ(column("SELECT Unita_Misura FROM Tbl_Ricambi WHERE ID_RICAMBI = 3"), QStringList{"kg"});
     EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Idraulico'"), QStringList{"1"});
 }
 
-TEST_F(Form2Fixture, EditCascadeTakesTheDescriptionAsTypedSoAnApostropheStopsIt)
+TEST_F(Form2Test, EditCascadeTakesTheDescriptionAsTypedSoAnApostropheStopsIt)
 {
     Form2* f = form();
     pick(f, "VITE M8", "Brugola");
@@ -242,8 +242,7 @@ TEST_F(Form2Fixture, EditCascadeTakesTheDescriptionAsTypedSoAnApostropheStopsIt)
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_EQ(shown[1].title, "VELMORA");
-    EXPECT_EQ(shown[1].buttons, 0);
-    EXPECT_TRUE(shown[1].prompt.startsWith("-2147217900 ")) << shown[1].prompt.toStdString();
+    EXPECT_TRUE(kit::errorBox(shown[1], -2147217900));
     // The list is refreshed all the same.
     EXPECT_EQ(f->List2->ListCount(), 0);
 
@@ -252,24 +251,18 @@ TEST_F(Form2Fixture, EditCascadeTakesTheDescriptionAsTypedSoAnApostropheStopsIt)
     EXPECT_EQ(f->List2->items(), QStringList{"Brugola d'acciaio"});
 }
 
-TEST_F(Form2Fixture, DeleteAsksAndLeavesInterventionsBehind)
+TEST_F(Form2Test, DeleteAsksAndLeavesInterventionsBehind)
 {
     Form2* f = form();
     f->Cmd_Delete->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "NESSUN Ricambio SELEZIONATO");
-    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun dato!");
-    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
+    EXPECT_BOX(oneBox(), "NESSUN Ricambio SELEZIONATO", "Non è stato selezionato nessun dato!", Exclamation);
 
     // A category but no part: the statement has no key and nothing goes.
     pick(f, "VITE M8");
     answer({answer::Yes});
     f->Cmd_Delete->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Eliminazione Ricambio **VITE M8**");
-    EXPECT_EQ(shown[0].prompt, "Vuoi Veramente eliminare il Ricambio selezionato?");
+    EXPECT_BOX(oneBox(), "Eliminazione Ricambio **VITE M8**", "Vuoi Veramente eliminare il Ricambio selezionato?",
+               YesNo + Question);
     EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList{"3"});
 
     pick(f, "VITE M8", "Brugola");
@@ -287,7 +280,7 @@ TEST_F(Form2Fixture, DeleteAsksAndLeavesInterventionsBehind)
     EXPECT_EQ(f->List1->ListCount(), 3);
 }
 
-TEST_F(Form2Fixture, SearchesByCategoryDescriptionAndUnit)
+TEST_F(Form2Test, SearchesByCategoryDescriptionAndUnit)
 {
     Form2* f = form();
     pick(f, "VITE M8", "Brugola");
@@ -304,10 +297,8 @@ TEST_F(Form2Fixture, SearchesByCategoryDescriptionAndUnit)
 
     // Each word but the last must end the name: "vite m8" finds nothing, "8 vite" finds it.
     retype(f->Txt_Search, "vite m8");
-    auto shown = boxes();
-    ASSERT_FALSE(shown.empty());
-    EXPECT_EQ(shown.back().title, "RICAMBIO NON TROVATO !!");
-    EXPECT_EQ(shown.back().prompt, "Non è stata trovata nessun Ricambio con le seguenti parole chiave < vite m8 > !!!");
+    EXPECT_BOX(kit::lastBox(), "RICAMBIO NON TROVATO !!",
+               "Non è stata trovata nessun Ricambio con le seguenti parole chiave < vite m8 > !!!", Exclamation);
     EXPECT_EQ(f->List1->ListCount(), 0);
     EXPECT_EQ(f->Label2->Caption(), "0");
     retype(f->Txt_Search, "8 vite");
@@ -325,30 +316,23 @@ TEST_F(Form2Fixture, SearchesByCategoryDescriptionAndUnit)
     boxes();
     // Nothing found quotes the category field, empty by now.
     retype(f->Txt_Search_Desc, "zzz");
-    shown = boxes();
-    ASSERT_FALSE(shown.empty());
-    EXPECT_EQ(shown.back().title, "RICAMBIO NON TROVATO !!");
-    EXPECT_EQ(shown.back().prompt, "Non è stata trovata nessun Ricambio con le seguenti parole chiave <  > !!!");
+    EXPECT_BOX(kit::lastBox(), "RICAMBIO NON TROVATO !!",
+               "Non è stata trovata nessun Ricambio con le seguenti parole chiave <  > !!!", Exclamation);
 
     f->Txt_Search_UN_MIS->setText(QString());
     f->Txt_Search_UN_MIS->typeText("l");
     EXPECT_EQ(f->List1->items(), QStringList{"OLIO"});
     boxes();
     retype(f->Txt_Search_UN_MIS, "q");
-    shown = boxes();
-    ASSERT_FALSE(shown.empty());
-    EXPECT_EQ(shown.back().title, "Definizione non trovata !!");
-    EXPECT_EQ(shown.back().prompt,
-              "Non è stata trovata nessuna Definizione con le seguenti parole chiave < q > !!!");
+    EXPECT_BOX(kit::lastBox(), "Definizione non trovata !!",
+               "Non è stata trovata nessuna Definizione con le seguenti parole chiave < q > !!!", Exclamation);
     // Two words name the column UN_MIS, which does not exist: the error is shown plainly.
     f->Txt_Search_UN_MIS->setText(QString());
     f->Txt_Search_UN_MIS->typeText("p");
     EXPECT_EQ(f->List1->items(), QStringList({"VITE", "VITE M8"}));
     boxes();
     f->Txt_Search_UN_MIS->typeText(" z");
-    shown = boxes();
-    ASSERT_FALSE(shown.empty());
-    EXPECT_EQ(shown.back().title, "VELMORA");
+    EXPECT_EQ(kit::lastBox().title, "VELMORA");
     EXPECT_EQ(f->List1->ListCount(), 0);
 
     // VISUALIZZA TUTTO empties the searches and lists everything again.
@@ -358,7 +342,7 @@ TEST_F(Form2Fixture, SearchesByCategoryDescriptionAndUnit)
     EXPECT_EQ(f->Label2->Caption(), "3");
 }
 
-TEST_F(Form2Fixture, FieldRulesKeysAndFocusColours)
+TEST_F(Form2Test, FieldRulesAndKeys)
 {
     Form2* f = form();
     f->Txt_Scorta->typeText("1x2");
@@ -375,17 +359,9 @@ TEST_F(Form2Fixture, FieldRulesKeysAndFocusColours)
     f->TextCosto->keyPress(8);
     EXPECT_EQ(f->TextCosto->Text(), "0");
     EXPECT_EQ(f->TextCosto->SelStart(), 1);
-
-    // The lists take the focus colours too.
-    for (vb::Control* c : std::initializer_list<vb::Control*>{f->List1, f->List2, f->DataCombo1}) {
-        c->focusIn();
-        EXPECT_EQ(c->BackColor(), vb::colour::Orange) << c->Name().toStdString();
-        c->focusOut();
-        EXPECT_EQ(c->BackColor(), vb::colour::White) << c->Name().toStdString();
-    }
 }
 
-TEST_F(Form2Fixture, PrintsAllPartsByCategoryAndWhereOneIsFitted)
+TEST_F(Form2Test, PrintsAllPartsByCategoryAndWhereOneIsFitted)
 {
     start();
     boxes();
@@ -394,42 +370,34 @@ TEST_F(Form2Fixture, PrintsAllPartsByCategoryAndWhereOneIsFitted)
 
     f->Cmd_print_A->click();
     ASSERT_TRUE(reports::IsReportVisible("DataReport4"));
-    QStringList t = allTexts("DataReport4");
+    QStringList t = printed("DataReport4");
     EXPECT_TRUE(t.contains("LISTA RICAMBI"));
     EXPECT_LT(t.indexOf("Idraulico"), t.indexOf("Brugola"));
     EXPECT_LT(t.indexOf("Brugola"), t.indexOf("Testa esagonale"));
 
     f->Cmd_Print_Group->click();
     ASSERT_TRUE(reports::IsReportVisible("DataReport11"));
-    t = allTexts("DataReport11");
+    t = printed("DataReport11");
     EXPECT_TRUE(t.contains("LISTA RICAMBI"));
     EXPECT_TRUE(t.contains("0,35")) << "the category's lowest cost";
     EXPECT_TRUE(t.contains("1.234,50")) << "under the Standard format";
 
     // Presence needs a part.
     f->Cmd_Presence->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "RICAMBIO NON SELEZIONATA!");
-    EXPECT_EQ(shown[0].prompt, "Non hai selezionato nessuna Ricambio!");
-    EXPECT_EQ(shown[0].buttons, vb::mb::Information);
+    EXPECT_BOX(oneBox(), "RICAMBIO NON SELEZIONATA!", "Non hai selezionato nessuna Ricambio!", Information);
     EXPECT_FALSE(reports::IsReportLoaded("DataReport17"));
 
     pick(f, "VITE M8", "Testa esagonale");
     f->Cmd_Presence->click();
     ASSERT_TRUE(reports::IsReportVisible("DataReport17"));
-    t = allTexts("DataReport17");
-    EXPECT_TRUE(t.contains("PRESSA"));
-    EXPECT_TRUE(t.contains("TORNIO"));
-    EXPECT_TRUE(t.contains("Testa esagonale"));
+    t = printed("DataReport17");
+    for (const char* word : {"PRESSA", "TORNIO", "Testa esagonale"})
+        EXPECT_TRUE(t.contains(word)) << word;
     EXPECT_TRUE(t.contains("15/11/2026")) << "today's date, no time";
     EXPECT_EQ(reports::ReportWindow("DataReport17")->geometry().left(), vb::twipsToPixels(2200));
-
-    for (const char* r : {"DataReport4", "DataReport11", "DataReport17"})
-        reports::UnloadReport(r);
 }
 
-TEST_F(Form2Fixture, PictureTakesThePhotoButtonsPlaceAndTheGalleryGetsThePart)
+TEST_F(Form2Test, PictureTakesThePhotoButtonsPlaceAndTheGalleryGetsThePart)
 {
     QImage picture(300, 150, QImage::Format_RGB32);
     picture.fill(Qt::darkGreen);
@@ -475,16 +443,11 @@ TEST_F(Form2Fixture, PictureTakesThePhotoButtonsPlaceAndTheGalleryGetsThePart)
     EXPECT_EQ(seen, QStringList({"1", ""})) << "the picture's key is not handed from the picture";
 }
 
-TEST_F(Form2Fixture, MenuEntryOpensTheRegisterAndTheDriverWorksIt)
+TEST_F(Form2Test, TheDriverWorksTheListsOfTheScreenTheMenuOpened)
 {
-    ASSERT_TRUE(start());
-    boxes();
+    start();
     InProcessDrive drive;
     drive("click frmMain.lblDescRicambi");
-    ASSERT_TRUE(drive("loaded Form2").toBool());
-    EXPECT_TRUE(drive("get Form2.Visible").toBool());
-    EXPECT_EQ(drive("get frmMain.Caption").toString(), "VELMORA <Descrizione Ricambi>");
-
     drive("select Form2.List1 2");
     drive("select Form2.List2 1");
     EXPECT_EQ(drive("get Form2.Txt_Descrizione.Text").toString(), "Testa esagonale");
