@@ -1,7 +1,7 @@
 // The road of a due maintenance through the automation driver: due at start, the alert
 // answered Yes, the register opened, the row executed on a corrected date, the note
 // declined, and the reload pushing a stopped machine.
-#include "Form7Fixture.h"
+#include "support/RegisterTest.h"
 #include "support/InProcessDrive.h"
 
 #include "shell/Driver.h"
@@ -12,7 +12,7 @@
 
 using Drive = InProcessDrive;
 
-using Form7Drive = Form7Fixture;
+using Form7Drive = RegisterTest;
 
 TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
 {

@@ -1,21 +1,17 @@
 // Recording a maintenance as done on Form7, and the note offered after it.
-#include "Form7Fixture.h"
+#include "support/RegisterTest.h"
 
 using execution::Form7;
 namespace answer = vb::answer;
 
-using Form7Execution = Form7Fixture;
+using Form7Execution = RegisterTest;
 
 TEST_F(Form7Execution, NothingSelectedGivesTheTypeMismatchBox)
 {
     addMaintenance(1, 2, today().addDays(-30), today().addDays(-2));
     Form7* f = form7();
     f->Cmd_Eseguita->click();
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
-    EXPECT_EQ(shown[0].prompt, "Non è stata selezinata nessuna Manutenzione!!");
-    EXPECT_EQ(shown[0].buttons, 48);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI", "Non è stata selezinata nessuna Manutenzione!!", vb::mb::Exclamation);
     EXPECT_EQ(dateOf("SELECT Prossima FROM Tbl_Maintenance"), today().addDays(-2));
 }
 
@@ -26,12 +22,7 @@ TEST_F(Form7Execution, AnsweringNoChangesNothing)
     selectRow(f, id);
     answer({answer::No});
     f->Cmd_Eseguita->click();
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANUTENZIONE ESEGUITA IL **13/11/2026**");
-    EXPECT_EQ(shown[0].prompt,
-              "Confermi questa Manutenzione eseguita in data 13/11/2026? Se la data non corrisponde modifica 'Prossima'");
-    EXPECT_EQ(shown[0].buttons, 36);
+    EXPECT_BOX(oneBox(), "MANUTENZIONE ESEGUITA IL **13/11/2026**", "Confermi questa Manutenzione eseguita in data 13/11/2026? Se la data non corrisponde modifica 'Prossima'", vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(dateOf("SELECT Ultima FROM Tbl_Maintenance"), today().addDays(-30));
     EXPECT_EQ(dateOf("SELECT Prossima FROM Tbl_Maintenance"), today().addDays(-2));
 }

@@ -1,6 +1,6 @@
 // Maintenance missing on Form7: the units that lack a register row for a type assigned to
 // their model, the list of them, and a line that prepares the new row.
-#include "Form7Fixture.h"
+#include "support/RegisterTest.h"
 
 #include "support/InProcessDrive.h"
 
@@ -11,7 +11,7 @@
 using execution::Form7;
 namespace answer = vb::answer;
 
-class Form7Missing : public Form7Fixture
+class Form7Missing : public RegisterTest
 {
 protected:
     /// The lines of the list as "{number} {type}", in the list's order.

@@ -1,13 +1,13 @@
 // The register of Form7: the list and its day filter, the selection of a row, the pick
 // lists, and the new-row and edit paths of the save.
-#include "Form7Fixture.h"
+#include "support/RegisterTest.h"
 
 #include "runtime/VBFunctions.h"
 
 using execution::Form7;
 namespace answer = vb::answer;
 
-using Form7Register = Form7Fixture;
+using Form7Register = RegisterTest;
 
 TEST_F(Form7Register, ListIsSortedByNextDateWithItsColumnsAndCount)
 {
@@ -177,11 +177,7 @@ TEST_F(Form7Register, SaveChecksTheFieldsAndDuplicatesByText)
     Form7* f = form7();
     f->Cmd_Add->click();
     f->Cmd_Edit->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI!!");
-    EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
-    EXPECT_EQ(shown[0].buttons, 48);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
 
     // Same model text, number text and type as the existing row; its unit key differs,
     // and the check still blocks, as it goes by the texts.
@@ -191,11 +187,7 @@ TEST_F(Form7Register, SaveChecksTheFieldsAndDuplicatesByText)
     f->DataCombo1->choose("1");
     f->DataCombo4->choose("Mensile");
     f->Cmd_Edit->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "DUPPLICATO DI MANUTENZIONE");
-    EXPECT_EQ(shown[0].prompt, "Questa manutenzione è già stata assegnata a questa numerazione di Macchina!!");
-    EXPECT_EQ(shown[0].buttons, 16);
+    EXPECT_BOX(oneBox(), "DUPPLICATO DI MANUTENZIONE", "Questa manutenzione è già stata assegnata a questa numerazione di Macchina!!", vb::mb::Critical);
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Maintenance").toLong(), 1);
 }
 
@@ -209,11 +201,7 @@ TEST_F(Form7Register, EditKeepsTheNextDateAsSetAndShowsProgress)
     answer({answer::No});
     f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2027, 1, 10)));
     f->Cmd_Edit->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Modifica Manutenzione **Mensile**");
-    EXPECT_EQ(shown[0].prompt, "Stai per modificare la Manutenzione Mensile di questa Macchina, Vuoi Procedere??");
-    EXPECT_EQ(shown[0].buttons, 36);
+    EXPECT_BOX(oneBox(), "Modifica Manutenzione **Mensile**", "Stai per modificare la Manutenzione Mensile di questa Macchina, Vuoi Procedere??", vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2026, 10, 29));
 
     // Yes: Ultima from DTPicker1, Prossima as the user set it, not from the frequency.
@@ -239,16 +227,12 @@ TEST_F(Form7Register, DeleteLeavesAnEmptyPlanRowForTheOtherMaintenance)
     Form7* f = form7();
 
     f->Cmd_Delete->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "NESSUNA MANUTENZIONE SELEZIONATA");
+    EXPECT_EQ(oneBox().title, "NESSUNA MANUTENZIONE SELEZIONATA");
 
     selectRow(f, first);
     answer({answer::Yes});
     f->Cmd_Delete->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Elimina Manutenzione");
+    EXPECT_EQ(oneBox().title, "Elimina Manutenzione");
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Maintenance").toLong(), 1);
     const auto plan = rows("SELECT ID_NUM, [1], [9] FROM Tbl_Planned");
     ASSERT_EQ(plan.size(), 1u);
@@ -270,11 +254,7 @@ TEST_F(Form7Register, UltimaStepsByOneDayAndAsksForADate)
 
     f->MaskEdBox1->setText("__/__/____");
     f->Command1->click();
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
-    EXPECT_EQ(shown[0].prompt, "Inserisci la Data!!");
-    EXPECT_EQ(shown[0].buttons, 16);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI", "Inserisci la Data!!", vb::mb::Critical);
 }
 
 TEST_F(Form7Register, PickListsNarrowEachOtherInTurn)

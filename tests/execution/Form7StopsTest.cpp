@@ -1,13 +1,13 @@
 // Machine stops on Form7: stop and restart through the panel, the push of Prossima at
 // every load with its 16-bit arithmetic, and the list of stopped machines.
-#include "Form7Fixture.h"
+#include "support/RegisterTest.h"
 
 #include "runtime/Clock.h"
 
 using execution::Form7;
 namespace answer = vb::answer;
 
-class Form7Stops : public Form7Fixture
+class Form7Stops : public RegisterTest
 {
 protected:
     /// Stops the machine of register row id on the given day, through the panel.
@@ -42,11 +42,7 @@ TEST_F(Form7Stops, FirstStopRestartAndSecondStopPushTheSchedule)
     form7();
 
     stop(id, today().addDays(-10));
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "FERMATA MACCHINA DAL **05/11/2026**");
-    EXPECT_EQ(shown[0].prompt, "Confermi La Fermata di questa Macchina in data 05/11/2026?");
-    EXPECT_EQ(shown[0].buttons, 36);
+    EXPECT_BOX(oneBox(), "FERMATA MACCHINA DAL **05/11/2026**", "Confermi La Fermata di questa Macchina in data 05/11/2026?", vb::mb::YesNo + vb::mb::Question);
     // The confirm reloaded the screen, and the load pushed the date by the days stopped.
     EXPECT_EQ(dateOf("SELECT Prossima FROM Tbl_Maintenance"), ultima.addDays(28 + 10));
     EXPECT_EQ(value("SELECT Giorni_Stop FROM Tbl_Fermi_Macchina").toLong(), 10);
@@ -66,9 +62,7 @@ TEST_F(Form7Stops, FirstStopRestartAndSecondStopPushTheSchedule)
 
     // Restart: the record stays, without a date, and keeps pushing by its total.
     restart(id);
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MACCHINA RIAVVIATE IL **20/11/2026**");
+    EXPECT_EQ(oneBox().title, "MACCHINA RIAVVIATE IL **20/11/2026**");
     EXPECT_TRUE(value("SELECT Ferma_Dal FROM Tbl_Fermi_Macchina").isNull());
     EXPECT_EQ(value("SELECT TOT_Giorni_Stop FROM Tbl_Fermi_Macchina").toLong(), 15);
     advance(30);
@@ -136,9 +130,7 @@ TEST_F(Form7Stops, ShiftOverflowEndsTheProgram)
     addMaintenance(3, 2, QDate(2026, 10, 20), QDate(2026, 11, 17), 5000);
     addStop(3, 2, QStringLiteral("10/11/2026"), 1, 0);
     form7();
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].prompt, QStringLiteral("6 Overflow"));
+    EXPECT_EQ(oneBox().prompt, QStringLiteral("6 Overflow"));
     EXPECT_EQ(dateOf("SELECT Prossima FROM Tbl_Maintenance"), QDate(2026, 11, 17));
 }
 

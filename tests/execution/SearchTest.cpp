@@ -1,5 +1,5 @@
 // The register's search screen narrowing Form7's list while the user types.
-#include "Form7Fixture.h"
+#include "support/RegisterTest.h"
 
 #include "execution/Form8.h"
 #include "shell/ScreenRegistry.h"
@@ -7,7 +7,7 @@
 using execution::Form7;
 using execution::Form8;
 
-using Search = Form7Fixture;
+using Search = RegisterTest;
 
 TEST_F(Search, FieldsNarrowTheRegisterWhileTyping)
 {

@@ -2,18 +2,18 @@
 // to parts and to dates and places, and the charts drawn from the same figures.
 #include "spares/Form11.h"
 #include "spares/InterventionCharts.h"
-#include "spares/InterventionsFixture.h"
+#include "support/SparesTest.h"
 
 #include <QFileInfo>
 
 namespace {
 
-class Form11Road : public InterventionsFixture
+class Form11Road : public InterventionsTest
 {
 protected:
     void SetUp() override
     {
-        InterventionsFixture::SetUp();
+        InterventionsTest::SetUp();
         exec("INSERT INTO Tbl_Causa_Intervento (Causa_Interv) VALUES ('Rottura')");
         addIntervention(1, 1, QDate(2025, 3, 4));
         addIntervention(1, 2, QDate(2026, 3, 9));
@@ -22,7 +22,7 @@ protected:
         addIntervention(3, 1, QDate(2026, 6, 1), 99); // a cause never stored: counts nowhere
     }
 
-    QString get(const QString& what) { return InterventionsFixture::get("Form11", what); }
+    QString get(const QString& what) { return InterventionsTest::get("Form11", what); }
     spares::Form11* form11() { return shell::screens().formAs<spares::Form11>("Form11"); }
 };
 

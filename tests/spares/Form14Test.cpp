@@ -2,7 +2,7 @@
 // moves the part's stock by what the screen shows, and the quirks of that arithmetic are
 // the program's own (see each test's words before "fixing" any of them).
 #include "spares/Form14.h"
-#include "spares/InterventionsFixture.h"
+#include "support/SparesTest.h"
 
 #include <QImage>
 #include <QJsonArray>
@@ -10,10 +10,10 @@
 
 namespace {
 
-class Form14Road : public InterventionsFixture
+class Form14Road : public InterventionsTest
 {
 protected:
-    QString get(const QString& what) { return InterventionsFixture::get("Form14", what); }
+    QString get(const QString& what) { return InterventionsTest::get("Form14", what); }
 
     /// The entry area filled as a user does it on unit 1: the machine, the model, the
     /// number and the category picked from their lists, the rest typed.
@@ -55,7 +55,7 @@ TEST_F(Form14Road, AWithdrawalAnEditAndADeleteMoveTheStockAsTheScreenShowsIt)
     EXPECT_EQ(get("Txt_ID_DESCRIZIONE_RIC.Text"), "1") << "the typed description found its part";
     EXPECT_EQ(get("Txt_Giac.Text"), "10");
     drive("click Form14.Cmd_Edit");
-    EXPECT_EQ(shown(), QStringList{Updated});
+    EXPECT_EQ(drive.boxes(), QStringList{Updated});
     EXPECT_EQ(stock(1), 7) << "a fresh load withdraws Q: G - Q";
     const auto saved = rows("SELECT Data, ID_MODELLO, ID_NUM, Numerazione, Descrizione, Ricambi, Quantita, "
                             "Destinazione, ID_CAUSA FROM Tbl_Ricerca");
@@ -73,7 +73,7 @@ TEST_F(Form14Road, AWithdrawalAnEditAndADeleteMoveTheStockAsTheScreenShowsIt)
     drive("type Form14.Txt_prelievo 5");
     drive("answer yes");
     drive("click Form14.Cmd_Edit");
-    EXPECT_EQ(shown(), (QStringList{"MODIFICA DATI: Stai per eseguire una Modifica, Controlla la 'Giacenza' e la "
+    EXPECT_EQ(drive.boxes(), (QStringList{"MODIFICA DATI: Stai per eseguire una Modifica, Controlla la 'Giacenza' e la "
                                     "'Scorta Min', Vuoi Procedere??",
                                     Updated}));
     EXPECT_EQ(stock(1), 5);
@@ -91,10 +91,10 @@ TEST_F(Form14Road, AWithdrawalAnEditAndADeleteMoveTheStockAsTheScreenShowsIt)
 
     // A delete gives nothing back to the store.
     choose(0);
-    shown();
+    drive.boxes();
     drive("answer yes");
     drive("click Form14.Cmd_Delete");
-    EXPECT_EQ(shown(), QStringList{"ELIMINAZIONE DATI: Vuoi Veramente eliminare il Dato Selezionato?"});
+    EXPECT_EQ(drive.boxes(), QStringList{"ELIMINAZIONE DATI: Vuoi Veramente eliminare il Dato Selezionato?"});
     EXPECT_TRUE(rows("SELECT ID FROM Tbl_Ricerca").empty());
     EXPECT_EQ(stock(1), 20);
 }
@@ -150,7 +150,7 @@ TEST_F(Form14Road, NothingBlocksAWithdrawalAboveTheStockAndTheMinimumTurnsRed)
     drive("click Form14.Cmd_Add");
     enter("OLIO", "Idraulico HLP46", "12");
     drive("click Form14.Cmd_Edit");
-    EXPECT_EQ(shown(),
+    EXPECT_EQ(drive.boxes(),
               QStringList{"MAGAZZINO RICAMBI AGGIORNATO: Aggiornato Magazzino Ricambi [OLIO] Tipo [Idraulico HLP46] !!!"});
     EXPECT_EQ(stock(3), -9);
     choose(0);
@@ -174,16 +174,16 @@ TEST_F(Form14Road, RefusalsComeBeforeAnythingIsWritten)
 {
     drive("show Form14");
     drive("click Form14.Cmd_Delete");
-    EXPECT_EQ(shown(), QStringList{"NESSUNA DATO SELEZIONATO: Non è stato selezionato nessun dato!"});
+    EXPECT_EQ(drive.boxes(), QStringList{"NESSUNA DATO SELEZIONATO: Non è stato selezionato nessun dato!"});
     drive("click Form14.Cmd_Print_List");
-    EXPECT_EQ(shown(), QStringList{"MACCHINA NON SELEZIONATA!: Non hai selezionato nessuna Macchina!"});
+    EXPECT_EQ(drive.boxes(), QStringList{"MACCHINA NON SELEZIONATA!: Non hai selezionato nessuna Macchina!"});
     drive("click Form14.Cmd_Add");
     drive("click Form14.Cmd_Edit");
-    EXPECT_EQ(shown(), QStringList{"MANCANZA DATI!!: Inserisci i dati Richiesti!"});
+    EXPECT_EQ(drive.boxes(), QStringList{"MANCANZA DATI!!: Inserisci i dati Richiesti!"});
     enter("CUSCINETTI", "Radiale 6205", "1");
     EXPECT_EQ(get("Txt_ID_DESCRIZIONE_RIC.Text"), "") << "no part has this description";
     drive("click Form14.Cmd_Edit");
-    EXPECT_EQ(shown(), QStringList{"RICAMBIO MANCANTE: Questo Ricambio non è presente nella Lista !! Inserisci in "
+    EXPECT_EQ(drive.boxes(), QStringList{"RICAMBIO MANCANTE: Questo Ricambio non è presente nella Lista !! Inserisci in "
                                    "'Descrizione Ricambi' [CUSCINETTI: Radiale 6205] "});
     EXPECT_TRUE(rows("SELECT ID FROM Tbl_Ricerca").empty());
 }
@@ -198,9 +198,9 @@ TEST_F(Form14Road, ANewCauseIsCreatedEvenWhenTheSaveThenFailsAndEndsTheRun)
     for (const char* typed : {"DataCombo3 GRU", "DataCombo2 G1", "DataCombo4 1", "DataCombo1 CUSCINETTI",
                               "DataCombo5 Radiale 6204", "DataCombo6 Gancio", "DataCombo7 Vibrazioni"})
         drive(QStringLiteral("type Form14.") + QString::fromLatin1(typed));
-    shown();
+    drive.boxes();
     drive("click Form14.Cmd_Edit");
-    const QStringList boxes = shown();
+    const QStringList boxes = drive.boxes();
     ASSERT_EQ(boxes.size(), 1);
     EXPECT_TRUE(boxes[0].contains(": 13 ")) << boxes[0].toStdString();
     EXPECT_FALSE(drive("loaded Form14").toBool()) << "the run has ended";
@@ -288,7 +288,7 @@ TEST_F(Form14Road, APictureIsReferredToWhereItIsAndTheScreenCloses)
     EXPECT_EQ(dialogs[0]["title"].toString(), "Selezionare il file da aprire");
     EXPECT_EQ(dialogs[0]["filter"].toString(),
               "JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
-    EXPECT_EQ(shown(), (QStringList{"SALVA IMMAGINE'cuscinetto.jpg': Vuoi salvare l'Immagine 'cuscinetto.jpg' ?",
+    EXPECT_EQ(drive.boxes(), (QStringList{"SALVA IMMAGINE'cuscinetto.jpg': Vuoi salvare l'Immagine 'cuscinetto.jpg' ?",
                                     "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'cuscinetto.jpg': SI per Aggiungere "
                                     "l'Immagine, NO per sostituire quella esistente'cuscinetto.jpg' ?"}));
     EXPECT_FALSE(drive("loaded Form14").toBool()) << "the user opens the screen again from the menu";

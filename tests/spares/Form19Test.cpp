@@ -1,21 +1,22 @@
 // The orders screen driven from outside as the storekeeper works it: a line ordered from
 // the interventions screen or typed, the order evaded, its goods received line by line
 // into the stock. The quirks a test names are the program's own; keep them.
-#include "Form2Fixture.h"
-#include "support/InProcessDrive.h"
+#include "support/ScreenTest.h"
+#include "support/SparesTest.h"
 
 namespace {
 
 // On the parts of the register's plant (1 VITE M8 Testa esagonale V8-1, 100 in stock;
 // 2 VITE M8 Brugola V8-2, 50; 3 OLIO Idraulico without a code, 4), with two suppliers.
-class Form19Road : public Form2Fixture
+class Form19Road : public ScreenTest
 {
 protected:
     void SetUp() override
     {
-        Form2Fixture::SetUp();
-        exec("INSERT INTO Tbl_Fornitori (Fornitore, Nome_Soceta) VALUES ('Rossi', 'Rossi Spa')");
-        exec("INSERT INTO Tbl_Fornitori (Fornitore, Nome_Soceta) VALUES ('D''Angelo', 'D''Angelo Srl')");
+        ScreenTest::SetUp();
+        kit::partsRegister(plant);
+        plant.supplier("Rossi", {{"Nome_Soceta", "Rossi Spa"}});
+        plant.supplier("D'Angelo", {{"Nome_Soceta", "D'Angelo Srl"}});
     }
 
     /// A line of a part evaded on a day, waiting unless it came on `received`. A line

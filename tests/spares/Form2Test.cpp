@@ -5,6 +5,7 @@
 #include "support/InProcessDrive.h"
 #include "support/ScreenTest.h"
 #include "support/Shown.h"
+#include "support/SparesTest.h"
 
 #include "reports/ReportViewer.h"
 
@@ -17,32 +18,13 @@ using namespace vb::mb;
 
 namespace {
 
-// Three categories: VITE M8 (pz) with two parts, VITE (pz) with none, OLIO (lt) with one;
-// past interventions of the first part on two machines and one of the second.
 class Form2Test : public ScreenTest
 {
 protected:
     void SetUp() override
     {
         ScreenTest::SetUp();
-        const int screws = plant.category("VITE M8", "pz");
-        plant.category("VITE", "pz");
-        const int oil = plant.category("OLIO", "lt");
-        plant.part(screws, "VITE M8", "Testa esagonale",
-                   {{"Codice", "V8-1"}, {"Costo", 0.35}, {"Giacenza", 100}, {"Scorta", 20}, {"NOTE", "zincata"}});
-        plant.part(screws, "VITE M8", "Brugola", {{"Codice", "V8-2"}, {"Costo", 0.5}, {"Giacenza", 50}, {"Scorta", 10}});
-        plant.part(oil, "OLIO", "Idraulico", {{"Costo", 1234.5}, {"Giacenza", 4}, {"Scorta", 2}});
-        const struct
-        {
-            int part, model;
-            const char *description, *machine, *modelName, *where;
-        } fitted[] = {{1, 1, "Testa esagonale", "PRESSA", "AX100", "Reparto A"},
-                      {1, 2, "Testa esagonale", "TORNIO", "T200", "Reparto B"},
-                      {2, 2, "Brugola", "TORNIO", "T200", "Reparto B"}};
-        for (const auto& i : fitted)
-            plant.intervention({{"ID_DESCRIZIONE_RICAMBI", i.part}, {"Descrizione", i.description},
-                                {"ID_RICAMBI", screws}, {"Ricambi", "VITE M8"}, {"ID_MODELLO", i.model},
-                                {"Macchina", i.machine}, {"Modello", i.modelName}, {"Destinazione", i.where}});
+        kit::partsRegister(plant);
     }
 
     static Form2* form() { return screen<Form2>("Form2"); }
