@@ -117,10 +117,10 @@ TEST_F(Form7Register, ModelWithoutNumbersAsksBeforeGoingOn)
     answer({answer::No});
     f->DataCombo3->choose("FRESA");
     f->DataCombo2->choose("F10");
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "NUMERAZIONE MACCHINA MANCANTE");
-    EXPECT_EQ(shown[0].buttons, 52);
+    EXPECT_BOX(oneBox(), "NUMERAZIONE MACCHINA MANCANTE",
+               "Macchina sprovvista di Numerazione, per procedere all'inserimento Manutenzioni devi prima assegnare "
+               "la numerazione a questa macchina, Vuoi Procedere?",
+               vb::mb::YesNo + vb::mb::Exclamation);
     EXPECT_EQ(f->DataCombo2->Text(), "") << "No empties the model";
     EXPECT_TRUE(shell::screens().isLoaded("Form7"));
 

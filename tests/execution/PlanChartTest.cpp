@@ -1,6 +1,6 @@
 // The wall chart: tokens written from the week of Ultima on, and taken out again before
 // an edit writes the new positions.
-#include "PlanFixture.h"
+#include "support/RegisterTest.h"
 
 #include "execution/WeeklyPlan.h"
 #include "runtime/VBFunctions.h"
@@ -17,9 +17,57 @@ std::vector<int> weeksFrom(int first, int step, int last = 145)
     return out;
 }
 
-} // namespace
+// The register screen pointed at machine number 2 of model 1 with its row of the wall
+// chart, and the chart's cells read back by week.
+class PlanChart : public RegisterTest
+{
+protected:
+    /// A hidden register screen on machine number 2 of model 1, its chart row made sure
+    /// of (and emptied), with Ultima, the type and its frequency as the save leaves them.
+    Form7* prepare(const QDate& ultima, const QString& type, int frequency)
+    {
+        exec("Delete * from Tbl_Planned");
+        exec("INSERT INTO Tbl_Planned (ID_MODELLO, Macchina, Modello, ID_NUM, Numerazione) "
+             "VALUES (1, 'PRESSA', 'AX100', 2, '2')");
+        Form7* f = form7();
+        f->ID_MOD->setText("1");
+        f->ID_NUM->setText("2");
+        f->DTPicker1->setValue(vb::Variant::fromDate(ultima));
+        f->DataCombo4->setText(type);
+        f->txtFrequenza->setText(QString::number(frequency));
+        return f;
+    }
 
-using PlanChart = PlanFixture;
+    /// Writes cells of the row by week number.
+    static void setCells(const std::map<int, QString>& cells)
+    {
+        for (const auto& [week, text] : cells)
+            exec(QStringLiteral("UPDATE Tbl_Planned SET [%1] = '%2' WHERE ID_NUM = 2").arg(week).arg(text));
+    }
+
+    /// The row's cells that hold text, by week number.
+    static std::map<int, QString> cells()
+    {
+        std::map<int, QString> out;
+        const auto r = rows("Select * from Tbl_Planned where ID_MODELLO =1 AND ID_NUM=2");
+        for (int week = 1; week <= 145; ++week) {
+            const vb::Variant& v = r.at(0).at(size_t(week + 5));
+            if (!v.isNull() && !v.displayText().isEmpty())
+                out[week] = v.displayText();
+        }
+        return out;
+    }
+
+    static std::vector<int> weeksOf(const std::map<int, QString>& c)
+    {
+        std::vector<int> weeks;
+        for (const auto& [w, t] : c)
+            weeks.push_back(w);
+        return weeks;
+    }
+};
+
+} // namespace
 
 TEST_F(PlanChart, TokensLandEveryFrequencyPlusOneWeeksFromTheWeekOfUltima)
 {

@@ -27,13 +27,13 @@ int RegisterTest::addMaintenance(int idNum, int tipo, const QDate& ultima, const
 
 void RegisterTest::addStop(int idNum, int tipo, const QString& fermaDal, int numero, int tot)
 {
-    kit::Plant().add("Tbl_Fermi_Macchina",
-                     {{"ID_NUM", idNum},
-                      {"ID_MAINT_TIPO", tipo},
-                      {"Ferma_Dal", fermaDal.isEmpty() ? vb::Variant::null() : vb::Variant(fermaDal)},
-                      {"Giorni_Stop", 0},
-                      {"TOT_Giorni_Stop", tot},
-                      {"Numero_Stop", numero}});
+    exec(QStringLiteral("INSERT INTO Tbl_Fermi_Macchina (ID_NUM, ID_MAINT_TIPO, Ferma_Dal, Giorni_Stop, "
+                        "TOT_Giorni_Stop, Numero_Stop) VALUES (%1, %2, %3, 0, %4, %5)")
+             .arg(idNum)
+             .arg(tipo)
+             .arg(fermaDal.isEmpty() ? QStringLiteral("Null") : QLatin1Char('\'') + fermaDal + QLatin1Char('\''))
+             .arg(tot)
+             .arg(numero));
 }
 
 QDate RegisterTest::dateOf(const QString& jet)
