@@ -2,7 +2,7 @@
 // the start, a flat and two shaped prints shown, their pages read back and written as
 // PDF, with the clock frozen.
 #include "DriveProcess.h"
-#include "ShellFixture.h"
+#include "support/ScreenTest.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -52,9 +52,11 @@ QByteArray head(const QString& path, int n)
     return f.open(QIODevice::ReadOnly) ? f.read(n) : QByteArray();
 }
 
+using ReportsDrive = ScreenTest;
+
 } // namespace
 
-TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
+TEST_F(ReportsDrive, ReportsShowReadAndWritePdfEndToEnd)
 {
     QTemporaryDir out;
     ASSERT_TRUE(out.isValid());
@@ -123,11 +125,11 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     const auto r = drive(path(), s);
     ASSERT_EQ(r.size(), static_cast<size_t>(s.size()));
     for (int i = 0; i < first; ++i)
-        value(r[i]);
+        ::value(r[i]);
 
     // The flat parts list: two pages, the page header on both, rows in the statement's
     // order with their bound values, the page text counting the whole document.
-    const QJsonValue parts = value(r[first + 1]);
+    const QJsonValue parts = ::value(r[first + 1]);
     EXPECT_TRUE(parts[QStringLiteral("visible")].toBool());
     const auto pp = pagesOf(parts);
     ASSERT_EQ(pp.size(), 2u);
@@ -144,13 +146,13 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     EXPECT_EQ(pp[1].texts[lastRow + 1], QStringLiteral("60"));
     EXPECT_EQ(pp[1].texts[lastRow + 2], QStringLiteral("4")); // 60 Mod 7
     // Written as PDF: a file that is there, with the document's two pages.
-    EXPECT_TRUE(value(r[first + 2]).isNull());
+    EXPECT_TRUE(::value(r[first + 2]).isNull());
     EXPECT_TRUE(head(partsPdf, 5).startsWith("%PDF"));
     EXPECT_EQ(pdfPages(partsPdf), 2);
 
     // The suppliers: today's date and time in the header, each supplier's header before
     // its card, in the order of the names.
-    const auto sp = pagesOf(value(r[first + 4]));
+    const auto sp = pagesOf(::value(r[first + 4]));
     ASSERT_EQ(sp.size(), 1u);
     const Page& cards = sp[0];
     EXPECT_EQ(cards.texts.mid(0, 2), (QStringList{"LISTA FORNITORI", "15/11/2026 08.00.00"}));
@@ -167,7 +169,7 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
 
     // The notes: one group with its two notes; the note whose machine is gone prints
     // with empty machine columns; the footer counts both.
-    const auto np = pagesOf(value(r[first + 6]));
+    const auto np = pagesOf(::value(r[first + 6]));
     ASSERT_EQ(np.size(), 1u);
     const Page& notes = np[0];
     const int group = notes.indexOf(QStringLiteral("NOTA:"));
@@ -186,19 +188,19 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     EXPECT_EQ(pdfPages(notesPdf), 1);
 
     // Shown and visible; once closed it has no pages to read.
-    EXPECT_TRUE(value(r[first + 8]).toBool());
-    value(r[first + 9]);
+    EXPECT_TRUE(::value(r[first + 8]).toBool());
+    ::value(r[first + 9]);
     EXPECT_FALSE(r[first + 10][QStringLiteral("ok")].toBool());
     EXPECT_EQ(r[first + 10][QStringLiteral("error")][QStringLiteral("number")].toInt(), 9);
     // A statement that fails answers its error, and the earlier instance is closed all
     // the same.
     EXPECT_FALSE(r[first + 11][QStringLiteral("ok")].toBool());
-    EXPECT_FALSE(value(r[first + 12]).toBool());
+    EXPECT_FALSE(::value(r[first + 12]).toBool());
 
     // The parts by category: each category's footer with its costs under "Standard" and
     // its stock; at the end of the last page the count of categories and the sum of
     // their parts.
-    const auto cp = pagesOf(value(r[first + 14]));
+    const auto cp = pagesOf(::value(r[first + 14]));
     ASSERT_EQ(cp.size(), 2u);
     const int belts = cp[0].indexOf(QStringLiteral("CINGHIE"));
     ASSERT_GT(belts, 0);

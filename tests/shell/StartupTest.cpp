@@ -1,5 +1,8 @@
 // The start-up of the main screen, its menu and its close, on a real store.
-#include "ShellFixture.h"
+#include "runtime/AppPath.h"
+#include "runtime/Clock.h"
+#include "runtime/OpenFile.h"
+#include "support/ScreenTest.h"
 
 #include "runtime/VBError.h"
 #include "controls/DateControls.h"
@@ -10,6 +13,7 @@
 using shell::frmMain;
 using shell::screens;
 using vb::Variant;
+using StartupTest = ScreenTest;
 
 namespace {
 
@@ -29,7 +33,7 @@ bool columnExists(const QString& table, const QString& column)
 // Upgrade and copy come before anything reads the store; the alerts (frmAbout's load) come
 // before the time stamp, which therefore excludes the time spent on them; the workload line
 // comes last.
-TEST_F(ShellFixture, LoadRunsItsStepsInOrder)
+TEST_F(StartupTest, LoadRunsItsStepsInOrder)
 {
     std::vector<QString> seen;
     standIn(QStringLiteral("frmAbout"), [&](QWidget* owner) -> vb::Form* {
@@ -65,12 +69,12 @@ TEST_F(ShellFixture, LoadRunsItsStepsInOrder)
     EXPECT_EQ(about->Top(), 2200);
     EXPECT_EQ(about->Left(), main->PicMenu->Width());
     EXPECT_EQ(about->Height(), main->Image2->Height() - 2200);
-    EXPECT_TRUE(vb::MsgBoxService::takeShown().empty());
+    EXPECT_TRUE(boxes().empty());
 }
 
 // A new store lacks the five columns and the sheet table: the first start adds them, and
 // a second start finds them there, swallows six failures and shows nothing.
-TEST_F(ShellFixture, UpgradeRunsOnAnOldStoreAndIsHarmlessTheSecondTime)
+TEST_F(StartupTest, UpgradeRunsOnAnOldStoreAndIsHarmlessTheSecondTime)
 {
     EXPECT_FALSE(columnExists(QStringLiteral("Tbl_Ricerca"), QStringLiteral("Images")));
     EXPECT_FALSE(columnExists(QStringLiteral("Tbl_Maintenance_Note"), QStringLiteral("Tipo_Nota")));
@@ -88,7 +92,7 @@ TEST_F(ShellFixture, UpgradeRunsOnAnOldStoreAndIsHarmlessTheSecondTime)
                         "VALUES (1, 1, 'TORNIO', 'T200', 'Settimanale')"));
     shell::screens().discardAll();
     start();
-    EXPECT_TRUE(vb::MsgBoxService::takeShown().empty());
+    EXPECT_TRUE(boxes().empty());
     // No assignment existed at the first start, so the table stayed empty; the copy is
     // guarded by emptiness, not by the table being new, so this start copies.
     EXPECT_EQ(rows(QStringLiteral("SELECT * FROM Tbl_Certif_Proced_Manut")).size(), 1u);
@@ -98,11 +102,11 @@ TEST_F(ShellFixture, UpgradeRunsOnAnOldStoreAndIsHarmlessTheSecondTime)
     start();
     // With a row present, even one, nothing is copied, also for assignments added since.
     EXPECT_EQ(rows(QStringLiteral("SELECT * FROM Tbl_Certif_Proced_Manut")).size(), 1u);
-    EXPECT_TRUE(vb::MsgBoxService::takeShown().empty());
+    EXPECT_TRUE(boxes().empty());
 }
 
 // The sheet code joins the type and the machine without "_": the codes in use have that form.
-TEST_F(ShellFixture, SheetCopyBuildsOneRowPerAssignment)
+TEST_F(StartupTest, SheetCopyBuildsOneRowPerAssignment)
 {
     exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, Manutenzione_Tipo) "
                         "VALUES (12, 3, 'PRESSA', 'AX100', 'Mensile')"));
@@ -124,13 +128,13 @@ TEST_F(ShellFixture, SheetCopyBuildsOneRowPerAssignment)
               QStringLiteral("12_3_AX1_Men"));
 }
 
-TEST_F(ShellFixture, StampHasNoLeadingZeros)
+TEST_F(StartupTest, StampHasNoLeadingZeros)
 {
     vb::Clock::freeze(QDateTime(QDate(2016, 7, 3), QTime(9, 5, 0)));
     EXPECT_EQ(start()->Txt_Apertura->Text(), QStringLiteral("3/7/2016  9.5.0"));
 }
 
-TEST_F(ShellFixture, MenuIsStackedAndAClickOpensOneScreen)
+TEST_F(StartupTest, MenuIsStackedAndAClickOpensOneScreen)
 {
     int loads15 = 0;
     standIn(QStringLiteral("Form15"), QStringList{}, &loads15);
@@ -172,7 +176,7 @@ TEST_F(ShellFixture, MenuIsStackedAndAClickOpensOneScreen)
 }
 
 // Assegna Manutenzioni clears what Form7 hands to Form13, loading Form7 hidden to do so.
-TEST_F(ShellFixture, AssignMenuClearsThePreselection)
+TEST_F(StartupTest, AssignMenuClearsThePreselection)
 {
     int loads7 = 0;
     standIn(QStringLiteral("Form7"), QStringList{QStringLiteral("T:ID_MOD"), QStringLiteral("T:ID_MAINT"),
@@ -202,7 +206,7 @@ TEST_F(ShellFixture, AssignMenuClearsThePreselection)
 
 // Closing writes one register row and recomputes Tempo of every row (no WHERE), hours
 // taken as a time of day; lblExit writes nothing.
-TEST_F(ShellFixture, CloseWritesTheSessionRowAndExitDoesNot)
+TEST_F(StartupTest, CloseWritesTheSessionRowAndExitDoesNot)
 {
     exec(QStringLiteral("INSERT INTO Tbl_Register (Date_Open, Date_Close, Tempo) VALUES "
                         "(#11/10/2026 08:00:00#, #11/11/2026 10:30:15#, 'x')"));
@@ -224,7 +228,7 @@ TEST_F(ShellFixture, CloseWritesTheSessionRowAndExitDoesNot)
     EXPECT_EQ(r[1][2].toString(), QStringLiteral("1.2.3"));
 }
 
-TEST_F(ShellFixture, ProcedureGuideIsWrittenAndOpened)
+TEST_F(StartupTest, ProcedureGuideIsWrittenAndOpened)
 {
     frmMain* main = start();
     main->Lbl_Procedure->click();

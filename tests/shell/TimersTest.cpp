@@ -1,5 +1,6 @@
 // The four timers of the main screen and the registry's implicit loads they rely on.
-#include "ShellFixture.h"
+#include "runtime/Clock.h"
+#include "support/ScreenTest.h"
 
 #include "controls/DateControls.h"
 
@@ -10,12 +11,12 @@ namespace colour = vb::colour;
 
 namespace {
 
-class TimersTest : public ShellFixture
+class TimersTest : public ScreenTest
 {
 protected:
     void SetUp() override
     {
-        ShellFixture::SetUp();
+        ScreenTest::SetUp();
         standIn(QStringLiteral("Form14"), QStringList{QStringLiteral("T:Txt_Giac"), QStringLiteral("T:Txt_Scorta")},
                 &loads14);
         standIn(QStringLiteral("Form13"),
