@@ -1,6 +1,7 @@
 // The road of a due maintenance through the automation driver: due at start, the alert
 // answered Yes, the register opened, the row executed on a corrected date, the note
 // declined, and the reload pushing a stopped machine.
+#include "support/DriveScript.h"
 #include "support/RegisterTest.h"
 #include "support/InProcessDrive.h"
 
@@ -21,9 +22,7 @@ TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
     addStop(3, 2, QStringLiteral("10/11/2026"), 1, 0);
 
     Drive drive;
-    drive("clock 2026-11-15T08:00:00");
-    drive("answer yes");
-    drive("start");
+    kit::run(drive, {"clock 2026-11-15T08:00:00", "answer yes", "start"});
     bool asked = false;
     for (const QJsonValue& b : drive("boxes").toArray())
         asked = asked || b.toObject().value("title").toString() == "MANUTENZIONE DA ESEGUIRE";
@@ -42,9 +41,7 @@ TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
     EXPECT_EQ(grid.value("rows").toArray()[0].toArray()[0].toString(), QString::number(due)) << "cells as shown";
     drive("select Form7.DataGrid1 0");
     EXPECT_EQ(drive("get Form7.Label8.Caption").toString(), "Prossima!!:");
-    drive("set Form7.DTPicker2.Value 2026-11-14");
-    drive("answer yes no");
-    drive("click Form7.Cmd_Eseguita");
+    kit::run(drive, {"set Form7.DTPicker2.Value 2026-11-14", "answer yes no", "click Form7.Cmd_Eseguita"});
     const QJsonArray shown = drive("boxes").toArray();
     ASSERT_EQ(shown.size(), 2);
     EXPECT_EQ(shown[0].toObject().value("title").toString(), "MANUTENZIONE ESEGUITA IL **14/11/2026**");

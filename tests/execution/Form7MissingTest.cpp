@@ -1,6 +1,8 @@
 // Maintenance missing on Form7: the units that lack a register row for a type assigned to
 // their model, the list of them, and a line that prepares the new row.
+#include "support/DriveScript.h"
 #include "support/RegisterTest.h"
+#include "support/Fields.h"
 
 #include "support/InProcessDrive.h"
 
@@ -125,24 +127,14 @@ TEST_F(Form7Missing, LinePreparesTheNewRowAndSalvaSavesIt)
 
     // The New row state.
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_TRUE(f->Cmd_Edit->isEnabled());
-    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
-    EXPECT_FALSE(f->Cmd_Add->isEnabled());
+    EXPECT_EQ(kit::enabledOf({f->Cmd_Edit, f->Cmd_Delete, f->Cmd_Add}), QStringList({"Cmd_Edit"}));
     EXPECT_EQ(f->MaskEdBox1->Text(), "15/11/2026");
     EXPECT_TRUE(f->DTPicker2->isHidden());
     EXPECT_TRUE(f->MaskEdBox2->isHidden());
     // The keys and names of the pair; txtID holds the unit's key, as there is no register
     // row yet.
-    EXPECT_EQ(f->ID_MOD->Text(), "2");
-    EXPECT_EQ(f->ID_NUM->Text(), "3");
-    EXPECT_EQ(f->ID_MAINT->Text(), "2");
-    EXPECT_EQ(f->txtID->Text(), "3");
-    EXPECT_EQ(f->DataCombo3->Text(), "TORNIO");
-    EXPECT_EQ(f->DataCombo2->Text(), "T200");
-    EXPECT_EQ(f->DataCombo1->Text(), "10");
-    EXPECT_EQ(f->DataCombo4->Text(), "Mensile");
-    EXPECT_EQ(f->txtFrequenza->Text(), "4");
-    EXPECT_EQ(f->Txt_Tot_Minuti->Text(), "45");
+    EXPECT_EQ(kit::texts({f->ID_MOD, f->ID_NUM, f->ID_MAINT, f->txtID, f->DataCombo3, f->DataCombo2, f->DataCombo1, f->DataCombo4, f->txtFrequenza, f->Txt_Tot_Minuti}),
+              QStringList({"2", "3", "2", "3", "TORNIO", "T200", "10", "Mensile", "4", "45"}));
     EXPECT_EQ(f->Label16->Caption(), QString::fromUtf8("[TORNIO]-[T200]-[N°10]"));
 
     // SALVA is all that is left: the row and its chart row are written.
@@ -178,10 +170,7 @@ TEST_F(Form7Missing, StoppedMachineLineShowsItsStopAndPreparesNothing)
     EXPECT_FALSE(f->Frame2->isHidden());
     EXPECT_EQ(f->Txt_Day_Stop->Text(), "5");
     EXPECT_EQ(f->Label16->Caption(), QString::fromUtf8("[TORNIO]-[T200]-[N°10]"));
-    EXPECT_EQ(f->ID_NUM->Text(), "3");
-    EXPECT_EQ(f->DataCombo3->Text(), "");
-    EXPECT_EQ(f->txtID->Text(), "");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
+    EXPECT_EQ(kit::texts({f->ID_NUM, f->DataCombo3, f->txtID, f->Cmd_Edit}), QStringList({"3", "", "", "SALVA"}));
 }
 
 TEST_F(Form7Missing, DrivenFromOutside)
@@ -190,9 +179,7 @@ TEST_F(Form7Missing, DrivenFromOutside)
     addMaintenance(1, 3, QDate(2026, 10, 20), QDate(2026, 12, 15));
     addMaintenance(2, 3, QDate(2026, 10, 20), QDate(2026, 12, 15));
     InProcessDrive drive;
-    drive("clock 2026-11-15T08:00:00");
-    drive("show Form7");
-    drive("click Form7.Cmd_Senza_Manutenzione");
+    kit::run(drive, {"clock 2026-11-15T08:00:00", "show Form7", "click Form7.Cmd_Senza_Manutenzione"});
     EXPECT_EQ(drive("get Form7.Frame3.Caption").toString(), "Sono 2 le Manutenzioni Mancanti");
     const QJsonArray rows = drive("grid Form7.DataGrid3").toObject().value("rows").toArray();
     ASSERT_EQ(rows.size(), 2);

@@ -1,6 +1,7 @@
 // The register of Form7: the list and its day filter, the selection of a row, the pick
 // lists, and the new-row and edit paths of the save.
 #include "support/RegisterTest.h"
+#include "support/Fields.h"
 
 #include "runtime/VBFunctions.h"
 
@@ -56,23 +57,12 @@ TEST_F(Form7Register, RowChangeLoadsTheRowThroughThePickLists)
     Form7* f = form7();
     selectRow(f, id);
     EXPECT_EQ(f->txtID->Text(), QString::number(id));
-    EXPECT_EQ(f->ID_MOD->Text(), "1");
-    EXPECT_EQ(f->ID_NUM->Text(), "2");
-    EXPECT_EQ(f->ID_MAINT->Text(), "3");
-    EXPECT_EQ(f->DataCombo3->Text(), "PRESSA");
-    EXPECT_EQ(f->DataCombo2->Text(), "AX100");
-    EXPECT_EQ(f->DataCombo1->Text(), "2");
-    EXPECT_EQ(f->DataCombo4->Text(), "Bimestrale");
-    EXPECT_EQ(f->DataCombo5->Text(), "ROSSI");
-    EXPECT_EQ(f->ID_OPERATORE->Text(), "1");
-    EXPECT_EQ(f->Txt_Qualifica->Text(), "Tecnico");
+    EXPECT_EQ(kit::texts({f->ID_MOD, f->ID_NUM, f->ID_MAINT, f->DataCombo3, f->DataCombo2, f->DataCombo1, f->DataCombo4, f->DataCombo5, f->ID_OPERATORE, f->Txt_Qualifica}),
+              QStringList({"1", "2", "3", "PRESSA", "AX100", "2", "Bimestrale", "ROSSI", "1", "Tecnico"}));
     // The type's change comes last in the fill and takes the frequency of the type, not
     // the row's own copy.
-    EXPECT_EQ(f->txtFrequenza->Text(), "8");
-    EXPECT_EQ(f->Txt_Tot_Minuti->Text(), "60");
-    EXPECT_EQ(f->Txt_Man_Tip->Text(), "Bimestrale");
-    EXPECT_EQ(f->MaskEdBox1->Text(), "01/09/2026");
-    EXPECT_EQ(f->MaskEdBox2->Text(), "27/10/2026");
+    EXPECT_EQ(kit::texts({f->txtFrequenza, f->Txt_Tot_Minuti, f->Txt_Man_Tip, f->MaskEdBox1, f->MaskEdBox2}),
+              QStringList({"8", "60", "Bimestrale", "01/09/2026", "27/10/2026"}));
     EXPECT_FALSE(f->DTPicker2->isHidden());
     EXPECT_EQ(f->Label16->Caption(), "[PRESSA]-[AX100]-[N°2]");
     EXPECT_EQ(f->Cmd_Edit->Caption(), "Modifica");
@@ -269,15 +259,10 @@ TEST_F(Form7Register, PickListsNarrowEachOtherInTurn)
     EXPECT_EQ(f->DataCombo1->items(), QStringList({"1", "2"}));
     f->DataCombo1->choose("2");
     f->DataCombo4->choose("Bimestrale");
-    EXPECT_EQ(f->ID_NUM->Text(), "2");
-    EXPECT_EQ(f->ID_MAINT->Text(), "3");
-    EXPECT_EQ(f->Txt_Tot_Minuti->Text(), "60");
+    EXPECT_EQ(kit::texts({f->ID_NUM, f->ID_MAINT, f->Txt_Tot_Minuti}), QStringList({"2", "3", "60"}));
     // A new machine empties the lists below it; under three letters nothing else happens.
     f->DataCombo3->setText("TO");
-    EXPECT_EQ(f->DataCombo2->Text(), "");
-    EXPECT_EQ(f->DataCombo1->Text(), "");
-    EXPECT_EQ(f->DataCombo4->Text(), "");
-    EXPECT_EQ(f->ID_MOD->Text(), "1");
+    EXPECT_EQ(kit::texts({f->DataCombo2, f->DataCombo1, f->DataCombo4, f->ID_MOD}), QStringList({"", "", "", "1"}));
     f->DataCombo3->setText("TORNIO");
     EXPECT_EQ(f->ID_MOD->Text(), "2");
     EXPECT_EQ(f->DataCombo4->items(), QStringList({"Mensile"}));

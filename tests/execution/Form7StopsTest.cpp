@@ -1,6 +1,7 @@
 // Machine stops on Form7: stop and restart through the panel, the push of Prossima at
 // every load with its 16-bit arithmetic, and the list of stopped machines.
 #include "support/RegisterTest.h"
+#include "support/Fields.h"
 
 #include "runtime/Clock.h"
 
@@ -51,9 +52,7 @@ TEST_F(Form7Stops, FirstStopRestartAndSecondStopPushTheSchedule)
     Form7* f = form7();
     selectRow(f, id);
     EXPECT_FALSE(f->Frame2->isHidden());
-    EXPECT_EQ(f->Txt_Day_Stop->Text(), "10");
-    EXPECT_EQ(f->Txt_Numero_Stop->Text(), "1");
-    EXPECT_EQ(f->DTPicker6->Text(), "05/11/2026");
+    EXPECT_EQ(kit::texts({f->Txt_Day_Stop, f->Txt_Numero_Stop, f->DTPicker6}), QStringList({"10", "1", "05/11/2026"}));
 
     // Each day stopped pushes one more day at the next load.
     advance(5);

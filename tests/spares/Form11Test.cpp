@@ -2,6 +2,7 @@
 // to parts and to dates and places, and the charts drawn from the same figures.
 #include "spares/Form11.h"
 #include "spares/InterventionCharts.h"
+#include "support/DriveScript.h"
 #include "support/SparesTest.h"
 
 #include <QFileInfo>
@@ -123,9 +124,7 @@ TEST_F(Form11Road, TheChartsDrawTheGridsFiguresAndSaveThroughTheFileDialog)
 
     // An empty store draws empty charts that say so.
     exec("DELETE * FROM Tbl_Ricerca");
-    drive("unload Form11");
-    drive("show Form11");
-    drive("click Form11.Cmd_Grafico");
+    kit::run(drive, {"unload Form11", "show Form11", "click Form11.Cmd_Grafico"});
     EXPECT_TRUE(form11()->charts()->figures(0).empty());
     EXPECT_TRUE(form11()->charts()->figures(2).empty());
 }

@@ -2,6 +2,7 @@
 // moves the part's stock by what the screen shows, and the quirks of that arithmetic are
 // the program's own (see each test's words before "fixing" any of them).
 #include "spares/Form14.h"
+#include "support/DriveScript.h"
 #include "support/SparesTest.h"
 
 #include <QImage>
@@ -70,9 +71,7 @@ TEST_F(Form14Road, AWithdrawalAnEditAndADeleteMoveTheStockAsTheScreenShowsIt)
     choose(0);
     EXPECT_EQ(get("Label1.Caption"), "Trovati Componenti Macchina N° 1");
     EXPECT_EQ(get("Txt_prelievo_OLD.Text"), "3");
-    drive("type Form14.Txt_prelievo 5");
-    drive("answer yes");
-    drive("click Form14.Cmd_Edit");
+    kit::run(drive, {"type Form14.Txt_prelievo 5", "answer yes", "click Form14.Cmd_Edit"});
     EXPECT_EQ(drive.boxes(), (QStringList{"MODIFICA DATI: Stai per eseguire una Modifica, Controlla la 'Giacenza' e la "
                                     "'Scorta Min', Vuoi Procedere??",
                                     Updated}));
@@ -82,10 +81,7 @@ TEST_F(Form14Road, AWithdrawalAnEditAndADeleteMoveTheStockAsTheScreenShowsIt)
 
     // The same quantity writes the stock as typed: the storekeeper's correction by hand.
     choose(0);
-    drive("type Form14.Txt_Giac 20");
-    drive("type Form14.Txt_Scorta 4");
-    drive("answer yes");
-    drive("click Form14.Cmd_Edit");
+    kit::run(drive, {"type Form14.Txt_Giac 20", "type Form14.Txt_Scorta 4", "answer yes", "click Form14.Cmd_Edit"});
     EXPECT_EQ(stock(1), 20);
     EXPECT_EQ(rows("SELECT Scorta FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 1")[0][0].toDouble(), 4);
 
@@ -106,18 +102,14 @@ TEST_F(Form14Road, TheArithmeticGoesByTheTextsOnTheScreenNotByTheStoredRows)
 
     // "05" against a stored 5: the texts differ, so G + O - Q runs, and gives G.
     choose(0);
-    drive("type Form14.Txt_prelievo 05");
-    drive("answer yes");
-    drive("click Form14.Cmd_Edit");
+    kit::run(drive, {"type Form14.Txt_prelievo 05", "answer yes", "click Form14.Cmd_Edit"});
     EXPECT_EQ(stock(1), 10);
 
     // Another part with the same quantity: the new part keeps its stock as loaded, and
     // the old one is never given its 5 back.
     exec("UPDATE Tbl_Descrizione_Ricambi SET Giacenza = 7 WHERE ID_DESCRIZIONE_RICAMBI = 1");
     choose(0);
-    drive("type Form14.DataCombo5 Assiale 51105");
-    drive("answer yes");
-    drive("click Form14.Cmd_Edit");
+    kit::run(drive, {"type Form14.DataCombo5 Assiale 51105", "answer yes", "click Form14.Cmd_Edit"});
     EXPECT_EQ(rows("SELECT ID_DESCRIZIONE_RICAMBI FROM Tbl_Ricerca")[0][0].toLong(), 2);
     EXPECT_EQ(stock(2), 5);
     EXPECT_EQ(stock(1), 7);
@@ -138,9 +130,7 @@ TEST_F(Form14Road, TheArithmeticGoesByTheTextsOnTheScreenNotByTheStoredRows)
     // Past 32767 the 16-bit conversion fails and the stock is written as 0.
     exec("UPDATE Tbl_Descrizione_Ricambi SET Giacenza = 32765 WHERE ID_DESCRIZIONE_RICAMBI = 2");
     choose(0);
-    drive("type Form14.Txt_prelievo 1");
-    drive("answer yes");
-    drive("click Form14.Cmd_Edit");
+    kit::run(drive, {"type Form14.Txt_prelievo 1", "answer yes", "click Form14.Cmd_Edit"});
     EXPECT_EQ(stock(2), 0);
 }
 

@@ -1,7 +1,9 @@
 // The spare part categories of Form15: the list and its units, insert, rename with the
 // copies of the name that follow it, delete, the two searches, and the menu entry.
+#include "support/DriveScript.h"
 #include "support/InProcessDrive.h"
 #include "support/ScreenTest.h"
+#include "support/Fields.h"
 #include "support/Shown.h"
 
 #include "runtime/Helpers.h"
@@ -130,9 +132,7 @@ TEST_F(Form15Test, ClickInTheListLooksTheLineUpAndKeepsTheInsertMode)
     exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('L''ANELLO', 'pz')");
     Form15* f = form();
     pick(f, "OLIO");
-    EXPECT_EQ(f->Text1->Text(), "3");
-    EXPECT_EQ(f->TextRICAMBI->Text(), "OLIO");
-    EXPECT_EQ(f->DataCombo1->Text(), "lt");
+    EXPECT_EQ(kit::texts({f->Text1, f->TextRICAMBI, f->DataCombo1}), QStringList({"3", "OLIO", "lt"}));
     EXPECT_FALSE(f->Cmd_Edit->isEnabled()) << "a click is no typing";
     // A Null unit leaves the emptied field as it is, in silence.
     pick(f, "FILTRO");
@@ -270,10 +270,8 @@ TEST_F(Form15Test, DeleteAsksAndLeavesThePartsBehind)
               QStringList({"1"}));
     EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricerca WHERE ID_RICAMBI = 1"), QStringList({"2"}));
     EXPECT_EQ(f->List1->items(), QStringList({"OLIO", "VITE"}));
-    EXPECT_EQ(f->Label2->Caption(), "2");
-    EXPECT_EQ(f->TextRICAMBI->Text(), "");
-    EXPECT_EQ(f->DataCombo1->Text(), "");
-    EXPECT_EQ(f->Txt_Search_UN_MIS->Text(), "");
+    EXPECT_EQ(kit::texts({f->Label2, f->TextRICAMBI, f->DataCombo1, f->Txt_Search_UN_MIS}),
+              QStringList({"2", "", "", ""}));
     // Now that it has no parts' category, "VITE" enters again: the twin was "VITE M8".
     f->Cmd_Add->click();
     enter(f, "VITE", "pz");
@@ -291,10 +289,8 @@ TEST_F(Form15Test, SearchByNameStartsAtTheBeginningAndEmptiesTheOtherFields)
     f->Txt_Search_UN_MIS->setText("lt");
     f->Txt_Search->typeText("vi");
     EXPECT_EQ(f->List1->items(), QStringList({"VITE", "VITE M8"})) << "SVITATORE does not start with it";
-    EXPECT_EQ(f->Label2->Caption(), "2");
-    EXPECT_EQ(f->Txt_Search_UN_MIS->Text(), "");
-    EXPECT_EQ(f->TextRICAMBI->Text(), "");
-    EXPECT_EQ(f->DataCombo1->Text(), "");
+    EXPECT_EQ(kit::texts({f->Label2, f->Txt_Search_UN_MIS, f->TextRICAMBI, f->DataCombo1}),
+              QStringList({"2", "", "", ""}));
     EXPECT_TRUE(boxes().empty());
 
     // An apostrophe is doubled.
@@ -346,17 +342,12 @@ TEST_F(Form15Test, TheDriverWorksTheScreenTheMenuOpened)
 {
     start();
     InProcessDrive drive;
-    drive("click frmMain.lblRicambi");
-    drive("click Form15.Cmd_Add");
-    drive("type Form15.TextRICAMBI CUSCINETTO");
-    drive("type Form15.DataCombo1 pz");
-    drive("click Form15.Cmd_Edit");
+    kit::run(drive, {"click frmMain.lblRicambi", "click Form15.Cmd_Add", "type Form15.TextRICAMBI CUSCINETTO",
+                     "type Form15.DataCombo1 pz", "click Form15.Cmd_Edit"});
     EXPECT_EQ(drive("get Form15.Label2.Caption").toString(), "4");
     drive("select Form15.List1 0");
     EXPECT_EQ(drive("get Form15.TextRICAMBI.Text").toString(), "CUSCINETTO");
-    drive("type Form15.TextRICAMBI CUSCINETTI");
-    drive("answer yes");
-    drive("click Form15.Cmd_Edit");
+    kit::run(drive, {"type Form15.TextRICAMBI CUSCINETTI", "answer yes", "click Form15.Cmd_Edit"});
     EXPECT_EQ(drive.boxes().size(), 1);
     EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 4"), QStringList{"CUSCINETTI"});
 }

@@ -2,8 +2,10 @@
 // the order lines, delete without cascade, the reset, the failure boxes, the prints and
 // SCHEDA_Fornitori.txt with every supplier's card and billing block.
 #include "spares/Form17.h"
+#include "support/DriveScript.h"
 #include "support/InProcessDrive.h"
 #include "support/ScreenTest.h"
+#include "support/Fields.h"
 
 #include "reports/ReportViewer.h"
 #include "runtime/OpenFile.h"
@@ -84,9 +86,7 @@ TEST_F(Form17Test, ListCardSelectionAndReset)
     // Empty columns leave their fields as the clearing left them: no card data carried over.
     selectSupplier(f, alfa);
     EXPECT_EQ(f->txtID_FORNITORE->Text(), QString::number(alfa));
-    EXPECT_EQ(f->txtFornitore->Text(), "alfa");
-    EXPECT_EQ(f->txtUrl->Text(), "www.example.it");
-    EXPECT_EQ(f->txtCitta->Text(), "");
+    EXPECT_EQ(kit::texts({f->txtFornitore, f->txtUrl, f->txtCitta}), QStringList({"alfa", "www.example.it", ""}));
     EXPECT_TRUE(f->Cmd_Edit->isEnabled());
     EXPECT_EQ(f->Txt_Posizione->Text(), "0");
     // Only the print follows the selection; the save keeps saying all suppliers.
@@ -296,11 +296,8 @@ TEST_F(Form17Test, CardsSavedByTheDriver)
 {
     addSupplier("ROSSI", "Rossi Srl");
     InProcessDrive drive;
-    drive("start");
-    drive("boxes");
-    drive("click frmMain.lblFornitori");
-    drive("select Form17.DataGrid1 0");
-    drive("click Form17.Cmd_Save");
+    kit::run(drive, {"start", "boxes", "click frmMain.lblFornitori", "select Form17.DataGrid1 0",
+                     "click Form17.Cmd_Save"});
     EXPECT_EQ(drive.boxes().size(), 1);
     const QJsonArray opened = drive("opened").toArray();
     ASSERT_EQ(opened.size(), 1);

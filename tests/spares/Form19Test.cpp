@@ -1,6 +1,7 @@
 // The orders screen driven from outside as the storekeeper works it: a line ordered from
 // the interventions screen or typed, the order evaded, its goods received line by line
 // into the stock. The quirks a test names are the program's own; keep them.
+#include "support/DriveScript.h"
 #include "support/ScreenTest.h"
 #include "support/SparesTest.h"
 
@@ -58,17 +59,13 @@ protected:
     void confirm(int row)
     {
         drive(QStringLiteral("select Form19.DataGrid2 %1").arg(row));
-        drive("click Form19.Check2");
-        drive("answer yes");
-        drive("click Form19.Cmd_Confirm");
+        kit::run(drive, {"click Form19.Check2", "answer yes", "click Form19.Cmd_Confirm"});
     }
 
     /// The order evaded, the question answered yes.
     void evade()
     {
-        drive("click Form19.Check1");
-        drive("answer yes");
-        drive("click Form19.Cmd_Evadi");
+        kit::run(drive, {"click Form19.Check1", "answer yes", "click Form19.Cmd_Evadi"});
     }
 
     InProcessDrive drive;
@@ -80,30 +77,20 @@ TEST_F(Form19Road, AnOrderOfThreeLinesIsEvadedThenReceivedLineByLineIntoTheStock
 {
     start();
     // The only way in: the interventions screen's reminder, on the part typed there.
-    drive("show Form14");
-    drive("click Form14.Cmd_Add");
-    drive("choose Form14.DataCombo1 VITE M8");
-    drive("type Form14.DataCombo5 Brugola");
-    drive("click Form14.Cmd_Order");
+    kit::run(drive, {"show Form14", "click Form14.Cmd_Add", "choose Form14.DataCombo1 VITE M8",
+                     "type Form14.DataCombo5 Brugola", "click Form14.Cmd_Order"});
     EXPECT_EQ(drive("get frmMain.Caption").toString(), "VELMORA <ORDINI RICAMBI>");
     EXPECT_EQ(get("DataCombo2.Text"), "Brugola");
     EXPECT_EQ(get("Txt_ID_DESCRIZIONE_RIC.Text"), "2");
     EXPECT_EQ(get("Txt_Codice.Text"), "V8-1") << "the category's first code stays with another description";
-    drive("type Form19.Txt_Quant 1x0");
-    drive("type Form19.DataCombo3 D'Angelo");
-    drive("click Form19.Cmd_Add");
+    kit::run(drive, {"type Form19.Txt_Quant 1x0", "type Form19.DataCombo3 D'Angelo", "click Form19.Cmd_Add"});
 
     drive("choose Form19.DataCombo1 OLIO");
     EXPECT_EQ(drive.items("Form19.List1"), QStringList{"Idraulico"});
-    drive("type Form19.Txt_Codice HLP46");
-    drive("type Form19.Txt_Quant 3");
-    drive("click Form19.Cmd_Add");
+    kit::run(drive, {"type Form19.Txt_Codice HLP46", "type Form19.Txt_Quant 3", "click Form19.Cmd_Add"});
     // A supplier that matches none is kept as typed, beside the key found before.
-    drive("choose Form19.DataCombo1 VITE M8");
-    drive("choose Form19.List1 Testa esagonale");
-    drive("type Form19.Txt_Quant 4");
-    drive("type Form19.DataCombo3 Verdi");
-    drive("click Form19.Cmd_Add");
+    kit::run(drive, {"choose Form19.DataCombo1 VITE M8", "choose Form19.List1 Testa esagonale",
+                     "type Form19.Txt_Quant 4", "type Form19.DataCombo3 Verdi", "click Form19.Cmd_Add"});
     EXPECT_EQ(get("Frame1.Caption"), "Conteggio Ricambi in Ordine: 3");
     EXPECT_EQ(column("SELECT Ricambi & '|' & Descrizione & '|' & Codice & '|' & Quantita & '|' & ID_FORNITORE & '|' & "
                      "Fornitore FROM Tbl_Order ORDER BY ID"),
@@ -122,9 +109,7 @@ TEST_F(Form19Road, AnOrderOfThreeLinesIsEvadedThenReceivedLineByLineIntoTheStock
     EXPECT_EQ(stocks(), (QStringList{"100", "50", "4"})) << "ordering and evading leave the stock alone";
 
     // The goods come on 3 December, one line after the other.
-    drive("clock 2026-12-03T09:00:00");
-    drive("select Form19.List2 0");
-    drive("click Form19.Cmd_Print");
+    kit::run(drive, {"clock 2026-12-03T09:00:00", "select Form19.List2 0", "click Form19.Cmd_Print"});
     EXPECT_TRUE(drive.printed("DataReport1").contains("Ordine Evaso in Data 15/11/2026"));
     confirm(rowOf("Idraulico"));
     EXPECT_EQ(drive.boxes(),
@@ -149,17 +134,13 @@ TEST_F(Form19Road, APartStillAwaitedWarnsOnceFromItsFirstLineAndANoHidesTheEvasi
     drive("show Form19");
     drive("type Form19.DataCombo1 VI");
     EXPECT_EQ(get("Txt_ID_Ricambi.Text"), "") << "no lookup below three characters";
-    drive("choose Form19.DataCombo1 VITE M8");
-    drive("choose Form19.List1 Brugola");
-    drive("click Form19.Cmd_Add");
+    kit::run(drive, {"choose Form19.DataCombo1 VITE M8", "choose Form19.List1 Brugola", "click Form19.Cmd_Add"});
     EXPECT_EQ(drive.boxes(),
         QStringList{"MANCANZA DATI: Seleziona la Descrizione Ricambi dalla Lista, se dovesse "
                       "mancare devi prima aggiungerlo nella Scheda 'Descrizione Ricambi'"})
         << "an empty quantity asks for the part";
 
-    drive("type Form19.Txt_Quant 5");
-    drive("answer no");
-    drive("click Form19.Cmd_Add");
+    kit::run(drive, {"type Form19.Txt_Quant 5", "answer no", "click Form19.Cmd_Add"});
     EXPECT_EQ(drive.boxes(),
         QStringList{"VITE M8:Brugola GIA IN ORDINE: Attenzione!! In Data:10/11/2026 Sono stati "
                       "ordinati 6 pezzi di questo Ricambio VITE M8:Brugola Vuoi ugualmente "
@@ -173,9 +154,7 @@ TEST_F(Form19Road, APartStillAwaitedWarnsOnceFromItsFirstLineAndANoHidesTheEvasi
 
     // A part standing only in the open order warns no one, and the fields stay for the
     // same line again.
-    drive("type Form19.DataCombo2 Testa esagonale");
-    drive("click Form19.Cmd_Add");
-    drive("click Form19.Cmd_Add");
+    kit::run(drive, {"type Form19.DataCombo2 Testa esagonale", "click Form19.Cmd_Add", "click Form19.Cmd_Add"});
     EXPECT_EQ(drive.boxes().size(), 1) << "the warning answered yes, and nothing after it";
     EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Order ORDER BY ID"),
         (QStringList{"Brugola", "Testa esagonale", "Testa esagonale"}));

@@ -3,6 +3,7 @@
 // parts register. The register is a stand-in with the fields the gallery reads and writes.
 #include "runtime/Helpers.h"
 #include "support/ScreenTest.h"
+#include "support/Fields.h"
 
 #include "controls/CommonDialog.h"
 #include "spares/Form1.h"
@@ -104,14 +105,10 @@ TEST_F(Form1Test, APartWithoutPicturesOffersOnlyTheLoadAndTheWayBack)
     Form1* f = gallery();
     ASSERT_TRUE(f);
     EXPECT_EQ(f->Caption(), "IMMAGINE DESCRIZIONE RICAMBIO");
-    EXPECT_EQ(f->Label1->Caption(), "DESCRIZIONE: [OLIO] [Idraulico]");
-    EXPECT_EQ(f->TextID_DESCR_RIC->Text(), "2");
-    EXPECT_EQ(f->TextID_IMAGES_DC->Text(), "0");
-    EXPECT_FALSE(f->Delete_Images->isEnabled());
-    EXPECT_FALSE(f->Image_Previous->isEnabled());
-    EXPECT_FALSE(f->Image_Next->isEnabled());
-    EXPECT_TRUE(f->UP_images->isEnabled());
-    EXPECT_TRUE(f->Return->isEnabled());
+    EXPECT_EQ(kit::texts({f->Label1, f->TextID_DESCR_RIC, f->TextID_IMAGES_DC}),
+              QStringList({"DESCRIZIONE: [OLIO] [Idraulico]", "2", "0"}));
+    EXPECT_EQ(kit::enabledOf({f->Delete_Images, f->Image_Previous, f->Image_Next, f->UP_images, f->Return}),
+              QStringList({"UP_images", "Return"}));
     EXPECT_EQ(f->Image1->Picture(), "");
     EXPECT_EQ(f->Txt_Conta->Text(), "");
     f->Return->click();

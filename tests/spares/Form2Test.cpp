@@ -4,6 +4,7 @@
 #include "spares/Form2.h"
 #include "support/InProcessDrive.h"
 #include "support/ScreenTest.h"
+#include "support/Fields.h"
 #include "support/Shown.h"
 #include "support/SparesTest.h"
 
@@ -53,20 +54,13 @@ TEST_F(Form2Test, LoadListsCategoriesAndAClickListsTheirParts)
     EXPECT_FALSE(f->Cmd_Photo->isEnabled());
 
     pick(f, "VITE M8");
-    EXPECT_EQ(f->Text1->Text(), "1");
-    EXPECT_EQ(f->TextRICAMBI->Text(), "VITE M8");
-    EXPECT_EQ(f->DataCombo1->Text(), "pz");
+    EXPECT_EQ(kit::texts({f->Text1, f->TextRICAMBI, f->DataCombo1}), QStringList({"1", "VITE M8", "pz"}));
     EXPECT_EQ(f->List2->items(), QStringList({"Brugola", "Testa esagonale"}));
     EXPECT_TRUE(boxes().empty());
 
     f->List2->choose("Testa esagonale");
-    EXPECT_EQ(f->TextID_DESCR_RIC->Text(), "1");
-    EXPECT_EQ(f->Txt_Descrizione->Text(), "Testa esagonale");
-    EXPECT_EQ(f->Txt_Codice->Text(), "V8-1");
-    EXPECT_EQ(f->TextCosto->Text(), "0,35");
-    EXPECT_EQ(f->Txt_Giacenza->Text(), "100");
-    EXPECT_EQ(f->Txt_Scorta->Text(), "20");
-    EXPECT_EQ(f->TextNOTE->Text(), "zincata");
+    EXPECT_EQ(kit::texts({f->TextID_DESCR_RIC, f->Txt_Descrizione, f->Txt_Codice, f->TextCosto, f->Txt_Giacenza, f->Txt_Scorta, f->TextNOTE}),
+              QStringList({"1", "Testa esagonale", "V8-1", "0,35", "100", "20", "zincata"}));
     EXPECT_TRUE(f->Cmd_Edit->isEnabled()) << "a part key lets the save through";
     EXPECT_TRUE(f->Cmd_Photo->isEnabled());
     // No NOTE on the other part: the field stays as cleared.
@@ -87,9 +81,7 @@ TEST_F(Form2Test, InsertRoadWithTheTwinCheckAndThePriceRules)
     pick(f, "VITE M8", "Brugola");
     f->Cmd_Add->click();
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_TRUE(f->Cmd_Edit->isEnabled());
-    EXPECT_FALSE(f->Cmd_Add->isEnabled());
-    EXPECT_FALSE(f->Cmd_Delete->isEnabled());
+    EXPECT_EQ(kit::enabledOf({f->Cmd_Edit, f->Cmd_Add, f->Cmd_Delete}), QStringList({"Cmd_Edit"}));
     EXPECT_EQ(f->Text1->Text(), "");
     EXPECT_EQ(f->Txt_Descrizione->Text(), "");
 
