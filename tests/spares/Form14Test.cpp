@@ -162,13 +162,7 @@ TEST_F(Form14Road, NothingBlocksAWithdrawalAboveTheStockAndTheMinimumTurnsRed)
 
 TEST_F(Form14Road, RefusalsComeBeforeAnythingIsWritten)
 {
-    drive("show Form14");
-    drive("click Form14.Cmd_Delete");
-    EXPECT_EQ(drive.boxes(), QStringList{"NESSUNA DATO SELEZIONATO: Non è stato selezionato nessun dato!"});
-    drive("click Form14.Cmd_Print_List");
-    EXPECT_EQ(drive.boxes(), QStringList{"MACCHINA NON SELEZIONATA!: Non hai selezionato nessuna Macchina!"});
-    drive("click Form14.Cmd_Add");
-    drive("click Form14.Cmd_Edit");
+    kit::run(drive, {"show Form14", "click Form14.Cmd_Add", "click Form14.Cmd_Edit"});
     EXPECT_EQ(drive.boxes(), QStringList{"MANCANZA DATI!!: Inserisci i dati Richiesti!"});
     enter("CUSCINETTI", "Radiale 6205", "1");
     EXPECT_EQ(get("Txt_ID_DESCRIZIONE_RIC.Text"), "") << "no part has this description";

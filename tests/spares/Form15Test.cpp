@@ -249,9 +249,6 @@ TEST_F(Form15Test, SavingWithoutAChosenCategoryIsATypeMismatch)
 TEST_F(Form15Test, DeleteAsksAndLeavesThePartsBehind)
 {
     Form15* f = form();
-    f->Cmd_Delete->click();
-    EXPECT_BOX(oneBox(), "NESSUN Ricambio SELEZIONATO", "Non è stato selezionato nessun dato!", Exclamation);
-
     pick(f, "VITE M8");
     f->Txt_Search_UN_MIS->setText("p");
     answer({answer::No});

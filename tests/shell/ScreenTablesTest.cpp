@@ -1,5 +1,6 @@
-// What every screen shares with the others: the menu entry that opens it under the main
-// screen's title, and the focus colours of its fields and lists.
+// What the screens share: the menu entry that opens a screen under the main screen's
+// title, the focus colours of fields and lists, and the box that refuses a command given
+// before anything is selected.
 #include "support/ScreenTest.h"
 
 using shell::screens;
@@ -64,5 +65,36 @@ INSTANTIATE_TEST_SUITE_P(
                       Focused{"Form15", "Txt_Search"}, Focused{"Form15", "Txt_Search_UN_MIS"},
                       Focused{"Form17", "txtCitta"}, Focused{"Form8", "Text2"}),
     [](const auto& info) { return std::string(info.param.screen) + "_" + info.param.control; });
+
+struct Refusal
+{
+    const char *screen, *button, *title, *prompt;
+    int flags;
+};
+
+class RefusalTest : public ScreenTest, public ::testing::WithParamInterface<Refusal>
+{
+};
+
+TEST_P(RefusalTest, NothingSelectedIsOneBox)
+{
+    const Refusal& r = GetParam();
+    auto* button = dynamic_cast<vb::CommandButton*>(screens().control(r.screen, r.button));
+    ASSERT_TRUE(button);
+    button->click();
+    EXPECT_BOX(oneBox(), r.title, r.prompt, r.flags);
+}
+
+constexpr auto NoData = "Non è stato selezionato nessun dato!";
+INSTANTIATE_TEST_SUITE_P(
+    Commands, RefusalTest,
+    ::testing::Values(Refusal{"Form2", "Cmd_Delete", "NESSUN Ricambio SELEZIONATO", NoData, vb::mb::Exclamation},
+                      Refusal{"Form15", "Cmd_Delete", "NESSUN Ricambio SELEZIONATO", NoData, vb::mb::Exclamation},
+                      Refusal{"Form17", "Cmd_Delete", "NESSUN Fornitore SELEZIONATO", NoData, vb::mb::Exclamation},
+                      Refusal{"Form7", "Cmd_Delete", "NESSUNA MANUTENZIONE SELEZIONATA", NoData, vb::mb::Exclamation},
+                      Refusal{"Form14", "Cmd_Delete", "NESSUNA DATO SELEZIONATO", NoData, vb::mb::Exclamation},
+                      Refusal{"Form14", "Cmd_Print_List", "MACCHINA NON SELEZIONATA!",
+                              "Non hai selezionato nessuna Macchina!", vb::mb::Information}),
+    [](const auto& info) { return std::string(info.param.screen) + "_" + info.param.button; });
 
 } // namespace
