@@ -6,6 +6,7 @@
 #include "controls/DateControls.h"
 #include "controls/Form.h"
 #include "store/DataStore.h"
+#include "support/ScreenTest.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -265,28 +266,26 @@ TEST_F(ControlsTest, ManualTimersFireOnlyWhenTickedAndRunning)
     Timer::setManual(false);
 }
 
-class BoundControlsTest : public ::testing::Test
+class BoundControlsTest : public ScreenTest
 {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(dir.isValid());
-        setAppPath(dir.path());
-        store::DataStore::reset();
-        auto& db = store::DataStore::instance();
-        db.Execute(QStringLiteral(
-            "INSERT INTO Tbl_Maintenance (Macchina, Modello, Numerazione, Manutenzione_Tipo, Frequenza_Sett, "
-            "Ultima, Prossima) VALUES ('TORNIO', 'T1', '2', 'Mensile', 4.5, #11/01/2026#, #12/03/2026#)"));
-        db.Execute(QStringLiteral(
-            "INSERT INTO Tbl_Maintenance (Macchina, Modello, Numerazione, Manutenzione_Tipo, Frequenza_Sett, "
-            "Ultima, Prossima) VALUES ('PRESSA', 'AX100', '10', 'Annuale', 52, #01/15/2026#, #01/14/2027#)"));
-        db.Execute(QStringLiteral(
-            "INSERT INTO Tbl_Maintenance (Macchina, Modello, Numerazione, Manutenzione_Tipo, Frequenza_Sett, "
-            "Ultima, Prossima) VALUES ('FRESA', 'F9', '1', 'Settimanale', 1, #11/20/2026#, #11/27/2026#)"));
+        ScreenTest::SetUp();
+        const struct
+        {
+            const char *machine, *model, *number, *type;
+            double weeks;
+            QDate last, next;
+        } rows[] = {{"TORNIO", "T1", "2", "Mensile", 4.5, {2026, 11, 1}, {2026, 12, 3}},
+                    {"PRESSA", "AX100", "10", "Annuale", 52, {2026, 1, 15}, {2027, 1, 14}},
+                    {"FRESA", "F9", "1", "Settimanale", 1, {2026, 11, 20}, {2026, 11, 27}}};
+        for (const auto& r : rows)
+            plant.registerRow({{"Macchina", r.machine}, {"Modello", r.model}, {"Numerazione", r.number},
+                               {"Manutenzione_Tipo", r.type}, {"Frequenza_Sett", r.weeks},
+                               {"Ultima", Variant::fromDate(r.last)}, {"Prossima", Variant::fromDate(r.next)}});
     }
-    void TearDown() override { store::DataStore::reset(); }
 
-    QTemporaryDir dir;
     Form form{nullptr, QStringLiteral("Form7")};
 };
 
