@@ -31,6 +31,14 @@ protected:
             drive(QStringLiteral("type Form14.%1 %2").arg(control, text));
     }
 
+    /// A new intervention entered on unit 1 and saved.
+    void addNew(const QString& category, const QString& part, const QString& quantity)
+    {
+        drive("click Form14.Cmd_Add");
+        enter(category, part, quantity);
+        drive("click Form14.Cmd_Edit");
+    }
+
     /// The first machine, then its intervention in row `row`. After a save the list
     /// stands on the machine already, so the click goes to another of its cells.
     void choose(int row)
@@ -117,14 +125,10 @@ TEST_F(Form14Road, TheArithmeticGoesByTheTextsOnTheScreenNotByTheStoredRows)
     // A new intervention after choosing one of quantity 5 moves by O - Q: entering 5
     // withdraws nothing, entering 2 gives 3 back.
     choose(0);
-    drive("click Form14.Cmd_Add");
-    enter("CUSCINETTI", "Radiale 6204", "5");
-    drive("click Form14.Cmd_Edit");
+    addNew("CUSCINETTI", "Radiale 6204", "5");
     EXPECT_EQ(stock(1), 7);
     choose(0);
-    drive("click Form14.Cmd_Add");
-    enter("CUSCINETTI", "Radiale 6204", "2");
-    drive("click Form14.Cmd_Edit");
+    addNew("CUSCINETTI", "Radiale 6204", "2");
     EXPECT_EQ(stock(1), 10);
 
     // Past 32767 the 16-bit conversion fails and the stock is written as 0.
@@ -137,9 +141,7 @@ TEST_F(Form14Road, TheArithmeticGoesByTheTextsOnTheScreenNotByTheStoredRows)
 TEST_F(Form14Road, NothingBlocksAWithdrawalAboveTheStockAndTheMinimumTurnsRed)
 {
     drive("show Form14");
-    drive("click Form14.Cmd_Add");
-    enter("OLIO", "Idraulico HLP46", "12");
-    drive("click Form14.Cmd_Edit");
+    addNew("OLIO", "Idraulico HLP46", "12");
     EXPECT_EQ(drive.boxes(),
               QStringList{"MAGAZZINO RICAMBI AGGIORNATO: Aggiornato Magazzino Ricambi [OLIO] Tipo [Idraulico HLP46] !!!"});
     EXPECT_EQ(stock(3), -9);
