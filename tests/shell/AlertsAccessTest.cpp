@@ -1,7 +1,7 @@
 // The access screen Form20: its code and the transfer procedure text it writes.
-#include "shell/Form20.h"
 #include "runtime/AppPath.h"
 #include "runtime/OpenFile.h"
+#include "shell/Form20.h"
 #include "support/ScreenTest.h"
 
 #include <QFile>

@@ -1,9 +1,9 @@
 // The start's alerts, the workload line and the access screen, driven end to end through
 // the automation driver with the clock frozen.
+#include "definition/Workload.h"
 #include "support/InProcessDrive.h"
 #include "support/ScreenTest.h"
 #include "support/Shown.h"
-#include "definition/Workload.h"
 
 #include <QFile>
 

@@ -1,11 +1,11 @@
 // The due alerts of the start, in frmAbout's load, and the screen's fade and hover.
 #include "definition/Workload.h"
-#include "runtime/VBError.h"
 #include "runtime/Clock.h"
+#include "runtime/VBError.h"
+#include "shell/frmAbout.h"
 #include "store/StoreErrors.h"
 #include "support/ScreenTest.h"
 #include "support/Shown.h"
-#include "shell/frmAbout.h"
 
 using shell::frmAbout;
 using shell::screens;
@@ -37,7 +37,6 @@ protected:
 
     /// frmAbout's load, as a start runs it (frmMain not visible).
     void loadAbout() { screens().form(QStringLiteral("frmAbout")); }
-
 
     int form7Loads = 0;
 };
@@ -74,19 +73,20 @@ TEST_F(AlertsTest, OneBoxPerRowByTheDayCountInDateOrder)
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 5u);
     EXPECT_BOX(shown[0], QStringLiteral("MANUTENZIONE DA ESEGUIRE"), Question, 20);
-    EXPECT_BOX(shown[1], QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
-            QStringLiteral(" Attenzione!! La Manutezione: Mensile Tempo richiesto minuti: 90 era programmata in "
-                           "data 10/11/2026 sono trascorsi 5 giorni ma non è ancora stata eseguita!!"),
-            48);
+    EXPECT_BOX(shown[1],
+        QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
+        QStringLiteral(" Attenzione!! La Manutezione: Mensile Tempo richiesto minuti: 90 era programmata in "
+                       "data 10/11/2026 sono trascorsi 5 giorni ma non è ancora stata eseguita!!"),
+        48);
     EXPECT_EQ(shown[2].title,
         QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 3 GIORNI PER LA MACCHINA: PRESSA AX100 N°11"));
     EXPECT_TRUE(shown[2].prompt.contains(QStringLiteral("in data 12/11/2026 sono trascorsi 3 giorni")));
     EXPECT_BOX(shown[3], QStringLiteral("MANUTENZIONE ODIERNA:"),
-            QStringLiteral("MACCHINA:[PRESSA AX100 N°4] Frequenza:[Mensile] Tempo richiesto minuti:[90]"), 64);
+        QStringLiteral("MACCHINA:[PRESSA AX100 N°4] Frequenza:[Mensile] Tempo richiesto minuti:[90]"), 64);
     EXPECT_BOX(shown[4], QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7"),
-            QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [Bimestrale] alla Macchina [PRESSA "
-                           "AX100 N°7] Tempo richiesto minuti:[90] ... O R G A N I Z Z A T I!"),
-            64);
+        QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [Bimestrale] alla Macchina [PRESSA "
+                       "AX100 N°7] Tempo richiesto minuti:[90] ... O R G A N I Z Z A T I!"),
+        64);
 
     EXPECT_EQ(form7Loads, 1);
     EXPECT_TRUE(screens().loaded(QStringLiteral("Form7"))->isVisible());

@@ -14,7 +14,7 @@ class ShellFixture : public ::testing::Test
 {
     struct Kit : ScreenTest
     {
-        void TestBody() override {}
+        void TestBody() override { }
         using ScreenTest::path;
         using ScreenTest::rows;
         using ScreenTest::SetUp;
@@ -28,7 +28,10 @@ protected:
     using StandIn = Kit::StandIn;
     void SetUp() override { m_kit.SetUp(); }
     void TearDown() override { m_kit.TearDown(); }
-    void standIn(const QString& name, shell::ScreenRegistry::Factory factory) { m_kit.standIn(name, std::move(factory)); }
+    void standIn(const QString& name, shell::ScreenRegistry::Factory factory)
+    {
+        m_kit.standIn(name, std::move(factory));
+    }
     void standIn(const QString& name, const QStringList& controls, int* loads = nullptr)
     {
         m_kit.standIn(name, controls, loads);

@@ -4,8 +4,8 @@
 #include "controls/Controls.h"
 #include "runtime/VBError.h"
 
-
 #include <QStringList>
+
 #include <initializer_list>
 
 namespace kit {

@@ -5,6 +5,7 @@
 #include "runtime/MsgBox.h"
 
 #include <QStringList>
+
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -35,8 +36,8 @@ inline ::testing::AssertionResult errorBox(const vb::ShownBox& box, long number)
 {
     if (box.buttons == 0 && box.prompt.startsWith(QString::number(number) + QLatin1Char(' ')))
         return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "[" << box.title.toStdString() << "] [" << box.prompt.toStdString()
-                                         << "] " << box.buttons << " is not the box of error " << number;
+    return ::testing::AssertionFailure() << "[" << box.title.toStdString() << "] [" << box.prompt.toStdString() << "] "
+                                         << box.buttons << " is not the box of error " << number;
 }
 
 } // namespace kit
