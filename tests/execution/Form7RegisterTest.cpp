@@ -1,13 +1,13 @@
 // The register of Form7: the list and its day filter, the selection of a row, the pick
 // lists, and the new-row and edit paths of the save.
-#include "Form7Fixture.h"
-
 #include "runtime/VBFunctions.h"
+#include "support/Fields.h"
+#include "support/RegisterTest.h"
 
 using execution::Form7;
 namespace answer = vb::answer;
 
-using Form7Register = Form7Fixture;
+using Form7Register = RegisterTest;
 
 TEST_F(Form7Register, ListIsSortedByNextDateWithItsColumnsAndCount)
 {
@@ -18,8 +18,8 @@ TEST_F(Form7Register, ListIsSortedByNextDateWithItsColumnsAndCount)
     ASSERT_EQ(f->DataGrid1->RecordCount(), 2);
     EXPECT_EQ(f->DataGrid1->cellText(0, "Numerazione"), "2");
     EXPECT_EQ(f->Label1->Caption(), "Conteggio Manutenzioni: 2");
-    const char* captions[] = {"ID", "MACCHINA", "MODELLO", "NUM", "MANUTENZIONE TIPO", "ULTIMA", "PROSSIMA"};
-    const int widths[] = {0, 2000, 2800, 600, 1500, 1200, 1200};
+    const char* captions[] = { "ID", "MACCHINA", "MODELLO", "NUM", "MANUTENZIONE TIPO", "ULTIMA", "PROSSIMA" };
+    const int widths[] = { 0, 2000, 2800, 600, 1500, 1200, 1200 };
     for (int i = 0; i < 7; ++i) {
         EXPECT_EQ(f->DataGrid1->Columns(i).Caption(), captions[i]);
         EXPECT_EQ(f->DataGrid1->Columns(i).Width(), widths[i]);
@@ -56,23 +56,13 @@ TEST_F(Form7Register, RowChangeLoadsTheRowThroughThePickLists)
     Form7* f = form7();
     selectRow(f, id);
     EXPECT_EQ(f->txtID->Text(), QString::number(id));
-    EXPECT_EQ(f->ID_MOD->Text(), "1");
-    EXPECT_EQ(f->ID_NUM->Text(), "2");
-    EXPECT_EQ(f->ID_MAINT->Text(), "3");
-    EXPECT_EQ(f->DataCombo3->Text(), "PRESSA");
-    EXPECT_EQ(f->DataCombo2->Text(), "AX100");
-    EXPECT_EQ(f->DataCombo1->Text(), "2");
-    EXPECT_EQ(f->DataCombo4->Text(), "Bimestrale");
-    EXPECT_EQ(f->DataCombo5->Text(), "ROSSI");
-    EXPECT_EQ(f->ID_OPERATORE->Text(), "1");
-    EXPECT_EQ(f->Txt_Qualifica->Text(), "Tecnico");
+    EXPECT_EQ(kit::texts({ f->ID_MOD, f->ID_NUM, f->ID_MAINT, f->DataCombo3, f->DataCombo2, f->DataCombo1,
+                  f->DataCombo4, f->DataCombo5, f->ID_OPERATORE, f->Txt_Qualifica }),
+        QStringList({ "1", "2", "3", "PRESSA", "AX100", "2", "Bimestrale", "ROSSI", "1", "Tecnico" }));
     // The type's change comes last in the fill and takes the frequency of the type, not
     // the row's own copy.
-    EXPECT_EQ(f->txtFrequenza->Text(), "8");
-    EXPECT_EQ(f->Txt_Tot_Minuti->Text(), "60");
-    EXPECT_EQ(f->Txt_Man_Tip->Text(), "Bimestrale");
-    EXPECT_EQ(f->MaskEdBox1->Text(), "01/09/2026");
-    EXPECT_EQ(f->MaskEdBox2->Text(), "27/10/2026");
+    EXPECT_EQ(kit::texts({ f->txtFrequenza, f->Txt_Tot_Minuti, f->Txt_Man_Tip, f->MaskEdBox1, f->MaskEdBox2 }),
+        QStringList({ "8", "60", "Bimestrale", "01/09/2026", "27/10/2026" }));
     EXPECT_FALSE(f->DTPicker2->isHidden());
     EXPECT_EQ(f->Label16->Caption(), "[PRESSA]-[AX100]-[N°2]");
     EXPECT_EQ(f->Cmd_Edit->Caption(), "Modifica");
@@ -114,17 +104,17 @@ TEST_F(Form7Register, DueTodayLeavesTheLabelAsItWas)
 TEST_F(Form7Register, ModelWithoutNumbersAsksBeforeGoingOn)
 {
     Form7* f = form7();
-    answer({answer::No});
+    answer({ answer::No });
     f->DataCombo3->choose("FRESA");
     f->DataCombo2->choose("F10");
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "NUMERAZIONE MACCHINA MANCANTE");
-    EXPECT_EQ(shown[0].buttons, 52);
+    EXPECT_BOX(oneBox(), "NUMERAZIONE MACCHINA MANCANTE",
+        "Macchina sprovvista di Numerazione, per procedere all'inserimento Manutenzioni devi prima assegnare "
+        "la numerazione a questa macchina, Vuoi Procedere?",
+        vb::mb::YesNo + vb::mb::Exclamation);
     EXPECT_EQ(f->DataCombo2->Text(), "") << "No empties the model";
     EXPECT_TRUE(shell::screens().isLoaded("Form7"));
 
-    answer({answer::Yes});
+    answer({ answer::Yes });
     f->DataCombo2->setText("F10");
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_FALSE(shell::screens().isLoaded("Form7")) << "Yes goes to the numbering and leaves the register";
@@ -177,11 +167,7 @@ TEST_F(Form7Register, SaveChecksTheFieldsAndDuplicatesByText)
     Form7* f = form7();
     f->Cmd_Add->click();
     f->Cmd_Edit->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI!!");
-    EXPECT_EQ(shown[0].prompt, "Inserisci i dati Richiesti!");
-    EXPECT_EQ(shown[0].buttons, 48);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
 
     // Same model text, number text and type as the existing row; its unit key differs,
     // and the check still blocks, as it goes by the texts.
@@ -191,11 +177,8 @@ TEST_F(Form7Register, SaveChecksTheFieldsAndDuplicatesByText)
     f->DataCombo1->choose("1");
     f->DataCombo4->choose("Mensile");
     f->Cmd_Edit->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "DUPPLICATO DI MANUTENZIONE");
-    EXPECT_EQ(shown[0].prompt, "Questa manutenzione è già stata assegnata a questa numerazione di Macchina!!");
-    EXPECT_EQ(shown[0].buttons, 16);
+    EXPECT_BOX(oneBox(), "DUPPLICATO DI MANUTENZIONE",
+        "Questa manutenzione è già stata assegnata a questa numerazione di Macchina!!", vb::mb::Critical);
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Maintenance").toLong(), 1);
 }
 
@@ -206,26 +189,25 @@ TEST_F(Form7Register, EditKeepsTheNextDateAsSetAndShowsProgress)
     selectRow(f, id);
 
     // No changes nothing.
-    answer({answer::No});
+    answer({ answer::No });
     f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2027, 1, 10)));
     f->Cmd_Edit->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Modifica Manutenzione **Mensile**");
-    EXPECT_EQ(shown[0].prompt, "Stai per modificare la Manutenzione Mensile di questa Macchina, Vuoi Procedere??");
-    EXPECT_EQ(shown[0].buttons, 36);
-    EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2026, 10, 29));
+    EXPECT_BOX(oneBox(), "Modifica Manutenzione **Mensile**",
+        "Stai per modificare la Manutenzione Mensile di questa Macchina, Vuoi Procedere??",
+        vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(
+        dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2026, 10, 29));
 
     // Yes: Ultima from DTPicker1, Prossima as the user set it, not from the frequency.
-    answer({answer::Yes});
+    answer({ answer::Yes });
     f->DTPicker1->setValue(vb::Variant::fromDate(QDate(2026, 11, 3)));
     f->Cmd_Edit->click();
     EXPECT_EQ(f->ProgressBar1->Value(), 100);
     EXPECT_EQ(f->Lbl_ProgressBar->Caption(), "Final Procedure...100,0%");
     EXPECT_EQ(dateOf(QStringLiteral("SELECT Ultima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2026, 11, 3));
     EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2027, 1, 10));
-    EXPECT_EQ(value(QStringLiteral("SELECT ID_Operatore FROM Tbl_Maintenance WHERE ID = %1").arg(id)),
-              vb::Variant::null());
+    EXPECT_EQ(
+        value(QStringLiteral("SELECT ID_Operatore FROM Tbl_Maintenance WHERE ID = %1").arg(id)), vb::Variant::null());
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Planned").toLong(), 1);
 }
 
@@ -238,17 +220,10 @@ TEST_F(Form7Register, DeleteLeavesAnEmptyPlanRowForTheOtherMaintenance)
          "VALUES (1, 'PRESSA', 'AX100', 1, '1', 'Men', 'Men/Bim')");
     Form7* f = form7();
 
-    f->Cmd_Delete->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "NESSUNA MANUTENZIONE SELEZIONATA");
-
     selectRow(f, first);
-    answer({answer::Yes});
+    answer({ answer::Yes });
     f->Cmd_Delete->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Elimina Manutenzione");
+    EXPECT_EQ(oneBox().title, "Elimina Manutenzione");
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Maintenance").toLong(), 1);
     const auto plan = rows("SELECT ID_NUM, [1], [9] FROM Tbl_Planned");
     ASSERT_EQ(plan.size(), 1u);
@@ -270,36 +245,27 @@ TEST_F(Form7Register, UltimaStepsByOneDayAndAsksForADate)
 
     f->MaskEdBox1->setText("__/__/____");
     f->Command1->click();
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
-    EXPECT_EQ(shown[0].prompt, "Inserisci la Data!!");
-    EXPECT_EQ(shown[0].buttons, 16);
+    EXPECT_BOX(oneBox(), "MANCANZA DATI", "Inserisci la Data!!", vb::mb::Critical);
 }
 
 TEST_F(Form7Register, PickListsNarrowEachOtherInTurn)
 {
     Form7* f = form7();
-    EXPECT_EQ(f->DataCombo3->items(), QStringList({"FRESA", "PRESSA", "TORNIO"})) << "only machines with procedures";
+    EXPECT_EQ(f->DataCombo3->items(), QStringList({ "FRESA", "PRESSA", "TORNIO" })) << "only machines with procedures";
     f->DataCombo3->choose("PRESSA");
-    EXPECT_EQ(f->DataCombo2->items(), QStringList({"AX100"}));
+    EXPECT_EQ(f->DataCombo2->items(), QStringList({ "AX100" }));
     EXPECT_EQ(f->ID_MOD->Text(), "1");
-    EXPECT_EQ(f->DataCombo4->items(), QStringList({"Mensile", "Bimestrale"}));
+    EXPECT_EQ(f->DataCombo4->items(), QStringList({ "Mensile", "Bimestrale" }));
     f->DataCombo2->choose("AX100");
-    EXPECT_EQ(f->DataCombo1->items(), QStringList({"1", "2"}));
+    EXPECT_EQ(f->DataCombo1->items(), QStringList({ "1", "2" }));
     f->DataCombo1->choose("2");
     f->DataCombo4->choose("Bimestrale");
-    EXPECT_EQ(f->ID_NUM->Text(), "2");
-    EXPECT_EQ(f->ID_MAINT->Text(), "3");
-    EXPECT_EQ(f->Txt_Tot_Minuti->Text(), "60");
+    EXPECT_EQ(kit::texts({ f->ID_NUM, f->ID_MAINT, f->Txt_Tot_Minuti }), QStringList({ "2", "3", "60" }));
     // A new machine empties the lists below it; under three letters nothing else happens.
     f->DataCombo3->setText("TO");
-    EXPECT_EQ(f->DataCombo2->Text(), "");
-    EXPECT_EQ(f->DataCombo1->Text(), "");
-    EXPECT_EQ(f->DataCombo4->Text(), "");
-    EXPECT_EQ(f->ID_MOD->Text(), "1");
+    EXPECT_EQ(kit::texts({ f->DataCombo2, f->DataCombo1, f->DataCombo4, f->ID_MOD }), QStringList({ "", "", "", "1" }));
     f->DataCombo3->setText("TORNIO");
     EXPECT_EQ(f->ID_MOD->Text(), "2");
-    EXPECT_EQ(f->DataCombo4->items(), QStringList({"Mensile"}));
+    EXPECT_EQ(f->DataCombo4->items(), QStringList({ "Mensile" }));
     EXPECT_TRUE(boxes().empty());
 }

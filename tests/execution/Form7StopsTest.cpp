@@ -1,13 +1,13 @@
 // Machine stops on Form7: stop and restart through the panel, the push of Prossima at
 // every load with its 16-bit arithmetic, and the list of stopped machines.
-#include "Form7Fixture.h"
-
 #include "runtime/Clock.h"
+#include "support/Fields.h"
+#include "support/RegisterTest.h"
 
 using execution::Form7;
 namespace answer = vb::answer;
 
-class Form7Stops : public Form7Fixture
+class Form7Stops : public RegisterTest
 {
 protected:
     /// Stops the machine of register row id on the given day, through the panel.
@@ -18,7 +18,7 @@ protected:
         if (f->DTPicker3->isHidden())
             f->Cmd_Stop->click();
         f->DTPicker3->setValue(vb::Variant::fromDate(day));
-        answer({answer::Yes});
+        answer({ answer::Yes });
         f->Cmd_Confirm->click();
     }
 
@@ -28,7 +28,7 @@ protected:
         Form7* f = form7();
         selectRow(f, id);
         f->Cmd_Avviamento->click();
-        answer({answer::Yes});
+        answer({ answer::Yes });
         f->Cmd_Confirm->click();
     }
 
@@ -42,11 +42,8 @@ TEST_F(Form7Stops, FirstStopRestartAndSecondStopPushTheSchedule)
     form7();
 
     stop(id, today().addDays(-10));
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "FERMATA MACCHINA DAL **05/11/2026**");
-    EXPECT_EQ(shown[0].prompt, "Confermi La Fermata di questa Macchina in data 05/11/2026?");
-    EXPECT_EQ(shown[0].buttons, 36);
+    EXPECT_BOX(oneBox(), "FERMATA MACCHINA DAL **05/11/2026**",
+        "Confermi La Fermata di questa Macchina in data 05/11/2026?", vb::mb::YesNo + vb::mb::Question);
     // The confirm reloaded the screen, and the load pushed the date by the days stopped.
     EXPECT_EQ(dateOf("SELECT Prossima FROM Tbl_Maintenance"), ultima.addDays(28 + 10));
     EXPECT_EQ(value("SELECT Giorni_Stop FROM Tbl_Fermi_Macchina").toLong(), 10);
@@ -55,9 +52,8 @@ TEST_F(Form7Stops, FirstStopRestartAndSecondStopPushTheSchedule)
     Form7* f = form7();
     selectRow(f, id);
     EXPECT_FALSE(f->Frame2->isHidden());
-    EXPECT_EQ(f->Txt_Day_Stop->Text(), "10");
-    EXPECT_EQ(f->Txt_Numero_Stop->Text(), "1");
-    EXPECT_EQ(f->DTPicker6->Text(), "05/11/2026");
+    EXPECT_EQ(
+        kit::texts({ f->Txt_Day_Stop, f->Txt_Numero_Stop, f->DTPicker6 }), QStringList({ "10", "1", "05/11/2026" }));
 
     // Each day stopped pushes one more day at the next load.
     advance(5);
@@ -66,9 +62,7 @@ TEST_F(Form7Stops, FirstStopRestartAndSecondStopPushTheSchedule)
 
     // Restart: the record stays, without a date, and keeps pushing by its total.
     restart(id);
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MACCHINA RIAVVIATE IL **20/11/2026**");
+    EXPECT_EQ(oneBox().title, "MACCHINA RIAVVIATE IL **20/11/2026**");
     EXPECT_TRUE(value("SELECT Ferma_Dal FROM Tbl_Fermi_Macchina").isNull());
     EXPECT_EQ(value("SELECT TOT_Giorni_Stop FROM Tbl_Fermi_Macchina").toLong(), 15);
     advance(30);
@@ -107,8 +101,9 @@ TEST_F(Form7Stops, CountsRiseOncePerMaintenanceOfTheMachine)
     EXPECT_EQ(r[0][3].toString(), "11/11/2026");
     // Numero_Stop 2 takes the second rule: g + total (0) + frequency.
     EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(bim)),
-              QDate(2026, 10, 20).addDays(4 + 56));
-    EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(men)), QDate(2026, 11, 17));
+        QDate(2026, 10, 20).addDays(4 + 56));
+    EXPECT_EQ(
+        dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(men)), QDate(2026, 11, 17));
 
     advance(2);
     restart(men);
@@ -123,7 +118,7 @@ TEST_F(Form7Stops, NoAnswerWritesNothingButReloads)
     f->Cmd_Stop->click();
     EXPECT_FALSE(f->Frame2->isHidden());
     EXPECT_EQ(f->DTPicker6->Text(), "15/11/2026");
-    answer({answer::No});
+    answer({ answer::No });
     f->Cmd_Confirm->click();
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Fermi_Macchina").toLong(), 0);
     EXPECT_NE(form7(), f);
@@ -136,9 +131,7 @@ TEST_F(Form7Stops, ShiftOverflowEndsTheProgram)
     addMaintenance(3, 2, QDate(2026, 10, 20), QDate(2026, 11, 17), 5000);
     addStop(3, 2, QStringLiteral("10/11/2026"), 1, 0);
     form7();
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].prompt, QStringLiteral("6 Overflow"));
+    EXPECT_EQ(oneBox().prompt, QStringLiteral("6 Overflow"));
     EXPECT_EQ(dateOf("SELECT Prossima FROM Tbl_Maintenance"), QDate(2026, 11, 17));
 }
 
@@ -154,8 +147,8 @@ TEST_F(Form7Stops, StoppedListShowsOnlyMachinesStoppedNow)
     EXPECT_EQ(f->Frame3->Caption(), "Sono 1 le Macchine Ferme");
     ASSERT_EQ(f->DataGrid3->RecordCount(), 1);
     EXPECT_EQ(f->DataGrid3->cellText(0, 1), "PRESSA");
-    const char* captions[] = {"FERMA DAL", "MACCHINA", "MODELLO", "ID_NUM", "N°"};
-    const int widths[] = {1100, 2500, 2900, 0, 600};
+    const char* captions[] = { "FERMA DAL", "MACCHINA", "MODELLO", "ID_NUM", "N°" };
+    const int widths[] = { 1100, 2500, 2900, 0, 600 };
     for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(f->DataGrid3->Columns(i).Caption(), QString::fromUtf8(captions[i]));
         EXPECT_EQ(f->DataGrid3->Columns(i).Width(), widths[i]);

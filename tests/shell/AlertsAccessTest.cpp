@@ -1,6 +1,8 @@
 // The access screen Form20: its code and the transfer procedure text it writes.
+#include "runtime/AppPath.h"
+#include "runtime/OpenFile.h"
 #include "shell/Form20.h"
-#include "shell/ShellFixture.h"
+#include "support/ScreenTest.h"
 
 #include <QFile>
 
@@ -9,20 +11,14 @@ using shell::screens;
 
 namespace {
 
-class AccessTest : public ShellFixture
+class AccessTest : public ScreenTest
 {
 protected:
-    Form20* form20()
+    static Form20* form20()
     {
-        auto* f = screens().formAs<Form20>(QStringLiteral("Form20"));
+        auto* f = screen<Form20>(QStringLiteral("Form20"));
         f->show();
         return f;
-    }
-
-    static QString file(const QString& path)
-    {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
     }
 };
 
@@ -37,11 +33,7 @@ TEST_F(AccessTest, AWrongCodeIsRefusedAndTheFieldGetsTheFocus)
     for (const QString& wrong : { QStringLiteral("gravolt"), QStringLiteral("GRAVOLT "), QString() }) {
         f->Txt_Pass->setText(wrong);
         f->Cmd_Pass->click();
-        const auto shown = vb::MsgBoxService::takeShown();
-        ASSERT_EQ(shown.size(), 1u);
-        EXPECT_EQ(shown[0].title, QStringLiteral("ACCESSO NEGATO!!"));
-        EXPECT_EQ(shown[0].prompt, QStringLiteral("PASSWORD NON RICONOSCIUTA!!"));
-        EXPECT_EQ(shown[0].buttons, 16);
+        EXPECT_BOX(oneBox(), "ACCESSO NEGATO!!", "PASSWORD NON RICONOSCIUTA!!", vb::mb::Critical);
         EXPECT_TRUE(f->Txt_Pass->vb::Control::hasFocus());
         EXPECT_EQ(f->Txt_Pass->BackColor(), vb::colour::Orange);
         EXPECT_FALSE(f->Cmd_Procedura->isVisibleTo(f));
@@ -56,7 +48,7 @@ TEST_F(AccessTest, TheCodeShowsTheProcedureButton)
     Form20* f = form20();
     f->Txt_Pass->setText(QStringLiteral("GRAVOLT"));
     f->Cmd_Pass->click();
-    EXPECT_TRUE(vb::MsgBoxService::takeShown().empty());
+    EXPECT_TRUE(boxes().empty());
     EXPECT_FALSE(f->Cmd_Pass->isVisibleTo(f));
     EXPECT_FALSE(f->Txt_Pass->isVisibleTo(f));
     EXPECT_TRUE(f->Image2->isVisibleTo(f));
@@ -80,7 +72,7 @@ TEST_F(AccessTest, ProcedureWritesVelmoraTxtAndHandsOverTheTwoDotName)
     f->Cmd_Procedura_Click();
     f->Cmd_Procedura_Click();
 
-    const QStringList lines = file(written).split(u'\n');
+    const QStringList lines = linesOf(QStringLiteral("Velmora.txt"));
     ASSERT_EQ(lines.size(), 36); // 35 lines and the end of the last
     EXPECT_EQ(lines[0], QStringLiteral("DATA 15/11/2026"));
     EXPECT_EQ(lines[1], QString());
@@ -99,14 +91,11 @@ TEST_F(AccessTest, ProcedureWritesVelmoraTxtAndHandsOverTheTwoDotName)
     EXPECT_EQ(lines[34], QString());
     EXPECT_EQ(lines.mid(2), Form20::TransferProcedureLines() << QString());
 
-    const auto shown = vb::MsgBoxService::takeShown();
+    const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[0].title, QStringLiteral("PROCEDURA TRASFERIMENTO DATI"));
-    EXPECT_EQ(shown[0].prompt,
-        QStringLiteral("Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, "
-                       "è stato salvato in:  ")
-            + path());
-    EXPECT_EQ(shown[0].buttons, 64);
+    EXPECT_BOX(shown[0], "PROCEDURA TRASFERIMENTO DATI",
+        "Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
+        vb::mb::Information);
 
     const auto opened = vb::OpenFileService::takeOpened();
     ASSERT_EQ(opened.size(), 2u);
@@ -119,10 +108,9 @@ TEST_F(AccessTest, AFileThatCannotBeWrittenShowsTheDescriptionOnly)
     Form20* f = form20();
     vb::setAppPath(path() + QStringLiteral("/missing/folder"));
     f->Cmd_Procedura_Click();
-    const auto shown = vb::MsgBoxService::takeShown();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].buttons, 0);
-    EXPECT_FALSE(shown[0].prompt.isEmpty());
+    const auto box = oneBox();
+    EXPECT_EQ(box.buttons, 0);
+    EXPECT_FALSE(box.prompt.isEmpty());
     EXPECT_TRUE(vb::OpenFileService::takeOpened().empty());
     vb::setAppPath(path());
 }

@@ -1,44 +1,25 @@
 // The start's alerts, the workload line and the access screen, driven end to end through
 // the automation driver with the clock frozen.
-#include "ShellFixture.h"
 #include "definition/Workload.h"
+#include "support/InProcessDrive.h"
+#include "support/ScreenTest.h"
+#include "support/Shown.h"
 
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace {
 
-class AlertsDrive : public ShellFixture
+class AlertsDrive : public ScreenTest
 {
 protected:
     void SetUp() override
     {
-        ShellFixture::SetUp();
+        ScreenTest::SetUp();
         // The program's own workload line, which the shell's fixture takes away.
         definition::installWorkloadLine();
     }
 
-    /// One command; an error answer fails the test.
-    QJsonValue drive(const QString& line)
-    {
-        const QString out = m_driver.execute(line);
-        const QJsonObject answer = QJsonDocument::fromJson(out.toUtf8()).object();
-        EXPECT_TRUE(answer.value(QStringLiteral("ok")).toBool()) << line.toStdString() << " -> " << out.toStdString();
-        return answer.value(QStringLiteral("value"));
-    }
-
-    QStringList titles(const QJsonValue& boxes)
-    {
-        QStringList t;
-        for (const QJsonValue& b : boxes.toArray())
-            t << b.toObject().value(QStringLiteral("title")).toString();
-        return t;
-    }
-
-private:
-    shell::Driver m_driver;
+    InProcessDrive drive;
 };
 
 } // namespace
@@ -61,7 +42,7 @@ TEST_F(AlertsDrive, StartAlertsWorkloadLineAndTransferText)
 
     drive(QStringLiteral("answer yes"));
     drive(QStringLiteral("start"));
-    EXPECT_EQ(titles(drive(QStringLiteral("boxes"))),
+    EXPECT_EQ(kit::titles(),
         (QStringList { QStringLiteral("MANUTENZIONE DA ESEGUIRE"),
             QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
             QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7") }));
@@ -82,13 +63,13 @@ TEST_F(AlertsDrive, StartAlertsWorkloadLineAndTransferText)
     EXPECT_TRUE(drive(QStringLiteral("loaded Form20")).toBool());
     drive(QStringLiteral("type Form20.Txt_Pass gravolt"));
     drive(QStringLiteral("click Form20.Cmd_Pass"));
-    EXPECT_EQ(titles(drive(QStringLiteral("boxes"))), QStringList { QStringLiteral("ACCESSO NEGATO!!") });
+    EXPECT_EQ(kit::titles(), QStringList { QStringLiteral("ACCESSO NEGATO!!") });
     EXPECT_FALSE(drive(QStringLiteral("get Form20.Cmd_Procedura.Visible")).toBool());
     drive(QStringLiteral("set Form20.Txt_Pass.Text GRAVOLT"));
     drive(QStringLiteral("click Form20.Cmd_Pass"));
     ASSERT_TRUE(drive(QStringLiteral("get Form20.Cmd_Procedura.Visible")).toBool());
     drive(QStringLiteral("click Form20.Cmd_Procedura"));
-    EXPECT_EQ(titles(drive(QStringLiteral("boxes"))), QStringList { QStringLiteral("PROCEDURA TRASFERIMENTO DATI") });
+    EXPECT_EQ(kit::titles(), QStringList { QStringLiteral("PROCEDURA TRASFERIMENTO DATI") });
     // Written with one dot, handed over with two.
     EXPECT_TRUE(QFile::exists(path() + QStringLiteral("/Velmora.txt")));
     EXPECT_EQ(drive(QStringLiteral("opened")).toArray(), QJsonArray { path() + QStringLiteral("/Velmora..txt") });

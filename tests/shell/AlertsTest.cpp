@@ -1,8 +1,11 @@
 // The due alerts of the start, in frmAbout's load, and the screen's fade and hover.
 #include "definition/Workload.h"
+#include "runtime/Clock.h"
 #include "runtime/VBError.h"
-#include "shell/ShellFixture.h"
 #include "shell/frmAbout.h"
+#include "store/StoreErrors.h"
+#include "support/ScreenTest.h"
+#include "support/Shown.h"
 
 using shell::frmAbout;
 using shell::screens;
@@ -10,30 +13,22 @@ using vb::Variant;
 
 namespace {
 
-class AlertsTest : public ShellFixture
+class AlertsTest : public ScreenTest
 {
 protected:
     void SetUp() override
     {
-        ShellFixture::SetUp();
+        ScreenTest::SetUp();
         // The register stands in for Form7, so that only its opening is seen here.
         standIn(QStringLiteral("Form7"), QStringList {}, &form7Loads);
     }
 
-    /// A register row due on today + days (Null: no date).
+    /// A register row of a model AX100 due on Prossima (Null: no date).
     void due(const QString& macchina, const QString& numerazione, const QString& tipo, const Variant& minuti,
         const Variant& prossima)
     {
-        store::Recordset rs;
-        rs.Open(QStringLiteral("SELECT * FROM Tbl_Maintenance"));
-        rs.AddNew();
-        rs.Fields(QStringLiteral("Macchina")) = macchina;
-        rs.Fields(QStringLiteral("Modello")) = QStringLiteral("AX100");
-        rs.Fields(QStringLiteral("Numerazione")) = numerazione;
-        rs.Fields(QStringLiteral("Manutenzione_Tipo")) = tipo;
-        rs.Fields(QStringLiteral("Tempo_Minuti")) = minuti;
-        rs.Fields(QStringLiteral("Prossima")) = prossima;
-        rs.UpdateBatch();
+        plant.registerRow({ { "Macchina", macchina }, { "Modello", "AX100" }, { "Numerazione", numerazione },
+            { "Manutenzione_Tipo", tipo }, { "Tempo_Minuti", minuti }, { "Prossima", prossima } });
     }
     void dueIn(int days, const QString& numerazione, const QString& tipo = QStringLiteral("Mensile"))
     {
@@ -42,13 +37,6 @@ protected:
 
     /// frmAbout's load, as a start runs it (frmMain not visible).
     void loadAbout() { screens().form(QStringLiteral("frmAbout")); }
-
-    std::vector<vb::ShownBox> boxes() { return vb::MsgBoxService::takeShown(); }
-    static std::tuple<QString, QString, int> box(const vb::ShownBox& b) { return { b.title, b.prompt, b.buttons }; }
-    static std::tuple<QString, QString, int> box(const QString& title, const QString& prompt, int buttons)
-    {
-        return { title, prompt, buttons };
-    }
 
     int form7Loads = 0;
 };
@@ -84,23 +72,21 @@ TEST_F(AlertsTest, OneBoxPerRowByTheDayCountInDateOrder)
 
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 5u);
-    EXPECT_EQ(box(shown[0]), box(QStringLiteral("MANUTENZIONE DA ESEGUIRE"), Question, 20));
-    EXPECT_EQ(box(shown[1]),
-        box(QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
-            QStringLiteral(" Attenzione!! La Manutezione: Mensile Tempo richiesto minuti: 90 era programmata in "
-                           "data 10/11/2026 sono trascorsi 5 giorni ma non è ancora stata eseguita!!"),
-            48));
+    EXPECT_BOX(shown[0], QStringLiteral("MANUTENZIONE DA ESEGUIRE"), Question, 20);
+    EXPECT_BOX(shown[1],
+        QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
+        QStringLiteral(" Attenzione!! La Manutezione: Mensile Tempo richiesto minuti: 90 era programmata in "
+                       "data 10/11/2026 sono trascorsi 5 giorni ma non è ancora stata eseguita!!"),
+        48);
     EXPECT_EQ(shown[2].title,
         QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 3 GIORNI PER LA MACCHINA: PRESSA AX100 N°11"));
     EXPECT_TRUE(shown[2].prompt.contains(QStringLiteral("in data 12/11/2026 sono trascorsi 3 giorni")));
-    EXPECT_EQ(box(shown[3]),
-        box(QStringLiteral("MANUTENZIONE ODIERNA:"),
-            QStringLiteral("MACCHINA:[PRESSA AX100 N°4] Frequenza:[Mensile] Tempo richiesto minuti:[90]"), 64));
-    EXPECT_EQ(box(shown[4]),
-        box(QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7"),
-            QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [Bimestrale] alla Macchina [PRESSA "
-                           "AX100 N°7] Tempo richiesto minuti:[90] ... O R G A N I Z Z A T I!"),
-            64));
+    EXPECT_BOX(shown[3], QStringLiteral("MANUTENZIONE ODIERNA:"),
+        QStringLiteral("MACCHINA:[PRESSA AX100 N°4] Frequenza:[Mensile] Tempo richiesto minuti:[90]"), 64);
+    EXPECT_BOX(shown[4], QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7"),
+        QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [Bimestrale] alla Macchina [PRESSA "
+                       "AX100 N°7] Tempo richiesto minuti:[90] ... O R G A N I Z Z A T I!"),
+        64);
 
     EXPECT_EQ(form7Loads, 1);
     EXPECT_TRUE(screens().loaded(QStringLiteral("Form7"))->isVisible());
@@ -123,9 +109,7 @@ TEST_F(AlertsTest, OnlyOneOrTwoDaysLateAsksButShowsNoDetail)
     dueIn(-2, QStringLiteral("2"));
     vb::MsgBoxService::queueAnswers({ vb::answer::Yes });
     loadAbout();
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, QStringLiteral("MANUTENZIONE DA ESEGUIRE"));
+    EXPECT_EQ(oneBox().title, QStringLiteral("MANUTENZIONE DA ESEGUIRE"));
     EXPECT_EQ(form7Loads, 1);
 }
 
@@ -170,10 +154,7 @@ TEST_F(AlertsTest, AFailureOfTheAlertsEndsTheMainLoad)
     exec(QStringLiteral("DROP TABLE Tbl_Maintenance"));
     shell::frmMain* main = start();
     ASSERT_NE(main, nullptr);
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].buttons, 0);
-    EXPECT_TRUE(shown[0].prompt.contains(u' '));
+    EXPECT_TRUE(kit::errorBox(oneBox(), store::errors::NotFound));
     EXPECT_TRUE(main->Txt_Apertura->Text().isEmpty());
     EXPECT_EQ(main->Label1->Caption(), QStringLiteral("Label1"));
 }

@@ -2,7 +2,7 @@
 // the start, a flat and two shaped prints shown, their pages read back and written as
 // PDF, with the clock frozen.
 #include "DriveProcess.h"
-#include "ShellFixture.h"
+#include "support/ScreenTest.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -36,7 +36,7 @@ std::vector<Page> pagesOf(const QJsonValue& report)
 int pdfPages(const QString& path)
 {
     QProcess info;
-    info.start(QStringLiteral("pdfinfo"), {path});
+    info.start(QStringLiteral("pdfinfo"), { path });
     if (info.waitForFinished(30000) && info.exitStatus() == QProcess::NormalExit && info.exitCode() == 0) {
         for (const QByteArray& line : info.readAllStandardOutput().split('\n'))
             if (line.startsWith("Pages:"))
@@ -52,16 +52,18 @@ QByteArray head(const QString& path, int n)
     return f.open(QIODevice::ReadOnly) ? f.read(n) : QByteArray();
 }
 
+using ReportsDrive = ScreenTest;
+
 } // namespace
 
-TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
+TEST_F(ReportsDrive, ReportsShowReadAndWritePdfEndToEnd)
 {
     QTemporaryDir out;
     ASSERT_TRUE(out.isValid());
     const QString partsPdf = out.filePath(QStringLiteral("ricambi.pdf"));
     const QString notesPdf = out.filePath(QStringLiteral("note.pdf"));
 
-    QStringList s{QStringLiteral("clock 2026-11-15T08:00:00")};
+    QStringList s { QStringLiteral("clock 2026-11-15T08:00:00") };
     // Sixty parts: more than one page of the flat parts list.
     for (int i = 1; i <= 60; ++i)
         s << QStringLiteral("exec INSERT INTO Tbl_Descrizione_Ricambi (Ricambi, Descrizione, Codice, Costo, "
@@ -123,17 +125,17 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     const auto r = drive(path(), s);
     ASSERT_EQ(r.size(), static_cast<size_t>(s.size()));
     for (int i = 0; i < first; ++i)
-        value(r[i]);
+        ::value(r[i]);
 
     // The flat parts list: two pages, the page header on both, rows in the statement's
     // order with their bound values, the page text counting the whole document.
-    const QJsonValue parts = value(r[first + 1]);
+    const QJsonValue parts = ::value(r[first + 1]);
     EXPECT_TRUE(parts[QStringLiteral("visible")].toBool());
     const auto pp = pagesOf(parts);
     ASSERT_EQ(pp.size(), 2u);
     EXPECT_EQ(pp[0].texts.first(), QStringLiteral("LISTA RICAMBI"));
-    EXPECT_EQ(pp[0].texts.mid(1, 5), (QStringList{"RICAMBI", "Descrizione", "COSTO €", "Giacenza", "NOTE"}));
-    EXPECT_EQ(pp[0].texts.mid(6, 5), (QStringList{"CINGHIE", "Pezzo 01", "1", "1", "scaffale"}));
+    EXPECT_EQ(pp[0].texts.mid(1, 5), (QStringList { "RICAMBI", "Descrizione", "COSTO €", "Giacenza", "NOTE" }));
+    EXPECT_EQ(pp[0].texts.mid(6, 5), (QStringList { "CINGHIE", "Pezzo 01", "1", "1", "scaffale" }));
     EXPECT_EQ(pp[0].texts.last(), QStringLiteral("Pagina 1 di 2"));
     EXPECT_GE(pp[1].indexOf(QStringLiteral("COSTO €")), 0);
     EXPECT_EQ(pp[1].texts.last(), QStringLiteral("Pagina 2 di 2"));
@@ -144,61 +146,61 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     EXPECT_EQ(pp[1].texts[lastRow + 1], QStringLiteral("60"));
     EXPECT_EQ(pp[1].texts[lastRow + 2], QStringLiteral("4")); // 60 Mod 7
     // Written as PDF: a file that is there, with the document's two pages.
-    EXPECT_TRUE(value(r[first + 2]).isNull());
+    EXPECT_TRUE(::value(r[first + 2]).isNull());
     EXPECT_TRUE(head(partsPdf, 5).startsWith("%PDF"));
     EXPECT_EQ(pdfPages(partsPdf), 2);
 
     // The suppliers: today's date and time in the header, each supplier's header before
     // its card, in the order of the names.
-    const auto sp = pagesOf(value(r[first + 4]));
+    const auto sp = pagesOf(::value(r[first + 4]));
     ASSERT_EQ(sp.size(), 1u);
     const Page& cards = sp[0];
-    EXPECT_EQ(cards.texts.mid(0, 2), (QStringList{"LISTA FORNITORI", "15/11/2026 08.00.00"}));
+    EXPECT_EQ(cards.texts.mid(0, 2), (QStringList { "LISTA FORNITORI", "15/11/2026 08.00.00" }));
     const int bianchi = cards.indexOf(QStringLiteral("FORNITORE: "));
     const int rossi = cards.indexOf(QStringLiteral("FORNITORE: "), bianchi + 1);
     ASSERT_GT(bianchi, 0);
     ASSERT_GT(rossi, bianchi);
     EXPECT_EQ(cards.texts.mid(bianchi, 6),
-        (QStringList{"FORNITORE: ", "BIANCHI", "Fornitore:", "BIANCHI", "Nome Società:", "Bianchi Utensili"}));
-    EXPECT_EQ(cards.texts.mid(rossi, 2), (QStringList{"FORNITORE: ", "ROSSI"}));
+        (QStringList { "FORNITORE: ", "BIANCHI", "Fornitore:", "BIANCHI", "Nome Società:", "Bianchi Utensili" }));
+    EXPECT_EQ(cards.texts.mid(rossi, 2), (QStringList { "FORNITORE: ", "ROSSI" }));
     EXPECT_GT(cards.places[rossi + 2].second, cards.places[rossi].second);
     EXPECT_GE(cards.indexOf(QStringLiteral("Via Milano 4"), rossi), 0);
     EXPECT_EQ(cards.texts.last(), QStringLiteral("Pagina 1 di 1"));
 
     // The notes: one group with its two notes; the note whose machine is gone prints
     // with empty machine columns; the footer counts both.
-    const auto np = pagesOf(value(r[first + 6]));
+    const auto np = pagesOf(::value(r[first + 6]));
     ASSERT_EQ(np.size(), 1u);
     const Page& notes = np[0];
     const int group = notes.indexOf(QStringLiteral("NOTA:"));
     ASSERT_GE(group, 0);
-    EXPECT_EQ(notes.texts.mid(group, 6), (QStringList{"NOTA:", "GENERALE", "DATA", "MACCHINA", "N°", "NOTA"}));
+    EXPECT_EQ(notes.texts.mid(group, 6), (QStringList { "NOTA:", "GENERALE", "DATA", "MACCHINA", "N°", "NOTA" }));
     const int oil = notes.indexOf(QStringLiteral("Cambio olio"));
     const int gone = notes.indexOf(QStringLiteral("Macchina dismessa"));
     ASSERT_GT(oil, 0);
     ASSERT_GT(gone, 0);
-    EXPECT_EQ(notes.texts.mid(oil - 2, 2), (QStringList{"10/11/2026", "PX200"}));
+    EXPECT_EQ(notes.texts.mid(oil - 2, 2), (QStringList { "10/11/2026", "PX200" }));
     EXPECT_EQ(notes.texts[gone - 1], QStringLiteral("12/11/2026"));
     const int footer = notes.indexOf(QStringLiteral("Totale note"));
     ASSERT_GT(footer, std::max(oil, gone));
-    EXPECT_EQ(notes.texts.mid(footer, 3), (QStringList{"Totale note", "GENERALE", "2"}));
+    EXPECT_EQ(notes.texts.mid(footer, 3), (QStringList { "Totale note", "GENERALE", "2" }));
     EXPECT_TRUE(head(notesPdf, 5).startsWith("%PDF"));
     EXPECT_EQ(pdfPages(notesPdf), 1);
 
     // Shown and visible; once closed it has no pages to read.
-    EXPECT_TRUE(value(r[first + 8]).toBool());
-    value(r[first + 9]);
+    EXPECT_TRUE(::value(r[first + 8]).toBool());
+    ::value(r[first + 9]);
     EXPECT_FALSE(r[first + 10][QStringLiteral("ok")].toBool());
     EXPECT_EQ(r[first + 10][QStringLiteral("error")][QStringLiteral("number")].toInt(), 9);
     // A statement that fails answers its error, and the earlier instance is closed all
     // the same.
     EXPECT_FALSE(r[first + 11][QStringLiteral("ok")].toBool());
-    EXPECT_FALSE(value(r[first + 12]).toBool());
+    EXPECT_FALSE(::value(r[first + 12]).toBool());
 
     // The parts by category: each category's footer with its costs under "Standard" and
     // its stock; at the end of the last page the count of categories and the sum of
     // their parts.
-    const auto cp = pagesOf(value(r[first + 14]));
+    const auto cp = pagesOf(::value(r[first + 14]));
     ASSERT_EQ(cp.size(), 2u);
     const int belts = cp[0].indexOf(QStringLiteral("CINGHIE"));
     ASSERT_GT(belts, 0);
@@ -208,11 +210,11 @@ TEST_F(ShellFixture, ReportsShowReadAndWritePdfEndToEnd)
     ASSERT_GT(beltsTotal, belts);
     EXPECT_EQ(cp[0].texts[beltsTotal - 1], QStringLiteral("25"));
     // 1 to 25 Mod 7: three weeks of 21 and 1 + 2 + 3 + 4
-    EXPECT_EQ(cp[0].texts.mid(beltsTotal + 5, 3), (QStringList{"1,00", "25,00", "73"}));
+    EXPECT_EQ(cp[0].texts.mid(beltsTotal + 5, 3), (QStringList { "1,00", "25,00", "73" }));
     const Page& last = cp[1];
     const int count = last.indexOf(QStringLiteral("CONTEGGIO DI RICAMBI N°"));
     ASSERT_GE(count, 0);
     EXPECT_EQ(last.texts.mid(count, 4),
-        (QStringList{"CONTEGGIO DI RICAMBI N°", "2", "TOTALE MATERIALI PRESENTI N°", "60"}));
+        (QStringList { "CONTEGGIO DI RICAMBI N°", "2", "TOTALE MATERIALI PRESENTI N°", "60" }));
     EXPECT_EQ(last.texts.last(), QStringLiteral("Pagina 2 di 2"));
 }

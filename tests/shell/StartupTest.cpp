@@ -1,8 +1,10 @@
 // The start-up of the main screen, its menu and its close, on a real store.
-#include "ShellFixture.h"
-
-#include "runtime/VBError.h"
 #include "controls/DateControls.h"
+#include "runtime/AppPath.h"
+#include "runtime/Clock.h"
+#include "runtime/OpenFile.h"
+#include "runtime/VBError.h"
+#include "support/ScreenTest.h"
 
 #include <QFile>
 #include <QTextStream>
@@ -10,6 +12,7 @@
 using shell::frmMain;
 using shell::screens;
 using vb::Variant;
+using StartupTest = ScreenTest;
 
 namespace {
 
@@ -29,18 +32,18 @@ bool columnExists(const QString& table, const QString& column)
 // Upgrade and copy come before anything reads the store; the alerts (frmAbout's load) come
 // before the time stamp, which therefore excludes the time spent on them; the workload line
 // comes last.
-TEST_F(ShellFixture, LoadRunsItsStepsInOrder)
+TEST_F(StartupTest, LoadRunsItsStepsInOrder)
 {
     std::vector<QString> seen;
     standIn(QStringLiteral("frmAbout"), [&](QWidget* owner) -> vb::Form* {
         auto* f = new StandIn(owner, QStringLiteral("frmAbout"), nullptr);
         f->onLoad = [&] {
             seen.push_back(columnExists(QStringLiteral("Tbl_Certif_Proced_Manut"), QStringLiteral("Scheda"))
-                               ? QStringLiteral("about after upgrade")
-                               : QStringLiteral("about before upgrade"));
+                    ? QStringLiteral("about after upgrade")
+                    : QStringLiteral("about before upgrade"));
             auto* main = screens().formAs<frmMain>(QStringLiteral("frmMain"));
-            seen.push_back(main->Txt_Apertura->Text().isEmpty() ? QStringLiteral("not stamped")
-                                                                : QStringLiteral("stamped"));
+            seen.push_back(
+                main->Txt_Apertura->Text().isEmpty() ? QStringLiteral("not stamped") : QStringLiteral("stamped"));
             seen.push_back(main->isVisible() ? QStringLiteral("main visible") : QStringLiteral("main hidden"));
             vb::Clock::advance(90); // the user reads the alert boxes
         };
@@ -53,8 +56,9 @@ TEST_F(ShellFixture, LoadRunsItsStepsInOrder)
 
     frmMain* main = start();
     ASSERT_NE(main, nullptr);
-    EXPECT_EQ(seen, (std::vector<QString>{QStringLiteral("about after upgrade"), QStringLiteral("not stamped"),
-                                          QStringLiteral("main hidden"), QStringLiteral("workload 15/11/2026  8.1.30")}));
+    EXPECT_EQ(seen,
+        (std::vector<QString> { QStringLiteral("about after upgrade"), QStringLiteral("not stamped"),
+            QStringLiteral("main hidden"), QStringLiteral("workload 15/11/2026  8.1.30") }));
     EXPECT_EQ(main->Txt_Apertura->Text(), QStringLiteral("15/11/2026  8.1.30"));
     EXPECT_TRUE(main->isVisible());
     EXPECT_EQ(main->Caption(), QStringLiteral("VELMORA"));
@@ -65,30 +69,27 @@ TEST_F(ShellFixture, LoadRunsItsStepsInOrder)
     EXPECT_EQ(about->Top(), 2200);
     EXPECT_EQ(about->Left(), main->PicMenu->Width());
     EXPECT_EQ(about->Height(), main->Image2->Height() - 2200);
-    EXPECT_TRUE(vb::MsgBoxService::takeShown().empty());
+    EXPECT_TRUE(boxes().empty());
 }
 
 // A new store lacks the five columns and the sheet table: the first start adds them, and
 // a second start finds them there, swallows six failures and shows nothing.
-TEST_F(ShellFixture, UpgradeRunsOnAnOldStoreAndIsHarmlessTheSecondTime)
+TEST_F(StartupTest, UpgradeRunsOnAnOldStoreAndIsHarmlessTheSecondTime)
 {
     EXPECT_FALSE(columnExists(QStringLiteral("Tbl_Ricerca"), QStringLiteral("Images")));
     EXPECT_FALSE(columnExists(QStringLiteral("Tbl_Maintenance_Note"), QStringLiteral("Tipo_Nota")));
     start();
-    for (const auto& [table, column] : std::vector<std::pair<const char*, const char*>>{
-             {"Tbl_Ricerca", "Images"},
-             {"Tbl_Ricerca", "Percorso"},
-             {"Tbl_Maintenance_Note", "Tipo_Nota"},
-             {"Tbl_Maintenance_Note", "Images"},
-             {"Tbl_Maintenance_Note", "Percorso"},
-             {"Tbl_Certif_Proced_Manut", "Data_Rev"}})
+    for (const auto& [table, column] :
+        std::vector<std::pair<const char*, const char*>> { { "Tbl_Ricerca", "Images" }, { "Tbl_Ricerca", "Percorso" },
+            { "Tbl_Maintenance_Note", "Tipo_Nota" }, { "Tbl_Maintenance_Note", "Images" },
+            { "Tbl_Maintenance_Note", "Percorso" }, { "Tbl_Certif_Proced_Manut", "Data_Rev" } })
         EXPECT_TRUE(columnExists(QString::fromLatin1(table), QString::fromLatin1(column))) << table << "." << column;
 
     exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, Manutenzione_Tipo) "
                         "VALUES (1, 1, 'TORNIO', 'T200', 'Settimanale')"));
     shell::screens().discardAll();
     start();
-    EXPECT_TRUE(vb::MsgBoxService::takeShown().empty());
+    EXPECT_TRUE(boxes().empty());
     // No assignment existed at the first start, so the table stayed empty; the copy is
     // guarded by emptiness, not by the table being new, so this start copies.
     EXPECT_EQ(rows(QStringLiteral("SELECT * FROM Tbl_Certif_Proced_Manut")).size(), 1u);
@@ -98,11 +99,11 @@ TEST_F(ShellFixture, UpgradeRunsOnAnOldStoreAndIsHarmlessTheSecondTime)
     start();
     // With a row present, even one, nothing is copied, also for assignments added since.
     EXPECT_EQ(rows(QStringLiteral("SELECT * FROM Tbl_Certif_Proced_Manut")).size(), 1u);
-    EXPECT_TRUE(vb::MsgBoxService::takeShown().empty());
+    EXPECT_TRUE(boxes().empty());
 }
 
 // The sheet code joins the type and the machine without "_": the codes in use have that form.
-TEST_F(ShellFixture, SheetCopyBuildsOneRowPerAssignment)
+TEST_F(StartupTest, SheetCopyBuildsOneRowPerAssignment)
 {
     exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, Manutenzione_Tipo) "
                         "VALUES (12, 3, 'PRESSA', 'AX100', 'Mensile')"));
@@ -121,20 +122,20 @@ TEST_F(ShellFixture, SheetCopyBuildsOneRowPerAssignment)
         EXPECT_EQ(row[4].toDate(), today.toDate());
     }
     EXPECT_EQ(shell::sheetCode(Variant(12), Variant(3), Variant::null(), Variant("AX100"), Variant("Mensile")),
-              QStringLiteral("12_3_AX1_Men"));
+        QStringLiteral("12_3_AX1_Men"));
 }
 
-TEST_F(ShellFixture, StampHasNoLeadingZeros)
+TEST_F(StartupTest, StampHasNoLeadingZeros)
 {
     vb::Clock::freeze(QDateTime(QDate(2016, 7, 3), QTime(9, 5, 0)));
     EXPECT_EQ(start()->Txt_Apertura->Text(), QStringLiteral("3/7/2016  9.5.0"));
 }
 
-TEST_F(ShellFixture, MenuIsStackedAndAClickOpensOneScreen)
+TEST_F(StartupTest, MenuIsStackedAndAClickOpensOneScreen)
 {
     int loads15 = 0;
-    standIn(QStringLiteral("Form15"), QStringList{}, &loads15);
-    standIn(QStringLiteral("Form4"), QStringList{});
+    standIn(QStringLiteral("Form15"), QStringList {}, &loads15);
+    standIn(QStringLiteral("Form4"), QStringList {});
     frmMain* main = start();
     const auto labels = main->menuLabels();
     ASSERT_EQ(labels.size(), 13u);
@@ -146,7 +147,7 @@ TEST_F(ShellFixture, MenuIsStackedAndAClickOpensOneScreen)
 
     screens().show(QStringLiteral("Form4"));
     main->lblRicambi->click();
-    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form4")));     // unloaded by the click
+    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form4"))); // unloaded by the click
     EXPECT_FALSE(screens().isLoaded(QStringLiteral("frmAbout"))); // also the About screen
     vb::Form* f = screens().loaded(QStringLiteral("Form15"));
     ASSERT_NE(f, nullptr);
@@ -172,12 +173,12 @@ TEST_F(ShellFixture, MenuIsStackedAndAClickOpensOneScreen)
 }
 
 // Assegna Manutenzioni clears what Form7 hands to Form13, loading Form7 hidden to do so.
-TEST_F(ShellFixture, AssignMenuClearsThePreselection)
+TEST_F(StartupTest, AssignMenuClearsThePreselection)
 {
     int loads7 = 0;
-    standIn(QStringLiteral("Form7"), QStringList{QStringLiteral("T:ID_MOD"), QStringLiteral("T:ID_MAINT"),
-                                                 QStringLiteral("T:DataCombo4")},
-            &loads7);
+    standIn(QStringLiteral("Form7"),
+        QStringList { QStringLiteral("T:ID_MOD"), QStringLiteral("T:ID_MAINT"), QStringLiteral("T:DataCombo4") },
+        &loads7);
     standIn(QStringLiteral("Form13"), [](QWidget* owner) -> vb::Form* {
         auto* f = new StandIn(owner, QStringLiteral("Form13"), nullptr);
         auto* model = new vb::TextBox(f, QStringLiteral("Txt_ID_MODELLO"));
@@ -202,7 +203,7 @@ TEST_F(ShellFixture, AssignMenuClearsThePreselection)
 
 // Closing writes one register row and recomputes Tempo of every row (no WHERE), hours
 // taken as a time of day; lblExit writes nothing.
-TEST_F(ShellFixture, CloseWritesTheSessionRowAndExitDoesNot)
+TEST_F(StartupTest, CloseWritesTheSessionRowAndExitDoesNot)
 {
     exec(QStringLiteral("INSERT INTO Tbl_Register (Date_Open, Date_Close, Tempo) VALUES "
                         "(#11/10/2026 08:00:00#, #11/11/2026 10:30:15#, 'x')"));
@@ -224,7 +225,7 @@ TEST_F(ShellFixture, CloseWritesTheSessionRowAndExitDoesNot)
     EXPECT_EQ(r[1][2].toString(), QStringLiteral("1.2.3"));
 }
 
-TEST_F(ShellFixture, ProcedureGuideIsWrittenAndOpened)
+TEST_F(StartupTest, ProcedureGuideIsWrittenAndOpened)
 {
     frmMain* main = start();
     main->Lbl_Procedure->click();
@@ -241,8 +242,10 @@ TEST_F(ShellFixture, ProcedureGuideIsWrittenAndOpened)
     EXPECT_TRUE(lines[29].endsWith(QStringLiteral("presenti nel vostro guppo macchine;")));
     EXPECT_TRUE(lines[26].endsWith(QStringLiteral("tutti i lavori riguardanti quel tipo di Manutenzione")));
     EXPECT_EQ(lines[31], QString(31, QChar(0x00B0)));
-    EXPECT_EQ(lines[32], QStringLiteral("Per Ulteriori Anomalie o Suggerimenti scrivete una Email a ") + vb::SupportAddress());
-    EXPECT_EQ(lines[34], QStringLiteral("Verifica Aggiornamenti Software ") + vb::SupportSite() +
-                             QStringLiteral("/il_Tromvero_Download.asp"));
+    EXPECT_EQ(lines[32],
+        QStringLiteral("Per Ulteriori Anomalie o Suggerimenti scrivete una Email a ") + vb::SupportAddress());
+    EXPECT_EQ(lines[34],
+        QStringLiteral("Verifica Aggiornamenti Software ") + vb::SupportSite()
+            + QStringLiteral("/il_Tromvero_Download.asp"));
     EXPECT_EQ(lines[36], QString());
 }

@@ -1,34 +1,58 @@
 // The supplier register: the list and its card, insert and edit with the name carried to
-// the order lines, delete without cascade, the reset, the failure boxes and the prints.
-#include "Form17Fixture.h"
+// the order lines, delete without cascade, the reset, the failure boxes, the prints and
+// SCHEDA_Fornitori.txt with every supplier's card and billing block.
+#include "spares/Form17.h"
 
 #include "reports/ReportViewer.h"
+#include "runtime/OpenFile.h"
+#include "runtime/TextFile.h"
+#include "support/DriveScript.h"
+#include "support/Fields.h"
+#include "support/InProcessDrive.h"
+#include "support/ScreenTest.h"
 
+#include <QDir>
 #include <QGuiApplication>
 #include <QScreen>
 
 using spares::Form17;
 namespace answer = vb::answer;
+using namespace vb::mb;
 
 namespace {
 
-class Form17Test : public Form17Fixture
+class Form17Test : public ScreenTest
 {
 protected:
-    void TearDown() override
+    /// A supplier with its card filled; "" leaves a column Null. Its key.
+    int addSupplier(const QString& name, const QString& company, const QString& city = "Brescia",
+        const QString& vat = "01234567890")
     {
-        reports::UnloadReport("DataReport13");
-        Form17Fixture::TearDown();
+        auto orNull = [](const QString& v) { return v.isEmpty() ? vb::Variant::null() : vb::Variant(v); };
+        return plant.supplier(name,
+            { { "Nome_Soceta", company }, { "Part_IVA/Cod_Fisc", orNull(vat) }, { "Citta/Paese", orNull(city) },
+                { "Provincia", "BS" }, { "Tel", "030 123456" }, { "Url", "www.example.it" } });
     }
 
-    static QStringList printed()
+    /// A line of the open order and an evaded one, both naming the supplier.
+    static void addOrderLines(const QString& supplierKey, const QString& name)
     {
-        QStringList t;
-        if (const auto r = reports::LaidOutPages("DataReport13"))
-            for (const auto& page : r->pages)
-                for (const auto& p : page)
-                    t << p.text;
-        return t;
+        for (const char* table : { "Tbl_Order", "Tbl_Historian_Orders" })
+            exec(QStringLiteral("INSERT INTO %1 (Ricambi, ID_FORNITORE, Fornitore) VALUES ('CUSCINETTI', %2, '%3')")
+                     .arg(QString::fromLatin1(table), supplierKey, name));
+    }
+
+    static Form17* form17() { return screen<Form17>("Form17"); }
+    static Form17* reopened() { return ScreenTest::reopened<Form17>("Form17"); }
+    static void selectSupplier(Form17* f, int id) { selectKey(f->DataGrid1, id); }
+    static QStringList printed() { return ScreenTest::printed("DataReport13"); }
+
+    /// SCHEDA_Fornitori.txt's lines, up to the last line's end.
+    QStringList cards() const
+    {
+        QStringList lines = linesOf("SCHEDA_Fornitori.txt");
+        lines.removeLast();
+        return lines;
     }
 };
 
@@ -44,7 +68,7 @@ TEST_F(Form17Test, ListCardSelectionAndReset)
     EXPECT_EQ(f->DataGrid1->cellValue(0, 0).toLong(), alfa) << "by name, case ignored";
     EXPECT_EQ(f->Label1->Caption(), "Conteggio Fornitori: 2");
     ASSERT_EQ(f->DataGrid1->ColumnCount(), 12);
-    const char* captions[] = {"ID", "FORNITORE", "SOCIETA'", "TEL"};
+    const char* captions[] = { "ID", "FORNITORE", "SOCIETA'", "TEL" };
     for (int i = 0; i < 12; ++i) {
         const vb::GridColumn& c = f->DataGrid1->Columns(i);
         EXPECT_EQ(c.Caption(), i < 4 ? QString(captions[i]) : c.DataField());
@@ -62,19 +86,12 @@ TEST_F(Form17Test, ListCardSelectionAndReset)
     // Empty columns leave their fields as the clearing left them: no card data carried over.
     selectSupplier(f, alfa);
     EXPECT_EQ(f->txtID_FORNITORE->Text(), QString::number(alfa));
-    EXPECT_EQ(f->txtFornitore->Text(), "alfa");
-    EXPECT_EQ(f->txtUrl->Text(), "www.example.it");
-    EXPECT_EQ(f->txtCitta->Text(), "");
+    EXPECT_EQ(kit::texts({ f->txtFornitore, f->txtUrl, f->txtCitta }), QStringList({ "alfa", "www.example.it", "" }));
     EXPECT_TRUE(f->Cmd_Edit->isEnabled());
     EXPECT_EQ(f->Txt_Posizione->Text(), "0");
     // Only the print follows the selection; the save keeps saying all suppliers.
     EXPECT_EQ(f->Cmd_Print->Caption(), "Stampa Questo Fornitore");
     EXPECT_NE(f->Cmd_Save->Caption(), spares::SaveOneCaption);
-
-    f->txtCitta->focusIn();
-    EXPECT_EQ(f->txtCitta->BackColor(), vb::colour::Orange);
-    f->txtCitta->focusOut();
-    EXPECT_EQ(f->txtCitta->BackColor(), vb::colour::White);
 
     f->Command1->click();
     Form17* again = reopened();
@@ -100,14 +117,13 @@ TEST_F(Form17Test, InsertNeedsNameAndCompanyThenReturnsToTheKeptRow)
     f->Cmd_Edit->click();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI");
-    EXPECT_EQ(shown[0].prompt, "Devi Inserire il Nome Fornitore");
-    EXPECT_EQ(shown[0].buttons, vb::mb::Exclamation);
-    EXPECT_EQ(shown[1].prompt, "Devi Inserire il Nome Società");
+    EXPECT_BOX(shown[0], "MANCANZA DATI", "Devi Inserire il Nome Fornitore", Exclamation);
+    EXPECT_BOX(shown[1], "MANCANZA DATI", "Devi Inserire il Nome Società", Exclamation);
 
     f->txtNome_Soceta->typeText("Verdi & Figli");
     f->Cmd_Edit->click();
-    EXPECT_EQ(column("SELECT Nome_Soceta FROM Tbl_Fornitori WHERE Fornitore = 'VERDI'"), QStringList{"Verdi & Figli"});
+    EXPECT_EQ(
+        column("SELECT Nome_Soceta FROM Tbl_Fornitori WHERE Fornitore = 'VERDI'"), QStringList { "Verdi & Figli" });
     // Reopened in browse mode on the row kept before the insert: row 0, ROSSI.
     Form17* again = reopened();
     EXPECT_EQ(again->Label1->Caption(), "Conteggio Fornitori: 2");
@@ -129,34 +145,30 @@ TEST_F(Form17Test, EveryEditRewritesTheOrderLinesWithTheNameQuotesDoubled)
     // The name unchanged: the lines get the card's name all the same.
     selectSupplier(f, rossi);
     f->txtTel->setText("030 999");
-    answer({answer::Yes});
+    answer({ answer::Yes });
     f->Cmd_Edit->click();
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "Modifica Fornitore **ROSSI**");
-    EXPECT_EQ(shown[0].prompt, "Stai per modificare i dati del Fornitore [ROSSI] Vuoi Procedere??");
-    EXPECT_EQ(shown[0].buttons, vb::mb::YesNo + vb::mb::Question);
-    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE = " + key), QStringList{"ROSSI"});
+    EXPECT_BOX(oneBox(), "Modifica Fornitore **ROSSI**",
+        "Stai per modificare i dati del Fornitore [ROSSI] Vuoi Procedere??", YesNo + Question);
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE = " + key), QStringList { "ROSSI" });
 
     // A rename with a quote, declined first, then done.
     f = reopened();
     selectSupplier(f, rossi);
     f->txtFornitore->setText("ALL'ANGELO");
     f->Cmd_Edit->click();
-    shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].prompt, "Il Fornitore [ROSSI] Sta per essere modificato con [ALL'ANGELO] Vuoi Procedere??");
-    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Fornitori WHERE ID_FORNITORE = " + key), QStringList{"ROSSI"});
-    answer({answer::Yes});
+    EXPECT_BOX(oneBox(), "Modifica Fornitore **ROSSI**",
+        "Il Fornitore [ROSSI] Sta per essere modificato con [ALL'ANGELO] Vuoi Procedere??", YesNo + Question);
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Fornitori WHERE ID_FORNITORE = " + key), QStringList { "ROSSI" });
+    answer({ answer::Yes });
     f->Cmd_Edit->click();
-    EXPECT_EQ(column("SELECT Tel FROM Tbl_Fornitori WHERE ID_FORNITORE = " + key), QStringList{"030 999"});
-    for (const char* table : {"Tbl_Fornitori", "Tbl_Order", "Tbl_Historian_Orders"})
+    EXPECT_EQ(column("SELECT Tel FROM Tbl_Fornitori WHERE ID_FORNITORE = " + key), QStringList { "030 999" });
+    for (const char* table : { "Tbl_Fornitori", "Tbl_Order", "Tbl_Historian_Orders" })
         EXPECT_EQ(column(QStringLiteral("SELECT Fornitore FROM %1 WHERE ID_FORNITORE = ").arg(table) + key),
-                  QStringList{"ALL'ANGELO"})
+            QStringList { "ALL'ANGELO" })
             << table;
-    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE Is Null"), QStringList{"ROSSI"});
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE Is Null"), QStringList { "ROSSI" });
     EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE = " + QString::number(other)),
-              QStringList{"BIANCHI"});
+        QStringList { "BIANCHI" });
     // The reopened screen goes back to the row number it kept, not to the supplier: the
     // new name sorts first, so row 1 now holds the neighbour.
     EXPECT_EQ(reopened()->txtFornitore->Text(), "BIANCHI");
@@ -167,21 +179,16 @@ TEST_F(Form17Test, DeleteAsksFirstAndLeavesTheOrderLinesAlone)
     const int rossi = addSupplier("ROSSI", "Rossi Srl");
     addOrderLines(QString::number(rossi), "ROSSI");
     Form17* f = form17();
-    f->Cmd_Delete->click();
     selectSupplier(f, rossi);
     f->Cmd_Delete->click(); // answered No
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[0].title, "NESSUN Fornitore SELEZIONATO");
-    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun dato!");
-    EXPECT_EQ(shown[1].title, "Eliminazione Fornitore **ROSSI**");
-    EXPECT_EQ(shown[1].prompt, "Vuoi Veramente eliminare il Fornitore selezionato?");
+    EXPECT_BOX(oneBox(), "Eliminazione Fornitore **ROSSI**", "Vuoi Veramente eliminare il Fornitore selezionato?",
+        YesNo + Question);
     EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Fornitori").size(), 1);
 
-    answer({answer::Yes});
+    answer({ answer::Yes });
     f->Cmd_Delete->click();
     EXPECT_TRUE(column("SELECT Fornitore FROM Tbl_Fornitori").isEmpty());
-    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order"), QStringList{"ROSSI"});
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order"), QStringList { "ROSSI" });
     EXPECT_EQ(reopened()->Label1->Caption(), "Conteggio Fornitori: 0");
 }
 
@@ -191,11 +198,7 @@ TEST_F(Form17Test, GridWithoutRowsAndKeysBeyondSixteenBitsShowTheirBoxes)
     f->txtFornitore->setText("ROSSI");
     f->txtNome_Soceta->setText("Rossi Srl");
     f->Cmd_Edit_Click(); // an edit with no row behind the grid
-    auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "DATI MANCANTI!");
-    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun Dato!");
-    EXPECT_EQ(shown[0].buttons, vb::mb::Critical);
+    EXPECT_BOX(oneBox(), "DATI MANCANTI!", "Non è stato selezionato nessun Dato!", Critical);
 
     exec("INSERT INTO Tbl_Fornitori (ID_FORNITORE, Fornitore, Nome_Soceta) VALUES (40000, 'GRANDE', 'Grande Spa')");
     exec("INSERT INTO Tbl_Order (Ricambi, ID_FORNITORE, Fornitore) VALUES ('X', 40000, 'GRANDE')");
@@ -206,13 +209,13 @@ TEST_F(Form17Test, GridWithoutRowsAndKeysBeyondSixteenBitsShowTheirBoxes)
     f->txtFornitore->setText("GRANDISSIMO");
     f->txtNome_Soceta->setText("Grande Spa");
     f->Cmd_Edit->setEnabled(true);
-    answer({answer::Yes});
+    answer({ answer::Yes });
     f->Cmd_Edit->click();
-    shown = boxes();
+    const auto shown = boxes();
     ASSERT_EQ(shown.size(), 3u);
     EXPECT_EQ(shown[0].prompt, "6 Overflow") << "the row selection cannot pass the key";
     EXPECT_EQ(shown[2].prompt, "6 Overflow") << "nor the save";
-    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order"), QStringList{"GRANDE"});
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order"), QStringList { "GRANDE" });
 }
 
 TEST_F(Form17Test, PrintsAllSuppliersInTheWorkAreaOrTheSelectedOneCentred)
@@ -226,7 +229,7 @@ TEST_F(Form17Test, PrintsAllSuppliersInTheWorkAreaOrTheSelectedOneCentred)
     QStringList t = printed();
     EXPECT_TRUE(t.contains("LISTA FORNITORI"));
     EXPECT_TRUE(t.contains("15/11/2026 08.00.00")) << "Label2: the present date and time";
-    EXPECT_EQ(t.mid(t.indexOf("FORNITORE: "), 2), (QStringList{"FORNITORE: ", "ALFA"})) << "TextBox17 on Fornitore";
+    EXPECT_EQ(t.mid(t.indexOf("FORNITORE: "), 2), (QStringList { "FORNITORE: ", "ALFA" })) << "TextBox17 on Fornitore";
     EXPECT_LT(t.indexOf("Alfa Spa"), t.indexOf("Zeta Srl"));
     EXPECT_EQ(reports::ReportWindow("DataReport13")->geometry().left(), vb::twipsToPixels(2200)) << "work area";
 
@@ -244,9 +247,57 @@ TEST_F(Form17Test, PrintsAllSuppliersInTheWorkAreaOrTheSelectedOneCentred)
     reports::UnloadReport("DataReport13");
     f->Cmd_Add->click();
     f->Cmd_Print->click();
-    const auto shown = boxes();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].title, "MANCANZA DATI!!");
-    EXPECT_EQ(shown[0].prompt, "Non hai Selezionato nessun Fornitore!");
+    EXPECT_BOX(oneBox(), "MANCANZA DATI!!", "Non hai Selezionato nessun Fornitore!", Exclamation);
     EXPECT_FALSE(reports::IsReportLoaded("DataReport13"));
+}
+
+TEST_F(Form17Test, CardsSaveWritesEveryCardByNameEvenAfterARowSelection)
+{
+    const int zeta = addSupplier("ZETA", "Zeta Srl");
+    const int bianchi = addSupplier("BIANCHI", "Bianchi Snc", "Milano", "");
+    spares::Form17* f = form17();
+    selectSupplier(f, zeta);
+    f->Cmd_Save->click();
+
+    // Empty columns leave the label alone; the billing block repeats the card.
+    const QStringList bianchiCard { "", "ID:" + QString::number(bianchi), "Fornitore:BIANCHI",
+        "NOME SOCIETA':Bianchi Snc", "P.IVA / COD.F:", "CITTA':Milano", "VIA:", "C.A.P:", "PROVINCIA:BS",
+        "TELEFONO:030 123456", "FAX:", "EMAIL:", "INDIRIZZO INTERNET:www.example.it",
+        "=================", "DATI FATTURAZIONE", "=================", "NOME:BIANCHI", "SOCIETA':Bianchi Snc",
+        "P.IVA / COD.F:", "CITTA':Milano", "VIA:", "C.A.P:", "PROVINCIA:BS", "",
+        "-------------------------------------", "" };
+    const QStringList signature { vb::DegreeRule(), "VELMORA", vb::DegreeRule() };
+    const QStringList lines = cards();
+    ASSERT_EQ(lines.size(), 2 + 2 * bianchiCard.size() + 3);
+    EXPECT_EQ(lines.mid(0, 2), (QStringList { "DATA 15/11/2026", "" }));
+    EXPECT_EQ(lines.mid(2, bianchiCard.size()), bianchiCard);
+    EXPECT_EQ(lines[2 + bianchiCard.size() + 2], "Fornitore:ZETA");
+    EXPECT_EQ(lines[2 + bianchiCard.size() + 16], "NOME:ZETA") << "the selection changes nothing";
+    // The signature follows the last card's closing empty line at once.
+    EXPECT_EQ(lines.mid(lines.size() - 4), QStringList { "" } + signature);
+    EXPECT_EQ(spares::Supplier_Card_Lines(), lines.mid(2, 2 * bianchiCard.size()));
+
+    EXPECT_BOX(oneBox(), "SCHEDA Fornitori -15/11/2026-",
+        "Il File 'SCHEDA_Fornitori.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
+        vb::mb::Information);
+    EXPECT_EQ(
+        vb::OpenFileService::takeOpened(), std::vector<QString> { QDir(path()).filePath("SCHEDA_Fornitori.txt") });
+
+    // No suppliers: the date, its empty line and the signature only.
+    exec("Delete * from Tbl_Fornitori");
+    f->Cmd_Save->click();
+    EXPECT_EQ(cards(), (QStringList { "DATA 15/11/2026", "" } + signature));
+}
+
+TEST_F(Form17Test, CardsSavedByTheDriver)
+{
+    addSupplier("ROSSI", "Rossi Srl");
+    InProcessDrive drive;
+    kit::run(drive,
+        { "start", "boxes", "click frmMain.lblFornitori", "select Form17.DataGrid1 0", "click Form17.Cmd_Save" });
+    EXPECT_EQ(drive.boxes().size(), 1);
+    const QJsonArray opened = drive("opened").toArray();
+    ASSERT_EQ(opened.size(), 1);
+    EXPECT_TRUE(opened[0].toString().endsWith("SCHEDA_Fornitori.txt"));
+    EXPECT_TRUE(cards().contains("NOME:ROSSI"));
 }
