@@ -10,6 +10,7 @@
 #include "spares/Form14.h"
 
 #include <QApplication>
+
 #include <map>
 
 namespace bench {

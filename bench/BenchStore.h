@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+
 #include <cstdio>
 #include <sqlite3.h>
 
@@ -98,8 +99,7 @@ inline void bindAll(sqlite3_stmt* st, const std::vector<vb::Variant>& params)
 }
 
 /// Best of several runs, in milliseconds.
-template <typename F>
-double bestOf(int runs, F&& f)
+template <typename F> double bestOf(int runs, F&& f)
 {
     double best = 1e300;
     for (int r = 0; r < runs; ++r) {

@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QTemporaryDir>
+
 #include <cstdio>
 
 int main(int argc, char** argv)

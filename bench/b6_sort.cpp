@@ -14,9 +14,10 @@ int main(int argc, char** argv)
     sqlite3* db = store->handle();
 
     // 100k interventions; descriptions in mixed case, some with accents, as typed.
-    const char* words[] = {"Cuscinetto", "cuscinetto", "CINGHIA", "Filtro", "filtro olio", "Guarnizione",
-                           "Elettrovalvola", "élettrovalvola", "Motore", "Pompa idraulica", "Sensore", "Relè",
-                           "Fusibile", "Tubo", "Raccordo", "Valvola", "Interruttore", "Encoder", "Ingranaggio", "Vite"};
+    const char* words[] = {"Cuscinetto",  "cuscinetto",     "CINGHIA",        "Filtro",      "filtro olio",
+                           "Guarnizione", "Elettrovalvola", "élettrovalvola", "Motore",      "Pompa idraulica",
+                           "Sensore",     "Relè",           "Fusibile",       "Tubo",        "Raccordo",
+                           "Valvola",     "Interruttore",   "Encoder",        "Ingranaggio", "Vite"};
     QRandomGenerator rng(42);
     bench::exec(db, "DELETE FROM Tbl_Ricerca; BEGIN");
     sqlite3_stmt* ins = nullptr;

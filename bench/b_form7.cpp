@@ -64,10 +64,12 @@ int main(int argc, char** argv)
             const int id = sqlite3_column_int(shift, 0);
             const int idNum = sqlite3_column_int(shift, 1);
             const bool standing = sqlite3_column_bytes(shift, 2) == 10;
-            const int g = standing ? int(today) - int(vb::toSerial(QDate::fromString(
-                                         QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(shift, 2))),
-                                         QStringLiteral("dd/MM/yyyy"))))
-                                   : sqlite3_column_int(shift, 4);
+            const int g =
+                standing
+                    ? int(today) - int(vb::toSerial(QDate::fromString(
+                                       QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(shift, 2))),
+                                       QStringLiteral("dd/MM/yyyy"))))
+                    : sqlite3_column_int(shift, 4);
             const double next = sqlite3_column_double(shift, 6) + g + sqlite3_column_double(shift, 8) * 7;
             sqlite3_bind_double(push, 1, next);
             sqlite3_bind_int(push, 2, id);

@@ -12,13 +12,14 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+
 #include <cstdio>
 
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    const QString mdb = QFileInfo(QStringLiteral(__FILE__)).dir().filePath(
-        QStringLiteral("../../shared/fixtures/legacy/Velmora.mdb"));
+    const QString mdb =
+        QFileInfo(QStringLiteral(__FILE__)).dir().filePath(QStringLiteral("../../shared/fixtures/legacy/Velmora.mdb"));
     if (!QFile::exists(mdb)) {
         std::printf("import: the old plant file is not beside the clone\n");
         return 0;
@@ -53,7 +54,7 @@ int main(int argc, char** argv)
         }
         theirs = double(timer.nsecsElapsed()) / Runs / 1e6;
     }
-    std::printf("import of %zu tables: %.1f ms; mdb-export to CSV: %.1f ms; ratio %.2f\n", reader.tables().size(),
-                ours, theirs, theirs > 0 ? ours / theirs : 0.0);
+    std::printf("import of %zu tables: %.1f ms; mdb-export to CSV: %.1f ms; ratio %.2f\n", reader.tables().size(), ours,
+                theirs, theirs > 0 ? ours / theirs : 0.0);
     return 0;
 }

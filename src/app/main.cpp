@@ -17,6 +17,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QStandardPaths>
+
 #include <cstdio>
 #include <cstring>
 #include <optional>

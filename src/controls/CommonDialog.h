@@ -7,6 +7,7 @@
 #include "controls/Control.h"
 
 #include <QObject>
+
 #include <functional>
 #include <optional>
 #include <vector>
@@ -29,7 +30,7 @@ struct FileDialogRequest
     QString initDir;
     QString fileName; ///< the starting file
     int flags = 0;
-    bool save = false; ///< a file to write (a save dialog) rather than one to open
+    bool save = false;             ///< a file to write (a save dialog) rather than one to open
     std::optional<QString> answer; ///< the chosen path; nullopt for a cancel
 
     /// Where the dialog opens: the starting file when there is one, else the folder.

@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QThread>
 #include <QWidget>
+
 #include <cmath>
 
 namespace vb {
@@ -45,22 +46,22 @@ void reachTop(const VBError& e)
 QPalette::ColorRole systemRole(int index)
 {
     switch (index) {
-    case 0: return QPalette::Button;           // scroll bars
-    case 1: return QPalette::Window;           // desktop
-    case 2: return QPalette::Highlight;        // active caption
-    case 4: return QPalette::Window;           // menu
-    case 5: return QPalette::Base;             // window
-    case 6: return QPalette::Dark;             // window frame
-    case 7: return QPalette::WindowText;       // menu text
-    case 8: return QPalette::Text;             // window text
-    case 9: return QPalette::HighlightedText;  // caption text
+    case 0: return QPalette::Button;          // scroll bars
+    case 1: return QPalette::Window;          // desktop
+    case 2: return QPalette::Highlight;       // active caption
+    case 4: return QPalette::Window;          // menu
+    case 5: return QPalette::Base;            // window
+    case 6: return QPalette::Dark;            // window frame
+    case 7: return QPalette::WindowText;      // menu text
+    case 8: return QPalette::Text;            // window text
+    case 9: return QPalette::HighlightedText; // caption text
     case 13: return QPalette::Highlight;
     case 14: return QPalette::HighlightedText;
     case 15: return QPalette::Button;          // button face
     case 16: return QPalette::Dark;            // button shadow
     case 17: return QPalette::PlaceholderText; // grey text
     case 18: return QPalette::ButtonText;
-    case 20: return QPalette::Light;           // 3-D highlight
+    case 20: return QPalette::Light; // 3-D highlight
     case 23: return QPalette::ToolTipText;
     case 24: return QPalette::ToolTipBase;
     default: return QPalette::Window;
@@ -126,14 +127,12 @@ void resumeEvents()
 class ControlEventFilter : public QObject
 {
 public:
-    ControlEventFilter(Control* control, QObject* parent) : QObject(parent), m_control(control) {}
+    ControlEventFilter(Control* control, QObject* parent) : QObject(parent), m_control(control) { }
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
         switch (event->type()) {
-        case QEvent::FocusIn:
-            m_control->handleFocusIn();
-            break;
+        case QEvent::FocusIn: m_control->handleFocusIn(); break;
         case QEvent::FocusOut:
             if (static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason)
                 m_control->handleFocusOut();
@@ -153,18 +152,13 @@ public:
             if (!static_cast<QKeyEvent*>(event)->isAutoRepeat())
                 m_control->KeyUp();
             break;
-        case QEvent::MouseMove:
-            m_control->MouseMove();
-            break;
+        case QEvent::MouseMove: m_control->MouseMove(); break;
         case QEvent::MouseButtonRelease:
             if (m_control->m_clickOnRelease)
                 m_control->Click();
             break;
-        case QEvent::MouseButtonDblClick:
-            m_control->DblClick();
-            break;
-        default:
-            break;
+        case QEvent::MouseButtonDblClick: m_control->DblClick(); break;
+        default: break;
         }
         return QObject::eventFilter(watched, event);
     }
@@ -560,7 +554,9 @@ void Control::typeText(const QString& text)
         keyPress(c.unicode());
 }
 
-void Control::acceptKey(int) {}
+void Control::acceptKey(int)
+{
+}
 
 void Control::notSupported() const
 {

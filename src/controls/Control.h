@@ -39,6 +39,7 @@
 
 #include <QString>
 #include <QStringList>
+
 #include <functional>
 #include <optional>
 #include <vector>
@@ -71,8 +72,7 @@ void resumeEvents();
 /// `Cmd_Edit->Click = [this] { Cmd_Edit_Click(); };` attaches the screen's handler,
 /// replacing any before it; `connect` adds one. Calling the event fires it, as a screen
 /// that calls its own handler did (`Call Cmd_Vis_All_Click`); it runs through runEvent.
-template <typename... Args>
-class Event
+template <typename... Args> class Event
 {
 public:
     using Handler = std::function<void(Args...)>;
@@ -223,7 +223,7 @@ protected:
     /// One key of typeText/keyPress after KeyPress let it through (0 never arrives).
     virtual void acceptKey(int keyAscii);
     /// Selects the whole text (seltxt); a no-op for controls without text.
-    virtual void selectAllText() {}
+    virtual void selectAllText() { }
 
     void initColours(int back, int fore);
     /// Routes another widget's focus, keys and mouse to this control (an inner editor).

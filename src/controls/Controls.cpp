@@ -331,7 +331,8 @@ bool CommandButton::setProp(const QString& n, const Variant& v)
 
 // CheckBox -------------------------------------------------------------------------------
 
-CheckBox::CheckBox(QWidget* parent, const QString& name, const QString& caption) : QCheckBox(caption, parent), Control(this)
+CheckBox::CheckBox(QWidget* parent, const QString& name, const QString& caption)
+    : QCheckBox(caption, parent), Control(this)
 {
     setObjectName(name);
     setTristate(false);

@@ -579,12 +579,9 @@ bool DataCombo::setProp(const QString& n, const Variant& v)
 class DataGrid::Model : public QAbstractTableModel
 {
 public:
-    explicit Model(DataGrid* grid) : QAbstractTableModel(grid), m_grid(grid) {}
+    explicit Model(DataGrid* grid) : QAbstractTableModel(grid), m_grid(grid) { }
 
-    int rowCount(const QModelIndex& parent = {}) const override
-    {
-        return parent.isValid() ? 0 : m_grid->RecordCount();
-    }
+    int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : m_grid->RecordCount(); }
     int columnCount(const QModelIndex& parent = {}) const override
     {
         return parent.isValid() ? 0 : m_grid->ColumnCount();
@@ -807,8 +804,7 @@ void DataGrid::select(int row)
     if (!reachable())
         return;
     if (row < 0 || row >= RecordCount())
-        throw VBError(err::InvalidPropertyValue,
-                      QStringLiteral("%1 non ha la riga %2").arg(Name()).arg(row));
+        throw VBError(err::InvalidPropertyValue, QStringLiteral("%1 non ha la riga %2").arg(Name()).arg(row));
     handleFocusIn();
     moveCurrent(row, m_col, true);
 }

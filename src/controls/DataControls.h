@@ -12,6 +12,7 @@
 #include <QListWidget>
 #include <QPointer>
 #include <QTableView>
+
 #include <memory>
 #include <vector>
 
@@ -37,7 +38,7 @@ public:
     void setLocked(bool on);
     QStringList items() const;
 
-    void select(int index) override;            ///< the user picks item index
+    void select(int index) override;           ///< the user picks item index
     void choose(const QString& text) override; ///< the user picks the item with this text
 
 protected:
@@ -224,12 +225,12 @@ public:
     void setDataSource(Adodc* source);
 
     int ColumnCount() const { return int(m_columns.size()); }
-    GridColumn& Columns(int index);              ///< outside the columns raises 9
-    GridColumn& Columns(const QString& name);    ///< by field, then caption; none raises 9
-    int RecordCount() const;                     ///< rows shown
+    GridColumn& Columns(int index);           ///< outside the columns raises 9
+    GridColumn& Columns(const QString& name); ///< by field, then caption; none raises 9
+    int RecordCount() const;                  ///< rows shown
 
-    int Row() const { return m_row; }   ///< current row from 0, -1 without rows
-    void setRow(int row);               ///< outside the rows raises 6148
+    int Row() const { return m_row; } ///< current row from 0, -1 without rows
+    void setRow(int row);             ///< outside the rows raises 6148
     int Col() const { return m_col; }
     void setCol(int col);
     /// The current cell as shown.

@@ -138,10 +138,13 @@ void MaskEdBox::setMask(const QString& mask)
     for (int i = 0; i < mask.size(); ++i) {
         const QChar c = mask.at(i);
         switch (c.unicode()) {
-        case '#': case '9': qt += QLatin1Char('0'); break;
+        case '#':
+        case '9': qt += QLatin1Char('0'); break;
         case '?': qt += QLatin1Char('a'); break;
-        case 'A': case 'a': qt += QLatin1Char('n'); break;
-        case '&': case 'C': qt += QLatin1Char('x'); break;
+        case 'A':
+        case 'a': qt += QLatin1Char('n'); break;
+        case '&':
+        case 'C': qt += QLatin1Char('x'); break;
         default:
             if (QStringLiteral("AaNnXx90Dd#HhBb><![]{}\\;").contains(c))
                 qt += QLatin1Char('\\');

@@ -6,6 +6,7 @@
 #include "controls/Control.h"
 
 #include <QWidget>
+
 #include <functional>
 
 namespace vb {
@@ -27,17 +28,13 @@ public:
     void setCaption(const Variant& caption);
 
     /// VB's load: the screen's controls exist, the screen is not shown yet.
-    virtual void Form_Load() {}
+    virtual void Form_Load() { }
     /// VB's unload: the screen is about to go.
-    virtual void Form_Unload() {}
+    virtual void Form_Unload() { }
 
     /// The control called name on this screen, nullptr when there is none.
     Control* control(const QString& name) const;
-    template <typename T>
-    T* controlAs(const QString& name) const
-    {
-        return dynamic_cast<T*>(control(name));
-    }
+    template <typename T> T* controlAs(const QString& name) const { return dynamic_cast<T*>(control(name)); }
 
     /// Puts the screen in the middle of the display (the loads' "centre the screen").
     void centre();

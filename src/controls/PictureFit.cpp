@@ -19,7 +19,7 @@ QString CONTROLLO_IMMAGINE(Image& image, int boxWidth, int boxHeight)
         scale = QStringLiteral("100%");
     } else {
         const double ratio = double(width) <= double(height) * boxWidth / boxHeight ? double(boxHeight) / height
-                                                                                     : double(boxWidth) / width;
+                                                                                    : double(boxWidth) / width;
         image.setWidth(int(std::lround(width * ratio)));
         image.setHeight(int(std::lround(height * ratio)));
         scale = Format(ratio, QStringLiteral("0%")).toString();

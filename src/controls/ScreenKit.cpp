@@ -18,7 +18,9 @@ int orDefault(int value, int fallback)
 
 } // namespace
 
-ScreenKit::ScreenKit(Form* form, KitHeights heights) : m_form(form), m_heights(heights) {}
+ScreenKit::ScreenKit(Form* form, KitHeights heights) : m_form(form), m_heights(heights)
+{
+}
 
 Label* ScreenKit::label(QWidget* parent, const char* name, const QString& caption, int left, int top, int width,
                         int height) const
@@ -68,8 +70,8 @@ Frame* ScreenKit::frame(QWidget* parent, const char* name, const QString& captio
     return f;
 }
 
-DataGrid* ScreenKit::grid(QWidget* parent, const char* name, Adodc*& source, const char* sourceName, int left,
-                          int top, int width, int height) const
+DataGrid* ScreenKit::grid(QWidget* parent, const char* name, Adodc*& source, const char* sourceName, int left, int top,
+                          int width, int height) const
 {
     source = new Adodc(m_form, nameOf(sourceName));
     auto* g = new DataGrid(parent, nameOf(name));
@@ -149,9 +151,8 @@ DataGrid* ScreenKit::boundGrid(QWidget* parent, const char* name, Adodc* source,
     return g;
 }
 
-TextBox* ScreenKit::framedField(QWidget* parent, const char* frameName, const QString& caption,
-                                const char* fieldName, int left, int top, int width, int height, int fieldTop,
-                                Frame** frame) const
+TextBox* ScreenKit::framedField(QWidget* parent, const char* frameName, const QString& caption, const char* fieldName,
+                                int left, int top, int width, int height, int fieldTop, Frame** frame) const
 {
     Frame* f = this->frame(parent, frameName, caption, left, top, width, height);
     if (frame)

@@ -20,6 +20,7 @@
 #include "runtime/Trap.h"
 
 #include <QString>
+
 #include <initializer_list>
 
 namespace vb {

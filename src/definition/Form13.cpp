@@ -61,13 +61,13 @@ struct ColumnLayout
     int width;
 };
 // By position, as the statements list the columns.
-constexpr ColumnLayout AssignmentColumns[]
-    = { { "ID", 0 }, { "Macchina", 2300 }, { "Modello", 2300 }, { "Manutenzione", 1800 }, { "Tot Min", 700 },
-          { "ID_MODELLO", 0 }, { "ID_MAINT_TIPO", 0 }, { "N° Macch", 600 }, { "Ore per Settimana", 1100 } };
-constexpr ColumnLayout StepColumns[] = { { "ID_PROCEDURA", 0 }, { "Macchina", 0 }, { "Modello", 0 },
-    { "Manutenzione", 0 }, { "Num", 500 }, { "Titolo", 3200 }, { "Procedura", 0 }, { "Minuti", 700 } };
-constexpr ColumnLayout GeneralColumns[] = { { "ID_PROCEDURA", 0 }, { "Macchina", 0 }, { "Modello", 0 }, { "Num", 500 },
-    { "Titolo", 3100 }, { "Procedura", 0 }, { "ID_MODELLO", 0 } };
+constexpr ColumnLayout AssignmentColumns[] = {
+    {"ID", 0},         {"Macchina", 2300},   {"Modello", 2300}, {"Manutenzione", 1800},     {"Tot Min", 700},
+    {"ID_MODELLO", 0}, {"ID_MAINT_TIPO", 0}, {"N° Macch", 600}, {"Ore per Settimana", 1100}};
+constexpr ColumnLayout StepColumns[] = {{"ID_PROCEDURA", 0}, {"Macchina", 0},  {"Modello", 0},   {"Manutenzione", 0},
+                                        {"Num", 500},        {"Titolo", 3200}, {"Procedura", 0}, {"Minuti", 700}};
+constexpr ColumnLayout GeneralColumns[] = {{"ID_PROCEDURA", 0}, {"Macchina", 0},  {"Modello", 0},   {"Num", 500},
+                                           {"Titolo", 3100},    {"Procedura", 0}, {"ID_MODELLO", 0}};
 
 /// Widths and captions by position; all locked but the column named open.
 template <std::size_t N> void layColumns(vb::DataGrid* grid, const ColumnLayout (&columns)[N], int open = -1)
@@ -100,8 +100,7 @@ void nextRevision(store::Recordset& rs, Trap& trap)
 
 } // namespace
 
-Form13::Form13(QWidget* owner)
-    : vb::Form(owner, ScreenName, QStringLiteral("PROCEDURA MANUTENZIONI"))
+Form13::Form13(QWidget* owner) : vb::Form(owner, ScreenName, QStringLiteral("PROCEDURA MANUTENZIONI"))
 {
     buildControls();
     connectEvents();
@@ -145,16 +144,18 @@ void Form13::buildControls()
     Cmd_Aggiorna = kit.button(this, "Cmd_Aggiorna", QStringLiteral("AGGIORNA"), buttonLeft(3), 510, ButtonWidth);
     Cmd_Vis_All = kit.button(this, "Cmd_Vis_All", QStringLiteral("Visualizza Tutto"), wideButtonLeft(0), 900,
                              WideButtonStep - 30);
-    Cmd_Print = kit.button(this, "Cmd_Print", QStringLiteral("PRINT PROCEDURA"), wideButtonLeft(1), 900,
-                           WideButtonStep - 30);
-    Cmd_Print_Rapporto = kit.button(this, "Cmd_Print_Rapporto", QStringLiteral("PRINT RAPPORTO"), wideButtonLeft(2), 900,
-                                    WideButtonStep - 30);
+    Cmd_Print =
+        kit.button(this, "Cmd_Print", QStringLiteral("PRINT PROCEDURA"), wideButtonLeft(1), 900, WideButtonStep - 30);
+    Cmd_Print_Rapporto = kit.button(this, "Cmd_Print_Rapporto", QStringLiteral("PRINT RAPPORTO"), wideButtonLeft(2),
+                                    900, WideButtonStep - 30);
 
     // The assignments.
-    DataGrid2 = kit.grid(this, "DataGrid2", Adodc5, "Adodc5", 120, AssignmentsTop, ScreenWidth - 240, AssignmentsHeight);
+    DataGrid2 =
+        kit.grid(this, "DataGrid2", Adodc5, "Adodc5", 120, AssignmentsTop, ScreenWidth - 240, AssignmentsHeight);
 
     // The steps of the assignment, with the minutes of a new step.
-    Frame2 = kit.frame(this, "Frame2", QStringLiteral("N° Procedure Manutenzione"), 120, LowerTop, StepsWidth, LowerHeight);
+    Frame2 =
+        kit.frame(this, "Frame2", QStringLiteral("N° Procedure Manutenzione"), 120, LowerTop, StepsWidth, LowerHeight);
     DataGrid1 = kit.grid(Frame2, "DataGrid1", Adodc1, "Adodc1", 120, 240, StepsWidth - 240, 1860);
     Txt_Min = kit.searchFrame(Frame2, "Frame10", QStringLiteral("Minuti"), "Txt_Min", 120, 2220, 1300, 700, &Frame10);
     Txt_Min->setText(QStringLiteral("0"));
@@ -163,7 +164,8 @@ void Form13::buildControls()
     Cmd_Delete2->setEnabled(false); // a click on a step enables it
 
     // The model's general procedures: the step picked for copying.
-    Frame1 = kit.frame(this, "Frame1", QStringLiteral("Procedure Generali"), GeneralLeft, LowerTop, GeneralWidth, LowerHeight);
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("Procedure Generali"), GeneralLeft, LowerTop, GeneralWidth,
+                       LowerHeight);
     DataGrid3 = kit.grid(Frame1, "DataGrid3", Adodc6, "Adodc6", 120, 240, GeneralWidth - 240, 1320);
     Label5 = kit.label(Frame1, "Label5", QStringLiteral("N°"), 120, 1650, 300);
     Txt_Num = kit.field(Frame1, "Txt_Num", 420, 1620, 600);
@@ -210,15 +212,17 @@ void Form13::Form_Load()
         });
     };
     bindList(Adodc2, DataCombo2,
-        QStringLiteral("SELECT Tbl_Proc_General_Macc.Macchina From Tbl_Proc_General_Macc GROUP BY "
-                       "Tbl_Proc_General_Macc.Macchina HAVING (((Tbl_Proc_General_Macc.Macchina)<>''));"),
-        "Macchina");
-    bindList(Adodc3, DataCombo3,
+             QStringLiteral("SELECT Tbl_Proc_General_Macc.Macchina From Tbl_Proc_General_Macc GROUP BY "
+                            "Tbl_Proc_General_Macc.Macchina HAVING (((Tbl_Proc_General_Macc.Macchina)<>''));"),
+             "Macchina");
+    bindList(
+        Adodc3, DataCombo3,
         QStringLiteral("SELECT Tbl_Proc_General_Macc.ID_MODELLO, Tbl_Proc_General_Macc.Modello From "
                        "Tbl_Proc_General_Macc GROUP BY Tbl_Proc_General_Macc.ID_MODELLO, Tbl_Proc_General_Macc.Modello "
                        "ORDER BY Tbl_Proc_General_Macc.Modello;"),
         "Modello");
-    bindList(Adodc4, DataCombo4,
+    bindList(
+        Adodc4, DataCombo4,
         QStringLiteral("SELECT Tbl_Maint_Tipo.ID_MAINT_TIPO, Tbl_Maint_Tipo.Maint_Tipo, Tbl_Maint_Tipo.Frequenza_Sett "
                        "FROM Tbl_Maint_Tipo;"),
         "Maint_Tipo");
@@ -244,16 +248,18 @@ void Form13::Form_Load()
 void Form13::Fill_Assignments(const QString& m, const QString& t)
 {
     Trap trap = Trap::ignoreAll();
-    const QString statement = m.isEmpty() || t.isEmpty()
-        ? QStringLiteral("SELECT Tbl_Assegna_M.ID, Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, "
-                         "Tbl_Assegna_M.Manutenzione_Tipo, Tbl_Assegna_M.Tempo_Minuti, Tbl_Assegna_M.ID_MODELLO, "
-                         "Tbl_Assegna_M.ID_MAINT_TIPO, Tbl_Assegna_M.Num_Macchine, Tbl_Assegna_M.Tot_Ore_Sett FROM "
-                         "Tbl_Assegna_M order by Modello;")
-        : QStringLiteral("SELECT Tbl_Assegna_M.ID, Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, "
-                         "Tbl_Assegna_M.Manutenzione_Tipo, Tbl_Assegna_M.Tempo_Minuti, Tbl_Assegna_M.ID_MODELLO, "
-                         "Tbl_Assegna_M.ID_MAINT_TIPO, Tbl_Assegna_M.Num_Macchine, Tbl_Assegna_M.Tot_Ore_Sett FROM "
-                         "Tbl_Assegna_M WHERE (((Tbl_Assegna_M.ID_MODELLO)=")
-            + m + QStringLiteral(") AND ((Tbl_Assegna_M.ID_MAINT_TIPO)=") + t + QStringLiteral("))order by Modello;");
+    const QString statement =
+        m.isEmpty() || t.isEmpty()
+            ? QStringLiteral("SELECT Tbl_Assegna_M.ID, Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, "
+                             "Tbl_Assegna_M.Manutenzione_Tipo, Tbl_Assegna_M.Tempo_Minuti, Tbl_Assegna_M.ID_MODELLO, "
+                             "Tbl_Assegna_M.ID_MAINT_TIPO, Tbl_Assegna_M.Num_Macchine, Tbl_Assegna_M.Tot_Ore_Sett FROM "
+                             "Tbl_Assegna_M order by Modello;")
+            : QStringLiteral("SELECT Tbl_Assegna_M.ID, Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, "
+                             "Tbl_Assegna_M.Manutenzione_Tipo, Tbl_Assegna_M.Tempo_Minuti, Tbl_Assegna_M.ID_MODELLO, "
+                             "Tbl_Assegna_M.ID_MAINT_TIPO, Tbl_Assegna_M.Num_Macchine, Tbl_Assegna_M.Tot_Ore_Sett FROM "
+                             "Tbl_Assegna_M WHERE (((Tbl_Assegna_M.ID_MODELLO)=") +
+                  m + QStringLiteral(") AND ((Tbl_Assegna_M.ID_MAINT_TIPO)=") + t +
+                  QStringLiteral("))order by Modello;");
     trap.step([&] {
         Adodc5->setRecordSource(statement);
         Adodc5->Refresh();
@@ -272,8 +278,8 @@ void Form13::Fill_Steps(const QString& m, const QString& t)
                            "Tbl_ProcedureM.Procedura, Tbl_ProcedureM.Minuti FROM Tbl_Macchina INNER JOIN "
                            "(Tbl_Maint_Tipo INNER JOIN Tbl_ProcedureM ON Tbl_Maint_Tipo.ID_MAINT_TIPO = "
                            "Tbl_ProcedureM.ID_MAINT_TIPO) ON Tbl_Macchina.ID_MODELLO = "
-                           "Tbl_ProcedureM.ID_MODELLO WHERE Tbl_ProcedureM.ID_MODELLO =")
-            + m + QStringLiteral(" AND Tbl_ProcedureM.ID_MAINT_TIPO = ") + t + QStringLiteral(" Order by Num"));
+                           "Tbl_ProcedureM.ID_MODELLO WHERE Tbl_ProcedureM.ID_MODELLO =") +
+            m + QStringLiteral(" AND Tbl_ProcedureM.ID_MAINT_TIPO = ") + t + QStringLiteral(" Order by Num"));
         Adodc1->Refresh();
     });
     // The minutes are the one column open to typing.
@@ -283,7 +289,7 @@ void Form13::Fill_Steps(const QString& m, const QString& t)
 void Form13::Clear_Step_Fields()
 {
     Trap trap = Trap::ignoreAll();
-    for (vb::TextBox* t : { Txt_Num, Txt_Titolo, Txt_Procedura, Txt_Min, Txt_ID_PROCEDURA_General })
+    for (vb::TextBox* t : {Txt_Num, Txt_Titolo, Txt_Procedura, Txt_Min, Txt_ID_PROCEDURA_General})
         trap.step([&] { t->setText(QString()); });
 }
 
@@ -291,10 +297,10 @@ void Form13::Clear_Fields()
 {
     Trap trap = Trap::ignoreAll();
     trap.step([&] { Clear_Step_Fields(); });
-    for (vb::TextBox* t : { ID_MOD, ID_MAINT, Txt_ID, ID_MOD_OLD, ID_MAINT_OLD, Txt_Grid_Modello, Txt_Grid_Manutenzione,
-             Txt_ID_PROCEDURA, Txt_Tot_Min })
+    for (vb::TextBox* t : {ID_MOD, ID_MAINT, Txt_ID, ID_MOD_OLD, ID_MAINT_OLD, Txt_Grid_Modello, Txt_Grid_Manutenzione,
+                           Txt_ID_PROCEDURA, Txt_Tot_Min})
         trap.step([&] { t->setText(QString()); });
-    for (vb::DataCombo* c : { DataCombo2, DataCombo3, DataCombo4 })
+    for (vb::DataCombo* c : {DataCombo2, DataCombo3, DataCombo4})
         trap.step([&] { c->setText(QString()); });
 }
 
@@ -302,7 +308,7 @@ void Form13::Clear_Fields()
 
 void Form13::DataCombo2_Change()
 {
-    Trap trap { { err::InvalidUseOfNull, err::InvalidPropertyValue }, Trap::ShowBox };
+    Trap trap{{err::InvalidUseOfNull, err::InvalidPropertyValue}, Trap::ShowBox};
     const QString machine = DataCombo2->Text();
     if (machine.size() < 3)
         return;
@@ -310,8 +316,9 @@ void Form13::DataCombo2_Change()
         Adodc3->setRecordSource(QStringLiteral("SELECT Tbl_Proc_General_Macc.ID_MODELLO, Tbl_Proc_General_Macc.Modello "
                                                "From Tbl_Proc_General_Macc GROUP BY Tbl_Proc_General_Macc.ID_MODELLO, "
                                                "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General_Macc.Macchina HAVING "
-                                               "(((Tbl_Proc_General_Macc.Macchina)='")
-            + vb::DoubledQuotes(machine) + QStringLiteral("')) ORDER BY Tbl_Proc_General_Macc.Modello;"));
+                                               "(((Tbl_Proc_General_Macc.Macchina)='") +
+                                vb::DoubledQuotes(machine) +
+                                QStringLiteral("')) ORDER BY Tbl_Proc_General_Macc.Modello;"));
         Adodc3->Refresh();
     });
     trap.step([&] {
@@ -324,13 +331,13 @@ void Form13::DataCombo2_Change()
 void Form13::DataCombo3_Change()
 {
     keyOfName(DataCombo3->Text(), QStringLiteral("SELECT * From Tbl_Macchina Where Modello = '"),
-        QStringLiteral("ID_MODELLO"), ID_MOD);
+              QStringLiteral("ID_MODELLO"), ID_MOD);
 }
 
 void Form13::DataCombo4_Change()
 {
     keyOfName(DataCombo4->Text(), QStringLiteral("SELECT * From Tbl_Maint_Tipo WHERE Maint_Tipo = '"),
-        QStringLiteral("ID_MAINT_TIPO"), ID_MAINT);
+              QStringLiteral("ID_MAINT_TIPO"), ID_MAINT);
 }
 
 void Form13::keyOfName(const QString& name, const QString& select, const QString& keyColumn, vb::TextBox* key)
@@ -364,7 +371,7 @@ void Form13::DataGrid2_Click()
 
 void Form13::DataGrid2_RowColChange()
 {
-    Trap trap { { err::InvalidUseOfNull, err::GridDataAccess, err::InvalidPropertyValue }, Trap::Resume };
+    Trap trap{{err::InvalidUseOfNull, err::GridDataAccess, err::InvalidPropertyValue}, Trap::Resume};
     trap.step([&] { Clear_Step_Fields(); });
     QString id;
     trap.step([&] {
@@ -391,24 +398,25 @@ void Form13::DataGrid2_RowColChange()
 
     Fill_Steps(m, t);
     trap.step([&] {
-        Frame2->setCaption(QStringLiteral("N° Procedure Manutenzione ")
-            + DataGrid2->Columns(QStringLiteral("Manutenzione_Tipo")).Text() + QStringLiteral(" ")
-            + QString::number(Adodc1->RecordCount()));
+        Frame2->setCaption(QStringLiteral("N° Procedure Manutenzione ") +
+                           DataGrid2->Columns(QStringLiteral("Manutenzione_Tipo")).Text() + QStringLiteral(" ") +
+                           QString::number(Adodc1->RecordCount()));
     });
 
     trap.step([&] {
         Adodc6->setRecordSource(
-            QStringLiteral("SELECT Tbl_Proc_General.ID_Procedura, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
-                           "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura, "
-                           "Tbl_Proc_General.ID_MODELLO FROM Tbl_Proc_General INNER JOIN Tbl_Macchina ON "
-                           "Tbl_Proc_General.ID_MODELLO = Tbl_Macchina.ID_MODELLO Where Tbl_Proc_General.ID_MODELLO = ")
-            + m + QStringLiteral(" ORDER BY Tbl_Proc_General.Num;"));
+            QStringLiteral(
+                "SELECT Tbl_Proc_General.ID_Procedura, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
+                "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura, "
+                "Tbl_Proc_General.ID_MODELLO FROM Tbl_Proc_General INNER JOIN Tbl_Macchina ON "
+                "Tbl_Proc_General.ID_MODELLO = Tbl_Macchina.ID_MODELLO Where Tbl_Proc_General.ID_MODELLO = ") +
+            m + QStringLiteral(" ORDER BY Tbl_Proc_General.Num;"));
         Adodc6->Refresh();
     });
     trap.step([&] { layColumns(DataGrid3, GeneralColumns); });
     trap.step([&] {
-        Frame1->setCaption(QString::number(Adodc6->RecordCount()) + QStringLiteral(" Procedure Generali ")
-            + DataGrid2->Columns(QStringLiteral("Modello")).Text());
+        Frame1->setCaption(QString::number(Adodc6->RecordCount()) + QStringLiteral(" Procedure Generali ") +
+                           DataGrid2->Columns(QStringLiteral("Modello")).Text());
     });
 
     // The pick lists follow the assignment; each change runs its own lookup.
@@ -440,7 +448,7 @@ void Form13::DataGrid1_Click()
 
 void Form13::DataGrid1_RowColChange()
 {
-    Trap trap { { err::InvalidUseOfNull, err::GridDataAccess, err::InvalidPropertyValue }, Trap::Resume };
+    Trap trap{{err::InvalidUseOfNull, err::GridDataAccess, err::InvalidPropertyValue}, Trap::Resume};
     if (DataGrid1->Row() < 0)
         return;
     trap.step([&] { Txt_Grid_Modello->setText(DataGrid1->Columns(QStringLiteral("Modello")).Value()); });
@@ -455,7 +463,7 @@ void Form13::DataGrid1_RowColChange()
 
 void Form13::DataGrid3_RowColChange()
 {
-    Trap trap { { err::InvalidUseOfNull, err::GridDataAccess, err::InvalidPropertyValue }, Trap::Resume };
+    Trap trap{{err::InvalidUseOfNull, err::GridDataAccess, err::InvalidPropertyValue}, Trap::Resume};
     trap.step([&] { Clear_Step_Fields(); });
     trap.step([&] { Cmd_Edit->setEnabled(true); });
     if (DataGrid3->Row() < 0)
@@ -488,11 +496,11 @@ void Form13::Txt_Min_Change()
 
 // ---- the assignment: insert, save, delete -------------------------------------------
 
-QString Form13::Scheda(
-    const QString& m, const QString& t, const QString& machine, const QString& model, const QString& type)
+QString Form13::Scheda(const QString& m, const QString& t, const QString& machine, const QString& model,
+                       const QString& type)
 {
-    return m + QStringLiteral("_") + t + machine.left(3) + QStringLiteral("_") + model.left(3) + QStringLiteral("_")
-        + type.left(3);
+    return m + QStringLiteral("_") + t + machine.left(3) + QStringLiteral("_") + model.left(3) + QStringLiteral("_") +
+           type.left(3);
 }
 
 void Form13::Cmd_Add_Click()
@@ -525,15 +533,15 @@ void Form13::Update_Register_Minutes(const QString& m, const QString& t, const Q
     bool rows = false;
     trap.step([&] {
         store::Recordset rs;
-        rs.Open(QStringLiteral("SELECT * FROM Tbl_Maintenance Where Tbl_Maintenance.ID_MODELLO = ") + m
-            + QStringLiteral(" And Tbl_Maintenance.ID_MAINT_TIPO = ") + t);
+        rs.Open(QStringLiteral("SELECT * FROM Tbl_Maintenance Where Tbl_Maintenance.ID_MODELLO = ") + m +
+                QStringLiteral(" And Tbl_Maintenance.ID_MAINT_TIPO = ") + t);
         rows = !rs.Eof();
     });
     if (rows)
         trap.step([&] {
-            store::Run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Tempo_Minuti = ") + minutes
-                + QStringLiteral(" Where Tbl_Maintenance.ID_MODELLO = ") + m
-                + QStringLiteral(" And Tbl_Maintenance.ID_MAINT_TIPO = ") + t);
+            store::Run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Tempo_Minuti = ") + minutes +
+                       QStringLiteral(" Where Tbl_Maintenance.ID_MODELLO = ") + m +
+                       QStringLiteral(" And Tbl_Maintenance.ID_MAINT_TIPO = ") + t);
         });
 }
 
@@ -569,14 +577,14 @@ void Form13::Cmd_Edit_Click()
         bool duplicate = false;
         trap.step([&] {
             store::Recordset rs;
-            rs.Open(QStringLiteral("Select * from Tbl_Assegna_M where Modello = '") + model
-                + QStringLiteral("' AND ID_MAINT_TIPO = ") + t + QStringLiteral(" AND Macchina = '") + machine
-                + QStringLiteral("'"));
+            rs.Open(QStringLiteral("Select * from Tbl_Assegna_M where Modello = '") + model +
+                    QStringLiteral("' AND ID_MAINT_TIPO = ") + t + QStringLiteral(" AND Macchina = '") + machine +
+                    QStringLiteral("'"));
             duplicate = !rs.Eof();
         });
         if (duplicate) {
             vb::MsgBox(QStringLiteral("Questa manutenzione è già stata assegnata a questa Macchina!!"), mb::Critical,
-                QStringLiteral("DUPPLICATO DI MANUTENZIONE"));
+                       QStringLiteral("DUPPLICATO DI MANUTENZIONE"));
             return;
         }
         Variant newId;
@@ -615,8 +623,7 @@ void Form13::Cmd_Edit_Click()
     }
 
     if (vb::MsgBox(QStringLiteral("Stai per eseguire una Modifica, Vuoi Procedere??"), mb::YesNo + mb::Question,
-            QStringLiteral("Modifica Dati"))
-        != vb::answer::Yes) {
+                   QStringLiteral("Modifica Dati")) != vb::answer::Yes) {
         trap.step([] { Show_Workload_Total(); });
         return;
     }
@@ -632,7 +639,8 @@ void Form13::Cmd_Edit_Click()
                 listed = DataGrid2->Columns(QStringLiteral("Manutenzione_Tipo")).Text();
         });
         vb::MsgBox(QStringLiteral("Devi prima selezionare una delle procedure già assegnate per questa Macchina"),
-            mb::Information, QStringLiteral("SELEZIONA PROCEDURE MANUTENZIONE '") + listed + QStringLiteral("'"));
+                   mb::Information,
+                   QStringLiteral("SELEZIONA PROCEDURE MANUTENZIONE '") + listed + QStringLiteral("'"));
     } else {
         QString id;
         trap.step([&] { id = vb::KeyText(Txt_ID->Text()); });
@@ -651,20 +659,20 @@ void Form13::Cmd_Edit_Click()
             nextRevision(rs, trap);
         }
         trap.step([&] {
-            store::Run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.ID_MAINT_TIPO = ") + t
-                + QStringLiteral(", Tbl_ProcedureM.ID_MODELLO = ") + m
-                + QStringLiteral(" Where Tbl_ProcedureM.ID_MODELLO = ") + mOld
-                + QStringLiteral(" And Tbl_ProcedureM.ID_MAINT_TIPO = ") + tOld);
+            store::Run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.ID_MAINT_TIPO = ") + t +
+                       QStringLiteral(", Tbl_ProcedureM.ID_MODELLO = ") + m +
+                       QStringLiteral(" Where Tbl_ProcedureM.ID_MODELLO = ") + mOld +
+                       QStringLiteral(" And Tbl_ProcedureM.ID_MAINT_TIPO = ") + tOld);
         });
         // The steps named by the selected step's model and type follow as well.
         trap.step([&] {
-            store::Run(QStringLiteral("UPDATE Tbl_Maint_Tipo INNER JOIN (Tbl_ProcedureM INNER JOIN Tbl_Macchina ON "
+            store::Run(
+                QStringLiteral("UPDATE Tbl_Maint_Tipo INNER JOIN (Tbl_ProcedureM INNER JOIN Tbl_Macchina ON "
                                "Tbl_ProcedureM.ID_MODELLO = Tbl_Macchina.ID_MODELLO) ON Tbl_Maint_Tipo.ID_MAINT_TIPO = "
-                               "Tbl_ProcedureM.ID_MAINT_TIPO SET Tbl_ProcedureM.ID_MODELLO = ")
-                + m + QStringLiteral(", Tbl_ProcedureM.ID_MAINT_TIPO = ") + t
-                + QStringLiteral(" WHERE (((Tbl_Maint_Tipo.Maint_Tipo)='") + Txt_Grid_Manutenzione->Text()
-                + QStringLiteral("') AND ((Tbl_Macchina.Modello)='") + Txt_Grid_Modello->Text()
-                + QStringLiteral("'));"));
+                               "Tbl_ProcedureM.ID_MAINT_TIPO SET Tbl_ProcedureM.ID_MODELLO = ") +
+                m + QStringLiteral(", Tbl_ProcedureM.ID_MAINT_TIPO = ") + t +
+                QStringLiteral(" WHERE (((Tbl_Maint_Tipo.Maint_Tipo)='") + Txt_Grid_Manutenzione->Text() +
+                QStringLiteral("') AND ((Tbl_Macchina.Modello)='") + Txt_Grid_Modello->Text() + QStringLiteral("'));"));
         });
     }
 
@@ -679,12 +687,12 @@ void Form13::Cmd_Edit_Click()
         trap.step([&] { static_cast<void>(rs.Fields(QStringLiteral("Koeff_Settimanale")).Value()); });
         trap.step([&] { name = rs.Fields(QStringLiteral("Maint_Tipo")).Value(); });
         trap.step([&] {
-            store::Run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Tempo_Minuti = '") + text(figures.S)
-                + QStringLiteral("', Tbl_Maintenance.ID_MAINT_TIPO = ") + t
-                + QStringLiteral(", Tbl_Maintenance.Manutenzione_Tipo = '") + text(name)
-                + QStringLiteral("', Tbl_Maintenance.Frequenza_Sett = '") + text(weeks)
-                + QStringLiteral("' Where Tbl_Maintenance.ID_MODELLO = ") + mOld
-                + QStringLiteral(" And Tbl_Maintenance.ID_MAINT_TIPO = ") + tOld);
+            store::Run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Tempo_Minuti = '") + text(figures.S) +
+                       QStringLiteral("', Tbl_Maintenance.ID_MAINT_TIPO = ") + t +
+                       QStringLiteral(", Tbl_Maintenance.Manutenzione_Tipo = '") + text(name) +
+                       QStringLiteral("', Tbl_Maintenance.Frequenza_Sett = '") + text(weeks) +
+                       QStringLiteral("' Where Tbl_Maintenance.ID_MODELLO = ") + mOld +
+                       QStringLiteral(" And Tbl_Maintenance.ID_MAINT_TIPO = ") + tOld);
         });
     }
     reload(true);
@@ -695,12 +703,12 @@ void Form13::Cmd_Delete_Click()
     Trap trap = Trap::ignoreAll();
     if (Txt_ID->Text().isEmpty()) {
         vb::MsgBox(QStringLiteral("Non è stato selezionato nessun dato!"), mb::Exclamation,
-            QStringLiteral("NESSUNA MANUTENZIONE SELEZIONATA"));
+                   QStringLiteral("NESSUNA MANUTENZIONE SELEZIONATA"));
         return;
     }
     if (vb::MsgBox(QStringLiteral("Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?"),
-            mb::YesNo + mb::Question, QStringLiteral("Eliminazione Manutenzione e Procedure"))
-        != vb::answer::Yes)
+                   mb::YesNo + mb::Question,
+                   QStringLiteral("Eliminazione Manutenzione e Procedure")) != vb::answer::Yes)
         return;
     QString id, m, t;
     trap.step([&] { id = vb::KeyText(Txt_ID->Text()); });
@@ -710,12 +718,12 @@ void Form13::Cmd_Delete_Click()
     trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Assegna_M WHERE ID  = ") + id); });
     trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Certif_Proced_Manut WHERE ID_Assegna_M  = ") + id); });
     trap.step([&] {
-        store::Run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_MODELLO  = ") + m
-            + QStringLiteral(" And ID_MAINT_TIPO = ") + t);
+        store::Run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_MODELLO  = ") + m +
+                   QStringLiteral(" And ID_MAINT_TIPO = ") + t);
     });
     trap.step([&] {
-        store::Run(QStringLiteral("Delete * from Tbl_ProcedureM WHERE ID_MODELLO  = ") + m
-            + QStringLiteral(" And ID_MAINT_TIPO = ") + t);
+        store::Run(QStringLiteral("Delete * from Tbl_ProcedureM WHERE ID_MODELLO  = ") + m +
+                   QStringLiteral(" And ID_MAINT_TIPO = ") + t);
     });
     trap.step([&] { Clear_Fields(); });
     reload(true);
@@ -725,7 +733,7 @@ void Form13::Cmd_Delete_Click()
 
 void Form13::Cmd_Inserisci_Click()
 {
-    Trap trap { { err::InvalidUseOfNull, err::InvalidPropertyValue, ObjectNotSet, err::SyntaxError }, Trap::ShowBox };
+    Trap trap{{err::InvalidUseOfNull, err::InvalidPropertyValue, ObjectNotSet, err::SyntaxError}, Trap::ShowBox};
     const QString minutes = Txt_Min->Text();
     const bool noMinutes = minutes.isEmpty() || vb::Val(Variant(minutes)) == 0;
     if (Txt_Titolo->Text().isEmpty() || Txt_Procedura->Text().isEmpty() || noMinutes) {
@@ -772,8 +780,8 @@ void Form13::Cmd_Inserisci_Click()
         const QString sheet = Scheda(m, t, DataCombo2->Text(), DataCombo3->Text(), DataCombo4->Text());
         store::Recordset rs;
         trap.step([&] {
-            rs.Open(
-                QStringLiteral("Select * FROM Tbl_Certif_Proced_Manut Where Scheda = '") + sheet + QStringLiteral("'"));
+            rs.Open(QStringLiteral("Select * FROM Tbl_Certif_Proced_Manut Where Scheda = '") + sheet +
+                    QStringLiteral("'"));
         });
         nextRevision(rs, trap);
     }
@@ -786,12 +794,11 @@ void Form13::Cmd_Delete2_Click()
     Trap trap = Trap::ignoreAll();
     if (Txt_ID_PROCEDURA->Text().isEmpty()) {
         vb::MsgBox(QStringLiteral("Non è stato selezionato nessun dato!"), mb::Exclamation,
-            QStringLiteral("NESSUNA PROCEDURA SELEZIONATA"));
+                   QStringLiteral("NESSUNA PROCEDURA SELEZIONATA"));
         return;
     }
     if (vb::MsgBox(QStringLiteral("Vuoi Veramente eliminare la Procedura selezionata?"), mb::YesNo + mb::Question,
-            QStringLiteral("Eliminazione Procedura"))
-        != vb::answer::Yes)
+                   QStringLiteral("Eliminazione Procedura")) != vb::answer::Yes)
         return;
     QString id, m, t;
     trap.step([&] { id = vb::KeyText(Txt_ID_PROCEDURA->Text()); });
@@ -829,7 +836,7 @@ void Form13::Cmd_Vis_All_Click()
 {
     Trap trap = Trap::ignoreAll();
     // The register's pair no longer filters the lists.
-    for (const char* control : { "ID_MOD", "ID_MAINT", "DataCombo4" })
+    for (const char* control : {"ID_MOD", "ID_MAINT", "DataCombo4"})
         trap.step([&] {
             if (vb::Control* c = shell::screens().control(QStringLiteral("Form7"), QString::fromLatin1(control)))
                 c->setVbProperty(QStringLiteral("Text"), QString());
@@ -848,39 +855,39 @@ void Form13::printSheet(const QString& report, const QString& typeBox)
     trap.step([&] { reports::UnloadReport(report); });
     const QString key = ID_MOD->Text();
     if (key.isEmpty()) {
-        vb::MsgBox(
-            QStringLiteral("Non hai selezionato nessun dato!"), mb::Exclamation, QStringLiteral("MANCANZA DATI"));
+        vb::MsgBox(QStringLiteral("Non hai selezionato nessun dato!"), mb::Exclamation,
+                   QStringLiteral("MANCANZA DATI"));
         return;
     }
     if (vb::Val(Variant(key)) == 0) {
         vb::MsgBox(QStringLiteral("Non c'è nessuna Procedura di Manutenzione!"), mb::Information,
-            QStringLiteral("MANCANZA DATI!"));
+                   QStringLiteral("MANCANZA DATI!"));
         return;
     }
     QString m, t;
     trap.step([&] { m = vb::KeyText(key); });
     trap.step([&] { t = vb::KeyText(ID_MAINT->Text()); });
     // An assignment without a sheet row drops out through the inner join.
-    const QString statement
-        = QStringLiteral(
-              "SHAPE {SELECT Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, Tbl_Maint_Tipo.Maint_Tipo, "
-              "Sum(Tbl_ProcedureM.Minuti) AS SommaDiMinuti, Tbl_Assegna_M.Tempo_Ore AS Ore, "
-              "Tbl_Certif_Proced_Manut.Scheda, Tbl_Certif_Proced_Manut.Data_Scheda, Tbl_Certif_Proced_Manut.Rev, "
-              "Tbl_Certif_Proced_Manut.Data_Rev FROM Tbl_Certif_Proced_Manut INNER JOIN (Tbl_Assegna_M INNER JOIN "
-              "(Tbl_Maint_Tipo INNER JOIN Tbl_ProcedureM ON Tbl_Maint_Tipo.ID_MAINT_TIPO = "
-              "Tbl_ProcedureM.ID_MAINT_TIPO) ON (Tbl_Assegna_M.ID_MAINT_TIPO = Tbl_ProcedureM.ID_MAINT_TIPO) AND "
-              "(Tbl_Assegna_M.ID_MODELLO = Tbl_ProcedureM.ID_MODELLO)) ON Tbl_Certif_Proced_Manut.ID_Assegna_M = "
-              "Tbl_Assegna_M.ID GROUP BY Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, Tbl_Maint_Tipo.Maint_Tipo, "
-              "Tbl_Assegna_M.Tempo_Ore, Tbl_ProcedureM.ID_MODELLO, Tbl_ProcedureM.ID_MAINT_TIPO, "
-              "Tbl_Certif_Proced_Manut.Scheda, Tbl_Certif_Proced_Manut.Data_Scheda, Tbl_Certif_Proced_Manut.Rev, "
-              "Tbl_Certif_Proced_Manut.Data_Rev HAVING (((Tbl_ProcedureM.ID_MODELLO)=")
-        + m + QStringLiteral(") AND ((Tbl_ProcedureM.ID_MAINT_TIPO)=") + t + QStringLiteral("));} ")
-        + QStringLiteral("APPEND ({SELECT Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, "
-                         "Tbl_Assegna_M.Manutenzione_Tipo, Tbl_ProcedureM.Num, Tbl_ProcedureM.Titolo, "
-                         "Tbl_ProcedureM.Procedura, Tbl_ProcedureM.Minuti FROM Tbl_Assegna_M INNER JOIN "
-                         "Tbl_ProcedureM ON (Tbl_Assegna_M.ID_MODELLO = Tbl_ProcedureM.ID_MODELLO) AND "
-                         "(Tbl_Assegna_M.ID_MAINT_TIPO = Tbl_ProcedureM.ID_MAINT_TIPO)ORDER BY Tbl_ProcedureM.Num;} ")
-        + QStringLiteral("RELATE Modello to Modello, Maint_Tipo to Manutenzione_Tipo) as Dati");
+    const QString statement =
+        QStringLiteral(
+            "SHAPE {SELECT Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, Tbl_Maint_Tipo.Maint_Tipo, "
+            "Sum(Tbl_ProcedureM.Minuti) AS SommaDiMinuti, Tbl_Assegna_M.Tempo_Ore AS Ore, "
+            "Tbl_Certif_Proced_Manut.Scheda, Tbl_Certif_Proced_Manut.Data_Scheda, Tbl_Certif_Proced_Manut.Rev, "
+            "Tbl_Certif_Proced_Manut.Data_Rev FROM Tbl_Certif_Proced_Manut INNER JOIN (Tbl_Assegna_M INNER JOIN "
+            "(Tbl_Maint_Tipo INNER JOIN Tbl_ProcedureM ON Tbl_Maint_Tipo.ID_MAINT_TIPO = "
+            "Tbl_ProcedureM.ID_MAINT_TIPO) ON (Tbl_Assegna_M.ID_MAINT_TIPO = Tbl_ProcedureM.ID_MAINT_TIPO) AND "
+            "(Tbl_Assegna_M.ID_MODELLO = Tbl_ProcedureM.ID_MODELLO)) ON Tbl_Certif_Proced_Manut.ID_Assegna_M = "
+            "Tbl_Assegna_M.ID GROUP BY Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, Tbl_Maint_Tipo.Maint_Tipo, "
+            "Tbl_Assegna_M.Tempo_Ore, Tbl_ProcedureM.ID_MODELLO, Tbl_ProcedureM.ID_MAINT_TIPO, "
+            "Tbl_Certif_Proced_Manut.Scheda, Tbl_Certif_Proced_Manut.Data_Scheda, Tbl_Certif_Proced_Manut.Rev, "
+            "Tbl_Certif_Proced_Manut.Data_Rev HAVING (((Tbl_ProcedureM.ID_MODELLO)=") +
+        m + QStringLiteral(") AND ((Tbl_ProcedureM.ID_MAINT_TIPO)=") + t + QStringLiteral("));} ") +
+        QStringLiteral("APPEND ({SELECT Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, "
+                       "Tbl_Assegna_M.Manutenzione_Tipo, Tbl_ProcedureM.Num, Tbl_ProcedureM.Titolo, "
+                       "Tbl_ProcedureM.Procedura, Tbl_ProcedureM.Minuti FROM Tbl_Assegna_M INNER JOIN "
+                       "Tbl_ProcedureM ON (Tbl_Assegna_M.ID_MODELLO = Tbl_ProcedureM.ID_MODELLO) AND "
+                       "(Tbl_Assegna_M.ID_MAINT_TIPO = Tbl_ProcedureM.ID_MAINT_TIPO)ORDER BY Tbl_ProcedureM.Num;} ") +
+        QStringLiteral("RELATE Modello to Modello, Maint_Tipo to Manutenzione_Tipo) as Dati");
     reports::ShowOptions options;
     options.setup = [typeBox](reports::ReportLayout& layout) {
         layout.setDataField(Section::GroupHeader, QStringLiteral("TextBox11"), QStringLiteral("Macchina"));

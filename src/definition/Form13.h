@@ -43,7 +43,7 @@ public:
     // hidden keys and flags
     vb::TextBox* ID_MOD;
     vb::TextBox* ID_MAINT;
-    vb::TextBox* Txt_ID; ///< key of the selected assignment
+    vb::TextBox* Txt_ID;     ///< key of the selected assignment
     vb::TextBox* ID_MOD_OLD; ///< the keys as they were at the selection
     vb::TextBox* ID_MAINT_OLD;
     vb::TextBox* Txt_ID_MODELLO; ///< the pair handed from Form7
@@ -57,15 +57,15 @@ public:
     // ---- the lists --------------------------------------------------------------------
     vb::DataGrid* DataGrid2; ///< assignments, on Adodc5
     vb::Adodc* Adodc5;
-    vb::Frame* Frame2; ///< the steps of the assignment
+    vb::Frame* Frame2;       ///< the steps of the assignment
     vb::DataGrid* DataGrid1; ///< on Adodc1
     vb::Adodc* Adodc1;
     vb::Frame* Frame10; ///< the step's minutes
     vb::TextBox* Txt_Min;
     vb::CommandButton* Cmd_Inserisci; ///< "INSERISCI": the picked general step with its minutes
-    vb::CommandButton* Cmd_Delete2; ///< "ELIMINA": the selected step
-    vb::Frame* Frame1; ///< the model's general procedures
-    vb::DataGrid* DataGrid3; ///< on Adodc6
+    vb::CommandButton* Cmd_Delete2;   ///< "ELIMINA": the selected step
+    vb::Frame* Frame1;                ///< the model's general procedures
+    vb::DataGrid* DataGrid3;          ///< on Adodc6
     vb::Adodc* Adodc6;
     vb::Label* Label5;
     vb::TextBox* Txt_Num;
@@ -73,12 +73,12 @@ public:
     vb::TextBox* Txt_Procedura;
 
     // ---- commands ---------------------------------------------------------------------
-    vb::CommandButton* Cmd_Add; ///< "INSERISCI"
-    vb::CommandButton* Cmd_Edit; ///< "MODIFICA" / "SALVA"
-    vb::CommandButton* Cmd_Delete; ///< "ELIMINA"
-    vb::CommandButton* Cmd_Aggiorna; ///< "AGGIORNA"
-    vb::CommandButton* Cmd_Vis_All; ///< "Visualizza Tutto"
-    vb::CommandButton* Cmd_Print; ///< "PRINT PROCEDURA", DataReport7
+    vb::CommandButton* Cmd_Add;            ///< "INSERISCI"
+    vb::CommandButton* Cmd_Edit;           ///< "MODIFICA" / "SALVA"
+    vb::CommandButton* Cmd_Delete;         ///< "ELIMINA"
+    vb::CommandButton* Cmd_Aggiorna;       ///< "AGGIORNA"
+    vb::CommandButton* Cmd_Vis_All;        ///< "Visualizza Tutto"
+    vb::CommandButton* Cmd_Print;          ///< "PRINT PROCEDURA", DataReport7
     vb::CommandButton* Cmd_Print_Rapporto; ///< "PRINT RAPPORTO", DataReport5, the job sheet
 
     void DataCombo2_Change();
@@ -103,8 +103,8 @@ public:
 
     /// The sheet code of an assignment: "{m}_{t}" then the first three letters of machine,
     /// model and type joined by "_" (12, 3, Tornio, T200, Mensile: "12_3Tor_T20_Men").
-    static QString Scheda(
-        const QString& m, const QString& t, const QString& machine, const QString& model, const QString& type);
+    static QString Scheda(const QString& m, const QString& t, const QString& machine, const QString& model,
+                          const QString& type);
 
 private:
     void buildControls();

@@ -58,8 +58,8 @@ QString stepsOf(const QString& id)
     return QStringLiteral("SELECT Tbl_Proc_General.ID_Procedura, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
                           "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM "
                           "Tbl_Macchina INNER JOIN  Tbl_Proc_General ON Tbl_Macchina.ID_MODELLO = "
-                          "Tbl_Proc_General.ID_MODELLO WHERE Tbl_Proc_General.ID_MODELLO =")
-        + id + QStringLiteral("  Order by Num");
+                          "Tbl_Proc_General.ID_MODELLO WHERE Tbl_Proc_General.ID_MODELLO =") +
+           id + QStringLiteral("  Order by Num");
 }
 
 /// The grids' columns by position: width (twips) and caption.
@@ -68,13 +68,11 @@ struct ColumnLayout
     int width;
     const char* caption;
 };
-constexpr ColumnLayout ModelGridColumns[]
-    = { { 0, "ID" }, { 2100, "Macchina" }, { 2100, "Modello" }, { 0, "ID_MODELLO" } };
-constexpr ColumnLayout StepGridColumns[] = { { 0, "ID_Procedura" }, { 1500, "Macchina" }, { 1500, "Modello" },
-    { 500, "Num" }, { 2400, "Titolo" }, { 2700, "Procedura" } };
+constexpr ColumnLayout ModelGridColumns[] = {{0, "ID"}, {2100, "Macchina"}, {2100, "Modello"}, {0, "ID_MODELLO"}};
+constexpr ColumnLayout StepGridColumns[] = {{0, "ID_Procedura"}, {1500, "Macchina"}, {1500, "Modello"},
+                                            {500, "Num"},        {2400, "Titolo"},   {2700, "Procedura"}};
 
-template <std::size_t N>
-void formatGrid(vb::DataGrid* grid, const ColumnLayout (&columns)[N])
+template <std::size_t N> void formatGrid(vb::DataGrid* grid, const ColumnLayout (&columns)[N])
 {
     Trap trap = Trap::ignoreAll();
     for (int i = 0; i < int(N); ++i) {
@@ -104,13 +102,12 @@ void clearTextOf(const QString& screen, const QString& name)
 /// other failure shows its number and description and ends the save.
 Trap saveTrap()
 {
-    return Trap { { err::InvalidUseOfNull, err::InvalidPropertyValue, err::TypeMismatch }, Trap::ShowBox };
+    return Trap{{err::InvalidUseOfNull, err::InvalidPropertyValue, err::TypeMismatch}, Trap::ShowBox};
 }
 
 } // namespace
 
-Form9::Form9(QWidget* owner)
-    : vb::Form(owner, ScreenName, QStringLiteral("PROCEDURE MANUTENZIONI"))
+Form9::Form9(QWidget* owner) : vb::Form(owner, ScreenName, QStringLiteral("PROCEDURE MANUTENZIONI"))
 {
     buildControls();
     connectEvents();
@@ -125,7 +122,8 @@ void Form9::buildControls()
     DataGrid2 = kit.grid(this, "DataGrid2", Adodc5, "Adodc5", 120, 120, ModelGridWidth, ModelGridHeight);
     Label3 = kit.label(this, "Label3", QStringLiteral("Macchina:"), PanelLeft, 150, ComboLeft - PanelLeft);
     DataCombo2 = kit.dataCombo(this, "DataCombo2", Adodc2, "Adodc2", ComboLeft, 120, ComboWidth);
-    Label4 = kit.label(this, "Label4", QStringLiteral("Modello:"), PanelLeft, 150 + ButtonStep + 60, ComboLeft - PanelLeft);
+    Label4 =
+        kit.label(this, "Label4", QStringLiteral("Modello:"), PanelLeft, 150 + ButtonStep + 60, ComboLeft - PanelLeft);
     DataCombo3 = kit.dataCombo(this, "DataCombo3", Adodc3, "Adodc3", ComboLeft, 120 + ButtonStep + 60, ComboWidth);
     Cmd_Add = kit.button(this, "Cmd_Add", QStringLiteral("INSERISCI"), ModelButtonsLeft, 120, ModelButtonWidth);
     Cmd_Edit = kit.button(this, "Cmd_Edit", Edit, ModelButtonsLeft, 120 + ButtonStep, ModelButtonWidth);
@@ -156,16 +154,21 @@ void Form9::buildControls()
     Txt_Copy_Titolo = kit.hidden("Txt_Copy_Titolo");
     Txt_Copy_Procedura = kit.hidden("Txt_Copy_Procedura");
 
-    Cmd_Add2 = kit.button(this, "Cmd_Add2", QStringLiteral("INSERISCI"), StepButtonsLeft, stepButtonTop(0), StepButtonWidth);
+    Cmd_Add2 =
+        kit.button(this, "Cmd_Add2", QStringLiteral("INSERISCI"), StepButtonsLeft, stepButtonTop(0), StepButtonWidth);
     Cmd_Edit2 = kit.button(this, "Cmd_Edit2", Edit, StepButtonsLeft, stepButtonTop(1), StepButtonWidth);
-    Cmd_Delete2 = kit.button(this, "Cmd_Delete2", QStringLiteral("ELIMINA"), StepButtonsLeft, stepButtonTop(2), StepButtonWidth);
-    Cmd_Print = kit.button(this, "Cmd_Print", QStringLiteral("STAMPA"), StepButtonsLeft, stepButtonTop(3), StepButtonWidth);
+    Cmd_Delete2 =
+        kit.button(this, "Cmd_Delete2", QStringLiteral("ELIMINA"), StepButtonsLeft, stepButtonTop(2), StepButtonWidth);
+    Cmd_Print =
+        kit.button(this, "Cmd_Print", QStringLiteral("STAMPA"), StepButtonsLeft, stepButtonTop(3), StepButtonWidth);
     Cmd_Copy = kit.button(this, "Cmd_Copy", QStringLiteral("COPIA"), SecondColumn, stepButtonTop(0), SecondWidth);
     Cmd_Copy->setEnabled(false); // a step selected enables it
     Cmd_Paste = kit.button(this, "Cmd_Paste", QStringLiteral("INCOLLA"), SecondColumn, stepButtonTop(1), SecondWidth);
     Cmd_Paste->setEnabled(false); // a copied step and a model selected after it enable it
-    Cmd_Aggiorna = kit.button(this, "Cmd_Aggiorna", QStringLiteral("Aggiorna dati"), SecondColumn, stepButtonTop(2), SecondWidth);
-    Cmd_Vis_All = kit.button(this, "Cmd_Vis_All", QStringLiteral("Visualizza Tutto"), SecondColumn, stepButtonTop(3), SecondWidth);
+    Cmd_Aggiorna =
+        kit.button(this, "Cmd_Aggiorna", QStringLiteral("Aggiorna dati"), SecondColumn, stepButtonTop(2), SecondWidth);
+    Cmd_Vis_All = kit.button(this, "Cmd_Vis_All", QStringLiteral("Visualizza Tutto"), SecondColumn, stepButtonTop(3),
+                             SecondWidth);
 }
 
 void Form9::connectEvents()
@@ -234,8 +237,8 @@ void Form9::Fill_Models()
             Adodc5->setRecordSource(
                 QStringLiteral("SELECT Tbl_Proc_General_Macc.ID, Tbl_Proc_General_Macc.Macchina, "
                                "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General_Macc.ID_MODELLO From "
-                               "Tbl_Proc_General_Macc WHERE (((Tbl_Proc_General_Macc.ID_MODELLO)= ")
-                + vb::KeyText(Txt_ID_MODELLO->Text()) + QStringLiteral(") Order by Macchina, Modello ;"));
+                               "Tbl_Proc_General_Macc WHERE (((Tbl_Proc_General_Macc.ID_MODELLO)= ") +
+                vb::KeyText(Txt_ID_MODELLO->Text()) + QStringLiteral(") Order by Macchina, Modello ;"));
         Adodc5->Refresh();
     });
     trap.step([&] { Format_Models(); });
@@ -267,8 +270,8 @@ void Form9::Format_Models()
     Variant T;
     trap.step([&] {
         store::Recordset rs;
-        rs.Open(QStringLiteral(
-            "SELECT Sum(Tbl_Assegna_M.Tot_Minuti_Sett) AS SommaDiTot_Minuti_Sett FROM Tbl_Assegna_M;"));
+        rs.Open(
+            QStringLiteral("SELECT Sum(Tbl_Assegna_M.Tot_Minuti_Sett) AS SommaDiTot_Minuti_Sett FROM Tbl_Assegna_M;"));
         if (!rs.Eof())
             T = rs.Fields(QStringLiteral("SommaDiTot_Minuti_Sett")).Value();
     });
@@ -297,7 +300,7 @@ void Form9::DataGrid2_Click()
 
 void Form9::DataGrid2_RowColChange()
 {
-    Trap trap { { err::InvalidUseOfNull, err::GridDataAccess }, Trap::Resume };
+    Trap trap{{err::InvalidUseOfNull, err::GridDataAccess}, Trap::Resume};
     trap.step([&] {
         if (DataGrid2->Row() < 0)
             throw vb::VBError(err::GridDataAccess);
@@ -326,8 +329,8 @@ void Form9::DataGrid2_RowColChange()
     });
     // A copied step can now go to this model.
     trap.step([&] {
-        if (!Txt_Copy_Titolo->Text().isEmpty() && !Txt_Copy_Procedura->Text().isEmpty() && !ID_MOD->Text().isEmpty()
-            && !DataCombo2->Text().isEmpty() && !DataCombo3->Text().isEmpty())
+        if (!Txt_Copy_Titolo->Text().isEmpty() && !Txt_Copy_Procedura->Text().isEmpty() && !ID_MOD->Text().isEmpty() &&
+            !DataCombo2->Text().isEmpty() && !DataCombo3->Text().isEmpty())
             Cmd_Paste->setEnabled(true);
     });
     trap.step([&] { Txt_Posizione->setText(QString::number(DataGrid2->Row())); });
@@ -344,8 +347,8 @@ void Form9::DataCombo2_Change()
             QStringLiteral("SELECT Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello From "
                            "Tbl_Macchina "
                            "GROUP BY Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello Having "
-                           "(((Tbl_Macchina.Macchina) = '")
-            + vb::DoubledQuotes(kind) + QStringLiteral("'))ORDER BY Tbl_Macchina.Modello;"));
+                           "(((Tbl_Macchina.Macchina) = '") +
+            vb::DoubledQuotes(kind) + QStringLiteral("'))ORDER BY Tbl_Macchina.Modello;"));
         Adodc3->Refresh();
     });
     trap.step([&] { DataCombo3->bind(Adodc3, QStringLiteral("Modello")); });
@@ -363,10 +366,10 @@ void Form9::DataCombo3_Change()
     trap.step([&] {
         store::Recordset rs;
         rs.Open(QStringLiteral("SELECT Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello "
-                               "From Tbl_Macchina Where (((Tbl_Macchina.Modello) = '")
-            + DataCombo3->Text()
-            + QStringLiteral("')) "
-                             "ORDER BY Tbl_Macchina.Modello; "));
+                               "From Tbl_Macchina Where (((Tbl_Macchina.Modello) = '") +
+                DataCombo3->Text() +
+                QStringLiteral("')) "
+                               "ORDER BY Tbl_Macchina.Modello; "));
         ID_MOD->setText(rs.Fields(QStringLiteral("ID_MODELLO")).Value());
     });
 }
@@ -395,10 +398,10 @@ void Form9::Txt_Search_Macc_KeyUp()
                           "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM "
                           "Tbl_Macchina INNER JOIN Tbl_Proc_General ON Tbl_Macchina.ID_MODELLO = "
                           "Tbl_Proc_General.ID_MODELLO WHERE (((Tbl_Macchina.Macchina) Like '"),
-        QStringLiteral("SELECT Tbl_Proc_General_Macc.ID, Tbl_Proc_General_Macc.Macchina, "
-                       "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General_Macc.ID_MODELLO From Tbl_Proc_General_Macc "
-                       "WHERE (((Tbl_Proc_General_Macc.Macchina) Like '%"),
-        Txt_Search_Macc->Text());
+           QStringLiteral("SELECT Tbl_Proc_General_Macc.ID, Tbl_Proc_General_Macc.Macchina, "
+                          "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General_Macc.ID_MODELLO From Tbl_Proc_General_Macc "
+                          "WHERE (((Tbl_Proc_General_Macc.Macchina) Like '%"),
+           Txt_Search_Macc->Text());
 }
 
 void Form9::Txt_Search_Modello_KeyUp()
@@ -407,10 +410,10 @@ void Form9::Txt_Search_Modello_KeyUp()
                           "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM "
                           "Tbl_Macchina INNER JOIN Tbl_Proc_General ON Tbl_Macchina.ID_MODELLO = "
                           "Tbl_Proc_General.ID_MODELLO WHERE (((Tbl_Macchina.Modello) Like '"),
-        QStringLiteral("SELECT Tbl_Proc_General_Macc.ID, Tbl_Proc_General_Macc.Macchina, "
-                       "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General_Macc.ID_MODELLO From Tbl_Proc_General_Macc "
-                       "WHERE (((Tbl_Proc_General_Macc.Modello) Like '%"),
-        Txt_Search_Modello->Text());
+           QStringLiteral("SELECT Tbl_Proc_General_Macc.ID, Tbl_Proc_General_Macc.Macchina, "
+                          "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General_Macc.ID_MODELLO From Tbl_Proc_General_Macc "
+                          "WHERE (((Tbl_Proc_General_Macc.Modello) Like '%"),
+           Txt_Search_Modello->Text());
 }
 
 // ---- the model --------------------------------------------------------------------------
@@ -418,9 +421,9 @@ void Form9::Txt_Search_Modello_KeyUp()
 void Form9::Cmd_Add_Click()
 {
     Trap trap = Trap::ignoreAll();
-    for (vb::TextBox* t : { Txt_ID, ID_MOD, ID_MOD_OLD })
+    for (vb::TextBox* t : {Txt_ID, ID_MOD, ID_MOD_OLD})
         trap.step([&] { t->setText(QString()); });
-    for (vb::DataCombo* c : { DataCombo2, DataCombo3 })
+    for (vb::DataCombo* c : {DataCombo2, DataCombo3})
         trap.step([&] { c->setText(QString()); });
     trap.step([&] {
         Cmd_Edit->setCaption(Save);
@@ -443,8 +446,9 @@ void Form9::Cmd_Edit_Click()
         return;
     }
     auto writeModel = [&](store::Recordset& rs) {
-        store::WriteFields(trap, rs,
-                           {{"ID_MODELLO", ID_MOD->Text()}, {"Macchina", DataCombo2->Text()}, {"Modello", DataCombo3->Text()}});
+        store::WriteFields(
+            trap, rs,
+            {{"ID_MODELLO", ID_MOD->Text()}, {"Macchina", DataCombo2->Text()}, {"Modello", DataCombo3->Text()}});
     };
 
     if (Cmd_Edit->Caption() == Save) {
@@ -466,8 +470,7 @@ void Form9::Cmd_Edit_Click()
     }
 
     if (vb::MsgBox(QStringLiteral("Stai per eseguire una Modifica, Vuoi Procedere??"), mb::YesNo + mb::Question,
-            QStringLiteral("Modifica Dati"))
-        != vb::answer::Yes)
+                   QStringLiteral("Modifica Dati")) != vb::answer::Yes)
         return;
     trap.step([&] {
         store::Recordset rs;
@@ -483,23 +486,24 @@ void Form9::Cmd_Edit_Click()
     const QString machine = DataCombo2->Text();
     const QString model = DataCombo3->Text();
     trap.step([&] {
-        store::Run(QStringLiteral("UPDATE Tbl_Proc_General SET Tbl_Proc_General.ID_MODELLO = ") + now
-            + QStringLiteral(" Where Tbl_Proc_General.ID_MODELLO = ") + old);
+        store::Run(QStringLiteral("UPDATE Tbl_Proc_General SET Tbl_Proc_General.ID_MODELLO = ") + now +
+                   QStringLiteral(" Where Tbl_Proc_General.ID_MODELLO = ") + old);
     });
     trap.step([&] {
-        store::Run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.ID_MODELLO = ") + now
-            + QStringLiteral(", Tbl_Assegna_M.Macchina = '") + machine + QStringLiteral("' ,Tbl_Assegna_M.Modello= '")
-            + model + QStringLiteral("' Where Tbl_Assegna_M.ID_MODELLO = ") + old);
+        store::Run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.ID_MODELLO = ") + now +
+                   QStringLiteral(", Tbl_Assegna_M.Macchina = '") + machine +
+                   QStringLiteral("' ,Tbl_Assegna_M.Modello= '") + model +
+                   QStringLiteral("' Where Tbl_Assegna_M.ID_MODELLO = ") + old);
     });
     trap.step([&] {
-        store::Run(QStringLiteral("UPDATE Tbl_Proc_General_Macc SET Tbl_Proc_General_Macc.ID_MODELLO = ") + now
-            + QStringLiteral(", Tbl_Proc_General_Macc.Macchina = '") + machine
-            + QStringLiteral("' ,Tbl_Proc_General_Macc.Modello= '") + model
-            + QStringLiteral("' Where Tbl_Proc_General_Macc.ID_MODELLO = ") + old);
+        store::Run(QStringLiteral("UPDATE Tbl_Proc_General_Macc SET Tbl_Proc_General_Macc.ID_MODELLO = ") + now +
+                   QStringLiteral(", Tbl_Proc_General_Macc.Macchina = '") + machine +
+                   QStringLiteral("' ,Tbl_Proc_General_Macc.Modello= '") + model +
+                   QStringLiteral("' Where Tbl_Proc_General_Macc.ID_MODELLO = ") + old);
     });
     trap.step([&] {
-        store::Run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.ID_MODELLO = ") + now
-            + QStringLiteral(" Where Tbl_ProcedureM.ID_MODELLO = ") + old);
+        store::Run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.ID_MODELLO = ") + now +
+                   QStringLiteral(" Where Tbl_ProcedureM.ID_MODELLO = ") + old);
     });
     trap.step([&] { reopen(true); });
 }
@@ -509,12 +513,12 @@ void Form9::Cmd_Delete_Click()
     Trap trap = Trap::ignoreAll();
     if (Txt_ID->Text().isEmpty()) {
         vb::MsgBox(QStringLiteral("Non è stato selezionato nessun dato!"), mb::Exclamation,
-            QStringLiteral("NESSUNA MANUTENZIONE SELEZIONATA"));
+                   QStringLiteral("NESSUNA MANUTENZIONE SELEZIONATA"));
         return;
     }
     if (vb::MsgBox(QStringLiteral("Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?"),
-            mb::YesNo + mb::Question, QStringLiteral("Eliminazione Manutenzione e Procedure"))
-        != vb::answer::Yes)
+                   mb::YesNo + mb::Question,
+                   QStringLiteral("Eliminazione Manutenzione e Procedure")) != vb::answer::Yes)
         return;
     // The model's heading by its own key, its steps by the model's key.
     trap.step([&] {
@@ -543,8 +547,8 @@ void Form9::DataGrid1_Click()
 
 void Form9::DataGrid1_RowColChange()
 {
-    Trap trap { { err::InvalidUseOfNull, err::GridDataAccess }, Trap::Resume };
-    for (vb::TextBox* t : { Txt_Titolo, Txt_Num_Procedura, Txt_Procedura })
+    Trap trap{{err::InvalidUseOfNull, err::GridDataAccess}, Trap::Resume};
+    for (vb::TextBox* t : {Txt_Titolo, Txt_Num_Procedura, Txt_Procedura})
         trap.step([&] { t->setText(QString()); });
     trap.step([&] { Cmd_Edit->setEnabled(true); });
     QString id;
@@ -574,7 +578,7 @@ void Form9::Cmd_Add2_Click()
     Trap trap = Trap::ignoreAll();
     if (ID_MOD->Text().isEmpty()) {
         vb::MsgBox(QStringLiteral("Non hai selezionato nessuna Manutenzione"), mb::Exclamation,
-            QStringLiteral("SELEZIONA MANUTENZIONE"));
+                   QStringLiteral("SELEZIONA MANUTENZIONE"));
         return;
     }
     trap.step([&] {
@@ -599,12 +603,13 @@ void Form9::Cmd_Edit2_Click()
     // The step's number orders the sheet: a number it must be, or nothing is saved.
     if (!vb::IsNumeric(Variant(Txt_Num_Procedura->Text()))) {
         vb::MsgBox(QStringLiteral("Il N° della Procedura deve essere un numero!"), mb::Exclamation,
-            QStringLiteral("DATO NON VALIDO"));
+                   QStringLiteral("DATO NON VALIDO"));
         return;
     }
     auto writeStep = [&](store::Recordset& rs) {
-        store::WriteFields(trap, rs,
-                           {{"Num", Txt_Num_Procedura->Text()}, {"Titolo", Txt_Titolo->Text()}, {"Procedura", Txt_Procedura->Text()}});
+        store::WriteFields(
+            trap, rs,
+            {{"Num", Txt_Num_Procedura->Text()}, {"Titolo", Txt_Titolo->Text()}, {"Procedura", Txt_Procedura->Text()}});
     };
 
     if (Cmd_Edit2->Caption() == Save) {
@@ -622,12 +627,11 @@ void Form9::Cmd_Edit2_Click()
         // keeps the count.
         trap.step([&] {
             store::Recordset rs;
-            rs.Open(QStringLiteral(
-                        "SELECT Tbl_Proc_General_Macc.ID_MODELLO, Count(Tbl_Numerazione.Numerazione) AS "
-                        "ConteggioDiNumerazione FROM Tbl_Numerazione INNER JOIN Tbl_Proc_General_Macc ON "
-                        "Tbl_Numerazione.ID_MODELLO = Tbl_Proc_General_Macc.ID_MODELLO GROUP BY "
-                        "Tbl_Proc_General_Macc.ID_MODELLO HAVING Tbl_Proc_General_Macc.ID_MODELLO=")
-                + vb::KeyText(ID_MOD->Text()));
+            rs.Open(QStringLiteral("SELECT Tbl_Proc_General_Macc.ID_MODELLO, Count(Tbl_Numerazione.Numerazione) AS "
+                                   "ConteggioDiNumerazione FROM Tbl_Numerazione INNER JOIN Tbl_Proc_General_Macc ON "
+                                   "Tbl_Numerazione.ID_MODELLO = Tbl_Proc_General_Macc.ID_MODELLO GROUP BY "
+                                   "Tbl_Proc_General_Macc.ID_MODELLO HAVING Tbl_Proc_General_Macc.ID_MODELLO=") +
+                    vb::KeyText(ID_MOD->Text()));
             const Variant units = rs.Eof() ? Variant(1) : rs.Fields(QStringLiteral("ConteggioDiNumerazione")).Value();
             static_cast<void>(units);
         });
@@ -636,8 +640,7 @@ void Form9::Cmd_Edit2_Click()
     }
 
     if (vb::MsgBox(QStringLiteral("Stai per eseguire una Modifica, Vuoi Procedere??"), mb::YesNo + mb::Question,
-            QStringLiteral("Modifica Dati"))
-        != vb::answer::Yes)
+                   QStringLiteral("Modifica Dati")) != vb::answer::Yes)
         return;
     // The step's title before the edit, as the list still shows it.
     QString oldTitle;
@@ -649,18 +652,18 @@ void Form9::Cmd_Edit2_Click()
     });
     trap.step([&] {
         store::Recordset rs;
-        rs.Open(QStringLiteral("Select * from Tbl_Proc_General where ID_Procedura =")
-            + vb::KeyText(Txt_ID_PROCEDURA->Text()));
+        rs.Open(QStringLiteral("Select * from Tbl_Proc_General where ID_Procedura =") +
+                vb::KeyText(Txt_ID_PROCEDURA->Text()));
         writeStep(rs);
         trap.step([&] { rs.UpdateBatch(); });
     });
     // The assigned copies of the step follow it by their old title.
     trap.step([&] {
-        store::Run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.Titolo = '")
-            + vb::DoubledQuotes(Txt_Titolo->Text()) + QStringLiteral("', Tbl_ProcedureM.Procedura= '")
-            + vb::DoubledQuotes(Txt_Procedura->Text()) + QStringLiteral("' Where Tbl_ProcedureM.ID_MODELLO = ")
-            + vb::KeyText(ID_MOD_OLD->Text()) + QStringLiteral(" and Tbl_ProcedureM.Titolo= '") + oldTitle
-            + QStringLiteral("'"));
+        store::Run(QStringLiteral("UPDATE Tbl_ProcedureM SET Tbl_ProcedureM.Titolo = '") +
+                   vb::DoubledQuotes(Txt_Titolo->Text()) + QStringLiteral("', Tbl_ProcedureM.Procedura= '") +
+                   vb::DoubledQuotes(Txt_Procedura->Text()) + QStringLiteral("' Where Tbl_ProcedureM.ID_MODELLO = ") +
+                   vb::KeyText(ID_MOD_OLD->Text()) + QStringLiteral(" and Tbl_ProcedureM.Titolo= '") + oldTitle +
+                   QStringLiteral("'"));
     });
     trap.step([&] { reopen(true); });
 }
@@ -670,16 +673,15 @@ void Form9::Cmd_Delete2_Click()
     Trap trap = Trap::ignoreAll();
     if (Txt_ID_PROCEDURA->Text().isEmpty()) {
         vb::MsgBox(QStringLiteral("Non è stato selezionato nessun dato!"), mb::Exclamation,
-            QStringLiteral("NESSUNA PROCEDURA SELEZIONATA"));
+                   QStringLiteral("NESSUNA PROCEDURA SELEZIONATA"));
         return;
     }
     if (vb::MsgBox(QStringLiteral("Vuoi Veramente eliminare la Procedura selezionata?"), mb::YesNo + mb::Question,
-            QStringLiteral("Eliminazione Procedura"))
-        != vb::answer::Yes)
+                   QStringLiteral("Eliminazione Procedura")) != vb::answer::Yes)
         return;
     trap.step([&] {
-        store::Run(QStringLiteral("Delete * from Tbl_Proc_General WHERE ID_PROCEDURA  = ")
-            + vb::KeyText(Txt_ID_PROCEDURA->Text()));
+        store::Run(QStringLiteral("Delete * from Tbl_Proc_General WHERE ID_PROCEDURA  = ") +
+                   vb::KeyText(Txt_ID_PROCEDURA->Text()));
     });
     trap.step([&] { reopen(false); });
 }
@@ -761,30 +763,30 @@ void Form9::Cmd_Print_Click()
     Trap trap = Trap::ignoreAll();
     trap.step([] { reports::UnloadReport(QStringLiteral("DataReport6")); });
     if (ID_MOD->Text().isEmpty()) {
-        vb::MsgBox(
-            QStringLiteral("Non hai selezionato nessun dato!"), mb::Exclamation, QStringLiteral("MANCANZA DATI"));
+        vb::MsgBox(QStringLiteral("Non hai selezionato nessun dato!"), mb::Exclamation,
+                   QStringLiteral("MANCANZA DATI"));
         return;
     }
     if (Adodc1->RecordCount() == 0) {
         vb::MsgBox(QStringLiteral("Non c'è nessuna Procedura di Manutenzione!"), mb::Information,
-            QStringLiteral("MANCANZA DATI!"));
+                   QStringLiteral("MANCANZA DATI!"));
         return;
     }
     QString id;
     trap.step([&] { id = vb::KeyText(ID_MOD->Text()); });
     // The model's heading, and under it the steps of every model of the same name.
-    const QString statement
-        = QStringLiteral("SHAPE {SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello FROM "
-                         "Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
-                         "Tbl_Proc_General.ID_MODELLO GROUP BY Tbl_Proc_General_Macc.Macchina, "
-                         "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General.ID_MODELLO HAVING "
-                         "(((Tbl_Proc_General.ID_MODELLO)=")
-        + id + QStringLiteral("));} ")
-        + QStringLiteral("APPEND ({SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
-                         "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM "
-                         "Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
-                         "Tbl_Proc_General.ID_MODELLO;} ")
-        + QStringLiteral("RELATE Modello to Modello) as Dati");
+    const QString statement =
+        QStringLiteral("SHAPE {SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello FROM "
+                       "Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
+                       "Tbl_Proc_General.ID_MODELLO GROUP BY Tbl_Proc_General_Macc.Macchina, "
+                       "Tbl_Proc_General_Macc.Modello, Tbl_Proc_General.ID_MODELLO HAVING "
+                       "(((Tbl_Proc_General.ID_MODELLO)=") +
+        id + QStringLiteral("));} ") +
+        QStringLiteral("APPEND ({SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+                       "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura FROM "
+                       "Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
+                       "Tbl_Proc_General.ID_MODELLO;} ") +
+        QStringLiteral("RELATE Modello to Modello) as Dati");
     reports::ShowOptions options;
     options.setup = [](reports::ReportLayout& layout) {
         layout.setDataField(reports::Section::GroupHeader, QStringLiteral("TextBox11"), QStringLiteral("Macchina"));

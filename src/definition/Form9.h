@@ -34,10 +34,10 @@ public:
     vb::Label* Label4;
     vb::DataCombo* DataCombo3; ///< model of the kind, rows from Adodc3
     vb::Adodc* Adodc3;
-    vb::TextBox* Txt_ID; ///< hidden: key of the Tbl_Proc_General_Macc row
-    vb::TextBox* ID_MOD; ///< hidden: the model's key now
-    vb::TextBox* ID_MOD_OLD; ///< hidden: the model's key when the row was selected
-    vb::TextBox* Txt_Posizione; ///< hidden: the row of DataGrid2, kept across a reopening
+    vb::TextBox* Txt_ID;         ///< hidden: key of the Tbl_Proc_General_Macc row
+    vb::TextBox* ID_MOD;         ///< hidden: the model's key now
+    vb::TextBox* ID_MOD_OLD;     ///< hidden: the model's key when the row was selected
+    vb::TextBox* Txt_Posizione;  ///< hidden: the row of DataGrid2, kept across a reopening
     vb::TextBox* Txt_ID_MODELLO; ///< hidden: the register's preselected model
     vb::CommandButton* Cmd_Add;
     vb::CommandButton* Cmd_Edit; ///< "MODIFICA" / "SALVA"
@@ -57,17 +57,17 @@ public:
     vb::TextBox* Txt_Titolo;
     vb::Label* Label7;
     vb::TextBox* Txt_Procedura;
-    vb::TextBox* Txt_ID_PROCEDURA; ///< hidden: key of the step shown
-    vb::TextBox* Txt_Copy_Titolo; ///< hidden: the copied step's title
+    vb::TextBox* Txt_ID_PROCEDURA;   ///< hidden: key of the step shown
+    vb::TextBox* Txt_Copy_Titolo;    ///< hidden: the copied step's title
     vb::TextBox* Txt_Copy_Procedura; ///< hidden: the copied step's text
     vb::CommandButton* Cmd_Add2;
     vb::CommandButton* Cmd_Edit2; ///< "MODIFICA" / "SALVA"
     vb::CommandButton* Cmd_Delete2;
-    vb::CommandButton* Cmd_Copy; ///< "COPIA"
-    vb::CommandButton* Cmd_Paste; ///< "INCOLLA"
-    vb::CommandButton* Cmd_Print; ///< DataReport6, the model's general procedures
+    vb::CommandButton* Cmd_Copy;     ///< "COPIA"
+    vb::CommandButton* Cmd_Paste;    ///< "INCOLLA"
+    vb::CommandButton* Cmd_Print;    ///< DataReport6, the model's general procedures
     vb::CommandButton* Cmd_Aggiorna; ///< "Aggiorna dati"
-    vb::CommandButton* Cmd_Vis_All; ///< "Visualizza Tutto"
+    vb::CommandButton* Cmd_Vis_All;  ///< "Visualizza Tutto"
 
     void Fill_Models();
     void Fill_Steps();

@@ -62,8 +62,8 @@ WorkloadFigures Recompute_Workload(const Variant& m, const Variant& t, DurationW
                                 "Tbl_Maint_Tipo.ID_MAINT_TIPO = Tbl_ProcedureM.ID_MAINT_TIPO) ON "
                                 "Tbl_Macchina.ID_MODELLO = Tbl_ProcedureM.ID_MODELLO GROUP BY "
                                 "Tbl_Maint_Tipo.Koeff_Settimanale, Tbl_ProcedureM.ID_MODELLO, "
-                                "Tbl_ProcedureM.ID_MAINT_TIPO Having Tbl_ProcedureM.ID_MODELLO = ")
-            + mKey + QStringLiteral(" And Tbl_ProcedureM.ID_MAINT_TIPO = ") + tKey);
+                                "Tbl_ProcedureM.ID_MAINT_TIPO Having Tbl_ProcedureM.ID_MODELLO = ") +
+                 mKey + QStringLiteral(" And Tbl_ProcedureM.ID_MAINT_TIPO = ") + tKey);
         f.found = !sum.Eof();
     });
     if (!f.found)
@@ -78,8 +78,8 @@ WorkloadFigures Recompute_Workload(const Variant& m, const Variant& t, DurationW
                                   "Count(Tbl_Numerazione.Numerazione) AS ConteggioDiNumerazione FROM "
                                   "Tbl_Numerazione INNER JOIN Tbl_Assegna_M ON Tbl_Numerazione.ID_MODELLO = "
                                   "Tbl_Assegna_M.ID_MODELLO GROUP BY Tbl_Assegna_M.ID_MODELLO, "
-                                  "Tbl_Assegna_M.ID_MAINT_TIPO HAVING Tbl_Assegna_M.ID_MODELLO= ")
-            + mKey + QStringLiteral(" AND Tbl_Assegna_M.ID_MAINT_TIPO= ") + tKey);
+                                  "Tbl_Assegna_M.ID_MAINT_TIPO HAVING Tbl_Assegna_M.ID_MODELLO= ") +
+                   mKey + QStringLiteral(" AND Tbl_Assegna_M.ID_MAINT_TIPO= ") + tKey);
         if (!units.Eof())
             f.N = units.Fields(QStringLiteral("ConteggioDiNumerazione")).Value();
     });
@@ -98,14 +98,14 @@ WorkloadFigures Recompute_Workload(const Variant& m, const Variant& t, DurationW
 
     if (by == StoreBy::Update) {
         trap.step([&] {
-            store::Run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.Tempo_Minuti = ") + text(f.S)
-                + QStringLiteral(", Tbl_Assegna_M.Tempo_Ore = '") + f.tempoOre
-                + QStringLiteral("', Tbl_Assegna_M.Minuti_Sett = '") + f.minutiSett
-                + QStringLiteral("', Tbl_Assegna_M.Num_Macchine= '") + text(f.N)
-                + QStringLiteral("', Tbl_Assegna_M.Tot_Minuti_Sett= '") + f.totMinutiSett
-                + QStringLiteral("', Tbl_Assegna_M.Tot_Ore_Sett= '") + f.totOreSett
-                + QStringLiteral("' Where Tbl_Assegna_M.ID_MODELLO = ") + mKey
-                + QStringLiteral(" And Tbl_Assegna_M.ID_MAINT_TIPO = ") + tKey);
+            store::Run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.Tempo_Minuti = ") + text(f.S) +
+                       QStringLiteral(", Tbl_Assegna_M.Tempo_Ore = '") + f.tempoOre +
+                       QStringLiteral("', Tbl_Assegna_M.Minuti_Sett = '") + f.minutiSett +
+                       QStringLiteral("', Tbl_Assegna_M.Num_Macchine= '") + text(f.N) +
+                       QStringLiteral("', Tbl_Assegna_M.Tot_Minuti_Sett= '") + f.totMinutiSett +
+                       QStringLiteral("', Tbl_Assegna_M.Tot_Ore_Sett= '") + f.totOreSett +
+                       QStringLiteral("' Where Tbl_Assegna_M.ID_MODELLO = ") + mKey +
+                       QStringLiteral(" And Tbl_Assegna_M.ID_MAINT_TIPO = ") + tKey);
         });
         return f;
     }
@@ -116,8 +116,8 @@ WorkloadFigures Recompute_Workload(const Variant& m, const Variant& t, DurationW
                                 "Tbl_Assegna_M.Tempo_Minuti, Tbl_Assegna_M.Minuti_Sett, Tbl_Assegna_M.Tot_Ore_Sett, "
                                 "Tbl_Assegna_M.Num_Macchine, Tbl_Assegna_M.Minuti_Sett, "
                                 "Tbl_Assegna_M.Tot_Minuti_Sett From Tbl_Assegna_M WHERE "
-                                "Tbl_Assegna_M.ID_MODELLO = ")
-            + mKey + QStringLiteral(" And Tbl_Assegna_M.ID_MAINT_TIPO = ") + tKey);
+                                "Tbl_Assegna_M.ID_MODELLO = ") +
+                 mKey + QStringLiteral(" And Tbl_Assegna_M.ID_MAINT_TIPO = ") + tKey);
     });
     if (!opened || row.Eof())
         return f;
@@ -150,14 +150,14 @@ WorkloadTotal workloadTotal(const Variant& T)
 
 QString mainWorkloadLine(const WorkloadTotal& total)
 {
-    return QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss ") + total.time
-        + QStringLiteral(" -Persone Necessarie: ") + total.persons + QStringLiteral("]");
+    return QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss ") + total.time +
+           QStringLiteral(" -Persone Necessarie: ") + total.persons + QStringLiteral("]");
 }
 
 QString form9WorkloadLine(int n, const WorkloadTotal& total)
 {
-    return QStringLiteral("N° ") + QString::number(n) + QStringLiteral(" Macchine    [-Ore Settimanali: hh:mm:ss ")
-        + total.time + QStringLiteral(" -Persone Necessarie: ") + total.persons + QStringLiteral("]");
+    return QStringLiteral("N° ") + QString::number(n) + QStringLiteral(" Macchine    [-Ore Settimanali: hh:mm:ss ") +
+           total.time + QStringLiteral(" -Persone Necessarie: ") + total.persons + QStringLiteral("]");
 }
 
 void Show_Workload_Total()
@@ -203,8 +203,8 @@ void Refresh_Tempo_Ore()
         // A row whose minutes are missing keeps the Tempo_Ore it has.
         trap.step([&] {
             const QString tempoOre = vb::DurationText(rs.Fields(QStringLiteral("Tempo_Minuti")).Value().toDouble());
-            store::Run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.Tempo_Ore = '") + tempoOre
-                + QStringLiteral("' WHERE ID = ") + rs.Fields(QStringLiteral("ID")).Value().toString());
+            store::Run(QStringLiteral("UPDATE Tbl_Assegna_M SET Tbl_Assegna_M.Tempo_Ore = '") + tempoOre +
+                       QStringLiteral("' WHERE ID = ") + rs.Fields(QStringLiteral("ID")).Value().toString());
         });
         if (!trap.step([&] { rs.MoveNext(); }))
             break;

@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QString>
+
 #include <cstdio>
 #include <cstring>
 
@@ -94,7 +95,9 @@ std::optional<int> runCommandLine(int argc, char** argv)
         return 2;
     }
     const QStringList written = writeScreenshots(o.screenshotDir);
-    say(QStringLiteral("%1 immagini in %2: %3").arg(written.size()).arg(o.screenshotDir, written.join(QStringLiteral(", "))));
+    say(QStringLiteral("%1 immagini in %2: %3")
+            .arg(written.size())
+            .arg(o.screenshotDir, written.join(QStringLiteral(", "))));
     return written.isEmpty() ? 1 : 0;
 }
 

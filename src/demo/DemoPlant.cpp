@@ -5,17 +5,18 @@
 #include "demo/Random.h"
 #include "demo/StoreRows.h"
 #include "execution/Form7.h"
-#include "runtime/MsgBox.h"
-#include "spares/Form14.h"
-#include "spares/Form19.h"
 #include "execution/WeeklyPlan.h"
 #include "runtime/Clock.h"
+#include "runtime/MsgBox.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
 #include "shell/frmMain.h"
+#include "spares/Form14.h"
+#include "spares/Form19.h"
 #include "store/DataStore.h"
 
 #include <QStringList>
+
 #include <algorithm>
 #include <map>
 #include <memory>
@@ -143,7 +144,7 @@ std::vector<int> stepsFor(const Model& m, double weeks)
 class ChartWriter
 {
 public:
-    ChartWriter() : m_form(std::make_unique<execution::Form7>()) {}
+    ChartWriter() : m_form(std::make_unique<execution::Form7>()) { }
 
     void write(const RegisterRow& r)
     {
@@ -200,7 +201,7 @@ void answered(const std::vector<int>& answers, const std::function<void()>& work
 class WithdrawalCounter
 {
 public:
-    WithdrawalCounter() : m_form(std::make_unique<spares::Form14>()) {}
+    WithdrawalCounter() : m_form(std::make_unique<spares::Form14>()) { }
 
     void withdraw(const QString& category, const QString& description, int quantity)
     {
@@ -264,7 +265,7 @@ int countWhere(const QString& condition)
 class Builder
 {
 public:
-    Builder(std::uint64_t seed) : rng(seed), today(vb::Clock::today()) {}
+    Builder(std::uint64_t seed) : rng(seed), today(vb::Clock::today()) { }
 
     PlantSummary run()
     {
@@ -385,11 +386,11 @@ private:
                 });
                 for (int number : unitNumbers(rng, rng.between(2, 8))) {
                     const QString numerazione = QString::number(number);
-                    const int idNum = addRow(QStringLiteral("Tbl_Numerazione"), QStringLiteral("ID_NUM"),
-                                             [&](Recordset& rs) {
-                                                 rs.Fields(QStringLiteral("Numerazione")) = numerazione;
-                                                 rs.Fields(QStringLiteral("ID_MODELLO")) = m.id;
-                                             });
+                    const int idNum =
+                        addRow(QStringLiteral("Tbl_Numerazione"), QStringLiteral("ID_NUM"), [&](Recordset& rs) {
+                            rs.Fields(QStringLiteral("Numerazione")) = numerazione;
+                            rs.Fields(QStringLiteral("ID_MODELLO")) = m.id;
+                        });
                     m.units.emplace_back(idNum, numerazione);
                 }
                 s.units += int(m.units.size());
@@ -462,8 +463,8 @@ private:
     void makeAssignments()
     {
         // Monthly to two-yearly; weekly work is done by the production crews here.
-        const std::vector<const char*> names = {"Mensile", "Bimestrale", "Trimestrale", "Semestrale", "Annuale",
-                                                "Biennale"};
+        const std::vector<const char*> names = {"Mensile",    "Bimestrale", "Trimestrale",
+                                                "Semestrale", "Annuale",    "Biennale"};
         const std::vector<int> weights = {3, 3, 4, 4, 4, 1};
         for (const Model& m : models) {
             if (!m.active)
@@ -597,7 +598,8 @@ private:
                 rs.Fields(QStringLiteral("Ferma_Dal")) =
                     stoppedNow ? Variant(vb::ShortDate(today.addDays(-days))) : Variant::null();
                 rs.Fields(QStringLiteral("Giorni_Stop")) = Variant::fromInteger(0);
-                rs.Fields(QStringLiteral("TOT_Giorni_Stop")) = Variant::fromInteger(std::int16_t(stoppedNow ? 0 : days * walks));
+                rs.Fields(QStringLiteral("TOT_Giorni_Stop")) =
+                    Variant::fromInteger(std::int16_t(stoppedNow ? 0 : days * walks));
                 rs.Fields(QStringLiteral("Numero_Stop")) = Variant::fromInteger(std::int16_t(walks));
             });
             (stoppedNow ? s.stoppedNow : s.restarted) += 1;
@@ -610,10 +612,11 @@ private:
         for (const PartCategory& c : partCategories()) {
             const QString ricambi = text(c.ricambi);
             const QString unita = text(c.unita);
-            const int idRicambi = addRow(QStringLiteral("Tbl_Ricambi"), QStringLiteral("ID_RICAMBI"), [&](Recordset& rs) {
-                rs.Fields(QStringLiteral("Ricambi")) = ricambi;
-                rs.Fields(QStringLiteral("Unita_Misura")) = unita;
-            });
+            const int idRicambi =
+                addRow(QStringLiteral("Tbl_Ricambi"), QStringLiteral("ID_RICAMBI"), [&](Recordset& rs) {
+                    rs.Fields(QStringLiteral("Ricambi")) = ricambi;
+                    rs.Fields(QStringLiteral("Unita_Misura")) = unita;
+                });
             for (const PartText& t : c.parts) {
                 Part p;
                 p.idRicambi = idRicambi;
@@ -673,7 +676,8 @@ private:
             const QString prefix = QStringLiteral("0%1").arg(rng.between(30, 99));
             const QString tel = QStringLiteral("%1 %2").arg(prefix).arg(rng.between(200000, 999999));
             const QString fax = QStringLiteral("%1 %2").arg(prefix).arg(rng.between(200000, 999999));
-            const QString domain = name.toLower().replace(QLatin1Char(' '), QLatin1Char('-')) + QStringLiteral(".example");
+            const QString domain =
+                name.toLower().replace(QLatin1Char(' '), QLatin1Char('-')) + QStringLiteral(".example");
             const int id = addRow(QStringLiteral("Tbl_Fornitori"), QStringLiteral("ID_FORNITORE"), [&](Recordset& rs) {
                 rs.Fields(QStringLiteral("Fornitore")) = name;
                 rs.Fields(QStringLiteral("Nome_Soceta")) = text(f.societa);

@@ -14,6 +14,7 @@
 
 #include <QDate>
 #include <QString>
+
 #include <cstdint>
 
 namespace demo {
@@ -29,7 +30,7 @@ struct PlantSummary
     int units = 0;
     int assignments = 0;
     int registerRows = 0;
-    int overdue = 0;     ///< Prossima before the demo day
+    int overdue = 0; ///< Prossima before the demo day
     int dueToday = 0;
     int dueTomorrow = 0;
     int stoppedNow = 0;

@@ -10,6 +10,7 @@
 #include "store/DataStore.h"
 
 #include <QStringList>
+
 #include <sqlite3.h>
 
 namespace demo {
@@ -97,11 +98,12 @@ LargeSummary makeLargeStore(std::uint64_t seed, const LargeSizes& sizes)
                     const Kind& kind = kinds[size_t(c)];
                     m.types.emplace_back(kind.id, kind.weeks);
                     m.typeNames.push_back(kind.name);
-                    db.Execute(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, "
-                                              "Manutenzione_Tipo) VALUES (%1, %2, %3, %4, %5)")
-                                   .arg(m.id)
-                                   .arg(kind.id)
-                                   .arg(lit(m.macchina), lit(m.modello), lit(kind.name)));
+                    db.Execute(
+                        QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, "
+                                       "Manutenzione_Tipo) VALUES (%1, %2, %3, %4, %5)")
+                            .arg(m.id)
+                            .arg(kind.id)
+                            .arg(lit(m.macchina), lit(m.modello), lit(kind.name)));
                     double total = 0;
                     for (size_t s = 0; s < k.steps.size(); ++s) {
                         const StepText& st = k.steps[s];
@@ -173,7 +175,8 @@ LargeSummary makeLargeStore(std::uint64_t seed, const LargeSizes& sizes)
     {
         Bulk bulk;
         // Stop records: a third of them machines standing now, the rest restarted.
-        std::vector<int> stopped = rng.sample(0, int(units.size()) - 1, std::min<int>(sizes.stopRecords, int(units.size())));
+        std::vector<int> stopped =
+            rng.sample(0, int(units.size()) - 1, std::min<int>(sizes.stopRecords, int(units.size())));
         for (int i : stopped) {
             const Unit& u = units[size_t(i)];
             const bool now = rng.between(0, 2) == 0;
@@ -210,13 +213,14 @@ LargeSummary makeLargeStore(std::uint64_t seed, const LargeSizes& sizes)
     {
         Bulk bulk;
         for (const PartCategory& c : partCategories()) {
-            const int idRicambi = addRow(QStringLiteral("Tbl_Ricambi"), QStringLiteral("ID_RICAMBI"), [&](Recordset& rs) {
-                rs.Fields(QStringLiteral("Ricambi")) = text(c.ricambi);
-                rs.Fields(QStringLiteral("Unita_Misura")) = text(c.unita);
-            });
+            const int idRicambi =
+                addRow(QStringLiteral("Tbl_Ricambi"), QStringLiteral("ID_RICAMBI"), [&](Recordset& rs) {
+                    rs.Fields(QStringLiteral("Ricambi")) = text(c.ricambi);
+                    rs.Fields(QStringLiteral("Unita_Misura")) = text(c.unita);
+                });
             for (const PartText& p : c.parts) {
-                const int id = addRow(QStringLiteral("Tbl_Descrizione_Ricambi"), QStringLiteral("ID_DESCRIZIONE_RICAMBI"),
-                                      [&](Recordset& rs) {
+                const int id = addRow(QStringLiteral("Tbl_Descrizione_Ricambi"),
+                                      QStringLiteral("ID_DESCRIZIONE_RICAMBI"), [&](Recordset& rs) {
                                           rs.Fields(QStringLiteral("ID_Ricambi")) = idRicambi;
                                           rs.Fields(QStringLiteral("Ricambi")) = text(c.ricambi);
                                           rs.Fields(QStringLiteral("Descrizione")) = text(p.descrizione);
@@ -234,21 +238,22 @@ LargeSummary makeLargeStore(std::uint64_t seed, const LargeSizes& sizes)
         for (int i = 0; i < sizes.interventions; ++i) {
             const Unit& u = units[size_t(rng.between(0, int(units.size()) - 1))];
             const Part& p = parts[size_t(rng.between(0, int(parts.size()) - 1))];
-            db.Execute(QStringLiteral("INSERT INTO Tbl_Ricerca (Data, ID_MODELLO, Macchina, Modello, ID_NUM, Numerazione, "
-                                      "ID_DESCRIZIONE_RICAMBI, Descrizione, ID_RICAMBI, Ricambi, Quantita, Destinazione, "
-                                      "ID_CAUSA) VALUES (%1, %2, %3, %4, %5, %6, %7, %8, %9, %10, %11, %12, %13)")
-                           .arg(lit(today.addDays(-rng.between(1, 730))))
-                           .arg(u.model->id)
-                           .arg(lit(u.model->macchina), lit(u.model->modello))
-                           .arg(u.id)
-                           .arg(lit(u.number))
-                           .arg(p.id)
-                           .arg(lit(p.descrizione))
-                           .arg(p.idRicambi)
-                           .arg(lit(p.ricambi))
-                           .arg(rng.between(1, 4))
-                           .arg(lit(text(rng.pick(u.model->kind->destinations))))
-                           .arg(causes[size_t(rng.between(0, int(causes.size()) - 1))]));
+            db.Execute(
+                QStringLiteral("INSERT INTO Tbl_Ricerca (Data, ID_MODELLO, Macchina, Modello, ID_NUM, Numerazione, "
+                               "ID_DESCRIZIONE_RICAMBI, Descrizione, ID_RICAMBI, Ricambi, Quantita, Destinazione, "
+                               "ID_CAUSA) VALUES (%1, %2, %3, %4, %5, %6, %7, %8, %9, %10, %11, %12, %13)")
+                    .arg(lit(today.addDays(-rng.between(1, 730))))
+                    .arg(u.model->id)
+                    .arg(lit(u.model->macchina), lit(u.model->modello))
+                    .arg(u.id)
+                    .arg(lit(u.number))
+                    .arg(p.id)
+                    .arg(lit(p.descrizione))
+                    .arg(p.idRicambi)
+                    .arg(lit(p.ricambi))
+                    .arg(rng.between(1, 4))
+                    .arg(lit(text(rng.pick(u.model->kind->destinations))))
+                    .arg(causes[size_t(rng.between(0, int(causes.size()) - 1))]));
             ++out.interventions;
         }
     }

@@ -22,12 +22,12 @@ struct StepText
 
 struct MachineKind
 {
-    const char* macchina;       ///< the kind, as the register writes it
-    std::vector<const char*> models;   ///< model names the makers give it
+    const char* macchina;            ///< the kind, as the register writes it
+    std::vector<const char*> models; ///< model names the makers give it
     std::vector<const char*> makers;
-    std::vector<StepText> steps;       ///< in working order
+    std::vector<StepText> steps;           ///< in working order
     std::vector<const char*> destinations; ///< where on the machine a part goes
-    int department;             ///< index into departments()
+    int department;                        ///< index into departments()
 };
 
 struct PartText
@@ -63,8 +63,8 @@ struct OperatorText
 
 struct NoteText
 {
-    const char* tipo;   ///< Tipo_Nota
-    const char* tipo2;  ///< Tipo_Nota2
+    const char* tipo;  ///< Tipo_Nota
+    const char* tipo2; ///< Tipo_Nota2
     const char* testo;
 };
 

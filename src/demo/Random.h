@@ -15,7 +15,7 @@ namespace demo {
 class Random
 {
 public:
-    explicit Random(std::uint64_t seed) : m_engine(seed) {}
+    explicit Random(std::uint64_t seed) : m_engine(seed) { }
 
     std::uint64_t next() { return m_engine(); }
 
@@ -39,8 +39,7 @@ public:
     /// True with probability p.
     bool chance(double p) { return unit() < p; }
 
-    template <typename T>
-    const T& pick(const std::vector<T>& items)
+    template <typename T> const T& pick(const std::vector<T>& items)
     {
         return items[size_t(between(0, int(items.size()) - 1))];
     }
@@ -79,8 +78,7 @@ public:
     }
 
     /// Fisher-Yates, driven by this generator.
-    template <typename T>
-    void shuffle(std::vector<T>& items)
+    template <typename T> void shuffle(std::vector<T>& items)
     {
         for (int i = int(items.size()) - 1; i > 0; --i)
             std::swap(items[size_t(i)], items[size_t(between(0, i))]);

@@ -1,17 +1,18 @@
 #include "demo/Screenshots.h"
 
+#include "controls/Controls.h"
 #include "runtime/MsgBox.h"
 #include "runtime/OpenFile.h"
 #include "runtime/VBError.h"
-#include "controls/Controls.h"
 #include "shell/Program.h"
 #include "shell/ScreenRegistry.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
-#include <map>
+
 #include <cstdio>
+#include <map>
 
 namespace demo {
 
@@ -116,7 +117,8 @@ QStringList writeScreenshots(const QString& dir)
                     command->click();
                 settle();
                 const QString picture = QString::fromLatin1(own.picture);
-                if (grabTo(topLevel(QString::fromLatin1(own.window)), QDir(dir).filePath(picture + QStringLiteral(".png"))))
+                if (grabTo(topLevel(QString::fromLatin1(own.window)),
+                           QDir(dir).filePath(picture + QStringLiteral(".png"))))
                     written << picture;
             }
         } catch (const vb::VBError& e) {

@@ -11,7 +11,8 @@ namespace demo {
 
 /// Starts the program on the store of AppPath with scripted boxes and manual timers,
 /// writes DIR/{screen}.png for frmMain, frmAbout and every built working screen (the
-/// documents DataReportN are left out), and returns the names written. A screen that fails to show is left out, with a line on standard error.
+/// documents DataReportN are left out), and returns the names written. A screen that fails to show is left out, with a
+/// line on standard error.
 QStringList writeScreenshots(const QString& dir);
 
 } // namespace demo

@@ -16,8 +16,7 @@ inline QString text(const char* s)
 }
 
 /// Adds a row to table and returns its new key (field key; 0 when key is empty).
-template <typename Fill>
-int addRow(const QString& table, const QString& key, Fill&& fill)
+template <typename Fill> int addRow(const QString& table, const QString& key, Fill&& fill)
 {
     store::Recordset rs;
     // An empty selection to add to: the screens open the whole table, which would make

@@ -1,7 +1,7 @@
 #include "execution/Form7.h"
-#include "execution/WeeklyPlan.h"
 
 #include "controls/ScreenKit.h"
+#include "execution/WeeklyPlan.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
 

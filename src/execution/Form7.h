@@ -12,12 +12,12 @@
 /// Form7_Stops.cpp the stops and the shift of the schedule on load, Form7_Missing.cpp
 /// the units that lack a maintenance of an assigned type and the lower list's selection.
 
-#include "runtime/Trap.h"
-#include "runtime/Variant.h"
 #include "controls/Controls.h"
 #include "controls/DataControls.h"
 #include "controls/DateControls.h"
 #include "controls/Form.h"
+#include "runtime/Trap.h"
+#include "runtime/Variant.h"
 
 #include <QString>
 
@@ -51,21 +51,21 @@ public:
     vb::Adodc* Adodc4;
     vb::Adodc* Adodc5;
     vb::Adodc* Adodc6;
-    vb::MaskEdBox* MaskEdBox1; ///< Ultima as text
-    vb::DTPicker* DTPicker1;   ///< Ultima
-    vb::MaskEdBox* MaskEdBox2; ///< Prossima as text
-    vb::DTPicker* DTPicker2;   ///< Prossima: "the date of the selected maintenance"
+    vb::MaskEdBox* MaskEdBox1;   ///< Ultima as text
+    vb::DTPicker* DTPicker1;     ///< Ultima
+    vb::MaskEdBox* MaskEdBox2;   ///< Prossima as text
+    vb::DTPicker* DTPicker2;     ///< Prossima: "the date of the selected maintenance"
     vb::CommandButton* Command1; ///< Ultima one day back
     vb::CommandButton* Command2; ///< Ultima one day forward
-    vb::Label* Label3;  ///< "Macchina:"
-    vb::Label* Label4;  ///< "Modello:"
-    vb::Label* Label5;  ///< "Numerazione:"
-    vb::Label* Label6;  ///< "Manutenzione Tipo:"
-    vb::Label* Label7;  ///< "Ultima:"
-    vb::Label* Label8;  ///< "Prossima:" — red and bold when overdue; frmMain flashes it
-    vb::Label* Label9;  ///< "Operatore:"
-    vb::Label* Label10; ///< "Frequenza Sett.:"
-    vb::Label* Label16; ///< "[{Macchina}]-[{Modello}]-[N°{Numerazione}]"
+    vb::Label* Label3;           ///< "Macchina:"
+    vb::Label* Label4;           ///< "Modello:"
+    vb::Label* Label5;           ///< "Numerazione:"
+    vb::Label* Label6;           ///< "Manutenzione Tipo:"
+    vb::Label* Label7;           ///< "Ultima:"
+    vb::Label* Label8;           ///< "Prossima:" — red and bold when overdue; frmMain flashes it
+    vb::Label* Label9;           ///< "Operatore:"
+    vb::Label* Label10;          ///< "Frequenza Sett.:"
+    vb::Label* Label16;          ///< "[{Macchina}]-[{Modello}]-[N°{Numerazione}]"
 
     // Hidden working state.
     vb::TextBox* txtID;
@@ -82,10 +82,10 @@ public:
     vb::TextBox* TXT;
 
     // ---- commands -------------------------------------------------------------------
-    vb::CommandButton* Cmd_Add;      ///< "Inserisci"
-    vb::CommandButton* Cmd_Edit;     ///< "Modifica" / "SALVA": the state of the screen
-    vb::CommandButton* Cmd_Delete;   ///< "Elimina"
-    vb::CommandButton* Cmd_Vis_All;  ///< "Aggiorna"
+    vb::CommandButton* Cmd_Add;     ///< "Inserisci"
+    vb::CommandButton* Cmd_Edit;    ///< "Modifica" / "SALVA": the state of the screen
+    vb::CommandButton* Cmd_Delete;  ///< "Elimina"
+    vb::CommandButton* Cmd_Vis_All; ///< "Aggiorna"
     vb::CommandButton* Cmd_Info;
     vb::CommandButton* Cmd_Eseguita; ///< "Man Eseguita"
     vb::CommandButton* Cmd_Add_Note; ///< "Inserire Nota Macchina"
@@ -106,16 +106,16 @@ public:
     vb::Adodc* Adodc7;
 
     // ---- stops ----------------------------------------------------------------------
-    vb::CommandButton* Cmd_Stop; ///< "Ferma Dal"
-    vb::DTPicker* DTPicker3;     ///< date of the stop
-    vb::Frame* Frame2;           ///< "Fermi Macchina per Posticipo Manutenzioni"
-    vb::DTPicker* DTPicker6;     ///< mirror of DTPicker3
+    vb::CommandButton* Cmd_Stop;       ///< "Ferma Dal"
+    vb::DTPicker* DTPicker3;           ///< date of the stop
+    vb::Frame* Frame2;                 ///< "Fermi Macchina per Posticipo Manutenzioni"
+    vb::DTPicker* DTPicker6;           ///< mirror of DTPicker3
     vb::CommandButton* Cmd_Confirm;    ///< "CONFERMA"
     vb::CommandButton* Cmd_Avviamento; ///< "RIAVVIATA IL..."
     vb::DTPicker* DTPicker4;           ///< restart date
     vb::Label* Label11;                ///< "Giorni Fermo:"
     vb::TextBox* Txt_Day_Stop;
-    vb::Label* Label12;                ///< "Numero Stop:"
+    vb::Label* Label12; ///< "Numero Stop:"
     vb::TextBox* Txt_Numero_Stop;
     vb::CommandButton* Cmd_Chiudi;
     vb::DTPicker* DTPicker5; ///< scratch date of the shift

@@ -1,6 +1,5 @@
 // Recording a maintenance as done, and the notes of a machine.
 #include "execution/Form7.h"
-
 #include "runtime/MsgBox.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
@@ -113,8 +112,10 @@ void Form7::writeNoteRow(Trap& trap, const Variant& idMaintenance, bool withType
         trap.step([&] { rs.AddNew(); });
     }
     store::WriteFields(trap, rs,
-                       {{"Ultima", DTPicker2->Value()}, {"ID_MAINTENANCE", idMaintenance},
-                        {"ID_MODELLO", ID_MOD->Text()}, {"ID_NUM", ID_NUM->Text()},
+                       {{"Ultima", DTPicker2->Value()},
+                        {"ID_MAINTENANCE", idMaintenance},
+                        {"ID_MODELLO", ID_MOD->Text()},
+                        {"ID_NUM", ID_NUM->Text()},
                         {"ID_Operatore", ID_OPERATORE->Text()}});
     if (withType)
         trap.step([&] { rs.Fields(QStringLiteral("Tipo_Nota")) = QStringLiteral("Manutenzione"); });

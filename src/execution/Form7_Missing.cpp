@@ -3,7 +3,6 @@
 // and assigned type), marks the pairs the register holds, and lists the rest in DataGrid3.
 // A line of that list prepares the new register row in the entry fields.
 #include "execution/Form7.h"
-
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
@@ -144,8 +143,8 @@ void Form7::Refresh_Grid_Missing()
         const char* caption;
         int width;
     };
-    static const Layout columns[] = {{"ID_NUM", 0},      {"N°", 600},           {"ID_MODELLO", 0},
-                                     {"MACCHINA", 2000}, {"MODELLO", 3000},     {"MANUTENZIONE", 1800},
+    static const Layout columns[] = {{"ID_NUM", 0},       {"N°", 600},       {"ID_MODELLO", 0},
+                                     {"MACCHINA", 2000},  {"MODELLO", 3000}, {"MANUTENZIONE", 1800},
                                      {"ID_MAINT_TIPO", 0}};
     for (int i = 0; i < 7; ++i) {
         trap.step([&] {
@@ -183,16 +182,17 @@ void Form7::DataGrid3_RowColChange()
     trap.step([&] { idModello = key("ID_MODELLO"); });
     store::Recordset rs;
     trap.step([&] {
-        rs.Open(QStringLiteral(
-                    "SELECT Tbl_Not_Maintenance.ID_NUM, Tbl_Not_Maintenance.ID_MODELLO, Tbl_Not_Maintenance.Numerazione, "
-                    "Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, Tbl_Assegna_M.Manutenzione_Tipo, "
-                    "Tbl_Assegna_M.ID_MAINT_TIPO FROM Tbl_Assegna_M INNER JOIN Tbl_Not_Maintenance ON "
-                    "Tbl_Assegna_M.ID_MODELLO = Tbl_Not_Maintenance.ID_MODELLO GROUP BY Tbl_Not_Maintenance.ID_NUM, "
-                    "Tbl_Not_Maintenance.ID_MODELLO, Tbl_Not_Maintenance.Numerazione, Tbl_Assegna_M.Macchina, "
-                    "Tbl_Assegna_M.Modello, Tbl_Assegna_M.Manutenzione_Tipo, Tbl_Assegna_M.ID_MAINT_TIPO HAVING "
-                    "(((Tbl_Not_Maintenance.ID_NUM)=") +
-                idNum + QStringLiteral(") AND ((Tbl_Not_Maintenance.ID_MODELLO)=") + idModello +
-                QStringLiteral(") AND ((Tbl_Assegna_M.ID_MAINT_TIPO)=") + idMaintTipo + QStringLiteral("));"));
+        rs.Open(
+            QStringLiteral(
+                "SELECT Tbl_Not_Maintenance.ID_NUM, Tbl_Not_Maintenance.ID_MODELLO, Tbl_Not_Maintenance.Numerazione, "
+                "Tbl_Assegna_M.Macchina, Tbl_Assegna_M.Modello, Tbl_Assegna_M.Manutenzione_Tipo, "
+                "Tbl_Assegna_M.ID_MAINT_TIPO FROM Tbl_Assegna_M INNER JOIN Tbl_Not_Maintenance ON "
+                "Tbl_Assegna_M.ID_MODELLO = Tbl_Not_Maintenance.ID_MODELLO GROUP BY Tbl_Not_Maintenance.ID_NUM, "
+                "Tbl_Not_Maintenance.ID_MODELLO, Tbl_Not_Maintenance.Numerazione, Tbl_Assegna_M.Macchina, "
+                "Tbl_Assegna_M.Modello, Tbl_Assegna_M.Manutenzione_Tipo, Tbl_Assegna_M.ID_MAINT_TIPO HAVING "
+                "(((Tbl_Not_Maintenance.ID_NUM)=") +
+            idNum + QStringLiteral(") AND ((Tbl_Not_Maintenance.ID_MODELLO)=") + idModello +
+            QStringLiteral(") AND ((Tbl_Assegna_M.ID_MAINT_TIPO)=") + idMaintTipo + QStringLiteral("));"));
     });
 
     // The stop record of the unit of the line: on the list of stopped machines this is what

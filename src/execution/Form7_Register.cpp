@@ -1,12 +1,10 @@
 // The register: the load, the list and its day filter, the selection of a row, the pick
 // lists, and insert, edit and delete of a scheduled maintenance.
+#include "controls/ScreenKit.h"
 #include "execution/Form7.h"
 #include "execution/WeeklyPlan.h"
-
-#include "controls/ScreenKit.h"
-
-#include "runtime/Clock.h"
 #include "reports/TextExport.h"
+#include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
@@ -112,10 +110,10 @@ void Form7::Refresh_Grid_Maintenance()
     const QString days = Txt_Search->Text();
     QString statement;
     if (days.isEmpty() || vb::Val(days) == 0) {
-        statement = QStringLiteral(
-            "SELECT Tbl_Maintenance.ID, Tbl_Maintenance.Macchina, Tbl_Maintenance.Modello, "
-            "Tbl_Maintenance.Numerazione, Tbl_Maintenance.Manutenzione_Tipo, Tbl_Maintenance.Ultima, "
-            "Tbl_Maintenance.Prossima From Tbl_Maintenance ORDER BY Tbl_Maintenance.Prossima;");
+        statement =
+            QStringLiteral("SELECT Tbl_Maintenance.ID, Tbl_Maintenance.Macchina, Tbl_Maintenance.Modello, "
+                           "Tbl_Maintenance.Numerazione, Tbl_Maintenance.Manutenzione_Tipo, Tbl_Maintenance.Ultima, "
+                           "Tbl_Maintenance.Prossima From Tbl_Maintenance ORDER BY Tbl_Maintenance.Prossima;");
     } else {
         // Strictly before today + n: a maintenance due exactly n days ahead is left out.
         statement = QStringLiteral("SELECT Tbl_Maintenance.ID, Tbl_Maintenance.Macchina, Tbl_Maintenance.Modello, "
@@ -130,11 +128,16 @@ void Form7::Refresh_Grid_Maintenance()
     });
     // ID, the key, is the one column left unlocked.
     vb::setColumns(trap, DataGrid1,
-                   {{QStringLiteral("ID"), 0}, {QStringLiteral("MACCHINA"), 2000, true},
-                    {QStringLiteral("MODELLO"), 2800, true}, {QStringLiteral("NUM"), 600, true},
-                    {QStringLiteral("MANUTENZIONE TIPO"), 1500, true}, {QStringLiteral("ULTIMA"), 1200, true},
+                   {{QStringLiteral("ID"), 0},
+                    {QStringLiteral("MACCHINA"), 2000, true},
+                    {QStringLiteral("MODELLO"), 2800, true},
+                    {QStringLiteral("NUM"), 600, true},
+                    {QStringLiteral("MANUTENZIONE TIPO"), 1500, true},
+                    {QStringLiteral("ULTIMA"), 1200, true},
                     {QStringLiteral("PROSSIMA"), 1200, true}});
-    trap.step([&] { Label1->setCaption(QStringLiteral("Conteggio Manutenzioni: ") + QString::number(Adodc3->RecordCount())); });
+    trap.step([&] {
+        Label1->setCaption(QStringLiteral("Conteggio Manutenzioni: ") + QString::number(Adodc3->RecordCount()));
+    });
 }
 
 void Form7::Txt_Search_KeyPress(int& keyAscii)
@@ -235,14 +238,20 @@ void Form7::DataGrid1_RowColChange()
 
     // The notes of the machine number.
     trap.step([&] {
-        Adodc7->setRecordSource(QStringLiteral("SELECT * FROM Tbl_Maintenance_Note WHERE ID_MODELLO=") + ID_MOD->Text() +
-                                QStringLiteral(" AND ID_NUM=") + ID_NUM->Text() + QStringLiteral("  Order by Ultima desc"));
+        Adodc7->setRecordSource(QStringLiteral("SELECT * FROM Tbl_Maintenance_Note WHERE ID_MODELLO=") +
+                                ID_MOD->Text() + QStringLiteral(" AND ID_NUM=") + ID_NUM->Text() +
+                                QStringLiteral("  Order by Ultima desc"));
         Adodc7->Refresh();
     });
     vb::setColumns(trap, DataGrid2,
-                   {{QStringLiteral("ID")}, {QStringLiteral("ID_MAINTENANCE")}, {QStringLiteral("ID_MODELLO")},
-                    {QStringLiteral("ID_NUM")}, {QStringLiteral("ID_OPERATORE")}, {QStringLiteral("Ultima")},
-                    {QStringLiteral("Avvisa")}, {QStringLiteral("NOTE")}});
+                   {{QStringLiteral("ID")},
+                    {QStringLiteral("ID_MAINTENANCE")},
+                    {QStringLiteral("ID_MODELLO")},
+                    {QStringLiteral("ID_NUM")},
+                    {QStringLiteral("ID_OPERATORE")},
+                    {QStringLiteral("Ultima")},
+                    {QStringLiteral("Avvisa")},
+                    {QStringLiteral("NOTE")}});
     trap.step([&] {
         if (Adodc7->RecordCount() == 0) {
             DataGrid2->setVisible(false);
@@ -252,9 +261,10 @@ void Form7::DataGrid1_RowColChange()
         DataGrid1->setToolTipText(QStringLiteral("CI SONO NOTE PRESENTI PER QUESTA MACCHINA!"));
         DataGrid2->setVisible(true);
         Frame1->setVisible(true);
-        Variant caption = vb::Concat(QStringLiteral("LEGGI NOTE MACCHINA: "),
-                                     DataGrid1->Columns(QStringLiteral("MODELLO")).Value());
-        caption = vb::Concat(vb::Concat(caption, QStringLiteral("  N°")), DataGrid1->Columns(QStringLiteral("NUM")).Value());
+        Variant caption =
+            vb::Concat(QStringLiteral("LEGGI NOTE MACCHINA: "), DataGrid1->Columns(QStringLiteral("MODELLO")).Value());
+        caption =
+            vb::Concat(vb::Concat(caption, QStringLiteral("  N°")), DataGrid1->Columns(QStringLiteral("NUM")).Value());
         Frame1->setCaption(caption);
     });
     trap.step([&] { Cmd_Stop->setEnabled(!ID_MOD->Text().isEmpty()); });
@@ -507,8 +517,10 @@ void Form7::ensurePlannedRow(Trap& trap)
         return;
     trap.step([&] { rs.AddNew(); });
     store::WriteFields(trap, rs,
-                       {{"ID_MODELLO", ID_MOD->Text()}, {"Macchina", DataCombo3->Text()},
-                        {"Modello", DataCombo2->Text()}, {"ID_NUM", ID_NUM->Text()},
+                       {{"ID_MODELLO", ID_MOD->Text()},
+                        {"Macchina", DataCombo3->Text()},
+                        {"Modello", DataCombo2->Text()},
+                        {"ID_NUM", ID_NUM->Text()},
                         {"Numerazione", DataCombo1->Text()}});
     trap.step([&] { rs.UpdateBatch(); });
 }
@@ -534,16 +546,21 @@ void Form7::Cmd_Edit_Click()
     // The type is not checked here.
     if (txtFrequenza->Text().isEmpty() || DataCombo3->Text().isEmpty() || DataCombo2->Text().isEmpty() ||
         DataCombo1->Text().isEmpty() || MaskEdBox1->Text() == QLatin1String(EmptyDate)) {
-        vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), vb::mb::Exclamation, QStringLiteral("MANCANZA DATI!!"));
+        vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), vb::mb::Exclamation,
+                   QStringLiteral("MANCANZA DATI!!"));
         return;
     }
 
     auto writeCommon = [&](store::Recordset& rs) {
         store::WriteFields(trap, rs,
-                           {{"ID_MODELLO", ID_MOD->Text()}, {"ID_MAINT_TIPO", ID_MAINT->Text()},
-                            {"Macchina", DataCombo3->Text()}, {"Modello", DataCombo2->Text()},
-                            {"ID_NUM", ID_NUM->Text()}, {"Numerazione", DataCombo1->Text()},
-                            {"Manutenzione_Tipo", DataCombo4->Text()}, {"Frequenza_Sett", txtFrequenza->Text()}});
+                           {{"ID_MODELLO", ID_MOD->Text()},
+                            {"ID_MAINT_TIPO", ID_MAINT->Text()},
+                            {"Macchina", DataCombo3->Text()},
+                            {"Modello", DataCombo2->Text()},
+                            {"ID_NUM", ID_NUM->Text()},
+                            {"Numerazione", DataCombo1->Text()},
+                            {"Manutenzione_Tipo", DataCombo4->Text()},
+                            {"Frequenza_Sett", txtFrequenza->Text()}});
     };
 
     if (Cmd_Edit->Caption() == vb::caption::Save) {
@@ -598,10 +615,11 @@ void Form7::Cmd_Edit_Click()
     }
 
     // An existing row.
-    const int answer = vb::MsgBox(QStringLiteral("Stai per modificare la Manutenzione ") + DataCombo4->Text() +
-                                      QStringLiteral(" di questa Macchina, Vuoi Procedere??"),
-                                  vb::mb::YesNo + vb::mb::Question,
-                                  QStringLiteral("Modifica Manutenzione **") + DataCombo4->Text() + QStringLiteral("**"));
+    const int answer =
+        vb::MsgBox(QStringLiteral("Stai per modificare la Manutenzione ") + DataCombo4->Text() +
+                       QStringLiteral(" di questa Macchina, Vuoi Procedere??"),
+                   vb::mb::YesNo + vb::mb::Question,
+                   QStringLiteral("Modifica Manutenzione **") + DataCombo4->Text() + QStringLiteral("**"));
     if (answer == vb::answer::No)
         return;
     trap.step([&] {
@@ -616,7 +634,8 @@ void Form7::Cmd_Edit_Click()
         writeCommon(rs);
         // Prossima is what the user set: not recomputed from the frequency.
         store::WriteFields(trap, rs,
-                           {{"Tempo_Minuti", Txt_Tot_Minuti->Text()}, {"Ultima", DTPicker1->Value()},
+                           {{"Tempo_Minuti", Txt_Tot_Minuti->Text()},
+                            {"Ultima", DTPicker1->Value()},
                             {"Prossima", DTPicker2->Value()}});
         if (DataCombo5->Text().isEmpty()) {
             store::WriteFields(trap, rs, {{"Operatore", QString()}, {"ID_Operatore", Variant::null()}});

@@ -1,7 +1,6 @@
 // Machine stops: the stop record of a machine number, its stop and restart, the list of
 // stopped machines, and the push of the schedule by the days stopped at every load.
 #include "execution/Form7.h"
-
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
 #include "runtime/VBFunctions.h"
@@ -137,7 +136,8 @@ void Form7::Apply_Stop_Shift()
                 d = int16(int16(g + tot) + int16(frequenza * 7));
         });
         trap.step([&] {
-            DTPicker5->setValue(vb::Format(Variant(vb::JetDate{ultima.toDate().serial + d}), QStringLiteral("dd/mm/yyyy")));
+            DTPicker5->setValue(
+                vb::Format(Variant(vb::JetDate{ultima.toDate().serial + d}), QStringLiteral("dd/mm/yyyy")));
         });
         trap.step([&] { rs.MoveNext(); });
 
@@ -198,7 +198,8 @@ void Form7::Cmd_Confirm_Click()
     // three types counts a stop three times. That is how the counters are meant to rise.
     auto walk = [&](const std::function<void(store::Recordset&, const Variant& tipo, bool isNew)>& write) {
         store::Recordset rs;
-        trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Maintenance where ID_NUM =") + QString::number(idNum)); });
+        trap.step(
+            [&] { rs.Open(QStringLiteral("Select * from Tbl_Maintenance where ID_NUM =") + QString::number(idNum)); });
         bool eof = true;
         trap.step([&] { eof = rs.Eof(); });
         while (!eof) {
@@ -206,7 +207,9 @@ void Form7::Cmd_Confirm_Click()
             trap.step([&] { tipo = rs.Fields(QStringLiteral("ID_MAINT_TIPO")).Value(); });
             trap.step([&] { rs.MoveNext(); });
             store::Recordset stop;
-            trap.step([&] { stop.Open(QStringLiteral("Select * From Tbl_Fermi_Macchina where ID_NUM=") + QString::number(idNum)); });
+            trap.step([&] {
+                stop.Open(QStringLiteral("Select * From Tbl_Fermi_Macchina where ID_NUM=") + QString::number(idNum));
+            });
             bool isNew = false;
             trap.step([&] {
                 if (stop.Eof()) {
@@ -233,11 +236,13 @@ void Form7::Cmd_Confirm_Click()
                        QStringLiteral("MACCHINA RIAVVIATE IL **") + date + QStringLiteral("**")) == vb::answer::Yes) {
             walk([&](store::Recordset& stop, const Variant& tipo, bool isNew) {
                 store::WriteFields(trap, stop,
-                                   {{"Ferma_Dal", Variant::null()}, {"Giorni_Stop", 0},
-                                    {"ID_NUM", Variant::fromInteger(idNum)}, {"ID_MAINT_TIPO", tipo}});
+                                   {{"Ferma_Dal", Variant::null()},
+                                    {"Giorni_Stop", 0},
+                                    {"ID_NUM", Variant::fromInteger(idNum)},
+                                    {"ID_MAINT_TIPO", tipo}});
                 trap.step([&] {
-                    stop.Fields(QStringLiteral("TOT_Giorni_Stop")) =
-                        addTo(counter(stop, "TOT_Giorni_Stop", isNew), daysBetween(DTPicker3->Value(), DTPicker4->Value()));
+                    stop.Fields(QStringLiteral("TOT_Giorni_Stop")) = addTo(
+                        counter(stop, "TOT_Giorni_Stop", isNew), daysBetween(DTPicker3->Value(), DTPicker4->Value()));
                 });
             });
         }
@@ -248,8 +253,10 @@ void Form7::Cmd_Confirm_Click()
                        QStringLiteral("FERMATA MACCHINA DAL **") + date + QStringLiteral("**")) == vb::answer::Yes) {
             walk([&](store::Recordset& stop, const Variant& tipo, bool isNew) {
                 store::WriteFields(trap, stop,
-                                   {{"Ferma_Dal", DTPicker3->Value()}, {"ID_NUM", Variant::fromInteger(idNum)},
-                                    {"Giorni_Stop", 0}, {"ID_MAINT_TIPO", tipo}});
+                                   {{"Ferma_Dal", DTPicker3->Value()},
+                                    {"ID_NUM", Variant::fromInteger(idNum)},
+                                    {"Giorni_Stop", 0},
+                                    {"ID_MAINT_TIPO", tipo}});
                 trap.step([&] {
                     stop.Fields(QStringLiteral("Numero_Stop")) = addTo(counter(stop, "Numero_Stop", isNew), 1);
                 });
@@ -303,7 +310,8 @@ void Form7::Refresh_Grid_Stopped()
         const char* caption;
         int width;
     };
-    static const Layout columns[] = {{"FERMA DAL", 1100}, {"MACCHINA", 2500}, {"MODELLO", 2900}, {nullptr, 0}, {"N°", 600}};
+    static const Layout columns[] = {
+        {"FERMA DAL", 1100}, {"MACCHINA", 2500}, {"MODELLO", 2900}, {nullptr, 0}, {"N°", 600}};
     for (int i = 0; i < 5; ++i) {
         trap.step([&] {
             vb::GridColumn& c = DataGrid3->Columns(i);

@@ -112,8 +112,8 @@ void Set_Grid_Columns()
     {
         int column;
         const char* caption;
-    } captions[] = {{0, "ID"},        {2, "MACCHINA"},           {3, "MODELLO"}, {5, "NUM"},
-                    {7, "MANUTENZIONE TIPO"}, {9, "ULTIMA"}, {10, "PROSSIMA"}};
+    } captions[] = {{0, "ID"},     {2, "MACCHINA"}, {3, "MODELLO"}, {5, "NUM"}, {7, "MANUTENZIONE TIPO"},
+                    {9, "ULTIMA"}, {10, "PROSSIMA"}};
     Trap trap = Trap::ignoreAll();
     for (int i = 0; i < 14; ++i) {
         trap.step([&] {

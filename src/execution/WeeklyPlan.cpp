@@ -1,5 +1,6 @@
 #include "execution/WeeklyPlan.h"
 
+#include "controls/Controls.h"
 #include "execution/Form7.h"
 #include "reports/ReportViewer.h"
 #include "runtime/AppPath.h"
@@ -8,7 +9,6 @@
 #include "runtime/Trap.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
-#include "controls/Controls.h"
 #include "store/DataStore.h"
 
 #include <QFileInfo>
@@ -115,7 +115,8 @@ void Clear_Planned_Tokens(Form7& form)
     // The scratch copy is made anew at each edit; its drop fails harmlessly on a first run.
     trap.step([&] { store::DataStore::instance().Execute(QStringLiteral("Drop Table Tbl_Planned_2")); });
     trap.step([&] {
-        store::DataStore::instance().Execute(QStringLiteral("SELECT Tbl_Planned.* INTO Tbl_Planned_2 FROM Tbl_Planned;"));
+        store::DataStore::instance().Execute(
+            QStringLiteral("SELECT Tbl_Planned.* INTO Tbl_Planned_2 FROM Tbl_Planned;"));
     });
     for (int x = FirstWeekColumn; x <= LastWeekColumn; ++x) {
         QString c;

@@ -12,6 +12,7 @@
 #include <QStandardPaths>
 #include <QTemporaryFile>
 #include <QTextStream>
+
 #include <cstdio>
 #include <cstring>
 #include <sqlite3.h>
@@ -90,8 +91,8 @@ void printTable(QTextStream& out, const std::vector<TableCount>& tables)
         w1 = std::max(w1, int(t.table.size()));
     out << h1.leftJustified(w1) << "  " << h2 << "  " << h3 << '\n';
     for (const TableCount& t : tables)
-        out << t.table.leftJustified(w1) << "  " << QString::number(t.inOldFile).rightJustified(int(h2.size()))
-            << "  " << QString::number(t.imported).rightJustified(int(h3.size())) << '\n';
+        out << t.table.leftJustified(w1) << "  " << QString::number(t.inOldFile).rightJustified(int(h2.size())) << "  "
+            << QString::number(t.imported).rightJustified(int(h3.size())) << '\n';
 }
 
 } // namespace
@@ -105,10 +106,10 @@ bool storeHasData(const QString& path)
     }
     QStringList tables;
     sqlite3_stmt* stmt = nullptr;
-    bool readable = sqlite3_prepare_v2(db, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE "
-                                           "'sqlite\\_%' ESCAPE '\\'",
-                                       -1, &stmt, nullptr)
-        == SQLITE_OK;
+    bool readable = sqlite3_prepare_v2(db,
+                                       "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE "
+                                       "'sqlite\\_%' ESCAPE '\\'",
+                                       -1, &stmt, nullptr) == SQLITE_OK;
     int rc = SQLITE_DONE;
     while (readable && (rc = sqlite3_step(stmt)) == SQLITE_ROW)
         tables << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)));
@@ -118,12 +119,12 @@ bool storeHasData(const QString& path)
     bool data = !readable;
     for (const QString& table : std::as_const(tables)) {
         // Rows a store gets by itself: the seeded frequency kinds and the sessions.
-        if (table.compare(QLatin1String("Tbl_Maint_Tipo"), Qt::CaseInsensitive) == 0
-            || table.compare(QLatin1String("Tbl_Register"), Qt::CaseInsensitive) == 0)
+        if (table.compare(QLatin1String("Tbl_Maint_Tipo"), Qt::CaseInsensitive) == 0 ||
+            table.compare(QLatin1String("Tbl_Register"), Qt::CaseInsensitive) == 0)
             continue;
         const QByteArray sql = "SELECT EXISTS (SELECT 1 FROM \"" + table.toUtf8().replace('"', "\"\"") + "\")";
-        if (sqlite3_prepare_v2(db, sql.constData(), -1, &stmt, nullptr) != SQLITE_OK
-            || sqlite3_step(stmt) != SQLITE_ROW || sqlite3_column_int(stmt, 0) != 0)
+        if (sqlite3_prepare_v2(db, sql.constData(), -1, &stmt, nullptr) != SQLITE_OK ||
+            sqlite3_step(stmt) != SQLITE_ROW || sqlite3_column_int(stmt, 0) != 0)
             data = true;
         sqlite3_finalize(stmt);
         if (data)

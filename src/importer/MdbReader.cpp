@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QtEndian>
+
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
@@ -152,7 +153,9 @@ struct MdbReader::Impl
     }
 };
 
-MdbReader::MdbReader() : d(std::make_unique<Impl>()) {}
+MdbReader::MdbReader() : d(std::make_unique<Impl>())
+{
+}
 
 MdbReader::~MdbReader() = default;
 
@@ -172,8 +175,7 @@ bool MdbReader::open(const QString& path)
     // A Jet file starts with its signature; its version byte tells the page size.
     const QByteArray header = file.read(JetHeaderSize);
     const QByteArray signature = header.mid(4, 15);
-    if (header.size() < JetHeaderSize
-        || (signature != "Standard Jet DB" && signature != "Standard ACE DB"))
+    if (header.size() < JetHeaderSize || (signature != "Standard Jet DB" && signature != "Standard ACE DB"))
         return fail(MdbProblem::NotJet, QStringLiteral("non è un database Access (Jet)"));
     const qint64 pageSize = header.at(0x14) == 0 ? 2048 : 4096;
     if (file.size() < 2 * pageSize || file.size() % pageSize != 0)
@@ -222,8 +224,7 @@ bool MdbReader::open(const QString& path)
     return true;
 }
 
-qint64 MdbReader::readRows(const MdbTableInfo& table,
-                           const std::function<bool(const std::vector<MdbValue>&)>& onRow)
+qint64 MdbReader::readRows(const MdbTableInfo& table, const std::function<bool(const std::vector<MdbValue>&)>& onRow)
 {
     MdbCatalogEntry* entry = d->entries.value(table.name);
     MdbTableDef* def = entry ? mdb_read_table(entry) : nullptr;

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+
 #include <functional>
 #include <memory>
 #include <vector>
@@ -33,9 +34,9 @@ struct MdbColumnInfo
 {
     QString name;
     JetType type = JetType::Other;
-    int length = 0;     ///< characters, for Text
-    int precision = 0;  ///< for Decimal
-    int scale = 0;      ///< for Decimal
+    int length = 0;    ///< characters, for Text
+    int precision = 0; ///< for Decimal
+    int scale = 0;     ///< for Decimal
     bool autoNumber = false;
 };
 

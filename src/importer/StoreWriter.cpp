@@ -5,6 +5,7 @@
 #include "store/jet/Jet.h"
 
 #include <QHash>
+
 #include <sqlite3.h>
 
 namespace importer {
@@ -128,8 +129,8 @@ bool StoreWriter::exec(const QString& sql)
 bool StoreWriter::create(const QString& path)
 {
     m_path = path;
-    if (sqlite3_open_v2(path.toUtf8().constData(), &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr)
-        != SQLITE_OK)
+    if (sqlite3_open_v2(path.toUtf8().constData(), &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) !=
+        SQLITE_OK)
         return fail(QStringLiteral("impossibile creare il file %1").arg(path));
     // The file is thrown away if anything fails, so no journal on disk is needed; the
     // one commit at the end still reaches the disk in full.
@@ -199,9 +200,8 @@ bool StoreWriter::beginTable(const MdbTableInfo& table)
         if (!exec(QStringLiteral("DELETE FROM %1").arg(quoted(name))))
             return false;
         Query hasSequence(m_db, QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'sqlite_sequence'"));
-        if (hasSequence.next()
-            && !exec(QStringLiteral("DELETE FROM sqlite_sequence WHERE name = '%1' COLLATE NOCASE")
-                         .arg(QString(name).replace(QLatin1Char('\''), QLatin1String("''")))))
+        if (hasSequence.next() && !exec(QStringLiteral("DELETE FROM sqlite_sequence WHERE name = '%1' COLLATE NOCASE")
+                                            .arg(QString(name).replace(QLatin1Char('\''), QLatin1String("''")))))
             return false;
     }
 
@@ -232,8 +232,8 @@ bool StoreWriter::rebuild(const QString& name, const QString& storeSql, const QH
         Query info(m_db, QStringLiteral("SELECT name, type, \"notnull\", dflt_value, pk FROM pragma_table_info(?1)"),
                    {name});
         while (info.next())
-            cols.push_back({info.text(0), info.text(1), info.isNull(3) ? QString() : info.text(3),
-                            info.integer(2) != 0, int(info.integer(4))});
+            cols.push_back({info.text(0), info.text(1), info.isNull(3) ? QString() : info.text(3), info.integer(2) != 0,
+                            int(info.integer(4))});
     }
     QStringList keys;
     for (const Col& c : cols)
@@ -264,8 +264,8 @@ bool StoreWriter::rebuild(const QString& name, const QString& storeSql, const QH
     }
     if (keys.size() > 1)
         defs << QStringLiteral("PRIMARY KEY (%1)").arg(keys.join(QStringLiteral(", ")));
-    return exec(QStringLiteral("DROP TABLE %1").arg(quoted(name)))
-        && exec(QStringLiteral("CREATE TABLE %1 (%2)").arg(quoted(name), defs.join(QStringLiteral(", "))));
+    return exec(QStringLiteral("DROP TABLE %1").arg(quoted(name))) &&
+           exec(QStringLiteral("CREATE TABLE %1 (%2)").arg(quoted(name), defs.join(QStringLiteral(", "))));
 }
 
 bool StoreWriter::insert(const std::vector<MdbValue>& row)

@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QString>
+
 #include <vector>
 
 struct sqlite3;

@@ -106,11 +106,12 @@ void Form18::buildControls()
     Txt_Durata = kit.label(this, "Txt_Durata", QStringLiteral("Durata Rapporto:"), 120, rowTop(6) + 30, LabelWidth);
     Txt_Rapporto = kit.field(this, "Txt_Rapporto", FieldLeft, rowTop(6), FieldWidth - PickerWidth - 90);
     Txt_Rapporto->setLocked(true);
-    Cmd_Dimissioni = kit.button(this, "Cmd_Dimissioni", QStringLiteral("Dimissioni"), FieldLeft + FieldWidth - PickerWidth,
-                                rowTop(6) - 30, PickerWidth);
+    Cmd_Dimissioni = kit.button(this, "Cmd_Dimissioni", QStringLiteral("Dimissioni"),
+                                FieldLeft + FieldWidth - PickerWidth, rowTop(6) - 30, PickerWidth);
 
     // The last job, on the right.
-    Frame3 = kit.frame(this, "Frame3", QStringLiteral("Ultimo Lavoro Eseguito"), RightLeft, FieldsTop - 60, RightWidth, 1740);
+    Frame3 = kit.frame(this, "Frame3", QStringLiteral("Ultimo Lavoro Eseguito"), RightLeft, FieldsTop - 60, RightWidth,
+                       1740);
     Label8 = kit.label(Frame3, "Label8", QStringLiteral("In Data:"), 120, jobTop(0) + 30, 1350);
     DTPicker3 = kit.datePicker(Frame3, "DTPicker3", 1500, jobTop(0), PickerWidth);
     DTPicker3->setVisible(false); // until an operator with a dated job is selected
@@ -179,8 +180,8 @@ void Form18::Show_Operators()
     // By position in the table's order: Tipo (4) and Fine_Rapp (6) are in the list but
     // take no room; the key takes none either.
     static const int widths[] = {0, 1800, 1800, 1100, 0, 1150, 0};
-    static const char* const captions[] = {"ID_OPERATORE", "Operatore", "Qualifica", "Nascita", nullptr, "Assunzione",
-                                           nullptr};
+    static const char* const captions[] = {"ID_OPERATORE", "Operatore",  "Qualifica", "Nascita",
+                                           nullptr,        "Assunzione", nullptr};
     for (int i = 0; i < 7; ++i) {
         trap.step([&] {
             vb::GridColumn& c = DataGrid1->Columns(i);
@@ -191,7 +192,8 @@ void Form18::Show_Operators()
         });
     }
     // The first letter is a digit zero, as the users have always seen it.
-    trap.step([&] { Label1->setCaption(QStringLiteral("0peratori Presenti: ") + QString::number(Adodc2->RecordCount())); });
+    trap.step(
+        [&] { Label1->setCaption(QStringLiteral("0peratori Presenti: ") + QString::number(Adodc2->RecordCount())); });
 }
 
 void Form18::Clear_Operator_Fields()
@@ -214,9 +216,7 @@ void Form18::search(vb::TextBox* box, const QString& before)
     if (box->Text().isEmpty())
         return;
     // The text goes into the statement as typed: a quote in it leaves the list empty.
-    trap.step([&] {
-        Adodc2->setRecordSource(before + box->Text() + QStringLiteral("%' Order by Operatore"));
-    });
+    trap.step([&] { Adodc2->setRecordSource(before + box->Text() + QStringLiteral("%' Order by Operatore")); });
     trap.step([&] { Show_Operators(); });
 }
 
@@ -258,9 +258,8 @@ void Form18::DataGrid1_RowColChange()
         id = DataGrid1->Columns(0).Value().toInteger();
     });
     store::Recordset rs;
-    trap.step([&] {
-        rs.Open(QStringLiteral("SELECT * FROM Tbl_Operatore WHERE ID_OPERATORE= ") + QString::number(id));
-    });
+    trap.step(
+        [&] { rs.Open(QStringLiteral("SELECT * FROM Tbl_Operatore WHERE ID_OPERATORE= ") + QString::number(id)); });
     bool found = false;
     trap.step([&] { found = !rs.Eof(); });
     if (!found || trap.ended())
@@ -291,7 +290,8 @@ void Form18::DataGrid1_RowColChange()
         trap.step([&] { DTPicker4->setVisible(false); });
         // Calendar years of service so far; the count below replaces it in any case.
         trap.step([&] {
-            Txt_Rapporto->setText(Variant(vb::Clock::today().year() - vb::CDbl(vb::Format(started, QStringLiteral("yyyy"))).toDouble()));
+            Txt_Rapporto->setText(
+                Variant(vb::Clock::today().year() - vb::CDbl(vb::Format(started, QStringLiteral("yyyy"))).toDouble()));
         });
     }
     trap.step([&] { Combo1->setText(type); });
@@ -332,7 +332,8 @@ void Form18::DataGrid1_RowColChange()
 
     // Age and service count years only: someone born on 31 December is a year older from
     // 1 January on. An ended employment stops counting at the end year.
-    trap.step([&] { Txt_Eta->setText(IsTenCharacterDate(born) ? YearsBetween(vb::Today(), born) : Variant(QString())); });
+    trap.step(
+        [&] { Txt_Eta->setText(IsTenCharacterDate(born) ? YearsBetween(vb::Today(), born) : Variant(QString())); });
     trap.step([&] {
         Txt_Rapporto->setText(IsTenCharacterDate(started) ? YearsBetween(vb::Today(), started) : Variant(QString()));
     });
@@ -374,7 +375,8 @@ void Form18::Cmd_Edit_Click()
     trap.on(err::InvalidPropertyValue, [] { reports::WriteDateErrorGuide(); });
 
     if (txtOperatore->Text().isEmpty() || Txt_Qualifica->Text().isEmpty()) {
-        vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), vb::mb::Exclamation, QStringLiteral("MANCANZA DATI!!"));
+        vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), vb::mb::Exclamation,
+                   QStringLiteral("MANCANZA DATI!!"));
         return;
     }
 
@@ -419,10 +421,10 @@ void Form18::Cmd_Edit_Click()
     if (trap.ended())
         return;
     const bool changed = old != txtOperatore->Text() || oldQualification != Txt_Qualifica->Text();
-    const QString prompt =
-        changed ? QStringLiteral("L'Operatore [") + old + QStringLiteral("] Sta per essere modificato, Vuoi Procedere??")
-                : QStringLiteral("Stai per modificare i dati dell' Operatore [") + old +
-                      QStringLiteral("] Vuoi Procedere??");
+    const QString prompt = changed ? QStringLiteral("L'Operatore [") + old +
+                                         QStringLiteral("] Sta per essere modificato, Vuoi Procedere??")
+                                   : QStringLiteral("Stai per modificare i dati dell' Operatore [") + old +
+                                         QStringLiteral("] Vuoi Procedere??");
     if (vb::MsgBox(prompt, vb::mb::YesNo + vb::mb::Question,
                    QStringLiteral("Modifica Operatore **") + old + QStringLiteral("**")) != vb::answer::Yes)
         return;
@@ -457,7 +459,8 @@ void Form18::Cmd_Delete_Click()
         return;
     // The register keeps the key of whoever executed a maintenance, gone or not.
     trap.step([&] {
-        store::Run(QStringLiteral("Delete * from Tbl_OPERATORE WHERE ID_OPERATORE  = ") + vb::KeyText(TxtID_OPERATORE->Text()));
+        store::Run(QStringLiteral("Delete * from Tbl_OPERATORE WHERE ID_OPERATORE  = ") +
+                   vb::KeyText(TxtID_OPERATORE->Text()));
     });
     trap.step([&] { reopen(false); });
 }

@@ -14,11 +14,11 @@
 /// day, and an empty column as nothing. Age and service are plain differences of the
 /// years' four digits.
 
-#include "runtime/Variant.h"
 #include "controls/Controls.h"
 #include "controls/DataControls.h"
 #include "controls/DateControls.h"
 #include "controls/Form.h"
+#include "runtime/Variant.h"
 
 namespace people {
 
@@ -40,24 +40,24 @@ public:
     vb::TextBox* TxtID_OPERATORE; ///< hidden: the key of the operator shown
     vb::TextBox* txtOperatore;
     vb::TextBox* Txt_Qualifica;
-    vb::ComboBox* Combo1; ///< "Interno" or "Esterno"
-    vb::DTPicker* DTPicker2; ///< birth
-    vb::DTPicker* DTPicker1; ///< start of employment
-    vb::DTPicker* DTPicker4; ///< end of employment, shown only when it has ended
+    vb::ComboBox* Combo1;              ///< "Interno" or "Esterno"
+    vb::DTPicker* DTPicker2;           ///< birth
+    vb::DTPicker* DTPicker1;           ///< start of employment
+    vb::DTPicker* DTPicker4;           ///< end of employment, shown only when it has ended
     vb::CommandButton* Cmd_Dimissioni; ///< shows or hides DTPicker4
-    vb::TextBox* Txt_Eta;      ///< age in years, worked out
-    vb::TextBox* Txt_Rapporto; ///< years of employment, worked out
-    vb::Label* Label2;     ///< "Operatore:"
-    vb::Label* Label3;     ///< "Qualifica:"
-    vb::Label* Label4;     ///< "Tipo Operatore:"
-    vb::Label* Label5;     ///< "Data di Nascita:"
-    vb::Label* Label6;     ///< "Data Inizio Rapporto:"
-    vb::Label* Label7;     ///< "Data Fine Rapporto:"
-    vb::Label* Txt_Durata; ///< "Durata Rapporto:"
+    vb::TextBox* Txt_Eta;              ///< age in years, worked out
+    vb::TextBox* Txt_Rapporto;         ///< years of employment, worked out
+    vb::Label* Label2;                 ///< "Operatore:"
+    vb::Label* Label3;                 ///< "Qualifica:"
+    vb::Label* Label4;                 ///< "Tipo Operatore:"
+    vb::Label* Label5;                 ///< "Data di Nascita:"
+    vb::Label* Label6;                 ///< "Data Inizio Rapporto:"
+    vb::Label* Label7;                 ///< "Data Fine Rapporto:"
+    vb::Label* Txt_Durata;             ///< "Durata Rapporto:"
 
     // ---- the last job -----------------------------------------------------------------
-    vb::Frame* Frame3;            ///< "Ultimo Lavoro Eseguito"
-    vb::DTPicker* DTPicker3;      ///< its date, shown only when there is one
+    vb::Frame* Frame3;       ///< "Ultimo Lavoro Eseguito"
+    vb::DTPicker* DTPicker3; ///< its date, shown only when there is one
     vb::TextBox* Txt_Manutenzione;
     vb::TextBox* Txt_Modello;
     vb::TextBox* Txt_Numero;
@@ -67,9 +67,9 @@ public:
     vb::Label* Label11; ///< "Numero:"
 
     // ---- the searches -----------------------------------------------------------------
-    vb::Frame* Frame4; ///< "CERCA OPERATORE"
-    vb::Frame* Frame1; ///< "Cerca pe Operatore"
-    vb::Frame* Frame2; ///< "Cerca per Qualifica"
+    vb::Frame* Frame4;  ///< "CERCA OPERATORE"
+    vb::Frame* Frame1;  ///< "Cerca pe Operatore"
+    vb::Frame* Frame2;  ///< "Cerca per Qualifica"
     vb::TextBox* Text1; ///< name begins with
     vb::TextBox* Text2; ///< qualification begins with
 

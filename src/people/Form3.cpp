@@ -15,6 +15,7 @@
 
 #include <QEvent>
 #include <QPlainTextEdit>
+
 #include <algorithm>
 
 namespace people {
@@ -43,11 +44,11 @@ const QString AllNotesHead = QStringLiteral(
     "Tbl_Maintenance_Note.Avvisa, Tbl_Maintenance_Note.NOTE, Tbl_Maintenance_Note.Tipo_Nota, "
     "Tbl_Maintenance_Note.Tipo_Nota2,Tbl_Maintenance_Note.Images, Tbl_Maintenance_Note.Percorso From "
     "Tbl_Maintenance_Note GROUP BY");
-const QString AllNotesGrouping = QStringLiteral(
-    " Tbl_Maintenance_Note.ID, Tbl_Maintenance_Note.ID_MAINTENANCE, Tbl_Maintenance_Note.ID_MODELLO, "
-    "Tbl_Maintenance_Note.ID_NUM, Tbl_Maintenance_Note.ID_OPERATORE, Tbl_Maintenance_Note.Ultima, "
-    "Tbl_Maintenance_Note.Avvisa, Tbl_Maintenance_Note.NOTE, Tbl_Maintenance_Note.Tipo_Nota, "
-    "Tbl_Maintenance_Note.Tipo_Nota2,Tbl_Maintenance_Note.Images, Tbl_Maintenance_Note.Percorso");
+const QString AllNotesGrouping =
+    QStringLiteral(" Tbl_Maintenance_Note.ID, Tbl_Maintenance_Note.ID_MAINTENANCE, Tbl_Maintenance_Note.ID_MODELLO, "
+                   "Tbl_Maintenance_Note.ID_NUM, Tbl_Maintenance_Note.ID_OPERATORE, Tbl_Maintenance_Note.Ultima, "
+                   "Tbl_Maintenance_Note.Avvisa, Tbl_Maintenance_Note.NOTE, Tbl_Maintenance_Note.Tipo_Nota, "
+                   "Tbl_Maintenance_Note.Tipo_Nota2,Tbl_Maintenance_Note.Images, Tbl_Maintenance_Note.Percorso");
 
 // The screen in twips: it fits the main screen's working area of an 800 by 600 display
 // (9225 by 8895).
@@ -150,7 +151,7 @@ int caretOf(const vb::TextBox* box)
 class MouseUpFilter : public QObject
 {
 public:
-    MouseUpFilter(QObject* parent, std::function<void()> handler) : QObject(parent), m_handler(std::move(handler)) {}
+    MouseUpFilter(QObject* parent, std::function<void()> handler) : QObject(parent), m_handler(std::move(handler)) { }
     bool eventFilter(QObject* watched, QEvent* event) override
     {
         if (event->type() == QEvent::MouseButtonRelease)
@@ -279,8 +280,8 @@ void Form3::connectEvents()
     Cmd_Un_Quarto->Click = [this] { insertSymbol(QStringLiteral("¼")); };
     Cmd_Diametro->Click = [this] { insertSymbol(QStringLiteral("Ø")); };
     // The symbols give way when the mouse goes to the photo button or the lists to pick.
-    for (vb::Control* c : std::initializer_list<vb::Control*>{Cmd_Photo, DataCombo1, DataCombo2, DataCombo3,
-                                                              DataCombo4, DataCombo5})
+    for (vb::Control* c :
+         std::initializer_list<vb::Control*>{Cmd_Photo, DataCombo1, DataCombo2, DataCombo3, DataCombo4, DataCombo5})
         c->MouseMove = [this] { Frame5->setVisible(false); };
 
     Txt_ID->Change = [this] { Txt_ID_Change(); };
@@ -307,10 +308,11 @@ void Form3::Form_Load()
     Trap trap = Trap::ignoreAll();
     trap.step([&] { centre(); });
     trap.step([&] {
-        bindList(Adodc4, DataCombo3,
-                 QStringLiteral("SELECT Tbl_Macchina.Macchina From Tbl_Macchina GROUP BY Tbl_Macchina.Macchina ORDER BY "
-                                "Tbl_Macchina.Macchina;"),
-                 QStringLiteral("Macchina"));
+        bindList(
+            Adodc4, DataCombo3,
+            QStringLiteral("SELECT Tbl_Macchina.Macchina From Tbl_Macchina GROUP BY Tbl_Macchina.Macchina ORDER BY "
+                           "Tbl_Macchina.Macchina;"),
+            QStringLiteral("Macchina"));
     });
     trap.step([&] {
         bindList(Adodc7, DataCombo5,
@@ -354,11 +356,11 @@ void Form3::Show_Notes_Of_Machine()
         if (vb::Control* c = number == 0 ? register7("ID_NUM") : nullptr)
             number = readable(c->vbProperty(QStringLiteral("Text")).toString());
     });
-    const QString statement =
-        model == 0 ? QStringLiteral("SELECT * FROM Tbl_Maintenance_Note Order by Ultima desc")
-                   : QStringLiteral("SELECT * FROM Tbl_Maintenance_Note WHERE ID_MODELLO=") + QString::number(model) +
-                         QStringLiteral(" AND ID_NUM=") + QString::number(number) + QStringLiteral(" AND Ultima='") +
-                         DTPicker2->Value().toString() + QStringLiteral("' Order by Ultima desc");
+    const QString statement = model == 0 ? QStringLiteral("SELECT * FROM Tbl_Maintenance_Note Order by Ultima desc")
+                                         : QStringLiteral("SELECT * FROM Tbl_Maintenance_Note WHERE ID_MODELLO=") +
+                                               QString::number(model) + QStringLiteral(" AND ID_NUM=") +
+                                               QString::number(number) + QStringLiteral(" AND Ultima='") +
+                                               DTPicker2->Value().toString() + QStringLiteral("' Order by Ultima desc");
     showNotes(trap, statement);
 }
 
@@ -383,7 +385,7 @@ void Form3::Layout_Note_Grid()
             c.setCaption(field);
             c.setWidth(field.compare(QLatin1String("Ultima"), Qt::CaseInsensitive) == 0 ? 1150
                        : field.compare(QLatin1String("NOTE"), Qt::CaseInsensitive) == 0 ? 8800
-                                                                                          : 0);
+                                                                                        : 0);
         });
     }
     trap.step([&] {
@@ -466,21 +468,24 @@ void Form3::Fill_All_Notes()
 void Form3::DataCombo5_Change()
 {
     Trap trap = Trap::ignoreAll();
-    trap.step([&] { Txt_Specifica_Note->setText(DataCombo5->Text().isEmpty() ? QStringLiteral("0") : QStringLiteral("1")); });
+    trap.step(
+        [&] { Txt_Specifica_Note->setText(DataCombo5->Text().isEmpty() ? QStringLiteral("0") : QStringLiteral("1")); });
     trap.step([&] { Fill_All_Notes(); });
 }
 
 void Form3::DataCombo4_Change()
 {
     Trap trap = Trap::ignoreAll();
-    trap.step([&] { Txt_Specifica_Note->setText(DataCombo4->Text().isEmpty() ? QStringLiteral("0") : QStringLiteral("2")); });
+    trap.step(
+        [&] { Txt_Specifica_Note->setText(DataCombo4->Text().isEmpty() ? QStringLiteral("0") : QStringLiteral("2")); });
     trap.step([&] { Fill_All_Notes(); });
 }
 
 void Form3::Txt_Search_Change()
 {
     Trap trap = Trap::ignoreAll();
-    trap.step([&] { Txt_Specifica_Note->setText(Txt_Search->Text().isEmpty() ? QStringLiteral("0") : QStringLiteral("3")); });
+    trap.step(
+        [&] { Txt_Specifica_Note->setText(Txt_Search->Text().isEmpty() ? QStringLiteral("0") : QStringLiteral("3")); });
     trap.step([&] { Fill_All_Notes(); });
 }
 
@@ -806,7 +811,7 @@ void Form3::DataGrid2_RowColChange()
         const Variant modelKey = rs.Fields(QStringLiteral("ID_MODELLO")).Value();
         ID_NUM->setText(rs.Fields(QStringLiteral("ID_NUM")).Value());
         Txt_Grid->setText(modelKey.toLong() == 0 || readable(ID_NUM->Text()) == 0 ? QStringLiteral("1")
-                                                                                 : QStringLiteral("0"));
+                                                                                  : QStringLiteral("0"));
     });
 }
 
@@ -959,10 +964,10 @@ void Form3::Choose_Note_Image()
     QString id = QStringLiteral("0");
     trap.step([&] { id = keyOrZero(Txt_ID->Text()); });
     // A note has one picture: either answer puts this one in its row.
-    const int answer = vb::MsgBox(
-        QStringLiteral("SI per Aggiungere l'Immagine, NO per sostituire quella esistente'") + file +
-            QStringLiteral("' ?"),
-        mb::YesNo + mb::Question, QStringLiteral("VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'") + file + QLatin1Char('\''));
+    const int answer = vb::MsgBox(QStringLiteral("SI per Aggiungere l'Immagine, NO per sostituire quella esistente'") +
+                                      file + QStringLiteral("' ?"),
+                                  mb::YesNo + mb::Question,
+                                  QStringLiteral("VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'") + file + QLatin1Char('\''));
     store::Recordset rs;
     trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Maintenance_Note WHERE ID=") + id); });
     store::WriteFields(trap, rs, {{"Images", file}, {"Percorso", Txt_Percorso->Text()}});
@@ -998,11 +1003,12 @@ void Form3::Cmd_Print_Click()
         report = QStringLiteral("DataReport10");
         parent = QStringLiteral("SHAPE {SELECT Tbl_Maintenance_Note.Tipo_Nota, Count(Tbl_Maintenance_Note.NOTE) AS "
                                 "ConteggioDiNOTE From Tbl_Maintenance_Note GROUP BY Tbl_Maintenance_Note.Tipo_Nota;} ");
-        child = QStringLiteral("APPEND ({SELECT Qry_Report10.Ultima, Tbl_Maintenance_Note.NOTE, Qry_Report10.Tipo_Nota, "
-                               "Qry_Report10.Macchina, Qry_Report10.Modello, Qry_Report10.Numerazione, "
-                               "Qry_Report10.Images, Qry_Report10.Percorso, Qry_Report10.ConteggioDiTipo_Nota FROM "
-                               "Tbl_Maintenance_Note INNER JOIN Qry_Report10 ON Tbl_Maintenance_Note.ID = "
-                               "Qry_Report10.ID;} ");
+        child =
+            QStringLiteral("APPEND ({SELECT Qry_Report10.Ultima, Tbl_Maintenance_Note.NOTE, Qry_Report10.Tipo_Nota, "
+                           "Qry_Report10.Macchina, Qry_Report10.Modello, Qry_Report10.Numerazione, "
+                           "Qry_Report10.Images, Qry_Report10.Percorso, Qry_Report10.ConteggioDiTipo_Nota FROM "
+                           "Tbl_Maintenance_Note INNER JOIN Qry_Report10 ON Tbl_Maintenance_Note.ID = "
+                           "Qry_Report10.ID;} ");
         title = QStringLiteral("NOTE GENERALI ") + Variant::fromDate(vb::Clock::today()).toString();
     } else if (filter == QLatin1String("1")) {
         const QString text = DataCombo5->Text();
@@ -1010,12 +1016,13 @@ void Form3::Cmd_Print_Click()
         parent = QStringLiteral("SHAPE {SELECT Tbl_Maintenance_Note.Tipo_Nota, Count(Tbl_Maintenance_Note.NOTE) AS "
                                 "ConteggioDiNOTE From Tbl_Maintenance_Note Where (Tbl_Maintenance_Note.Tipo_Nota)='") +
                  text + QStringLiteral("' GROUP BY Tbl_Maintenance_Note.Tipo_Nota;} ");
-        child = QStringLiteral("APPEND ({SELECT Qry_Report18.Ultima, Tbl_Maintenance_Note.NOTE, Qry_Report18.Tipo_Nota, "
-                               "Qry_Report18.Macchina, Qry_Report18.Modello, Qry_Report18.Numerazione, "
-                               "Qry_Report18.Images, Qry_Report18.Percorso, Qry_Report18.ConteggioDiTipo_Nota FROM "
-                               "Qry_Report18 INNER JOIN Tbl_Maintenance_Note ON Qry_Report18.ID = "
-                               "Tbl_Maintenance_Note.ID WHERE (((Qry_Report18.Tipo_Nota)='") +
-                text + QStringLiteral("'));} ");
+        child =
+            QStringLiteral("APPEND ({SELECT Qry_Report18.Ultima, Tbl_Maintenance_Note.NOTE, Qry_Report18.Tipo_Nota, "
+                           "Qry_Report18.Macchina, Qry_Report18.Modello, Qry_Report18.Numerazione, "
+                           "Qry_Report18.Images, Qry_Report18.Percorso, Qry_Report18.ConteggioDiTipo_Nota FROM "
+                           "Qry_Report18 INNER JOIN Tbl_Maintenance_Note ON Qry_Report18.ID = "
+                           "Tbl_Maintenance_Note.ID WHERE (((Qry_Report18.Tipo_Nota)='") +
+            text + QStringLiteral("'));} ");
         title = QStringLiteral("NOTE ") + text;
     } else if (filter == QLatin1String("2")) {
         const QString text = DataCombo4->Text();
@@ -1023,12 +1030,13 @@ void Form3::Cmd_Print_Click()
         parent = QStringLiteral("SHAPE {SELECT Tbl_Maintenance_Note.Tipo_Nota2, Count(Tbl_Maintenance_Note.NOTE) AS "
                                 "ConteggioDiNOTE From Tbl_Maintenance_Note Where (Tbl_Maintenance_Note.Tipo_Nota2)='") +
                  text + QStringLiteral("' GROUP BY Tbl_Maintenance_Note.Tipo_Nota2;} ");
-        child = QStringLiteral("APPEND ({SELECT Qry_Report19.Ultima, Tbl_Maintenance_Note.NOTE, Qry_Report19.Tipo_Nota2, "
-                               "Qry_Report19.Macchina, Qry_Report19.Modello, Qry_Report19.Numerazione, "
-                               "Qry_Report19.Images, Qry_Report19.Percorso, Qry_Report19.ConteggioDiTipo_Nota FROM "
-                               "Qry_Report19 INNER JOIN Tbl_Maintenance_Note ON Qry_Report19.ID = "
-                               "Tbl_Maintenance_Note.ID WHERE (((Qry_Report19.Tipo_Nota2)='") +
-                text + QStringLiteral("'));} ");
+        child =
+            QStringLiteral("APPEND ({SELECT Qry_Report19.Ultima, Tbl_Maintenance_Note.NOTE, Qry_Report19.Tipo_Nota2, "
+                           "Qry_Report19.Macchina, Qry_Report19.Modello, Qry_Report19.Numerazione, "
+                           "Qry_Report19.Images, Qry_Report19.Percorso, Qry_Report19.ConteggioDiTipo_Nota FROM "
+                           "Qry_Report19 INNER JOIN Tbl_Maintenance_Note ON Qry_Report19.ID = "
+                           "Tbl_Maintenance_Note.ID WHERE (((Qry_Report19.Tipo_Nota2)='") +
+            text + QStringLiteral("'));} ");
         relation = QStringLiteral("RELATE Tipo_Nota2 to Tipo_Nota2) as Dati");
         title = QStringLiteral("NOTE ") + text;
     } else if (filter == QLatin1String("3")) {
@@ -1038,12 +1046,13 @@ void Form3::Cmd_Print_Click()
                                 "Tbl_Maintenance_Note.Tipo_Nota From Tbl_Maintenance_Note Where "
                                 "(((Tbl_Maintenance_Note.NOTE)  Like '%") +
                  text + QStringLiteral("%')) GROUP BY Tbl_Maintenance_Note.Tipo_Nota;} ");
-        child = QStringLiteral("APPEND ({SELECT Qry_Report20.Ultima, Tbl_Maintenance_Note.NOTE, Qry_Report20.Tipo_Nota, "
-                               "Qry_Report20.Tipo_Nota2, Qry_Report20.Macchina, Qry_Report20.Modello, "
-                               "Qry_Report20.Numerazione, Qry_Report20.Images, Qry_Report20.Percorso, "
-                               "Qry_Report20.ConteggioDiTipo_Nota FROM Qry_Report20 INNER JOIN Tbl_Maintenance_Note ON "
-                               "Qry_Report20.ID = Tbl_Maintenance_Note.ID WHERE (((Tbl_Maintenance_Note.NOTE) Like '%") +
-                text + QStringLiteral("%'));} ");
+        child =
+            QStringLiteral("APPEND ({SELECT Qry_Report20.Ultima, Tbl_Maintenance_Note.NOTE, Qry_Report20.Tipo_Nota, "
+                           "Qry_Report20.Tipo_Nota2, Qry_Report20.Macchina, Qry_Report20.Modello, "
+                           "Qry_Report20.Numerazione, Qry_Report20.Images, Qry_Report20.Percorso, "
+                           "Qry_Report20.ConteggioDiTipo_Nota FROM Qry_Report20 INNER JOIN Tbl_Maintenance_Note ON "
+                           "Qry_Report20.ID = Tbl_Maintenance_Note.ID WHERE (((Tbl_Maintenance_Note.NOTE) Like '%") +
+            text + QStringLiteral("%'));} ");
         title = QStringLiteral("Cerca '") + text + QLatin1Char('\'');
     } else {
         return;

@@ -61,11 +61,11 @@ public:
     vb::Label* Label4;         ///< "Tipo Nota2:"
     vb::DataCombo* DataCombo4; ///< second classification, likewise
     vb::Adodc* Adodc8;
-    vb::Label* Label5;         ///< "Nota:"
-    vb::TextBox* Txt_Nota;     ///< the text of the note
-    vb::DTPicker* DTPicker2;   ///< the date of DataGrid1's list; an edit writes it to the note
-    vb::Label* Label6;         ///< "Cerca:"
-    vb::TextBox* Txt_Search;   ///< the text filter of DataGrid3
+    vb::Label* Label5;       ///< "Nota:"
+    vb::TextBox* Txt_Nota;   ///< the text of the note
+    vb::DTPicker* DTPicker2; ///< the date of DataGrid1's list; an edit writes it to the note
+    vb::Label* Label6;       ///< "Cerca:"
+    vb::TextBox* Txt_Search; ///< the text filter of DataGrid3
 
     vb::CommandButton* Cmd_Add_Note; ///< "INSERISCI NOTA" / "MODIFICA NOTA"
     vb::CommandButton* Cmd_Photo;    ///< "INSERISCI IMMAGINE", in the thumbnail's place
@@ -90,9 +90,9 @@ public:
     vb::TextBox* ID_MOD;
     vb::TextBox* ID_NUM;
     vb::TextBox* ID_OPERATORE;
-    vb::TextBox* Txt_ID;       ///< the note whose picture is shown
-    vb::TextBox* Txt_Images;   ///< its picture's file name
-    vb::TextBox* Txt_Percorso; ///< its picture's full path
+    vb::TextBox* Txt_ID;         ///< the note whose picture is shown
+    vb::TextBox* Txt_Images;     ///< its picture's file name
+    vb::TextBox* Txt_Percorso;   ///< its picture's full path
     vb::TextBox* Txt_ID_MODELLO; ///< the machine and date the screen was opened for
     vb::TextBox* Txt_ID_NUM;
     vb::TextBox* Txt_DATA;

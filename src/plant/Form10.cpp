@@ -80,14 +80,14 @@ void Form10::buildControls()
     Move(0, 0, 120 + 3 * (ListFrameWidth + 120) + 120, 7800);
     const vb::ScreenKit kit(this, {.button = ButtonHeight, .field = FieldHeight});
 
-    Frame1 = kit.frame(this, "Frame1", QStringLiteral("MACCHINE PRESENTI              "), listFrameLeft(0), ListFrameTop,
-                       ListFrameWidth, ListFrameHeight);
+    Frame1 = kit.frame(this, "Frame1", QStringLiteral("MACCHINE PRESENTI              "), listFrameLeft(0),
+                       ListFrameTop, ListFrameWidth, ListFrameHeight);
     List1 = kit.list(Frame1, "List1", 120, 270, ListFrameWidth - 240, ListFrameHeight - 690);
     List1->setFocusHighlight(true);
     Label2 = kit.label(Frame1, "Label2", QStringLiteral("0"), 120, ListFrameHeight - 360, ListFrameWidth - 240);
     Label2->setAlignment(1);
-    Frame2 = kit.frame(this, "Frame2", QStringLiteral("MODELLO MACCHINA"), listFrameLeft(1), ListFrameTop, ListFrameWidth,
-                       ListFrameHeight);
+    Frame2 = kit.frame(this, "Frame2", QStringLiteral("MODELLO MACCHINA"), listFrameLeft(1), ListFrameTop,
+                       ListFrameWidth, ListFrameHeight);
     List2 = kit.list(Frame2, "List2", 120, 270, ListFrameWidth - 240, ListFrameHeight - 390);
     List2->setFocusHighlight(true);
     Frame3 = kit.frame(this, "Frame3", QStringLiteral("NUMERAZIONE MACCHINE"), listFrameLeft(2), ListFrameTop,
@@ -303,8 +303,8 @@ void Form10::Cmd_Edit_Click()
             trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Numerazione")); });
             trap.step([&] { rs.AddNew(); });
             trap.step([&] { Txt_ID_NUM->setText(rs.Fields(QStringLiteral("ID_NUM")).Value()); });
-            store::WriteFields(trap, rs,
-                               {{"Numerazione", number}, {"ID_NUM", Txt_ID_NUM->Text()}, {"ID_MODELLO", Text1->Text()}});
+            store::WriteFields(
+                trap, rs, {{"Numerazione", number}, {"ID_NUM", Txt_ID_NUM->Text()}, {"ID_MODELLO", Text1->Text()}});
             trap.step([&] { rs.UpdateBatch(); });
         }
         trap.step([&] { Cmd_Edit->setCaption(Browsing); });
@@ -341,7 +341,7 @@ void Form10::Cmd_Edit_Click()
     }
     trap.step([&] {
         store::Run(QStringLiteral("UPDATE Tbl_Maintenance SET Tbl_Maintenance.Numerazione = '") + number +
-            QStringLiteral("' WHERE ((Tbl_Maintenance.ID_MODELLO = ") + key + QStringLiteral("))"));
+                   QStringLiteral("' WHERE ((Tbl_Maintenance.ID_MODELLO = ") + key + QStringLiteral("))"));
     });
     trap.step([&] { Fill_All_Kinds(); });
 }
@@ -363,14 +363,14 @@ void Form10::Cmd_Delete_Click()
     if (trap.ended())
         return;
     if (vb::MsgBox(QStringLiteral("Vuoi eliminare la numerazione di questa macchina anche dalle Manutenzioni?"),
-                   mb::YesNo + mb::Question, QStringLiteral("ELIMINA NUMERAZIONE DALLE MANUTENZIONI")) ==
-        vb::answer::Yes)
+                   mb::YesNo + mb::Question,
+                   QStringLiteral("ELIMINA NUMERAZIONE DALLE MANUTENZIONI")) == vb::answer::Yes)
         trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Maintenance WHERE ID_NUM  = ") + id); });
     if (trap.ended())
         return;
     if (vb::MsgBox(QStringLiteral("Vuoi eliminare la numerazione di questa macchina anche dal Plannned Manutenzioni?"),
-                   mb::YesNo + mb::Question, QStringLiteral("ELIMINA NUMERAZIONE DAL PLANNED MANUTENZIONI")) ==
-        vb::answer::Yes)
+                   mb::YesNo + mb::Question,
+                   QStringLiteral("ELIMINA NUMERAZIONE DAL PLANNED MANUTENZIONI")) == vb::answer::Yes)
         trap.step([&] { store::Run(QStringLiteral("Delete * from Tbl_Planned WHERE ID_NUM  = ") + id); });
     if (trap.ended())
         return;

@@ -23,16 +23,16 @@ public:
     /// when it is not loaded, as reading its field does).
     void Form_Load() override;
 
-    vb::Frame* Frame1;   ///< "MACCHINE PRESENTI              "
-    vb::ListBox* List1;  ///< machine kinds
-    vb::Label* Label2;   ///< the number of kinds listed
-    vb::Frame* Frame2;   ///< "MODELLO MACCHINA"
-    vb::ListBox* List2;  ///< models of the kind chosen
-    vb::Frame* Frame3;   ///< "NUMERAZIONE MACCHINE"
-    vb::ListBox* List3;  ///< unit numbers of the model chosen
-    vb::Frame* Frame4;   ///< "Modello"
+    vb::Frame* Frame1;  ///< "MACCHINE PRESENTI              "
+    vb::ListBox* List1; ///< machine kinds
+    vb::Label* Label2;  ///< the number of kinds listed
+    vb::Frame* Frame2;  ///< "MODELLO MACCHINA"
+    vb::ListBox* List2; ///< models of the kind chosen
+    vb::Frame* Frame3;  ///< "NUMERAZIONE MACCHINE"
+    vb::ListBox* List3; ///< unit numbers of the model chosen
+    vb::Frame* Frame4;  ///< "Modello"
     vb::TextBox* Txt_Modello;
-    vb::Frame* Frame5;   ///< "Numerazione"
+    vb::Frame* Frame5; ///< "Numerazione"
     vb::TextBox* Txt_Num;
     vb::TextBox* Text1;      ///< hidden: key of the model chosen
     vb::TextBox* Txt_ID_NUM; ///< hidden: key of the unit chosen

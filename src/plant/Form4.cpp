@@ -56,8 +56,8 @@ void Form4::buildControls()
     List1 = new vb::ListBox(this, QStringLiteral("List1"));
     List1->Move(120, 400, LeftWidth, 3900);
     List1->setFocusHighlight(true);
-    Txt_Search =
-        kit.searchFrame(this, "Frame1", QStringLiteral("Cerca Reparto"), "Txt_Search", 120, 4400, LeftWidth, 660, &Frame1);
+    Txt_Search = kit.searchFrame(this, "Frame1", QStringLiteral("Cerca Reparto"), "Txt_Search", 120, 4400, LeftWidth,
+                                 660, &Frame1);
 
     Label3 = kit.label(this, "Label3", QStringLiteral("REPARTO"), 120, 5160, LeftWidth);
     TextREPARTO = kit.field(this, "TextREPARTO", 120, 5430, LeftWidth);
@@ -194,9 +194,11 @@ void Form4::Fill_Grid_Macchine()
             TextREPARTO->Text() + QStringLiteral("'));"));
         Adodc1->Refresh();
     });
-    vb::setColumns(trap, DataGrid1,
-                   {{QStringLiteral("Macchina"), 2300}, {QStringLiteral("Modello"), 2500}, {QStringLiteral("N°"), 500}});
-    trap.step([&] { Frame2->setCaption(QStringLiteral("Conteggio Macchine: ") + QString::number(Adodc1->RecordCount())); });
+    vb::setColumns(
+        trap, DataGrid1,
+        {{QStringLiteral("Macchina"), 2300}, {QStringLiteral("Modello"), 2500}, {QStringLiteral("N°"), 500}});
+    trap.step(
+        [&] { Frame2->setCaption(QStringLiteral("Conteggio Macchine: ") + QString::number(Adodc1->RecordCount())); });
 }
 
 void Form4::Fill_Grid_Modelli()
@@ -204,8 +206,7 @@ void Form4::Fill_Grid_Modelli()
     showUnits(QStringLiteral("SELECT Tbl_Macchina.Modello, Tbl_Numerazione.Numerazione FROM Tbl_Numerazione INNER JOIN "
                              "Tbl_Macchina ON Tbl_Numerazione.ID_MODELLO = Tbl_Macchina.ID_MODELLO WHERE "
                              "(((Tbl_Macchina.REPARTO)='") +
-              TextREPARTO->Text() +
-              QStringLiteral("'))Order by Modello, val( Tbl_Numerazione.Numerazione);"));
+              TextREPARTO->Text() + QStringLiteral("'))Order by Modello, val( Tbl_Numerazione.Numerazione);"));
 }
 
 void Form4::DataGrid1_RowColChange()
@@ -232,7 +233,8 @@ void Form4::showUnits(const QString& statement)
         Adodc2->Refresh();
     });
     vb::setColumns(trap, DataGrid2, {{QStringLiteral("Modello"), 3800}, {QStringLiteral("Numeraz"), 1400}});
-    trap.step([&] { Frame3->setCaption(QStringLiteral("Conteggio Modelli: ") + QString::number(Adodc2->RecordCount())); });
+    trap.step(
+        [&] { Frame3->setCaption(QStringLiteral("Conteggio Modelli: ") + QString::number(Adodc2->RecordCount())); });
 }
 
 // ---- search -----------------------------------------------------------------------------
@@ -335,13 +337,13 @@ void Form4::Cmd_Edit_Click()
     }
 
     const QString old = List1->Text();
-    const QString prompt = old != name ? QStringLiteral("Il Reparto [") + old +
-                                             QStringLiteral("] Sta per essere modificato con [") + name +
-                                             QStringLiteral("] Vuoi Procedere??")
-                                       : QStringLiteral("Stai per modificare i dati del Reparto [") + old +
-                                             QStringLiteral("] Vuoi Procedere??");
-    if (vb::MsgBox(prompt, mb::YesNo + mb::Question, QStringLiteral("Modifica Reparto **") + old + QStringLiteral("**")) !=
-        vb::answer::Yes)
+    const QString prompt =
+        old != name
+            ? QStringLiteral("Il Reparto [") + old + QStringLiteral("] Sta per essere modificato con [") + name +
+                  QStringLiteral("] Vuoi Procedere??")
+            : QStringLiteral("Stai per modificare i dati del Reparto [") + old + QStringLiteral("] Vuoi Procedere??");
+    if (vb::MsgBox(prompt, mb::YesNo + mb::Question,
+                   QStringLiteral("Modifica Reparto **") + old + QStringLiteral("**")) != vb::answer::Yes)
         return;
 
     // Without a department chosen there is no key: the statements fail and nothing is
@@ -357,7 +359,7 @@ void Form4::Cmd_Edit_Click()
     // Every model of the department keeps a copy of its name, found by key.
     trap.step([&] {
         store::Run(QStringLiteral("UPDATE Tbl_Macchina SET Tbl_Macchina.REPARTO = '") + vb::DoubledQuotes(name) +
-            QStringLiteral("' WHERE Tbl_Macchina.ID_REPARTO = ") + id);
+                   QStringLiteral("' WHERE Tbl_Macchina.ID_REPARTO = ") + id);
     });
     trap.step([&] { Refresh_Reparti(); });
 }

@@ -21,14 +21,14 @@ public:
     void Form_Load() override;
 
     // ---- the departments ----------------------------------------------------------------
-    vb::Label* Label1;        ///< "REPARTI PRESENTI"
-    vb::ListBox* List1;       ///< the department names
-    vb::Label* Label2;        ///< the number of departments listed
-    vb::Frame* Frame1;        ///< "Cerca Reparto"
+    vb::Label* Label1;  ///< "REPARTI PRESENTI"
+    vb::ListBox* List1; ///< the department names
+    vb::Label* Label2;  ///< the number of departments listed
+    vb::Frame* Frame1;  ///< "Cerca Reparto"
     vb::TextBox* Txt_Search;
-    vb::Label* Label3;        ///< "REPARTO"
+    vb::Label* Label3; ///< "REPARTO"
     vb::TextBox* TextREPARTO;
-    vb::TextBox* Text1;       ///< hidden: key of the department chosen
+    vb::TextBox* Text1; ///< hidden: key of the department chosen
 
     // ---- what the department holds --------------------------------------------------------
     vb::Label* Label4;         ///< "MACCHINE"
@@ -38,8 +38,8 @@ public:
     vb::Frame* Frame2;         ///< "MACCHINE", then "Conteggio Macchine: {n}"
     vb::DataGrid* DataGrid1;   ///< machine, model and units, on Adodc1
     vb::Adodc* Adodc1;
-    vb::Frame* Frame3;         ///< "MODELLI", then "Conteggio Modelli: {n}"
-    vb::DataGrid* DataGrid2;   ///< model and unit number, on Adodc2
+    vb::Frame* Frame3;       ///< "MODELLI", then "Conteggio Modelli: {n}"
+    vb::DataGrid* DataGrid2; ///< model and unit number, on Adodc2
     vb::Adodc* Adodc2;
 
     // ---- commands -----------------------------------------------------------------------

@@ -64,9 +64,9 @@ struct GridColumnLayout
     const char* caption;
     int width;
 };
-constexpr GridColumnLayout GridColumns[]
-    = { { "ID_MODELLO", "ID_MODELLO", 1350 }, { "Macchina", "MACCHINA", 1650 }, { "Modello", "MODELLO", 1600 },
-          { "Stato", "STATO", 950 }, { "reparto", "REPARTO", 1300 }, { "Costruttore", "COSTRUTTORE", 1550 } };
+constexpr GridColumnLayout GridColumns[] = {{"ID_MODELLO", "ID_MODELLO", 1350}, {"Macchina", "MACCHINA", 1650},
+                                            {"Modello", "MODELLO", 1600},       {"Stato", "STATO", 950},
+                                            {"reparto", "REPARTO", 1300},       {"Costruttore", "COSTRUTTORE", 1550}};
 
 // A model's names in every table that copies them: the register first, then the general
 // procedures, the assignments, the wall chart and the interventions.
@@ -92,8 +92,7 @@ QString renameStatement(const char* pattern, const QString& machine, const QStri
 
 } // namespace
 
-Form5::Form5(QWidget* owner)
-    : vb::Form(owner, ScreenName, QStringLiteral("INSERISCI MACCHINE"))
+Form5::Form5(QWidget* owner) : vb::Form(owner, ScreenName, QStringLiteral("INSERISCI MACCHINE"))
 {
     buildControls();
     connectEvents();
@@ -125,7 +124,8 @@ void Form5::buildControls()
     txtAnno = kit.field(this, "txtAnno", FieldLeft, rowTop(5), 1200);
 
     // The searches, one frame each.
-    Frame1 = kit.frame(this, "Frame1", QStringLiteral("Cerca per Macchina"), SearchLeft, searchTop(0), SearchWidth, 780);
+    Frame1 =
+        kit.frame(this, "Frame1", QStringLiteral("Cerca per Macchina"), SearchLeft, searchTop(0), SearchWidth, 780);
     Text1 = kit.field(Frame1, "Text1", 120, 330, SearchWidth - 240);
     Frame2 = kit.frame(this, "Frame2", QStringLiteral("Cerca per Modello"), SearchLeft, searchTop(1), SearchWidth, 780);
     Text2 = kit.field(Frame2, "Text2", 120, 330, SearchWidth - 240);
@@ -137,10 +137,12 @@ void Form5::buildControls()
     Cmd_Edit = kit.button(this, "Cmd_Edit", Edit, ButtonsLeft, buttonTop(1), ButtonWidth);
     Cmd_Edit->setEnabled(false); // a row selection or INSERISCI enables it
     Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), ButtonsLeft, buttonTop(2), ButtonWidth);
-    Cmd_Print = kit.button(this, "Cmd_Print", QStringLiteral("PRINT LISTA MACCHINE"), ButtonsLeft, buttonTop(3), ButtonWidth);
-    Cmd_Vis_Manut =
-        kit.button(this, "Cmd_Vis_Manut", QStringLiteral("MANUTENZIONI GENERALI"), ButtonsLeft, buttonTop(4), ButtonWidth);
-    Cmd_Vis_All = kit.button(this, "Cmd_Vis_All", QStringLiteral("VISUALIZZA TUTTO"), ButtonsLeft, buttonTop(5), ButtonWidth);
+    Cmd_Print =
+        kit.button(this, "Cmd_Print", QStringLiteral("PRINT LISTA MACCHINE"), ButtonsLeft, buttonTop(3), ButtonWidth);
+    Cmd_Vis_Manut = kit.button(this, "Cmd_Vis_Manut", QStringLiteral("MANUTENZIONI GENERALI"), ButtonsLeft,
+                               buttonTop(4), ButtonWidth);
+    Cmd_Vis_All =
+        kit.button(this, "Cmd_Vis_All", QStringLiteral("VISUALIZZA TUTTO"), ButtonsLeft, buttonTop(5), ButtonWidth);
     Cmd_Info = kit.button(this, "Cmd_Info", QStringLiteral("Info"), ButtonsLeft, buttonTop(6), ButtonWidth);
 }
 
@@ -238,9 +240,9 @@ void Form5::Set_Grid_Columns()
 void Form5::Clear_Fields()
 {
     Trap trap = Trap::ignoreAll();
-    for (vb::TextBox* t : { txtID_MODELLO, txtMacchina, Txt_Modello, txtAnno, TxtID_REPARTO })
+    for (vb::TextBox* t : {txtID_MODELLO, txtMacchina, Txt_Modello, txtAnno, TxtID_REPARTO})
         trap.step([&] { t->setText(QString()); });
-    for (vb::DataCombo* c : { DataCombo3, DataCombo2, DataCombo4 })
+    for (vb::DataCombo* c : {DataCombo3, DataCombo2, DataCombo4})
         trap.step([&] { c->setText(QString()); });
 }
 
@@ -259,7 +261,7 @@ void Form5::DataGrid1_Click()
 
 void Form5::DataGrid1_RowColChange()
 {
-    Trap trap { { err::InvalidUseOfNull, err::GridDataAccess, err::InvalidPropertyValue }, Trap::ShowBox };
+    Trap trap{{err::InvalidUseOfNull, err::GridDataAccess, err::InvalidPropertyValue}, Trap::ShowBox};
     trap.step([&] { Clear_Fields(); });
     trap.step([&] { Cmd_Edit->setEnabled(true); });
 
@@ -303,15 +305,15 @@ void Form5::DataGrid1_RowColChange()
 
 void Form5::DataCombo3_Change()
 {
-    Trap trap { { err::InvalidUseOfNull, err::InvalidPropertyValue }, Trap::ShowBox };
+    Trap trap{{err::InvalidUseOfNull, err::InvalidPropertyValue}, Trap::ShowBox};
     const QString name = DataCombo3->Text();
     if (name.size() < 1)
         return;
     // A name that is no department's has no row: the box of the missing row says so.
     store::Recordset rs;
     trap.step([&] {
-        rs.Open(QStringLiteral("SELECT * From Tbl_Reparto Where Reparto= '") + vb::DoubledQuotes(name)
-            + QStringLiteral("' ORDER BY Reparto;"));
+        rs.Open(QStringLiteral("SELECT * From Tbl_Reparto Where Reparto= '") + vb::DoubledQuotes(name) +
+                QStringLiteral("' ORDER BY Reparto;"));
     });
     trap.step([&] { TxtID_REPARTO->setText(rs.Fields(QStringLiteral("ID_REPARTO")).Value()); });
 }
@@ -320,7 +322,7 @@ void Form5::DataCombo3_Change()
 
 void Form5::search(const QString& command, const QString& text)
 {
-    Trap trap { { err::InvalidUseOfNull, err::InvalidPropertyValue }, Trap::ShowBox };
+    Trap trap{{err::InvalidUseOfNull, err::InvalidPropertyValue}, Trap::ShowBox};
     if (text.isEmpty())
         return;
     trap.step([&] { Clear_Fields(); });
@@ -367,8 +369,8 @@ void Form5::Cmd_Edit_Click()
 {
     // Every failure carries on with the next statement.
     Trap trap = Trap::ignoreAll();
-    if (txtMacchina->Text().isEmpty() || Txt_Modello->Text().isEmpty() || DataCombo3->Text().isEmpty()
-        || DataCombo4->Text().isEmpty()) {
+    if (txtMacchina->Text().isEmpty() || Txt_Modello->Text().isEmpty() || DataCombo3->Text().isEmpty() ||
+        DataCombo4->Text().isEmpty()) {
         vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), mb::Exclamation, QStringLiteral("MANCANZA DATI!!"));
         return;
     }
@@ -410,12 +412,13 @@ void Form5::Cmd_Edit_Click()
     });
     const QString machine = txtMacchina->Text();
     const QString model = Txt_Modello->Text();
-    const QString prompt = old != machine || oldModel != model
-        ? QStringLiteral("La Macchina [") + old + QStringLiteral("] Sta per essere modificata, Vuoi Procedere??")
-        : QStringLiteral("Stai per modificare i dati della Macchina [") + old + QStringLiteral("] Vuoi Procedere??");
-    if (vb::MsgBox(
-            prompt, mb::YesNo + mb::Question, QStringLiteral("Modifica Macchina **") + old + QStringLiteral("**"))
-        != vb::answer::Yes)
+    const QString prompt =
+        old != machine || oldModel != model
+            ? QStringLiteral("La Macchina [") + old + QStringLiteral("] Sta per essere modificata, Vuoi Procedere??")
+            : QStringLiteral("Stai per modificare i dati della Macchina [") + old +
+                  QStringLiteral("] Vuoi Procedere??");
+    if (vb::MsgBox(prompt, mb::YesNo + mb::Question,
+                   QStringLiteral("Modifica Macchina **") + old + QStringLiteral("**")) != vb::answer::Yes)
         return;
 
     QString id;
@@ -441,14 +444,13 @@ void Form5::Cmd_Delete_Click()
     Trap trap = Trap::ignoreAll();
     if (txtID_MODELLO->Text().isEmpty()) {
         vb::MsgBox(QStringLiteral("Non è stato selezionato nessun dato!"), mb::Exclamation,
-            QStringLiteral("NESSUNA MACCHINA SELEZIONATA"));
+                   QStringLiteral("NESSUNA MACCHINA SELEZIONATA"));
         return;
     }
     if (vb::MsgBox(QStringLiteral("Vuoi Veramente eliminare la Macchina selezionata e tutti i suoi Dati?"),
-            mb::YesNo + mb::Question,
-            QStringLiteral("Eliminazione Macchina **") + Txt_Modello->Text()
-                + QStringLiteral("** e Corrispettivi Dati"))
-        != vb::answer::Yes)
+                   mb::YesNo + mb::Question,
+                   QStringLiteral("Eliminazione Macchina **") + Txt_Modello->Text() +
+                       QStringLiteral("** e Corrispettivi Dati")) != vb::answer::Yes)
         return;
     // The model's units, steps of assigned maintenance, notes and interventions stay, and
     // so do its general procedure steps: only their heading goes.
@@ -491,14 +493,14 @@ void Form5::Cmd_Print_Click()
 {
     Trap trap = Trap::ignoreAll();
     // A department with no model gives no group; models of no department group together.
-    const QString statement
-        = QStringLiteral("SHAPE {SELECT Tbl_Macchina.REPARTO, Count(Tbl_Macchina.Macchina) AS ConteggioDiMacchina From "
-                         "Tbl_Macchina GROUP BY Tbl_Macchina.REPARTO;} ")
-        + QStringLiteral("APPEND ({SELECT Tbl_Macchina.REPARTO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
-                         "Tbl_Macchina.Stato, Tbl_Macchina.Costruttore, Tbl_Macchina.Anno From Tbl_Macchina GROUP BY "
-                         "Tbl_Macchina.REPARTO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, Tbl_Macchina.Stato, "
-                         "Tbl_Macchina.Costruttore, Tbl_Macchina.Anno ORDER BY Tbl_Macchina.REPARTO;} ")
-        + QStringLiteral("RELATE Reparto to Reparto) as Dati");
+    const QString statement =
+        QStringLiteral("SHAPE {SELECT Tbl_Macchina.REPARTO, Count(Tbl_Macchina.Macchina) AS ConteggioDiMacchina From "
+                       "Tbl_Macchina GROUP BY Tbl_Macchina.REPARTO;} ") +
+        QStringLiteral("APPEND ({SELECT Tbl_Macchina.REPARTO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, "
+                       "Tbl_Macchina.Stato, Tbl_Macchina.Costruttore, Tbl_Macchina.Anno From Tbl_Macchina GROUP BY "
+                       "Tbl_Macchina.REPARTO, Tbl_Macchina.Macchina, Tbl_Macchina.Modello, Tbl_Macchina.Stato, "
+                       "Tbl_Macchina.Costruttore, Tbl_Macchina.Anno ORDER BY Tbl_Macchina.REPARTO;} ") +
+        QStringLiteral("RELATE Reparto to Reparto) as Dati");
     // Label2 of the report header takes the present date and time with every show.
     reports::ShowOptions options;
     options.setup = [](reports::ReportLayout& layout) {
@@ -515,32 +517,32 @@ void Form5::Cmd_Vis_Manut_Click()
     trap.step([] { reports::UnloadReport(QStringLiteral("DataReport6")); });
     const QString key = txtID_MODELLO->Text();
     if (key.isEmpty()) {
-        vb::MsgBox(
-            QStringLiteral("Non hai selezionato nessun dato!"), mb::Exclamation, QStringLiteral("MANCANZA DATI"));
+        vb::MsgBox(QStringLiteral("Non hai selezionato nessun dato!"), mb::Exclamation,
+                   QStringLiteral("MANCANZA DATI"));
         return;
     }
     if (vb::Val(Variant(key)) == 0) {
         vb::MsgBox(QStringLiteral("Non c'è nessuna Procedura di Manutenzione!"), mb::Information,
-            QStringLiteral("MANCANZA DATI!"));
+                   QStringLiteral("MANCANZA DATI!"));
         return;
     }
     QString id;
     trap.step([&] { id = vb::KeyText(key); });
     // The steps come from every model of the same name; the hours print as "#,###.00".
-    const QString statement
-        = QStringLiteral(
-              "SHAPE {SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
-              "Sum(Tbl_Proc_General.Minuti) AS SommaDiMinuti, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60 AS Ore FROM "
-              "Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
-              "Tbl_Proc_General.ID_MODELLO GROUP BY Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
-              "[Tbl_Proc_General_Macc]![Tempo_Minuti]/60, Tbl_Proc_General.ID_MODELLO HAVING "
-              "(((Tbl_Proc_General.ID_MODELLO)=")
-        + id + QStringLiteral("));} ")
-        + QStringLiteral("APPEND ({SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
-                         "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura, "
-                         "Tbl_Proc_General.Minuti FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General on "
-                         "(Tbl_Proc_General_Macc.ID_MODELLO = Tbl_Proc_General.ID_MODELLO);} ")
-        + QStringLiteral("RELATE Modello to Modello) as Dati");
+    const QString statement =
+        QStringLiteral(
+            "SHAPE {SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+            "Sum(Tbl_Proc_General.Minuti) AS SommaDiMinuti, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60 AS Ore FROM "
+            "Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
+            "Tbl_Proc_General.ID_MODELLO GROUP BY Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+            "[Tbl_Proc_General_Macc]![Tempo_Minuti]/60, Tbl_Proc_General.ID_MODELLO HAVING "
+            "(((Tbl_Proc_General.ID_MODELLO)=") +
+        id + QStringLiteral("));} ") +
+        QStringLiteral("APPEND ({SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+                       "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura, "
+                       "Tbl_Proc_General.Minuti FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General on "
+                       "(Tbl_Proc_General_Macc.ID_MODELLO = Tbl_Proc_General.ID_MODELLO);} ") +
+        QStringLiteral("RELATE Modello to Modello) as Dati");
     reports::ShowOptions options;
     options.setup = [](reports::ReportLayout& layout) {
         layout.setDataField(Section::GroupHeader, QStringLiteral("TextBox11"), QStringLiteral("Macchina"));

@@ -28,7 +28,7 @@ public:
     // ---- the list ---------------------------------------------------------------------
     vb::DataGrid* DataGrid1; ///< the models, on Adodc2 (or a search's rows)
     vb::Adodc* Adodc2;
-    vb::Label* Label1; ///< "Conteggio Macchine: {n}" / "Macchine Trovate n° {n}"
+    vb::Label* Label1;          ///< "Conteggio Macchine: {n}" / "Macchine Trovate n° {n}"
     vb::TextBox* Txt_Posizione; ///< hidden: the grid row selected, kept across a reopening
 
     // ---- the model --------------------------------------------------------------------
@@ -59,13 +59,13 @@ public:
     vb::DataCombo* DataCombo1;
 
     // ---- commands ---------------------------------------------------------------------
-    vb::CommandButton* Cmd_Add; ///< "INSERISCI"
-    vb::CommandButton* Cmd_Edit; ///< "MODIFICA" / "SALVA"
-    vb::CommandButton* Cmd_Delete; ///< "ELIMINA"
-    vb::CommandButton* Cmd_Print; ///< DataReport8, the models by department
+    vb::CommandButton* Cmd_Add;       ///< "INSERISCI"
+    vb::CommandButton* Cmd_Edit;      ///< "MODIFICA" / "SALVA"
+    vb::CommandButton* Cmd_Delete;    ///< "ELIMINA"
+    vb::CommandButton* Cmd_Print;     ///< DataReport8, the models by department
     vb::CommandButton* Cmd_Vis_Manut; ///< DataReport6, the general procedures of the model
-    vb::CommandButton* Cmd_Vis_All; ///< reopens the screen on the whole list
-    vb::CommandButton* Cmd_Info; ///< Info.txt, the advice on the date format
+    vb::CommandButton* Cmd_Vis_All;   ///< reopens the screen on the whole list
+    vb::CommandButton* Cmd_Info;      ///< Info.txt, the advice on the date format
 
     void Fill_Grid_Macchine_All();
     /// Empties the model's fields and keys (not the searches, not the kept row).

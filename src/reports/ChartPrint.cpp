@@ -37,7 +37,8 @@ ReportLayout sliceLayout(int firstWeek)
     builder.landscape();
     const int full = builder.build().reportWidth;
     return builder.pageFooter(true, true, full - PageTextWidth)
-        .band(S::ReportHeader, {{L(QStringLiteral("PLANNED MANUTENZIONI"), 2835).centre(), L({}, DateLeft).as("Label2")}})
+        .band(S::ReportHeader,
+              {{L(QStringLiteral("PLANNED MANUTENZIONI"), 2835).centre(), L({}, DateLeft).as("Label2")}})
         .band(S::PageHeader, BandSpec{heading}.rules())
         .band(S::Detail, BandSpec{detail}.rules())
         .build();

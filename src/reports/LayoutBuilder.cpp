@@ -1,14 +1,15 @@
 #include "reports/LayoutBuilder.h"
 
 #include <QSet>
+
 #include <algorithm>
 
 namespace reports::design {
 
 namespace {
-constexpr int LinePitch = 300;      // one line of 9-point text and its leading
-constexpr int TitlePitch = 420;     // a line holding a title
-constexpr int BandPadding = 45;     // above the first line
+constexpr int LinePitch = 300;  // one line of 9-point text and its leading
+constexpr int TitlePitch = 420; // a line holding a title
+constexpr int BandPadding = 45; // above the first line
 constexpr Font TextFont{180, false};
 constexpr Font HeadingFont{180, true};
 constexpr Font TitleFont{280, true};
@@ -30,16 +31,11 @@ Font fontFor(Section s, const Item& item)
 const char* prefixFor(ControlKind k)
 {
     switch (k) {
-    case ControlKind::Label:
-        return "Label";
-    case ControlKind::Field:
-        return "TextBox";
-    case ControlKind::Function:
-        return "Function";
-    case ControlKind::Line:
-        return "Line";
-    case ControlKind::Box:
-        return "Shape";
+    case ControlKind::Label: return "Label";
+    case ControlKind::Field: return "TextBox";
+    case ControlKind::Function: return "Function";
+    case ControlKind::Line: return "Line";
+    case ControlKind::Box: return "Shape";
     }
     return "Control";
 }
@@ -102,9 +98,7 @@ Item CountOf(const char* field, int left)
     return i;
 }
 
-Builder::Builder(const char* name, const QString& title)
-    : m_name(QString::fromLatin1(name))
-    , m_title(title)
+Builder::Builder(const char* name, const QString& title) : m_name(QString::fromLatin1(name)), m_title(title)
 {
 }
 
@@ -151,7 +145,8 @@ ReportLayout Builder::build() const
     if (m_byLine)
         footer.lines[0].push_back(L(QStringLiteral("by Velmora"), 0));
     if (m_pageText)
-        footer.lines[0].push_back(L(QStringLiteral("Pagina %p di %P"), m_pageTextLeft).right().w(layout.reportWidth - m_pageTextLeft));
+        footer.lines[0].push_back(
+            L(QStringLiteral("Pagina %p di %P"), m_pageTextLeft).right().w(layout.reportWidth - m_pageTextLeft));
     bands.emplace_back(Section::PageFooter, footer);
 
     bool grouped = false;

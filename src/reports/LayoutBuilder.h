@@ -25,20 +25,40 @@ struct Item
     /// edge when left-aligned, is centred on the page when centred, and is 1134 wide
     /// (or up to the edge) otherwise.
     int width = 0;
-    QString name;  ///< empty: numbered by the builder
+    QString name;   ///< empty: numbered by the builder
     QString format; ///< the field's Format pattern
 
-    Item right() const { return with([](Item& i) { i.align = Align::Right; }); }
-    Item centre() const { return with([](Item& i) { i.align = Align::Centre; }); }
-    Item grow() const { return with([](Item& i) { i.grows = true; }); }
-    Item hide() const { return with([](Item& i) { i.hidden = true; }); }
-    Item w(int width) const { return with([width](Item& i) { i.width = width; }); }
-    Item as(const char* n) const { return with([n](Item& i) { i.name = QString::fromLatin1(n); }); }
-    Item fmt(const char* f) const { return with([f](Item& i) { i.format = QString::fromUtf8(f); }); }
+    Item right() const
+    {
+        return with([](Item& i) { i.align = Align::Right; });
+    }
+    Item centre() const
+    {
+        return with([](Item& i) { i.align = Align::Centre; });
+    }
+    Item grow() const
+    {
+        return with([](Item& i) { i.grows = true; });
+    }
+    Item hide() const
+    {
+        return with([](Item& i) { i.hidden = true; });
+    }
+    Item w(int width) const
+    {
+        return with([width](Item& i) { i.width = width; });
+    }
+    Item as(const char* n) const
+    {
+        return with([n](Item& i) { i.name = QString::fromLatin1(n); });
+    }
+    Item fmt(const char* f) const
+    {
+        return with([f](Item& i) { i.format = QString::fromUtf8(f); });
+    }
 
 private:
-    template <typename F>
-    Item with(F f) const
+    template <typename F> Item with(F f) const
     {
         Item copy = *this;
         f(copy);
@@ -56,15 +76,20 @@ using Line = std::vector<Item>;
 struct BandSpec
 {
     BandSpec() = default;
-    BandSpec(std::initializer_list<Line> l) : lines(l) {}
+    BandSpec(std::initializer_list<Line> l) : lines(l) { }
     std::vector<Line> lines;
     PageBreak pageBreak = PageBreak::None;
     bool columnRules = false; ///< "vertical rules separate the columns"
     bool frame = false;       ///< "boxes frame the fields"
-    int rulesLine = -1; ///< the line whose columns are ruled; -1 the last
+    int rulesLine = -1;       ///< the line whose columns are ruled; -1 the last
     std::vector<int> extraRules;
 
-    BandSpec newPage(PageBreak b) const { BandSpec c = *this; c.pageBreak = b; return c; }
+    BandSpec newPage(PageBreak b) const
+    {
+        BandSpec c = *this;
+        c.pageBreak = b;
+        return c;
+    }
     BandSpec rules(std::vector<int> extra = {}, int line = -1) const
     {
         BandSpec c = *this;
@@ -73,7 +98,12 @@ struct BandSpec
         c.rulesLine = line;
         return c;
     }
-    BandSpec framed() const { BandSpec c = *this; c.frame = true; return c; }
+    BandSpec framed() const
+    {
+        BandSpec c = *this;
+        c.frame = true;
+        return c;
+    }
 };
 
 class Builder

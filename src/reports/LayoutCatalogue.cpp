@@ -7,11 +7,10 @@ namespace reports {
 namespace {
 using Factory = ReportLayout (*)();
 constexpr Factory Factories[] = {
-    layouts::DataReport1,  layouts::DataReport2,  layouts::DataReport3,  layouts::DataReport4,
-    layouts::DataReport5,  layouts::DataReport6,  layouts::DataReport7,  layouts::DataReport8,
-    layouts::DataReport9,  layouts::DataReport10, layouts::DataReport11, layouts::DataReport12,
-    layouts::DataReport13, layouts::DataReport14, layouts::DataReport15, layouts::DataReport16,
-    layouts::DataReport17, layouts::DataReport18, layouts::DataReport19, layouts::DataReport20,
+    layouts::DataReport1,  layouts::DataReport2,  layouts::DataReport3,  layouts::DataReport4,  layouts::DataReport5,
+    layouts::DataReport6,  layouts::DataReport7,  layouts::DataReport8,  layouts::DataReport9,  layouts::DataReport10,
+    layouts::DataReport11, layouts::DataReport12, layouts::DataReport13, layouts::DataReport14, layouts::DataReport15,
+    layouts::DataReport16, layouts::DataReport17, layouts::DataReport18, layouts::DataReport19, layouts::DataReport20,
     layouts::DataReport21,
 };
 constexpr int LayoutCount = sizeof(Factories) / sizeof(Factories[0]);

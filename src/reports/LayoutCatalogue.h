@@ -5,6 +5,7 @@
 #include "reports/ReportLayout.h"
 
 #include <QStringList>
+
 #include <optional>
 
 namespace reports {

@@ -39,8 +39,8 @@ ReportLayout DataReport15()
         .band(S::GroupHeader, {{L("ANNO:", 10).right(), F("Anno", 2268)},
                                {L("RICAMBIO", 0), L("DESCRIZIONE", 3401), L("QUANTITA'", 8835)}})
         .band(S::Detail, {{F("Ricambi", 0).grow(), F("Descrizione", 3402), F("SommaDiQuantita", 8835).grow()}})
-        .band(S::GroupFooter, {{L("TOTALE ANNO", 100), F("Anno", 1500), F("ConteggioDiDescrizione", 3402),
-                                F("SommaDiQuantita", 8835)}})
+        .band(S::GroupFooter,
+              {{L("TOTALE ANNO", 100), F("Anno", 1500), F("ConteggioDiDescrizione", 3402), F("SommaDiQuantita", 8835)}})
         .build();
 }
 
@@ -54,10 +54,9 @@ ReportLayout DataReport16()
                        {L("QUANTITà CONSUMATA:", 2268).right(), F("SommaDiQuantita", 5670)},
                        {L("MESE", 0), L("QUANTITA'", 897), L("MACCHINA", 2199), L("DESTINAZIONE", 4634)}}
                   .rules())
-        .band(S::Detail,
-              BandSpec{{F("Mese", 0).grow(), F("SommaDiQuantita", 897).grow(), F("Modello", 2218).grow(),
-                        F("Numerazione", 4249).grow(), F("Destinazione", 4634).grow()}}
-                  .rules())
+        .band(S::Detail, BandSpec{{F("Mese", 0).grow(), F("SommaDiQuantita", 897).grow(), F("Modello", 2218).grow(),
+                                   F("Numerazione", 4249).grow(), F("Destinazione", 4634).grow()}}
+                             .rules())
         // The one document whose page footer prints nothing.
         .pageFooter(false, false)
         .build();
@@ -97,11 +96,11 @@ ReportLayout DataReport21()
 {
     return Builder("DataReport21", "DataReport21")
         .band(S::ReportHeader, {{L("", 1701).as("Label1")}})
-        .band(S::GroupHeader, {{L("MACCHINA:", 10).right(), F("Macchina", 1533), L("MODELLO:", 5200).right(),
-                                F("Modello", 6269)},
-                               {L("TIPO NOTA", 0), L("TIPO NOTA 2", 2268), L("NOTA", 4300)}})
-        .band(S::Detail, BandSpec{{F("Tipo_Nota", 0).grow(), F("Tipo_Nota2", 2268).grow(), F("Note", 4300).grow()}}
-                             .rules())
+        .band(S::GroupHeader,
+              {{L("MACCHINA:", 10).right(), F("Macchina", 1533), L("MODELLO:", 5200).right(), F("Modello", 6269)},
+               {L("TIPO NOTA", 0), L("TIPO NOTA 2", 2268), L("NOTA", 4300)}})
+        .band(S::Detail,
+              BandSpec{{F("Tipo_Nota", 0).grow(), F("Tipo_Nota2", 2268).grow(), F("Note", 4300).grow()}}.rules())
         .band(S::GroupFooter, {{L("Totale note", 100), F("ConteggioDiNOTE", 3402)}})
         .build();
 }

@@ -11,10 +11,9 @@ namespace {
 // The sheet line of the job sheets: sheet, its date, revision and revision date.
 Line sheetLine()
 {
-    return {L("Scheda:", 0).right(),           F("Scheda", 900).grow(),
-            L("Data Scheda:", 2835).right(),   F("Data_Scheda", 4567).grow(),
-            L("Rev:", 5837).right(),           F("Rev", 6435).grow(),
-            L("Data Rev:", 7371).right(),      F("Data_Rev", 8536).grow()};
+    return {L("Scheda:", 0).right(),       F("Scheda", 900).grow(),   L("Data Scheda:", 2835).right(),
+            F("Data_Scheda", 4567).grow(), L("Rev:", 5837).right(),   F("Rev", 6435).grow(),
+            L("Data Rev:", 7371).right(),  F("Data_Rev", 8536).grow()};
 }
 
 Line machineHeadings()
@@ -53,8 +52,7 @@ ReportLayout DataReport2()
                            F("Manutenzione_Tipo", 6150).grow()}})
         .band(S::GroupFooter, {{L("TOTALE OPERATORI", 100), L("Interventi Eseguiti", 2834),
                                 F("ConteggioDiManutenzione_Tipo", 5434).as("TextBox12")}})
-        .band(S::ReportFooter,
-              {{L("TOTALE MANUTENZIONI ESEGUITE:", 0), SumOf("ConteggioDiManutenzione_Tipo", 3969)}})
+        .band(S::ReportFooter, {{L("TOTALE MANUTENZIONI ESEGUITE:", 0), SumOf("ConteggioDiManutenzione_Tipo", 3969)}})
         .build();
 }
 
@@ -66,8 +64,7 @@ ReportLayout DataReport3()
         .band(S::GroupHeader, {{L("MACCHINA:", 50).right(), F("Macchina", 2268).as("TextBox1")},
                                {L("MODELLO:", 3401).right(), F("Modello", 5102)},
                                {L("RICAMBIO", 50), L("DESCRIZIONE", 2468), L("DESTINAZIONE", 5100)}})
-        .band(S::Detail,
-              {{F("Ricambi", 0).grow(), F("Descrizione", 2468).grow(), F("Destinazione", 5100).grow()}})
+        .band(S::Detail, {{F("Ricambi", 0).grow(), F("Descrizione", 2468).grow(), F("Destinazione", 5100).grow()}})
         .build();
 }
 
@@ -99,17 +96,16 @@ ReportLayout DataReport5()
                   .framed())
         // The tick columns B, R, S are ruled off for the technician's marks.
         .band(S::Detail, BandSpec{{F("Num", 0), F("Titolo", 567).grow().w(9071)}}.rules({9608, 10175, 10742}))
-        .band(S::GroupFooter,
-              BandSpec{{L("B", 0).centre(), L("= Buono", 573), L("R", 3969).centre(), L("= Riparato", 4542),
-                        L("S", 7938).centre(), L("= Sostituito", 8511)},
-                       {L("NOTE DI MANUTENZIONE", 0)},
-                       // room for hand-written notes
-                       {},
-                       {},
-                       {},
-                       {},
-                       sheetLine()}
-                  .framed())
+        .band(S::GroupFooter, BandSpec{{L("B", 0).centre(), L("= Buono", 573), L("R", 3969).centre(),
+                                        L("= Riparato", 4542), L("S", 7938).centre(), L("= Sostituito", 8511)},
+                                       {L("NOTE DI MANUTENZIONE", 0)},
+                                       // room for hand-written notes
+                                       {},
+                                       {},
+                                       {},
+                                       {},
+                                       sheetLine()}
+                                  .framed())
         .build();
 }
 

@@ -15,8 +15,8 @@ ReportLayout DataReport8()
         .band(S::GroupHeader, {{L("REPARTO:", 10).right(), F("Reparto", 2268).as("TextBox1")},
                                {L("MACCHINA", 0), L("Modello", 2834), L("Costruttore", 4866), L("Stato", 6733),
                                 L("Anno", 8200).right()}})
-        .band(S::Detail, {{F("Macchina", 0).grow(), F("Modello", 2835), F("Costruttore", 4866).grow(),
-                           F("Stato", 6803), F("Anno", 8200).right()}})
+        .band(S::Detail, {{F("Macchina", 0).grow(), F("Modello", 2835), F("Costruttore", 4866).grow(), F("Stato", 6803),
+                           F("Anno", 8200).right()}})
         // The machines screen's print binds the count with this spelling; column names
         // are found whatever their case.
         .band(S::GroupFooter, {{L("TOTALE MACCHINE", 100), F("Reparto", 2268).as("TextBox7"),
@@ -32,16 +32,15 @@ ReportLayout DataReport9()
         .band(S::ReportHeader, {{L("", 9071).as("Label2")}})
         .band(S::PageHeader, {{L("RICAMBI", 2835).centre()}})
         .band(S::GroupHeader,
-              BandSpec{{L("MACCHINA:", 0), F("Macchina", 1450).as("TextBox1"), L("MODELLO:", 5102).right(),
-                        F("Modello", 6403).as("TextBox9"), L("N°:", 9071).right(), F("Numerazione", 9805)},
-                       {L("DATA", 0), L("RICAMBIO", 1134), L("DESCRIZIONE", 3402), L("Q.Tà", 5603),
-                        L("DESTINAZIONE", 6437)}}
+              BandSpec{
+                  {L("MACCHINA:", 0), F("Macchina", 1450).as("TextBox1"), L("MODELLO:", 5102).right(),
+                   F("Modello", 6403).as("TextBox9"), L("N°:", 9071).right(), F("Numerazione", 9805)},
+                  {L("DATA", 0), L("RICAMBIO", 1134), L("DESCRIZIONE", 3402), L("Q.Tà", 5603), L("DESTINAZIONE", 6437)}}
                   .rules()
                   .newPage(PageBreak::Before))
-        .band(S::Detail,
-              BandSpec{{F("Data", 0).grow(), F("Ricambi", 1134).grow(), F("Descrizione", 3402).grow(),
-                        F("Quantita", 5670).grow(), F("Destinazione", 6400).grow()}}
-                  .rules())
+        .band(S::Detail, BandSpec{{F("Data", 0).grow(), F("Ricambi", 1134).grow(), F("Descrizione", 3402).grow(),
+                                   F("Quantita", 5670).grow(), F("Destinazione", 6400).grow()}}
+                             .rules())
         .build();
 }
 
@@ -58,8 +57,7 @@ ReportLayout DataReport11()
         .band(S::PageHeader, {{L("LISTA RICAMBI", 2835).centre().as("Label5")}})
         .band(S::GroupHeader, {{L("Ricambi:", 0).right(), F("Ricambi", 2268)},
                                {L("RICAMBI", 0), L("COSTO €", 6237).right(), L("GIACENZA", 7938).right()}})
-        .band(S::Detail,
-              {{F("Descrizione", 0).grow(), F("Costo", 6237).right(), F("Giacenza", 7937).right().grow()}})
+        .band(S::Detail, {{F("Descrizione", 0).grow(), F("Costo", 6237).right(), F("Giacenza", 7937).right().grow()}})
         .band(S::GroupFooter,
               {{F("ConteggioDiRicambi", 97).right().as("TextBox8"), L("CONTEGGIO DI", 950), F("Ricambi", 2500),
                 L("Costo Min €", 5883).right(), L("Costo Max €", 7199).right(),
@@ -76,19 +74,17 @@ ReportLayout DataReport12()
 {
     // Label8, Label7 and Label9 get the week numbers before, of and after the week.
     return Builder("DataReport12", "PLAN MAINTENANCE")
-        .band(S::ReportHeader,
-              {{L("MANUTENZIONI SETTIMANA N°", 2835).centre().as("Label5")},
-               {L("N° Settimane", 7938).centre().w(3402)}}) // over the three week columns
-        .band(S::PageHeader,
-              BandSpec{{L("MACCHINA", 0), L("MODELLO", 3402).right(), L("N°", 6804), L("WEEK1", 7938).centre().as("Label8"),
-                        L("WEEK2", 9072).centre().as("Label7"), L("WEEK3", 10206).centre().as("Label9")},
-                       {L("Sett Odierna", 9100).centre().w(1134)}}
-                  .rules({}, 0))
-        .band(S::Detail,
-              BandSpec{{F("Macchina", 0).grow(), F("Modello", 3402).right().grow(), F("Numerazione", 6804),
-                        F("Week_Meno", 7938).centre().grow(), F("Week", 9072).centre().grow(),
-                        F("Week_Piu", 10206).centre().grow()}}
-                  .rules())
+        .band(S::ReportHeader, {{L("MANUTENZIONI SETTIMANA N°", 2835).centre().as("Label5")},
+                                {L("N° Settimane", 7938).centre().w(3402)}}) // over the three week columns
+        .band(S::PageHeader, BandSpec{{L("MACCHINA", 0), L("MODELLO", 3402).right(), L("N°", 6804),
+                                       L("WEEK1", 7938).centre().as("Label8"), L("WEEK2", 9072).centre().as("Label7"),
+                                       L("WEEK3", 10206).centre().as("Label9")},
+                                      {L("Sett Odierna", 9100).centre().w(1134)}}
+                                 .rules({}, 0))
+        .band(S::Detail, BandSpec{{F("Macchina", 0).grow(), F("Modello", 3402).right().grow(), F("Numerazione", 6804),
+                                   F("Week_Meno", 7938).centre().grow(), F("Week", 9072).centre().grow(),
+                                   F("Week_Piu", 10206).centre().grow()}}
+                             .rules())
         .build();
 }
 
@@ -104,8 +100,8 @@ ReportLayout DataReport13()
         .band(S::GroupHeader, {{L("FORNITORE: ", 0).right(), F("Fornitore", 2835).grow().as("TextBox17")}})
         .band(S::Detail, {card("Fornitore:", "Fornitore"), company, card("Part IVA / Cod Fisc:", "Part_IVA/Cod_Fisc"),
                           card("Citta/Paese:", "Citta/Paese"), card("CAP:", "CAP"), card("Provincia:", "Provincia"),
-                          card("Via:", "Via"), card("Telefono:", "Tel"), card("Fax:", "Fax"),
-                          card("Email:", "Email"), card("Url:", "Url")})
+                          card("Via:", "Via"), card("Telefono:", "Tel"), card("Fax:", "Fax"), card("Email:", "Email"),
+                          card("Url:", "Url")})
         .build();
 }
 
@@ -125,8 +121,8 @@ ReportLayout DataReport14()
         .band(S::GroupFooter,
               {{L("Totale Interventi eseguiti nel periodo:", 0).right(), F("Mese", 4535).right(), L("/", 5004).centre(),
                 F("Anno", 5184).right(), L("N°", 6400).right(), F("ConteggioDiData", 6803).grow().as("TextBox10")}})
-        .band(S::ReportFooter, {{L("Totale Interventi Macchina:", 0).right(), L("N°", 6400).right(),
-                                 SumOf("ConteggioDiData", 6803)}})
+        .band(S::ReportFooter,
+              {{L("Totale Interventi Macchina:", 0).right(), L("N°", 6400).right(), SumOf("ConteggioDiData", 6803)}})
         .build();
 }
 

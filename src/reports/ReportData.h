@@ -7,6 +7,7 @@
 #include "runtime/Variant.h"
 
 #include <QStringList>
+
 #include <vector>
 
 namespace store {

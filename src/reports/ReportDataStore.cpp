@@ -1,7 +1,6 @@
 // Reading a store recordset into report data: kept apart so that the engine and its
 // tests link without the store.
 #include "reports/ReportData.h"
-
 #include "reports/ReportViewer.h"
 #include "store/DataStore.h"
 

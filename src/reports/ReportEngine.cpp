@@ -82,24 +82,21 @@ QString columnText(const ReportData::Values* values, int column, const Control& 
 
 /// Binds one band: fields without a data member read the parent row, fields with one the
 /// child row. A column the data lacks prints nothing.
-BoundBand bindBand(const ReportLayout& layout, const ReportData& data, Section s,
-                   const ReportData::Values* parent, const ReportData::Values* child)
+BoundBand bindBand(const ReportLayout& layout, const ReportData& data, Section s, const ReportData::Values* parent,
+                   const ReportData::Values* child)
 {
     BoundBand b{s, &layout.band(s), {}};
     b.texts.reserve(b.band->controls.size());
     for (const Control& c : b.band->controls) {
         switch (c.kind) {
-        case ControlKind::Label:
-            b.texts.push_back(c.caption);
-            break;
+        case ControlKind::Label: b.texts.push_back(c.caption); break;
         case ControlKind::Field:
             if (!c.dataMember.isEmpty())
                 b.texts.push_back(columnText(child, data.childColumn(c.dataField), c));
             else
                 b.texts.push_back(columnText(parent, data.column(c.dataField), c));
             break;
-        default:
-            b.texts.push_back(QString());
+        default: b.texts.push_back(QString());
         }
     }
     return b;
@@ -231,8 +228,7 @@ MeasuredBand measure(const ReportLayout& layout, const BoundBand& bb, TextMeasur
     std::vector<size_t> order(n);
     for (size_t i = 0; i < n; ++i)
         order[i] = i;
-    std::stable_sort(order.begin(), order.end(),
-                     [&](size_t a, size_t b) { return controls[a].top < controls[b].top; });
+    std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) { return controls[a].top < controls[b].top; });
     int bandGrowth = 0;
     for (size_t oi = 0; oi < n; ++oi) {
         const size_t i = order[oi];
@@ -263,8 +259,9 @@ MeasuredBand measure(const ReportLayout& layout, const BoundBand& bb, TextMeasur
             it.rect = QRect(x0 + c.left, top, c.width, c.height + growth[i]);
             it.lines = std::move(lines[i]);
             it.lineHeight = lineHeights[i];
-            it.pageNumbers = pageBand && it.lines.size() == 1
-                && (it.lines.front().contains(QLatin1String("%p")) || it.lines.front().contains(QLatin1String("%P")));
+            it.pageNumbers =
+                pageBand && it.lines.size() == 1 &&
+                (it.lines.front().contains(QLatin1String("%p")) || it.lines.front().contains(QLatin1String("%P")));
         } else {
             // Rules and boxes that reach the band's bottom follow it: a horizontal rule
             // moves down with the band, a vertical rule or a box stretches.
@@ -286,9 +283,7 @@ MeasuredBand measure(const ReportLayout& layout, const BoundBand& bb, TextMeasur
 class Paginator
 {
 public:
-    Paginator(const ReportLayout& layout, TextMeasurer& m)
-        : m_layout(layout)
-        , m_m(m)
+    Paginator(const ReportLayout& layout, TextMeasurer& m) : m_layout(layout), m_m(m)
     {
         m_header = measure(layout, BindStatic(layout, Section::PageHeader), m, true);
         m_footer = measure(layout, BindStatic(layout, Section::PageFooter), m, true);
@@ -329,8 +324,8 @@ public:
             const Band& design = *flow[i].band;
             int needed = band.height;
             // A group header is kept with its first detail.
-            if (flow[i].section == Section::GroupHeader && i + 1 < flow.size()
-                && flow[i + 1].section == Section::Detail)
+            if (flow[i].section == Section::GroupHeader && i + 1 < flow.size() &&
+                flow[i + 1].section == Section::Detail)
                 needed += get(i + 1).height;
 
             if (m_hasBody && (breakPending || design.pageBreak == PageBreak::Before))
@@ -418,9 +413,8 @@ std::vector<std::vector<PlacedText>> placedTexts(const Document& doc)
                     page.push_back({it.rect.left(), it.rect.top() + i * it.lineHeight, std::move(text)});
             }
         }
-        std::stable_sort(page.begin(), page.end(), [](const PlacedText& a, const PlacedText& b) {
-            return a.y != b.y ? a.y < b.y : a.x < b.x;
-        });
+        std::stable_sort(page.begin(), page.end(),
+                         [](const PlacedText& a, const PlacedText& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
         out.push_back(std::move(page));
     }
     return out;

@@ -10,6 +10,7 @@
 
 #include <QRect>
 #include <QStringList>
+
 #include <vector>
 
 namespace reports {
@@ -48,7 +49,7 @@ struct PlacedItem
 {
     enum class Kind { Text, Line, Box };
     Kind kind = Kind::Text;
-    QRect rect; ///< page twips; a Line runs from rect.topLeft() to rect.bottomRight()
+    QRect rect;        ///< page twips; a Line runs from rect.topLeft() to rect.bottomRight()
     QStringList lines; ///< already wrapped; line i is drawn at rect.top() + i * lineHeight
     int lineHeight = 0;
     Align align = Align::Left;

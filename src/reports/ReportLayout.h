@@ -5,6 +5,7 @@
 /// to set a caption or bind a field, as they did on the old report designer.
 
 #include <QString>
+
 #include <array>
 #include <cstdint>
 #include <vector>
@@ -41,9 +42,9 @@ struct Control
     ControlKind kind = ControlKind::Label;
     QString name;
     int left = 0, top = 0, width = 0, height = 0; ///< twips within the band
-    QString caption;   ///< labels; a page-footer caption may hold %p and %P
-    QString dataField; ///< fields and totals
-    QString dataMember; ///< "Dati" for fields bound to the child rows
+    QString caption;                              ///< labels; a page-footer caption may hold %p and %P
+    QString dataField;                            ///< fields and totals
+    QString dataMember;                           ///< "Dati" for fields bound to the child rows
     QString dataFormat; ///< a Format pattern for the value of a field or total; empty: as read
     Total total = Total::Sum;
     Align align = Align::Left;
@@ -65,9 +66,9 @@ struct Band
 class ReportLayout
 {
 public:
-    QString name;  ///< "DataReport9"
-    QString title; ///< the document's caption
-    int pageWidth = 11906;  ///< A4
+    QString name;          ///< "DataReport9"
+    QString title;         ///< the document's caption
+    int pageWidth = 11906; ///< A4
     int pageHeight = 16838;
     int leftMargin = 283, rightMargin = 283, topMargin = 567, bottomMargin = 567;
     int reportWidth = 11340; ///< the printable width the designs are drawn for

@@ -6,6 +6,7 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
+
 #include <cmath>
 
 static void initFontResources()
@@ -21,8 +22,8 @@ QString reportFontFamily()
         initFontResources();
         QString name;
         for (const char* face : {"Regular", "Bold", "Italic", "BoldItalic"}) {
-            const int id = QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/LiberationSans-%1.ttf")
-                                                                 .arg(QLatin1String(face)));
+            const int id = QFontDatabase::addApplicationFont(
+                QStringLiteral(":/fonts/LiberationSans-%1.ttf").arg(QLatin1String(face)));
             const QStringList families = QFontDatabase::applicationFontFamilies(id);
             if (name.isEmpty() && !families.isEmpty())
                 name = families.front();
@@ -79,12 +80,9 @@ QColor vbColour(std::int64_t c)
 Qt::Alignment qtAlign(Align a)
 {
     switch (a) {
-    case Align::Right:
-        return Qt::AlignRight | Qt::AlignTop;
-    case Align::Centre:
-        return Qt::AlignHCenter | Qt::AlignTop;
-    default:
-        return Qt::AlignLeft | Qt::AlignTop;
+    case Align::Right: return Qt::AlignRight | Qt::AlignTop;
+    case Align::Centre: return Qt::AlignHCenter | Qt::AlignTop;
+    default: return Qt::AlignLeft | Qt::AlignTop;
     }
 }
 

@@ -9,6 +9,7 @@
 #include <QFontMetricsF>
 #include <QHash>
 #include <QPageLayout>
+
 #include <memory>
 
 class QPagedPaintDevice;

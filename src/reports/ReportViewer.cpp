@@ -1,14 +1,14 @@
 #include "reports/ReportViewer.h"
 
+#include "controls/CommonDialog.h"
+#include "controls/Control.h"
 #include "reports/ChartPrint.h"
 #include "reports/LayoutCatalogue.h"
 #include "reports/ReportRender.h"
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
-#include "controls/CommonDialog.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
-#include "controls/Control.h"
 
 #include <QAction>
 #include <QGuiApplication>
@@ -19,6 +19,7 @@
 #include <QScreen>
 #include <QToolBar>
 #include <QVBoxLayout>
+
 #include <map>
 
 namespace reports {
@@ -30,8 +31,7 @@ class PreviewWindow : public QWidget
 {
 public:
     PreviewWindow(const QString& name, const QString& title, const Document* doc, QWidget* owner)
-        : QWidget(owner, Qt::Window)
-        , m_doc(doc)
+        : QWidget(owner, Qt::Window), m_doc(doc)
     {
         setObjectName(name);
         setWindowTitle(title);
@@ -190,8 +190,8 @@ void ShowReport(const QString& name, ReportData data, const ShowOptions& options
         options.setup(inst->layout);
     QtTextMeasurer measurer;
     // The whole chart is laid out slice of weeks by slice, each on its own pages.
-    inst->doc = IsChartLayout(inst->layout) ? LayOutChart(inst->layout, data, measurer)
-                                            : LayOut(inst->layout, data, measurer);
+    inst->doc =
+        IsChartLayout(inst->layout) ? LayOutChart(inst->layout, data, measurer) : LayOut(inst->layout, data, measurer);
 
     QWidget* owner = registry().host.owner ? registry().host.owner() : nullptr;
     auto* window = new PreviewWindow(inst->layout.name, inst->layout.title, &inst->doc, owner);

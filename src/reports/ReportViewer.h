@@ -15,6 +15,7 @@
 #include "reports/ReportLayout.h"
 
 #include <QRect>
+
 #include <functional>
 #include <optional>
 

@@ -97,22 +97,22 @@ void OpenNotesFile()
 
 void WriteDateErrorGuide()
 {
-    WriteTextExport(dateGuide(
-        QStringLiteral("Errore_Formato_Data.txt"),
-        {QStringLiteral("IL FORMATO DATA IMPOSTATO SU QUESTO PC HA CAUSATO UN ERRORE AL SOFTWARE"),
-         QStringLiteral("PER UN CORRETTO FUNZIONAMENTO DEVI IMPOSTARE IL SEGUENTE FORMATO gg/MM/aaaa"), QString(),
-         QStringLiteral("SEGUI LA PROCEDURA SOTTOSTANTE:")}));
+    WriteTextExport(
+        dateGuide(QStringLiteral("Errore_Formato_Data.txt"),
+                  {QStringLiteral("IL FORMATO DATA IMPOSTATO SU QUESTO PC HA CAUSATO UN ERRORE AL SOFTWARE"),
+                   QStringLiteral("PER UN CORRETTO FUNZIONAMENTO DEVI IMPOSTARE IL SEGUENTE FORMATO gg/MM/aaaa"),
+                   QString(), QStringLiteral("SEGUI LA PROCEDURA SOTTOSTANTE:")}));
 }
 
 void WriteDateInfo()
 {
-    TextExport info = dateGuide(QStringLiteral("Info.txt"),
-                                {QStringLiteral("INFORMAZIONI PER UNA VISUALIZZAZIONE CORRETTA DELLE DATE"),
-                                 QString(), QString()});
+    TextExport info =
+        dateGuide(QStringLiteral("Info.txt"),
+                  {QStringLiteral("INFORMAZIONI PER UNA VISUALIZZAZIONE CORRETTA DELLE DATE"), QString(), QString()});
     // The old box title left out the date between its two dashes; users know it as "Info --".
     info.boxTitle = QStringLiteral("Info --");
-    info.boxText = QStringLiteral(
-        "Il File 'Info.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  ");
+    info.boxText =
+        QStringLiteral("Il File 'Info.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  ");
     WriteTextExport(info);
 }
 

@@ -34,15 +34,11 @@ int scriptedAnswer(ShownBox& box)
     box.scripted = false;
     switch (kind) {
     case mb::YesNo:
-    case mb::YesNoCancel:
-        return answer::No;
+    case mb::YesNoCancel: return answer::No;
     case mb::OKCancel:
-    case mb::RetryCancel:
-        return answer::Cancel;
-    case mb::AbortRetryIgnore:
-        return answer::Abort;
-    default:
-        return answer::OK;
+    case mb::RetryCancel: return answer::Cancel;
+    case mb::AbortRetryIgnore: return answer::Abort;
+    default: return answer::OK;
     }
 }
 } // namespace

@@ -4,6 +4,7 @@
 /// tests can script the answers and read what was shown.
 
 #include <QString>
+
 #include <functional>
 #include <vector>
 

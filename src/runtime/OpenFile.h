@@ -3,6 +3,7 @@
 /// Hands a document to the desktop's default program (verb "open").
 
 #include <QString>
+
 #include <functional>
 #include <vector>
 

@@ -6,6 +6,7 @@
 #include <QDate>
 #include <QRegularExpression>
 #include <QStringList>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -173,7 +174,8 @@ QString numberText(double value)
         QString mantissa = s.digits.left(1);
         if (s.digits.size() > 1)
             mantissa += DecimalSeparator + s.digits.mid(1);
-        return sign + mantissa + u'E' + QChar(e < 0 ? u'-' : u'+') + QString::number(std::abs(e)).rightJustified(2, u'0');
+        return sign + mantissa + u'E' + QChar(e < 0 ? u'-' : u'+') +
+               QString::number(std::abs(e)).rightJustified(2, u'0');
     }
     if (e < 0)
         return sign + u'0' + DecimalSeparator + QString(-e - 1, u'0') + s.digits;

@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <QStringView>
+
 #include <optional>
 
 namespace vb::regional {

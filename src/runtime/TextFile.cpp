@@ -12,9 +12,7 @@ constexpr int kPathFileAccess = 75;
 constexpr int kPathNotFound = 76;
 } // namespace
 
-TextFile::TextFile(const QString& path)
-    : m_path(path)
-    , m_file(path)
+TextFile::TextFile(const QString& path) : m_path(path), m_file(path)
 {
     if (!QFileInfo(path).absoluteDir().exists())
         throw VBError(kPathNotFound);

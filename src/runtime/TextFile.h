@@ -19,7 +19,6 @@ inline QString DegreeRule()
     return QStringLiteral("°°°°°°°°°°°°°°°°°°°°°°°°°°°°°°°");
 }
 
-
 class TextFile
 {
 public:

@@ -4,9 +4,7 @@
 
 namespace vb {
 
-Trap::Trap(std::initializer_list<int> resumed, Otherwise otherwise)
-    : m_resumed(resumed)
-    , m_otherwise(otherwise)
+Trap::Trap(std::initializer_list<int> resumed, Otherwise otherwise) : m_resumed(resumed), m_otherwise(otherwise)
 {
 }
 

@@ -17,6 +17,7 @@
 #include "runtime/VBError.h"
 
 #include <QString>
+
 #include <functional>
 #include <initializer_list>
 #include <map>
@@ -45,8 +46,7 @@ public:
 
     /// Runs one statement under the trap; nothing once the handler has ended.
     /// Returns true when the statement ran to its end.
-    template <class Statement>
-    bool step(Statement&& statement)
+    template <class Statement> bool step(Statement&& statement)
     {
         if (m_ended)
             return false;

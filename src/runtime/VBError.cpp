@@ -5,14 +5,12 @@
 namespace vb {
 
 VBError::VBError(int number, QString description)
-    : m_number(number)
-    , m_description(std::move(description))
-    , m_what(QStringLiteral("%1 %2").arg(number).arg(m_description).toStdString())
+    : m_number(number), m_description(std::move(description)),
+      m_what(QStringLiteral("%1 %2").arg(number).arg(m_description).toStdString())
 {
 }
 
-VBError::VBError(int number)
-    : VBError(number, standardDescription(number))
+VBError::VBError(int number) : VBError(number, standardDescription(number))
 {
 }
 

@@ -4,6 +4,7 @@
 /// with its number and the Italian description of the Italian run time.
 
 #include <QString>
+
 #include <stdexcept>
 
 namespace vb {

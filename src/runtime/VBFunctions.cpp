@@ -5,6 +5,7 @@
 #include "runtime/VBError.h"
 
 #include <QHash>
+
 #include <cmath>
 #include <vector>
 
@@ -108,8 +109,8 @@ std::vector<Token> tokenize(const QString& section)
             out.push_back({Token::Comma, {}});
         } else if (c == u'%') {
             out.push_back({Token::Percent, {}});
-        } else if ((c == u'E' || c == u'e') && i + 1 < section.size()
-                   && (section[i + 1] == u'+' || section[i + 1] == u'-')) {
+        } else if ((c == u'E' || c == u'e') && i + 1 < section.size() &&
+                   (section[i + 1] == u'+' || section[i + 1] == u'-')) {
             out.push_back({Token::Exponent, section.mid(i, 2)});
             ++i;
         } else {
@@ -227,12 +228,8 @@ QString formatSection(double x, const std::vector<Token>& tokens)
                 ++fracSlot;
             }
             break;
-        case Token::Point:
-            out += regional::DecimalSeparator;
-            break;
-        case Token::Percent:
-            out += u'%';
-            break;
+        case Token::Point: out += regional::DecimalSeparator; break;
+        case Token::Percent: out += u'%'; break;
         case Token::Exponent: {
             int expZeros = 0;
             for (int j = i + 1; j < n && isDigitToken(tokens[j]); ++j)
@@ -247,11 +244,8 @@ QString formatSection(double x, const std::vector<Token>& tokens)
                 ++i;
             break;
         }
-        case Token::Comma:
-            break;
-        case Token::Literal:
-            out += t.text;
-            break;
+        case Token::Comma: break;
+        case Token::Literal: out += t.text; break;
         }
     }
     return out;
@@ -303,8 +297,8 @@ bool isDatePattern(const QString& pattern)
             ++i;
             continue;
         }
-        if (QStringLiteral("dwmyhnsqc").contains(c.toLower()) || startsWithCi(pattern, i, QLatin1String("ttttt"))
-            || startsWithCi(pattern, i, QLatin1String("AM/PM")) || startsWithCi(pattern, i, QLatin1String("A/P")))
+        if (QStringLiteral("dwmyhnsqc").contains(c.toLower()) || startsWithCi(pattern, i, QLatin1String("ttttt")) ||
+            startsWithCi(pattern, i, QLatin1String("AM/PM")) || startsWithCi(pattern, i, QLatin1String("A/P")))
             return true;
     }
     return false;
@@ -324,8 +318,8 @@ QString formatDate(double serial, const QString& pattern)
 
     bool twelveHour = false;
     for (int i = 0; i < pattern.size(); ++i)
-        if (startsWithCi(pattern, i, QLatin1String("AM/PM")) || startsWithCi(pattern, i, QLatin1String("A/P"))
-            || startsWithCi(pattern, i, QLatin1String("AMPM")))
+        if (startsWithCi(pattern, i, QLatin1String("AM/PM")) || startsWithCi(pattern, i, QLatin1String("A/P")) ||
+            startsWithCi(pattern, i, QLatin1String("AMPM")))
             twelveHour = true;
     const int hour = twelveHour ? (t.hour() % 12 == 0 ? 12 : t.hour() % 12) : t.hour();
 
@@ -384,9 +378,7 @@ QString formatDate(double serial, const QString& pattern)
             else
                 out += formatDate(serial, namedPattern(QStringLiteral("Long Date")));
             break;
-        case 'w':
-            out += QString::number(run == 1 ? vbWeekday : WeekOfYear(d));
-            break;
+        case 'w': out += QString::number(run == 1 ? vbWeekday : WeekOfYear(d)); break;
         case 'm':
             if (afterHour && run <= 2)
                 out += run == 1 ? QString::number(t.minute()) : two(t.minute());
@@ -405,21 +397,11 @@ QString formatDate(double serial, const QString& pattern)
             else
                 out += QString::number(d.year()).rightJustified(4, u'0');
             break;
-        case 'h':
-            out += run == 1 ? QString::number(hour) : two(hour);
-            break;
-        case 'n':
-            out += run == 1 ? QString::number(t.minute()) : two(t.minute());
-            break;
-        case 's':
-            out += run == 1 ? QString::number(t.second()) : two(t.second());
-            break;
-        case 'q':
-            out += QString::number((d.month() - 1) / 3 + 1);
-            break;
-        case 'c':
-            out += regional::dateText(serial);
-            break;
+        case 'h': out += run == 1 ? QString::number(hour) : two(hour); break;
+        case 'n': out += run == 1 ? QString::number(t.minute()) : two(t.minute()); break;
+        case 's': out += run == 1 ? QString::number(t.second()) : two(t.second()); break;
+        case 'q': out += QString::number((d.month() - 1) / 3 + 1); break;
+        case 'c': out += regional::dateText(serial); break;
         case 't':
             if (run >= 5) {
                 out += formatDate(serial, namedPattern(QStringLiteral("Long Time")));
@@ -437,9 +419,7 @@ QString formatDate(double serial, const QString& pattern)
             out += QString(run, regional::DateSeparator);
             placeholder = false;
             break;
-        default:
-            out += pattern.mid(i, run);
-            placeholder = false;
+        default: out += pattern.mid(i, run); placeholder = false;
         }
         if (placeholder)
             afterHour = lc == u'h';
@@ -496,12 +476,9 @@ Variant CDate(const Variant& v)
 bool IsNumeric(const Variant& v)
 {
     switch (v.type()) {
-    case Variant::Type::Empty:
-        return true;
-    case Variant::Type::String:
-        return regional::parseNumber(v.rawString()).has_value();
-    default:
-        return v.isNumeric();
+    case Variant::Type::Empty: return true;
+    case Variant::Type::String: return regional::parseNumber(v.rawString()).has_value();
+    default: return v.isNumeric();
     }
 }
 
@@ -532,7 +509,8 @@ double Val(const Variant& v)
         const int base = kind == u'H' ? 16 : kind == u'O' ? 8 : 0;
         if (base) {
             int end = 2;
-            while (end < s.size() && QStringLiteral("0123456789abcdefABCDEF").left(base == 16 ? 22 : 8).contains(s[end]))
+            while (end < s.size() &&
+                   QStringLiteral("0123456789abcdefABCDEF").left(base == 16 ? 22 : 8).contains(s[end]))
                 ++end;
             return radixValue(s.mid(2, end - 2), base);
         }

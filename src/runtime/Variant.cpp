@@ -31,44 +31,31 @@ Variant Variant::null()
     return v;
 }
 
-Variant::Variant(bool b)
-    : m_type(Type::Boolean)
-    , m_bool(b)
+Variant::Variant(bool b) : m_type(Type::Boolean), m_bool(b)
 {
 }
 
-Variant::Variant(int v)
-    : m_type(Type::Long)
-    , m_long(v)
+Variant::Variant(int v) : m_type(Type::Long), m_long(v)
 {
 }
 
-Variant::Variant(std::int64_t v)
-    : m_type(Type::Long)
-    , m_long(v)
+Variant::Variant(std::int64_t v) : m_type(Type::Long), m_long(v)
 {
 }
 
-Variant::Variant(double v)
-    : m_type(Type::Double)
-    , m_double(v)
+Variant::Variant(double v) : m_type(Type::Double), m_double(v)
 {
 }
 
-Variant::Variant(JetDate d)
-    : m_type(Type::Date)
-    , m_double(d.serial)
+Variant::Variant(JetDate d) : m_type(Type::Date), m_double(d.serial)
 {
 }
 
-Variant::Variant(const QString& s)
-    : m_type(Type::String)
-    , m_string(s)
+Variant::Variant(const QString& s) : m_type(Type::String), m_string(s)
 {
 }
 
-Variant::Variant(const char* s)
-    : Variant(QString::fromUtf8(s))
+Variant::Variant(const char* s) : Variant(QString::fromUtf8(s))
 {
 }
 
@@ -95,33 +82,25 @@ bool Variant::isNumeric() const
     case Type::Boolean:
     case Type::Integer:
     case Type::Long:
-    case Type::Double:
-        return true;
-    default:
-        return false;
+    case Type::Double: return true;
+    default: return false;
     }
 }
 
 QString Variant::toString() const
 {
     switch (m_type) {
-    case Type::Empty:
-        return {};
-    case Type::Null:
-        throw VBError(err::InvalidUseOfNull);
-    case Type::Boolean:
-        return m_bool ? QStringLiteral("Vero") : QStringLiteral("Falso");
+    case Type::Empty: return {};
+    case Type::Null: throw VBError(err::InvalidUseOfNull);
+    case Type::Boolean: return m_bool ? QStringLiteral("Vero") : QStringLiteral("Falso");
     case Type::Integer:
-    case Type::Long:
-        return QString::number(m_long);
+    case Type::Long: return QString::number(m_long);
     case Type::Double:
         if (!std::isfinite(m_double))
             throw VBError(err::Overflow);
         return regional::numberText(m_double);
-    case Type::Date:
-        return regional::dateText(m_double);
-    case Type::String:
-        return m_string;
+    case Type::Date: return regional::dateText(m_double);
+    case Type::String: return m_string;
     }
     return {};
 }
@@ -129,18 +108,13 @@ QString Variant::toString() const
 double Variant::toDouble() const
 {
     switch (m_type) {
-    case Type::Empty:
-        return 0.0;
-    case Type::Null:
-        throw VBError(err::InvalidUseOfNull);
-    case Type::Boolean:
-        return m_bool ? -1.0 : 0.0; // VB's True is -1
+    case Type::Empty: return 0.0;
+    case Type::Null: throw VBError(err::InvalidUseOfNull);
+    case Type::Boolean: return m_bool ? -1.0 : 0.0; // VB's True is -1
     case Type::Integer:
-    case Type::Long:
-        return static_cast<double>(m_long);
+    case Type::Long: return static_cast<double>(m_long);
     case Type::Double:
-    case Type::Date:
-        return m_double;
+    case Type::Date: return m_double;
     case Type::String:
         if (const auto n = regional::parseNumber(m_string))
             return *n;
@@ -178,34 +152,28 @@ std::int32_t Variant::toLong() const
 bool Variant::toBool() const
 {
     switch (m_type) {
-    case Type::Empty:
-        return false;
-    case Type::Null:
-        throw VBError(err::InvalidUseOfNull);
-    case Type::Boolean:
-        return m_bool;
+    case Type::Empty: return false;
+    case Type::Null: throw VBError(err::InvalidUseOfNull);
+    case Type::Boolean: return m_bool;
     case Type::String: {
         const QString s = m_string.trimmed();
-        if (s.compare(QLatin1String("Vero"), Qt::CaseInsensitive) == 0
-            || s.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0)
+        if (s.compare(QLatin1String("Vero"), Qt::CaseInsensitive) == 0 ||
+            s.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0)
             return true;
-        if (s.compare(QLatin1String("Falso"), Qt::CaseInsensitive) == 0
-            || s.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0)
+        if (s.compare(QLatin1String("Falso"), Qt::CaseInsensitive) == 0 ||
+            s.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0)
             return false;
         return toDouble() != 0.0;
     }
-    default:
-        return toDouble() != 0.0;
+    default: return toDouble() != 0.0;
     }
 }
 
 JetDate Variant::toDate() const
 {
     switch (m_type) {
-    case Type::Null:
-        throw VBError(err::InvalidUseOfNull);
-    case Type::Date:
-        return JetDate{m_double};
+    case Type::Null: throw VBError(err::InvalidUseOfNull);
+    case Type::Date: return JetDate{m_double};
     case Type::String: {
         if (const auto serial = regional::parseDateTime(m_string))
             return JetDate{*serial};
@@ -233,18 +201,13 @@ bool Variant::operator==(const Variant& o) const
         return false;
     switch (m_type) {
     case Type::Empty:
-    case Type::Null:
-        return true;
-    case Type::Boolean:
-        return m_bool == o.m_bool;
+    case Type::Null: return true;
+    case Type::Boolean: return m_bool == o.m_bool;
     case Type::Integer:
-    case Type::Long:
-        return m_long == o.m_long;
+    case Type::Long: return m_long == o.m_long;
     case Type::Double:
-    case Type::Date:
-        return m_double == o.m_double;
-    case Type::String:
-        return m_string == o.m_string;
+    case Type::Date: return m_double == o.m_double;
+    case Type::String: return m_string == o.m_string;
     }
     return false;
 }

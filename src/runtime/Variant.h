@@ -7,6 +7,7 @@
 #include <QDate>
 #include <QDateTime>
 #include <QString>
+
 #include <cstdint>
 #include <type_traits>
 #include <variant>
@@ -28,13 +29,12 @@ public:
     Variant() = default; // Empty
     static Variant null();
     Variant(bool b);
-    Variant(int v);             // Long (VB's Integer only through CInt)
-    Variant(std::int64_t v);    // Long
+    Variant(int v);          // Long (VB's Integer only through CInt)
+    Variant(std::int64_t v); // Long
     /// Any other integer type (qint64, sqlite3_int64, unsigned, short) is a Long too.
     template <class T>
-        requires(std::is_integral_v<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char>
-                 && !std::is_same_v<T, int> && !std::is_same_v<T, std::int64_t>)
-    Variant(T v)
+    requires(std::is_integral_v<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char> && !std::is_same_v<T, int> &&
+             !std::is_same_v<T, std::int64_t>) Variant(T v)
         : Variant(static_cast<std::int64_t>(v))
     {
     }
@@ -61,12 +61,12 @@ public:
     const QString& rawString() const { return m_string; }
 
     // VB conversions; Null raises 94, impossible conversions 13, out of range 6.
-    QString toString() const;      ///< CStr (Empty gives "")
-    double toDouble() const;       ///< CDbl
-    std::int16_t toInteger() const;///< CInt (banker's rounding, overflow 6)
-    std::int32_t toLong() const;   ///< CLng
-    bool toBool() const;           ///< CBool
-    JetDate toDate() const;        ///< CDate under Italian settings
+    QString toString() const;       ///< CStr (Empty gives "")
+    double toDouble() const;        ///< CDbl
+    std::int16_t toInteger() const; ///< CInt (banker's rounding, overflow 6)
+    std::int32_t toLong() const;    ///< CLng
+    bool toBool() const;            ///< CBool
+    JetDate toDate() const;         ///< CDate under Italian settings
 
     /// Text for a control: Null and Empty give "" (what a bound control shows).
     QString displayText() const;

@@ -19,54 +19,36 @@ namespace shell {
 QMessageBox::StandardButtons buttonsFor(int vbFlags)
 {
     switch (vbFlags & 7) {
-    case vb::mb::OKCancel:
-        return QMessageBox::Ok | QMessageBox::Cancel;
-    case vb::mb::AbortRetryIgnore:
-        return QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore;
-    case vb::mb::YesNoCancel:
-        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
-    case vb::mb::YesNo:
-        return QMessageBox::Yes | QMessageBox::No;
-    case vb::mb::RetryCancel:
-        return QMessageBox::Retry | QMessageBox::Cancel;
-    default:
-        return QMessageBox::Ok;
+    case vb::mb::OKCancel: return QMessageBox::Ok | QMessageBox::Cancel;
+    case vb::mb::AbortRetryIgnore: return QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore;
+    case vb::mb::YesNoCancel: return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case vb::mb::YesNo: return QMessageBox::Yes | QMessageBox::No;
+    case vb::mb::RetryCancel: return QMessageBox::Retry | QMessageBox::Cancel;
+    default: return QMessageBox::Ok;
     }
 }
 
 QMessageBox::Icon iconFor(int vbFlags)
 {
     switch (vbFlags & 0x70) {
-    case vb::mb::Critical:
-        return QMessageBox::Critical;
-    case vb::mb::Question:
-        return QMessageBox::Question;
-    case vb::mb::Exclamation:
-        return QMessageBox::Warning;
-    case vb::mb::Information:
-        return QMessageBox::Information;
-    default:
-        return QMessageBox::NoIcon;
+    case vb::mb::Critical: return QMessageBox::Critical;
+    case vb::mb::Question: return QMessageBox::Question;
+    case vb::mb::Exclamation: return QMessageBox::Warning;
+    case vb::mb::Information: return QMessageBox::Information;
+    default: return QMessageBox::NoIcon;
     }
 }
 
 int answerFor(QMessageBox::StandardButton button)
 {
     switch (button) {
-    case QMessageBox::Cancel:
-        return vb::answer::Cancel;
-    case QMessageBox::Abort:
-        return vb::answer::Abort;
-    case QMessageBox::Retry:
-        return vb::answer::Retry;
-    case QMessageBox::Ignore:
-        return vb::answer::Ignore;
-    case QMessageBox::Yes:
-        return vb::answer::Yes;
-    case QMessageBox::No:
-        return vb::answer::No;
-    default:
-        return vb::answer::OK;
+    case QMessageBox::Cancel: return vb::answer::Cancel;
+    case QMessageBox::Abort: return vb::answer::Abort;
+    case QMessageBox::Retry: return vb::answer::Retry;
+    case QMessageBox::Ignore: return vb::answer::Ignore;
+    case QMessageBox::Yes: return vb::answer::Yes;
+    case QMessageBox::No: return vb::answer::No;
+    default: return vb::answer::OK;
     }
 }
 
@@ -74,8 +56,7 @@ namespace {
 
 int presentBox(const vb::ShownBox& box)
 {
-    QMessageBox mb(iconFor(box.buttons), box.title, box.prompt, buttonsFor(box.buttons),
-                   QApplication::activeWindow());
+    QMessageBox mb(iconFor(box.buttons), box.title, box.prompt, buttonsFor(box.buttons), QApplication::activeWindow());
     // The second or third button is the default when the flags say so (256, 512).
     const auto buttons = mb.buttons();
     const int defaultIndex = (box.buttons >> 8) & 3;

@@ -1,13 +1,13 @@
 #include "shell/Driver.h"
 
-#include "runtime/Clock.h"
-#include "runtime/MsgBox.h"
-#include "runtime/OpenFile.h"
-#include "runtime/VBError.h"
 #include "controls/CommonDialog.h"
 #include "controls/Controls.h"
 #include "controls/DataControls.h"
 #include "reports/ReportViewer.h"
+#include "runtime/Clock.h"
+#include "runtime/MsgBox.h"
+#include "runtime/OpenFile.h"
+#include "runtime/VBError.h"
 #include "shell/Program.h"
 #include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
@@ -22,6 +22,7 @@
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
+
 #include <algorithm>
 #include <cmath>
 #include <unistd.h>
@@ -130,22 +131,17 @@ QJsonValue valueJson(const Variant& v)
 {
     switch (v.type()) {
     case Variant::Type::Empty:
-    case Variant::Type::Null:
-        return QJsonValue();
-    case Variant::Type::Boolean:
-        return v.rawBool();
+    case Variant::Type::Null: return QJsonValue();
+    case Variant::Type::Boolean: return v.rawBool();
     case Variant::Type::Integer:
-    case Variant::Type::Long:
-        return qint64(v.rawLong());
-    case Variant::Type::Double:
-        return json::decimal(v.rawDouble());
+    case Variant::Type::Long: return qint64(v.rawLong());
+    case Variant::Type::Double: return json::decimal(v.rawDouble());
     case Variant::Type::Date: {
         const QDateTime dt = vb::fromSerial(v.rawDate().serial);
         return dt.time() == QTime(0, 0) ? dt.date().toString(Qt::ISODate)
                                         : dt.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
     }
-    case Variant::Type::String:
-        return v.rawString();
+    case Variant::Type::String: return v.rawString();
     }
     return QJsonValue();
 }
@@ -170,12 +166,18 @@ QJsonValue colourJson(const Variant& v)
 /// Properties whose value is taken as text whatever it looks like.
 bool isTextProperty(const QString& lname)
 {
-    static const QStringList text{QStringLiteral("text"),        QStringLiteral("caption"),
-                                  QStringLiteral("tooltiptext"), QStringLiteral("tag"),
-                                  QStringLiteral("seltext"),     QStringLiteral("recordsource"),
-                                  QStringLiteral("connectionstring"), QStringLiteral("boundtext"),
-                                  QStringLiteral("listfield"),   QStringLiteral("boundcolumn"),
-                                  QStringLiteral("customformat"), QStringLiteral("mask"),
+    static const QStringList text{QStringLiteral("text"),
+                                  QStringLiteral("caption"),
+                                  QStringLiteral("tooltiptext"),
+                                  QStringLiteral("tag"),
+                                  QStringLiteral("seltext"),
+                                  QStringLiteral("recordsource"),
+                                  QStringLiteral("connectionstring"),
+                                  QStringLiteral("boundtext"),
+                                  QStringLiteral("listfield"),
+                                  QStringLiteral("boundcolumn"),
+                                  QStringLiteral("customformat"),
+                                  QStringLiteral("mask"),
                                   QStringLiteral("picture")};
     return text.contains(lname);
 }
@@ -436,7 +438,8 @@ QJsonValue reportJson(const QString& name)
     for (const auto& page : laidOut->pages) {
         QJsonArray items;
         for (const reports::PlacedText& t : page)
-            items << json::fields({{QStringLiteral("x"), t.x}, {QStringLiteral("y"), t.y}, {QStringLiteral("text"), t.text}});
+            items << json::fields(
+                {{QStringLiteral("x"), t.x}, {QStringLiteral("y"), t.y}, {QStringLiteral("text"), t.text}});
         pages << items;
     }
     return json::fields({{QStringLiteral("visible"), laidOut->visible}, {QStringLiteral("pages"), pages}});
@@ -465,9 +468,9 @@ struct Call
 
 /// What a command needs after its name.
 enum class Takes {
-    Anything, ///< nothing, or words it reads itself
-    Argument, ///< an argument ("Manca l'argomento di ...")
-    Control, ///< the argument names a control: F.C
+    Anything,   ///< nothing, or words it reads itself
+    Argument,   ///< an argument ("Manca l'argomento di ...")
+    Control,    ///< the argument names a control: F.C
     ControlAnd, ///< the first word names a control, the rest is for the command
 };
 
@@ -489,48 +492,60 @@ int number(const QString& text)
 const std::map<QString, Command>& commands()
 {
     static const std::map<QString, Command> table{
-        {QStringLiteral("clock"), {Takes::Argument, [](Call& c) {
-             if (c.arg.startsWith(u'+') || c.arg.startsWith(u'-'))
-                 return vb::Clock::advance(clockShift(c.arg));
-             const auto at = parseIsoDate(c.arg);
-             if (!at)
-                 throw badCommand(QStringLiteral("Data non valida: %1").arg(c.arg));
-             vb::Clock::freeze(*at);
-         }}},
-        {QStringLiteral("answer"), {Takes::Anything, [](Call& c) {
-             std::vector<int> answers;
-             for (const QString& w : c.arg.split(u' ', Qt::SkipEmptyParts))
-                 answers.push_back(answerCode(w));
-             vb::MsgBoxService::queueAnswers(answers);
-         }}},
+        {QStringLiteral("clock"),
+         {Takes::Argument,
+          [](Call& c) {
+              if (c.arg.startsWith(u'+') || c.arg.startsWith(u'-'))
+                  return vb::Clock::advance(clockShift(c.arg));
+              const auto at = parseIsoDate(c.arg);
+              if (!at)
+                  throw badCommand(QStringLiteral("Data non valida: %1").arg(c.arg));
+              vb::Clock::freeze(*at);
+          }}},
+        {QStringLiteral("answer"),
+         {Takes::Anything,
+          [](Call& c) {
+              std::vector<int> answers;
+              for (const QString& w : c.arg.split(u' ', Qt::SkipEmptyParts))
+                  answers.push_back(answerCode(w));
+              vb::MsgBoxService::queueAnswers(answers);
+          }}},
         {QStringLiteral("boxes"), {Takes::Anything, [](Call& c) { c.value = boxesJson(); }}},
-        {QStringLiteral("file"), {Takes::Argument, [](Call& c) {
-             std::vector<QString> paths;
-             for (const QString& w : words(c.arg))
-                 paths.push_back(fileAnswer(w));
-             vb::FileDialogService::queueAnswers(paths);
-         }}},
+        {QStringLiteral("file"),
+         {Takes::Argument,
+          [](Call& c) {
+              std::vector<QString> paths;
+              for (const QString& w : words(c.arg))
+                  paths.push_back(fileAnswer(w));
+              vb::FileDialogService::queueAnswers(paths);
+          }}},
         {QStringLiteral("dialogs"), {Takes::Anything, [](Call& c) { c.value = dialogsJson(); }}},
-        {QStringLiteral("opened"), {Takes::Anything, [](Call& c) {
-             const std::vector<QString> paths = vb::OpenFileService::takeOpened();
-             c.value = QJsonArray::fromStringList({paths.begin(), paths.end()});
-         }}},
+        {QStringLiteral("opened"),
+         {Takes::Anything,
+          [](Call& c) {
+              const std::vector<QString> paths = vb::OpenFileService::takeOpened();
+              c.value = QJsonArray::fromStringList({paths.begin(), paths.end()});
+          }}},
         {QStringLiteral("start"), {Takes::Anything, [](Call&) { startProgram(); }}},
         {QStringLiteral("close"), {Takes::Anything, [](Call&) { screens().unload(QStringLiteral("frmMain")); }}},
-        {QStringLiteral("exit"), {Takes::Anything,
-                                  [](Call&) { controlOf(QStringLiteral("frmMain"), QStringLiteral("lblExit"))->click(); }}},
+        {QStringLiteral("exit"),
+         {Takes::Anything, [](Call&) { controlOf(QStringLiteral("frmMain"), QStringLiteral("lblExit"))->click(); }}},
         // Reports are shown by `showreport`; `unload` and `loaded` close and look at them.
-        {QStringLiteral("show"), {Takes::Argument, [](Call& c) {
-             if (isReport(knownScreen(c.arg)))
-                 throw badCommand(QStringLiteral("Un report si mostra con showreport: %1").arg(c.arg));
-             screens().show(c.arg);
-         }}},
-        {QStringLiteral("unload"), {Takes::Argument, [](Call& c) {
-             isReport(knownScreen(c.arg)) ? reports::UnloadReport(c.arg) : screens().unload(c.arg);
-         }}},
-        {QStringLiteral("loaded"), {Takes::Argument, [](Call& c) {
-             c.value = isReport(knownScreen(c.arg)) ? reports::IsReportLoaded(c.arg) : screens().isLoaded(c.arg);
-         }}},
+        {QStringLiteral("show"),
+         {Takes::Argument,
+          [](Call& c) {
+              if (isReport(knownScreen(c.arg)))
+                  throw badCommand(QStringLiteral("Un report si mostra con showreport: %1").arg(c.arg));
+              screens().show(c.arg);
+          }}},
+        {QStringLiteral("unload"),
+         {Takes::Argument,
+          [](Call& c) { isReport(knownScreen(c.arg)) ? reports::UnloadReport(c.arg) : screens().unload(c.arg); }}},
+        {QStringLiteral("loaded"),
+         {Takes::Argument,
+          [](Call& c) {
+              c.value = isReport(knownScreen(c.arg)) ? reports::IsReportLoaded(c.arg) : screens().isLoaded(c.arg);
+          }}},
         {QStringLiteral("click"), {Takes::Control, [](Call& c) { c.control->click(); }}},
         {QStringLiteral("dblclick"), {Takes::Control, [](Call& c) { c.control->dblClick(); }}},
         {QStringLiteral("focus"), {Takes::Control, [](Call& c) { c.control->focusIn(); }}},
@@ -540,40 +555,50 @@ const std::map<QString, Command>& commands()
         {QStringLiteral("choose"), {Takes::ControlAnd, [](Call& c) { c.control->choose(unquote(c.tail)); }}},
         {QStringLiteral("key"), {Takes::ControlAnd, [](Call& c) { c.control->keyPress(number(c.tail)); }}},
         {QStringLiteral("select"), {Takes::ControlAnd, [](Call& c) { c.control->select(number(c.tail)); }}},
-        {QStringLiteral("set"), {Takes::Argument, [](Call& c) {
-             const QStringList p = path(c.target, 2, 3);
-             vb::Control* object = p.size() == 3 ? controlOf(p[0], p[1]) : screenOf(p[0]);
-             object->setVbProperty(p.back(), parseValue(p.back().toLower(), c.tail));
-         }}},
-        {QStringLiteral("get"), {Takes::Argument, [](Call& c) {
-             const QStringList p = path(c.arg, 2, 3);
-             const bool visible = p.size() == 2 && p[1].compare(QLatin1String("Visible"), Qt::CaseInsensitive) == 0;
-             if (visible && isReport(p[0]))
-                 c.value = reports::IsReportVisible(p[0]);
-             else if (visible && ScreenRegistry::known(p[0]) && !screens().isLoaded(p[0]))
-                 c.value = false; // a screen that is not loaded is not visible
-             else
-                 c.value = propertyJson(p.size() == 3 ? controlOf(p[0], p[1]) : screenOf(p[0]), p.back());
-         }}},
-        {QStringLiteral("grid"), {Takes::Control, [](Call& c) {
-             auto* grid = dynamic_cast<vb::DataGrid*>(c.control);
-             if (!grid)
-                 throw VBError(ObjectRequired, QStringLiteral("Non è una griglia: %1").arg(c.arg));
-             c.value = gridJson(grid);
-         }}},
+        {QStringLiteral("set"),
+         {Takes::Argument,
+          [](Call& c) {
+              const QStringList p = path(c.target, 2, 3);
+              vb::Control* object = p.size() == 3 ? controlOf(p[0], p[1]) : screenOf(p[0]);
+              object->setVbProperty(p.back(), parseValue(p.back().toLower(), c.tail));
+          }}},
+        {QStringLiteral("get"),
+         {Takes::Argument,
+          [](Call& c) {
+              const QStringList p = path(c.arg, 2, 3);
+              const bool visible = p.size() == 2 && p[1].compare(QLatin1String("Visible"), Qt::CaseInsensitive) == 0;
+              if (visible && isReport(p[0]))
+                  c.value = reports::IsReportVisible(p[0]);
+              else if (visible && ScreenRegistry::known(p[0]) && !screens().isLoaded(p[0]))
+                  c.value = false; // a screen that is not loaded is not visible
+              else
+                  c.value = propertyJson(p.size() == 3 ? controlOf(p[0], p[1]) : screenOf(p[0]), p.back());
+          }}},
+        {QStringLiteral("grid"),
+         {Takes::Control,
+          [](Call& c) {
+              auto* grid = dynamic_cast<vb::DataGrid*>(c.control);
+              if (!grid)
+                  throw VBError(ObjectRequired, QStringLiteral("Non è una griglia: %1").arg(c.arg));
+              c.value = gridJson(grid);
+          }}},
         {QStringLiteral("sql"), {Takes::Argument, [](Call& c) { c.value = rowsJson(c.arg); }}},
         {QStringLiteral("exec"), {Takes::Argument, [](Call& c) { store::DataStore::instance().Execute(c.arg); }}},
-        {QStringLiteral("showreport"), {Takes::Argument, [](Call& c) {
-             if (c.tail.trimmed().isEmpty())
-                 throw badCommand(QStringLiteral("Manca l'istruzione del report %1").arg(c.target));
-             reports::ShowReport(c.target, c.tail.trimmed());
-         }}},
+        {QStringLiteral("showreport"),
+         {Takes::Argument,
+          [](Call& c) {
+              if (c.tail.trimmed().isEmpty())
+                  throw badCommand(QStringLiteral("Manca l'istruzione del report %1").arg(c.target));
+              reports::ShowReport(c.target, c.tail.trimmed());
+          }}},
         {QStringLiteral("report"), {Takes::Argument, [](Call& c) { c.value = reportJson(c.arg); }}},
-        {QStringLiteral("pdf"), {Takes::Argument, [](Call& c) {
-             if (c.tail.trimmed().isEmpty())
-                 throw badCommand(QStringLiteral("Manca il percorso del PDF"));
-             reports::WritePdf(c.target, unquote(c.tail.trimmed()));
-         }}},
+        {QStringLiteral("pdf"),
+         {Takes::Argument,
+          [](Call& c) {
+              if (c.tail.trimmed().isEmpty())
+                  throw badCommand(QStringLiteral("Manca il percorso del PDF"));
+              reports::WritePdf(c.target, unquote(c.tail.trimmed()));
+          }}},
         {QStringLiteral("quit"), {Takes::Anything, [](Call& c) { c.quit = true; }}},
     };
     return table;

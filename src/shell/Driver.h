@@ -7,6 +7,7 @@
 
 #include <QObject>
 #include <QString>
+
 #include <cstdio>
 #include <deque>
 #include <vector>
@@ -27,7 +28,11 @@ public:
 
     /// Sends the answers to @p out instead of standard output (tests); nothing is
     /// redirected then.
-    void setOutput(FILE* out) { m_out = out; m_ownOutput = false; }
+    void setOutput(FILE* out)
+    {
+        m_out = out;
+        m_ownOutput = false;
+    }
 
     /// Reads and runs every command inside Qt's event loop, until the end of the input or
     /// `quit`; returns the process's exit code. Standard output gets the answers only.

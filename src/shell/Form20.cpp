@@ -13,8 +13,7 @@
 
 namespace shell {
 
-Form20::Form20(QWidget* owner)
-    : vb::Form(owner, QStringLiteral("Form20"), QString::fromLatin1(vb::AppTitle))
+Form20::Form20(QWidget* owner) : vb::Form(owner, QStringLiteral("Form20"), QString::fromLatin1(vb::AppTitle))
 {
     buildControls();
 }
@@ -107,8 +106,8 @@ void Form20::Cmd_Procedura_Click()
     transfer.lines = TransferProcedureLines();
     transfer.boxTitle = QStringLiteral("PROCEDURA TRASFERIMENTO DATI");
     transfer.openedName = QStringLiteral("Velmora..txt");
-    transfer.boxText = QStringLiteral(
-        "Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  ");
+    transfer.boxText =
+        QStringLiteral("Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  ");
     try {
         reports::WriteTextExport(transfer);
     } catch (const vb::VBError& e) {

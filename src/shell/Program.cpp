@@ -1,8 +1,8 @@
 #include "shell/Program.h"
 
+#include "controls/Control.h"
 #include "runtime/MsgBox.h"
 #include "runtime/VBError.h"
-#include "controls/Control.h"
 #include "shell/ScreenRegistry.h"
 
 #include <QCoreApplication>

@@ -1,8 +1,8 @@
 #include "shell/Reopen.h"
 
-#include "runtime/AppPath.h"
 #include "controls/Controls.h"
 #include "controls/DataControls.h"
+#include "runtime/AppPath.h"
 #include "shell/ScreenRegistry.h"
 
 namespace shell {

@@ -21,7 +21,7 @@ std::map<QString, ScreenRegistry::Factory>& factories()
 class ModalWatcher : public QObject
 {
 public:
-    ModalWatcher(QEventLoop& loop) : m_loop(loop) {}
+    ModalWatcher(QEventLoop& loop) : m_loop(loop) { }
     bool eventFilter(QObject*, QEvent* e) override
     {
         if (e->type() == QEvent::Hide)
@@ -116,12 +116,12 @@ bool ScreenRegistry::built(const QString& name)
 
 const QStringList& ScreenRegistry::workingScreens()
 {
-    static const QStringList order{
-        QStringLiteral("Form2"),  QStringLiteral("Form3"),  QStringLiteral("Form4"),  QStringLiteral("Form5"),
-        QStringLiteral("Form7"),  QStringLiteral("Form8"),  QStringLiteral("Form9"),  QStringLiteral("Form10"),
-        QStringLiteral("Form11"), QStringLiteral("Form13"), QStringLiteral("Form14"), QStringLiteral("Form15"),
-        QStringLiteral("Form17"), QStringLiteral("Form18"), QStringLiteral("Form19"), QStringLiteral("Form20"),
-        QStringLiteral("frmAbout")};
+    static const QStringList order{QStringLiteral("Form2"),  QStringLiteral("Form3"),   QStringLiteral("Form4"),
+                                   QStringLiteral("Form5"),  QStringLiteral("Form7"),   QStringLiteral("Form8"),
+                                   QStringLiteral("Form9"),  QStringLiteral("Form10"),  QStringLiteral("Form11"),
+                                   QStringLiteral("Form13"), QStringLiteral("Form14"),  QStringLiteral("Form15"),
+                                   QStringLiteral("Form17"), QStringLiteral("Form18"),  QStringLiteral("Form19"),
+                                   QStringLiteral("Form20"), QStringLiteral("frmAbout")};
     return order;
 }
 

@@ -16,6 +16,7 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+
 #include <functional>
 #include <map>
 
@@ -53,11 +54,7 @@ public:
     /// the handler that asked for the screen, or from outside any handler the top of the
     /// program; the screen stays loaded, as in VB.
     vb::Form* form(const QString& name);
-    template <typename T>
-    T* formAs(const QString& name)
-    {
-        return dynamic_cast<T*>(form(name));
-    }
+    template <typename T> T* formAs(const QString& name) { return dynamic_cast<T*>(form(name)); }
     /// A control of a screen, loading the screen hidden when needed (the timers of
     /// frmMain read Form7, Form13, Form14 this way). nullptr for an inert screen; an
     /// unknown screen or control name is logged as critical and gives nullptr.
@@ -103,8 +100,7 @@ inline ScreenRegistry& screens()
     return ScreenRegistry::instance();
 }
 
-template <typename T>
-struct ScreenRegistrar
+template <typename T> struct ScreenRegistrar
 {
     explicit ScreenRegistrar(const char* name)
     {

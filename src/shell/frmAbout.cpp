@@ -55,8 +55,7 @@ int dueDayCount(const QString& todayText, const Variant& prossima)
     return static_cast<int>(to - from);
 }
 
-frmAbout::frmAbout(QWidget* owner)
-    : vb::Form(owner, QStringLiteral("frmAbout"), QStringLiteral("Developers"))
+frmAbout::frmAbout(QWidget* owner) : vb::Form(owner, QStringLiteral("frmAbout"), QStringLiteral("Developers"))
 {
     buildControls();
 }
@@ -120,14 +119,13 @@ void frmAbout::Due_Alerts()
         return;
     // One question whatever the mix of rows, also when each is only a day or two late.
     if (vb::MsgBox(QStringLiteral("Attenzione!! Oggi sono in programma delle Manutenzioni, Vuoi vedere i dettagli?"),
-            vb::mb::YesNo + vb::mb::Critical, QStringLiteral("MANUTENZIONE DA ESEGUIRE"))
-        != vb::answer::Yes)
+                   vb::mb::YesNo + vb::mb::Critical, QStringLiteral("MANUTENZIONE DA ESEGUIRE")) != vb::answer::Yes)
         return;
     while (!rs.Eof()) {
         alertRow(today, rs.Fields(QStringLiteral("Macchina")).Value(),
-            rs.Fields(QStringLiteral("Manutenzione_Tipo")).Value(), rs.Fields(QStringLiteral("Modello")).Value(),
-            rs.Fields(QStringLiteral("Tempo_Minuti")).Value(), rs.Fields(QStringLiteral("Prossima")).Value(),
-            rs.Fields(QStringLiteral("Numerazione")).Value());
+                 rs.Fields(QStringLiteral("Manutenzione_Tipo")).Value(), rs.Fields(QStringLiteral("Modello")).Value(),
+                 rs.Fields(QStringLiteral("Tempo_Minuti")).Value(), rs.Fields(QStringLiteral("Prossima")).Value(),
+                 rs.Fields(QStringLiteral("Numerazione")).Value());
         rs.MoveNext();
     }
 
@@ -140,28 +138,28 @@ void frmAbout::Due_Alerts()
 }
 
 void frmAbout::alertRow(const QString& today, const Variant& macchina, const Variant& tipo, const Variant& modello,
-    const Variant& minuti, const Variant& prossima, const Variant& numerazione)
+                        const Variant& minuti, const Variant& prossima, const Variant& numerazione)
 {
     const int d = dueDayCount(today, prossima);
     const QString unit = machine(macchina, modello, numerazione);
     if (d <= -3) {
         const QString n = QString::number(-d);
-        vb::MsgBox(QStringLiteral(" Attenzione!! La Manutezione: ") + str(tipo)
-                + QStringLiteral(" Tempo richiesto minuti: ") + str(minuti)
-                + QStringLiteral(" era programmata in data ") + str(prossima) + QStringLiteral(" sono trascorsi ") + n
-                + QStringLiteral(" giorni ma non è ancora stata eseguita!!"),
+        vb::MsgBox(
+            QStringLiteral(" Attenzione!! La Manutezione: ") + str(tipo) + QStringLiteral(" Tempo richiesto minuti: ") +
+                str(minuti) + QStringLiteral(" era programmata in data ") + str(prossima) +
+                QStringLiteral(" sono trascorsi ") + n + QStringLiteral(" giorni ma non è ancora stata eseguita!!"),
             vb::mb::Exclamation,
-            QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA ") + n + QStringLiteral(" GIORNI PER LA MACCHINA: ")
-                + unit);
+            QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA ") + n + QStringLiteral(" GIORNI PER LA MACCHINA: ") +
+                unit);
     } else if (d == 0) {
-        vb::MsgBox(QStringLiteral("MACCHINA:[") + unit + QStringLiteral("] Frequenza:[") + str(tipo)
-                + QStringLiteral("] Tempo richiesto minuti:[") + str(minuti) + QStringLiteral("]"),
-            vb::mb::Information, QStringLiteral("MANUTENZIONE ODIERNA:"));
+        vb::MsgBox(QStringLiteral("MACCHINA:[") + unit + QStringLiteral("] Frequenza:[") + str(tipo) +
+                       QStringLiteral("] Tempo richiesto minuti:[") + str(minuti) + QStringLiteral("]"),
+                   vb::mb::Information, QStringLiteral("MANUTENZIONE ODIERNA:"));
     } else if (d == 1) {
-        vb::MsgBox(QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [") + str(tipo)
-                + QStringLiteral("] alla Macchina [") + unit + QStringLiteral("] Tempo richiesto minuti:[")
-                + str(minuti) + QStringLiteral("] ... O R G A N I Z Z A T I!"),
-            vb::mb::Information, QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: ") + unit);
+        vb::MsgBox(QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [") + str(tipo) +
+                       QStringLiteral("] alla Macchina [") + unit + QStringLiteral("] Tempo richiesto minuti:[") +
+                       str(minuti) + QStringLiteral("] ... O R G A N I Z Z A T I!"),
+                   vb::mb::Information, QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: ") + unit);
     }
     // One or two days late: nothing. The three days' grace is the department's rule.
 }

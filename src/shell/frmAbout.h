@@ -4,9 +4,9 @@
 /// the due alerts of the start run. Opened again later from frmMain's logo it says
 /// nothing. Image2 leads to the access screen Form20; Image6 fades it out.
 
-#include "runtime/Variant.h"
 #include "controls/Controls.h"
 #include "controls/Form.h"
+#include "runtime/Variant.h"
 
 #include <QString>
 
@@ -66,8 +66,8 @@ private:
     void applyOpacity();
     /// One box for a due row, by its day count.
     void alertRow(const QString& today, const vb::Variant& macchina, const vb::Variant& tipo,
-        const vb::Variant& modello, const vb::Variant& minuti, const vb::Variant& prossima,
-        const vb::Variant& numerazione);
+                  const vb::Variant& modello, const vb::Variant& minuti, const vb::Variant& prossima,
+                  const vb::Variant& numerazione);
 
     quint8 m_opacity = 255;
 };

@@ -9,11 +9,11 @@
 #include "runtime/MsgBox.h"
 #include "runtime/OpenFile.h"
 #include "runtime/Regional.h"
+#include "runtime/TextFile.h"
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
 #include "shell/Program.h"
 #include "shell/ScreenRegistry.h"
-#include "runtime/TextFile.h"
 #include "store/DataStore.h"
 
 #include <cmath>
@@ -85,8 +85,8 @@ void setWorkloadTotal(std::function<void()> procedure)
     workloadTotal() = std::move(procedure);
 }
 
-QString sheetCode(const Variant& idModello, const Variant& idMaintTipo, const Variant& macchina,
-                  const Variant& modello, const Variant& tipo)
+QString sheetCode(const Variant& idModello, const Variant& idMaintTipo, const Variant& macchina, const Variant& modello,
+                  const Variant& tipo)
 {
     // No "_" between the type and the machine: the sheet codes in use have this form.
     Variant s = vb::Concat(idModello, QStringLiteral("_"));
@@ -141,7 +141,8 @@ void frmMain::buildControls()
 
     std::vector<vb::Label*> labels;
     for (const MenuEntry& m : Menu) {
-        auto* l = kit.label(PicMenu, m.label, QString::fromUtf8(m.caption), 240, MenuTop, MenuWidth - 360, MenuLabelHeight);
+        auto* l =
+            kit.label(PicMenu, m.label, QString::fromUtf8(m.caption), 240, MenuTop, MenuWidth - 360, MenuLabelHeight);
         l->setMouseTracking(true);
         l->MouseMove = [l] { l->setFontUnderline(true); };
         labels.push_back(l);
@@ -177,7 +178,8 @@ void frmMain::buildControls()
     const int col = MenuWidth + 600;
     Label2 = kit.label(this, "Label2", QStringLiteral("OBBIETTIVO DELLA MANUTENZIONE"), col, 2400, 7000);
     Label2->setFontBold(true);
-    Label4 = kit.label(this, "Label4", QStringLiteral("-Rendere massimo il rendimento globale degli impianti"), col, 2800, 7000);
+    Label4 = kit.label(this, "Label4", QStringLiteral("-Rendere massimo il rendimento globale degli impianti"), col,
+                       2800, 7000);
     Label5 = kit.label(this, "Label5", QStringLiteral("-Migliorare la qualità dei prodotti"), col, 3100, 7000);
     Label6 = kit.label(this, "Label6", QStringLiteral("-Diminuire i costi dei prodotti"), col, 3400, 7000);
     Label7 = kit.label(this, "Label7", QStringLiteral("-Aumentare la sicurezza"), col, 3700, 7000);
@@ -212,8 +214,8 @@ void frmMain::buildControls()
 
 std::vector<vb::Label*> frmMain::menuLabels() const
 {
-    return {LblManutenzioni, lblAss_Manut, lblWrite_Manut, lblMacc,      lblNum_Macc,  lblReparto, lblNoteBooks,
-            lblRicambi,      lblDescRicambi, lblInterventi, lblFornitori, lblOperatore, lblExit};
+    return {LblManutenzioni, lblAss_Manut,   lblWrite_Manut, lblMacc,      lblNum_Macc,  lblReparto, lblNoteBooks,
+            lblRicambi,      lblDescRicambi, lblInterventi,  lblFornitori, lblOperatore, lblExit};
 }
 
 // ---- load ---------------------------------------------------------------------------
@@ -416,10 +418,9 @@ void frmMain::Lbl_Procedure_Click()
         QString(),
         QStringLiteral("GRUPPO RICAMBI"),
         QStringLiteral("01- RICAMBI"),
-        QStringLiteral(
-            "02- DESCRIZIONE RICAMBI (non si possono inserire DESCRIZIONE RICAMBI in assenza di RICAMBI)"),
+        QStringLiteral("02- DESCRIZIONE RICAMBI (non si possono inserire DESCRIZIONE RICAMBI in assenza di RICAMBI)"),
         QStringLiteral("03- INTERVENTI MACCHINE (non si possono inserire INTERVENTI MACCHINE in assenza di "
-                               "DESCRIZIONE RICAMBI)"),
+                       "DESCRIZIONE RICAMBI)"),
         QString(),
         QStringLiteral("GRUPPO MANUTENZIONI"),
         QStringLiteral("01- OPERATORI"),
@@ -432,9 +433,8 @@ void frmMain::Lbl_Procedure_Click()
             "03- ASSEGNA MANUTENZIONI (nb: Qui dovrai indicare la frequenza della manutenzione, 'Mensile, "
             "Bimestrale, Annuale etc etc...' e inserendo con un doppio Click dalla Lista creata al punto 02 tutti "
             "i lavori riguardanti quel tipo di Manutenzione"),
-        QStringLiteral(
-            "04- ESEGUI MANUTENZIONI (non si possono eseguire delle Manutenzioni in assenza di ASSEGNA "
-            "MANUTENZIONI)"),
+        QStringLiteral("04- ESEGUI MANUTENZIONI (non si possono eseguire delle Manutenzioni in assenza di ASSEGNA "
+                       "MANUTENZIONI)"),
         QString(),
         QStringLiteral(
             "VELMORA Per Programmare, Archiviare le manutenzioni e gli interventi eseguiti sui vostri macchinari; "

@@ -7,6 +7,7 @@
 #include "controls/Form.h"
 
 #include <QString>
+
 #include <functional>
 #include <vector>
 

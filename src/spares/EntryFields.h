@@ -3,8 +3,8 @@
 /// What the store's screens share in their entry fields: quantities typed as whole
 /// numbers, and a list filled from one column of a recordset.
 
-#include "runtime/Trap.h"
 #include "controls/DataControls.h"
+#include "runtime/Trap.h"
 #include "store/DataStore.h"
 
 namespace spares {

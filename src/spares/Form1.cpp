@@ -1,15 +1,16 @@
 #include "spares/Form1.h"
 
+#include "controls/PictureFit.h"
 #include "controls/ScreenKit.h"
 #include "runtime/AppPath.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
-#include "controls/PictureFit.h"
 #include "store/DataStore.h"
 
 #include <QMenuBar>
+
 #include <algorithm>
 
 namespace spares {
@@ -61,8 +62,7 @@ QString pictures(const QString& part)
 
 } // namespace
 
-Form1::Form1(QWidget* owner)
-    : vb::Form(owner, QStringLiteral("Form1"), QStringLiteral("IMMAGINE DESCRIZIONE RICAMBIO"))
+Form1::Form1(QWidget* owner) : vb::Form(owner, QStringLiteral("Form1"), QStringLiteral("IMMAGINE DESCRIZIONE RICAMBIO"))
 {
     buildControls();
 }
@@ -253,7 +253,8 @@ void Form1::UP_images_Click()
     // A cancel of the dialog, like any other error, goes on with the next statement: the
     // file name still in the dialog is asked about and saved.
     Trap trap = Trap::ignoreAll();
-    Apri->Filter = QStringLiteral("JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
+    Apri->Filter =
+        QStringLiteral("JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
     Apri->FilterIndex = 1;
     Apri->DefaultExt = QStringLiteral("Jpg");
     Apri->DialogTitle = QStringLiteral("Selezionare il file da aprire");
@@ -276,9 +277,7 @@ void Form1::UP_images_Click()
     const QString key = TextID_IMAGES_DC->Text().isEmpty() ? QStringLiteral("0") : TextID_IMAGES_DC->Text();
     // The part's register shows the chosen picture at once.
     trap.step([&] { setForm2("Txt_Percorso", "Text", Txt_Percorso->Text()); });
-    trap.step([&] {
-        setForm2("Txt_Images", "Text", vb::Right(Txt_Percorso->Text(), int(name.size())));
-    });
+    trap.step([&] { setForm2("Txt_Images", "Text", vb::Right(Txt_Percorso->Text(), int(name.size()))); });
     trap.step([&] { setForm2("Image4", "Picture", Txt_Percorso->Text()); });
     trap.step([] { fitRegisterPicture(); });
 
@@ -289,7 +288,9 @@ void Form1::UP_images_Click()
                                     QStringLiteral("'")) == vb::answer::Yes;
     {
         store::Recordset rs;
-        trap.step([&] { rs.Open(QStringLiteral("Select * from Tbl_Images_Desc_Ricambi WHERE ID_IMAGES_DC=") + vb::KeyText(key)); });
+        trap.step([&] {
+            rs.Open(QStringLiteral("Select * from Tbl_Images_Desc_Ricambi WHERE ID_IMAGES_DC=") + vb::KeyText(key));
+        });
         if (add) {
             trap.step([&] { rs.AddNew(); });
             trap.step([&] { TextID_IMAGES_DC->setText(rs.Fields(QStringLiteral("ID_IMAGES_DC")).Value()); });

@@ -52,10 +52,10 @@ void Form11::buildControls()
     DataCombo7->setText(ShowAll); // the design's text: every cause
     Txt_Search_Mod_Macc = kit.framedField(this, "Frame2", QStringLiteral("Modello Macchina"), "Txt_Search_Mod_Macc",
                                           3540, 120, 2700, 780, 320, &Frame2);
-    Txt_Search_Destinazione = kit.framedField(this, "Frame3", QStringLiteral("Destinazione"),
-                                              "Txt_Search_Destinazione", 6360, 120, 2700, 780, 320, &Frame3);
-    Cmd_Interventi_Macch = kit.button(this, "Cmd_Interventi_Macch", QStringLiteral("Macchine con più Interventi"), 9180,
-                                      240, 2760, 540);
+    Txt_Search_Destinazione = kit.framedField(this, "Frame3", QStringLiteral("Destinazione"), "Txt_Search_Destinazione",
+                                              6360, 120, 2700, 780, 320, &Frame3);
+    Cmd_Interventi_Macch =
+        kit.button(this, "Cmd_Interventi_Macch", QStringLiteral("Macchine con più Interventi"), 9180, 240, 2760, 540);
     Cmd_Grafico = kit.button(this, "Cmd_Grafico", QStringLiteral("GRAFICO"), 12060, 240, 2160, 540);
     Txt_Case_Search = kit.hidden("Txt_Case_Search", QStringLiteral("0"));
     Txt_ID_NUM = kit.hidden("Txt_ID_NUM");
@@ -129,10 +129,13 @@ void Form11::Set_Causes_Grid()
 {
     Trap trap = Trap::ignoreAll();
     vb::setColumns(trap, DataGrid1,
-                   {{QStringLiteral("Macchina"), 1500, true}, {QStringLiteral("Modello"), 1300, true},
-                    {QStringLiteral("N°M"), 500, true}, {QStringLiteral("Causa"), 1500, true},
+                   {{QStringLiteral("Macchina"), 1500, true},
+                    {QStringLiteral("Modello"), 1300, true},
+                    {QStringLiteral("N°M"), 500, true},
+                    {QStringLiteral("Causa"), 1500, true},
                     {QStringLiteral("N°C"), 500, true}});
-    trap.step([&] { Label1->setCaption(QStringLiteral("Conteggio Cause: ") + QString::number(Adodc1->RecordCount())); });
+    trap.step(
+        [&] { Label1->setCaption(QStringLiteral("Conteggio Cause: ") + QString::number(Adodc1->RecordCount())); });
 }
 
 void Form11::Show_Parts_Of_Cause()
@@ -141,12 +144,14 @@ void Form11::Show_Parts_Of_Cause()
     trap.step([&] { DataGrid2->setDataSource(Adodc2); });
     trap.step([&] { Adodc2->Refresh(); });
     vb::setColumns(trap, DataGrid2,
-                   {{QStringLiteral("Macchina"), 0, true}, {QStringLiteral("Modello"), 0, true},
-                    {QStringLiteral("Causa"), 0, true}, {QStringLiteral("Ricambio"), 1700, true},
-                    {QStringLiteral("Descrizione"), 2400, true}, {QStringLiteral("N°"), 500, true}});
-    trap.step([&] {
-        Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount()));
-    });
+                   {{QStringLiteral("Macchina"), 0, true},
+                    {QStringLiteral("Modello"), 0, true},
+                    {QStringLiteral("Causa"), 0, true},
+                    {QStringLiteral("Ricambio"), 1700, true},
+                    {QStringLiteral("Descrizione"), 2400, true},
+                    {QStringLiteral("N°"), 500, true}});
+    trap.step(
+        [&] { Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount())); });
 }
 
 void Form11::Show_Parts_Of_Machine()
@@ -155,12 +160,14 @@ void Form11::Show_Parts_Of_Machine()
     trap.step([&] { DataGrid2->setDataSource(Adodc2); });
     trap.step([&] { Adodc2->Refresh(); });
     vb::setColumns(trap, DataGrid2,
-                   {{QStringLiteral("Macchina"), 0, true}, {QStringLiteral("Modello"), 1300, true},
-                    {QStringLiteral("Ricambio"), 1500, true}, {QStringLiteral("Descrizione"), 1900, true},
-                    {QStringLiteral("Conteggio"), 700, true}, {QStringLiteral("Numerazione"), 0, true}});
-    trap.step([&] {
-        Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount()));
-    });
+                   {{QStringLiteral("Macchina"), 0, true},
+                    {QStringLiteral("Modello"), 1300, true},
+                    {QStringLiteral("Ricambio"), 1500, true},
+                    {QStringLiteral("Descrizione"), 1900, true},
+                    {QStringLiteral("Conteggio"), 700, true},
+                    {QStringLiteral("Numerazione"), 0, true}});
+    trap.step(
+        [&] { Label2->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc2->RecordCount())); });
 }
 
 void Form11::Clear_Level1()
@@ -193,22 +200,23 @@ void Form11::DataCombo7_Change()
     const QString text = vb::DoubledQuotes(DataCombo7->Text());
     const bool all = text == ShowAll;
     trap.step([&] {
-        showTopLevel(
-            all ? QStringLiteral("SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
-                                 "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA "
-                                 "FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON Tbl_Ricerca.ID_CAUSA = "
-                                 "Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
-                                 "Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv ORDER BY "
-                                 "Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Val(Tbl_Ricerca.Numerazione);")
-                : QStringLiteral("SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
-                                 "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA "
-                                 "FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON Tbl_Ricerca.ID_CAUSA = "
-                                 "Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
-                                 "Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv HAVING "
-                                 "(((Tbl_Causa_Intervento.Causa_Interv)='") +
-                      text +
-                      QStringLiteral("')) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
-                                     "Val(Tbl_Ricerca.Numerazione), Count(Tbl_Ricerca.ID_CAUSA) DESC;"));
+        showTopLevel(all ? QStringLiteral(
+                               "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+                               "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA "
+                               "FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON Tbl_Ricerca.ID_CAUSA = "
+                               "Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                               "Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv ORDER BY "
+                               "Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Val(Tbl_Ricerca.Numerazione);")
+                         : QStringLiteral(
+                               "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+                               "Tbl_Causa_Intervento.Causa_Interv, Count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA "
+                               "FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON Tbl_Ricerca.ID_CAUSA = "
+                               "Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                               "Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv HAVING "
+                               "(((Tbl_Causa_Intervento.Causa_Interv)='") +
+                               text +
+                               QStringLiteral("')) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                                              "Val(Tbl_Ricerca.Numerazione), Count(Tbl_Ricerca.ID_CAUSA) DESC;"));
     });
     trap.step([&] { Set_Causes_Grid(); });
     // The parts follow at once, of the cause or of all.
@@ -222,9 +230,10 @@ void Form11::DataCombo7_Change()
             "Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Causa_Intervento.Causa_Interv, Tbl_Ricerca.Ricambi, "
             "Tbl_Ricerca.Descrizione ORDER BY Count(Tbl_Ricerca.Ricambi) DESC;");
         const QString order = QStringLiteral("ORDER BY Count(Tbl_Ricerca.Ricambi) DESC;");
-        Adodc2->setRecordSource(all ? parts
-                                    : QString(parts).replace(order, QStringLiteral("HAVING (((Tbl_Causa_Intervento.Causa_Interv)='") +
-                                                                        text + QStringLiteral("')) ") + order));
+        Adodc2->setRecordSource(
+            all ? parts
+                : QString(parts).replace(order, QStringLiteral("HAVING (((Tbl_Causa_Intervento.Causa_Interv)='") +
+                                                    text + QStringLiteral("')) ") + order));
     });
     trap.step([&] { Show_Parts_Of_Cause(); });
 }
@@ -277,12 +286,13 @@ void Form11::Cmd_Interventi_Macch_Click()
     newTopLevel(Txt_Search_Mod_Macc, "2", [] { return RankingStatement(); });
     Trap trap = Trap::ignoreAll();
     vb::setColumns(trap, DataGrid1,
-                   {{QStringLiteral("Interventi"), 900, true}, {QStringLiteral("Macchina"), 1700, true},
-                    {QStringLiteral("Modello"), 1500, true}, {QStringLiteral("N°M"), 600, true},
+                   {{QStringLiteral("Interventi"), 900, true},
+                    {QStringLiteral("Macchina"), 1700, true},
+                    {QStringLiteral("Modello"), 1500, true},
+                    {QStringLiteral("N°M"), 600, true},
                     {QStringLiteral("ID_NUM"), 0, true}});
-    trap.step([&] {
-        Label1->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc1->RecordCount()));
-    });
+    trap.step(
+        [&] { Label1->setCaption(QStringLiteral("Conteggio Interventi: ") + QString::number(Adodc1->RecordCount())); });
 }
 
 // ---- drilling down ---------------------------------------------------------------------
@@ -298,16 +308,15 @@ void Form11::DataGrid1_RowColChange()
         trap.step([&] { Txt_Modello->setText(cell(DataGrid1, "Modello")); });
         trap.step([&] { Txt_ID_NUM->setText(cell(DataGrid1, "ID_NUM")); });
         trap.step([&] {
-            Adodc2->setRecordSource(QStringLiteral(
-                                        "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Ricambi, "
-                                        "Tbl_Ricerca.Descrizione, Count(Tbl_Ricerca.Ricambi) AS ConteggioDiRicambi, "
-                                        "Tbl_Ricerca.Numerazione FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
-                                        "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY "
-                                        "Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Ricambi, "
-                                        "Tbl_Ricerca.Descrizione, Tbl_Ricerca.Numerazione, Tbl_Ricerca.ID_NUM Having "
-                                        "(((Tbl_Ricerca.ID_NUM) = ") +
-                                    vb::KeyText(Txt_ID_NUM->Text()) +
-                                    QStringLiteral("))ORDER BY Count(Tbl_Ricerca.Ricambi) DESC;"));
+            Adodc2->setRecordSource(
+                QStringLiteral("SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Ricambi, "
+                               "Tbl_Ricerca.Descrizione, Count(Tbl_Ricerca.Ricambi) AS ConteggioDiRicambi, "
+                               "Tbl_Ricerca.Numerazione FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+                               "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY "
+                               "Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Ricambi, "
+                               "Tbl_Ricerca.Descrizione, Tbl_Ricerca.Numerazione, Tbl_Ricerca.ID_NUM Having "
+                               "(((Tbl_Ricerca.ID_NUM) = ") +
+                vb::KeyText(Txt_ID_NUM->Text()) + QStringLiteral("))ORDER BY Count(Tbl_Ricerca.Ricambi) DESC;"));
         });
         trap.step([&] { Show_Parts_Of_Machine(); });
         return;

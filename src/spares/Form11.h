@@ -16,6 +16,7 @@
 #include "controls/Form.h"
 
 #include <QPointer>
+
 #include <functional>
 
 namespace spares {
@@ -31,7 +32,7 @@ public:
     void Form_Load() override;
 
     // ---- filters ----------------------------------------------------------------------
-    vb::Frame* Frame1; ///< "Causa Intervento"
+    vb::Frame* Frame1;         ///< "Causa Intervento"
     vb::DataCombo* DataCombo7; ///< a cause, or "Visualizza Tutto"
     vb::Adodc* Adodc9;
     vb::Frame* Frame2; ///< "Modello Macchina"

@@ -1,9 +1,10 @@
 #include "spares/Form14.h"
 
+#include "controls/PictureFit.h"
 #include "controls/ScreenKit.h"
 #include "reports/ReportViewer.h"
-#include "runtime/AppPath.h"
 #include "reports/TextExport.h"
+#include "runtime/AppPath.h"
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
@@ -11,7 +12,6 @@
 #include "shell/Reopen.h"
 #include "shell/ScreenRegistry.h"
 #include "spares/EntryFields.h"
-#include "controls/PictureFit.h"
 #include "store/DataStore.h"
 
 #include <cmath>
@@ -58,8 +58,10 @@ double number(const vb::TextBox* field)
 void setFiveColumns(vb::DataGrid* grid, Trap& trap)
 {
     vb::setColumns(trap, grid,
-                   {{QStringLiteral("ID"), 0, true}, {QStringLiteral("MODELLO"), 2000, true},
-                    {QStringLiteral("N°"), 800, true}, {QStringLiteral("STATO"), 0, true},
+                   {{QStringLiteral("ID"), 0, true},
+                    {QStringLiteral("MODELLO"), 2000, true},
+                    {QStringLiteral("N°"), 800, true},
+                    {QStringLiteral("STATO"), 0, true},
                     {QStringLiteral("ID_NUMER0"), 0, true}});
 }
 
@@ -101,7 +103,8 @@ void Form14::buildControls()
     DataGrid2 = kit.grid(this, "DataGrid2", Adodc3, "Adodc3", MiddleLeft, 400, MiddleWidth, 3900);
     constexpr int HalfWidth = (MiddleWidth - 120) / 2;
     constexpr int RightHalf = MiddleLeft + HalfWidth + 120;
-    Cmd_History_GO = kit.button(this, "Cmd_History_GO", QStringLiteral("STORICO MACCHINA"), MiddleLeft, 4460, HalfWidth);
+    Cmd_History_GO =
+        kit.button(this, "Cmd_History_GO", QStringLiteral("STORICO MACCHINA"), MiddleLeft, 4460, HalfWidth);
     Cmd_History_GO->setEnabled(false); // a unit key enables it
     Cmd_Print_List =
         kit.button(this, "Cmd_Print_List", QStringLiteral("STAMPA LISTA SELEZIONATA"), RightHalf, 4460, HalfWidth);
@@ -293,9 +296,10 @@ void Form14::Form_Load()
     };
     fill(Adodc1, QStringLiteral("SELECT Tbl_Macchina.Macchina From Tbl_Macchina GROUP BY Tbl_Macchina.Macchina HAVING "
                                 "(((Tbl_Macchina.Macchina)<>''));"));
-    fill(Adodc4, QStringLiteral("SELECT Tbl_Ricambi.ID_RICAMBI, Tbl_Ricambi.Ricambi From Tbl_Ricambi GROUP BY "
-                                "Tbl_Ricambi.ID_RICAMBI, Tbl_Ricambi.Ricambi HAVING (((Tbl_Ricambi.Ricambi)<>''))ORDER BY "
-                                "Tbl_Ricambi.Ricambi;"));
+    fill(Adodc4,
+         QStringLiteral("SELECT Tbl_Ricambi.ID_RICAMBI, Tbl_Ricambi.Ricambi From Tbl_Ricambi GROUP BY "
+                        "Tbl_Ricambi.ID_RICAMBI, Tbl_Ricambi.Ricambi HAVING (((Tbl_Ricambi.Ricambi)<>''))ORDER BY "
+                        "Tbl_Ricambi.Ricambi;"));
     fill(Adodc2, QStringLiteral("SELECT Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Modello From Tbl_Macchina GROUP BY "
                                 "Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Modello ORDER BY Tbl_Macchina.Modello;"));
     fill(Adodc9, QStringLiteral("SELECT Tbl_Causa_Intervento.ID_CAUSA, Tbl_Causa_Intervento.Causa_Interv From "
@@ -400,10 +404,9 @@ void Form14::DataGrid1_RowColChange()
         Adodc3->Refresh();
     });
     // Only the part and where it went show; the quantity is read into the entry area.
-    static const std::pair<int, const char*> captions[] = {{0, "ID"},         {7, "ID_DESCRIZIONE_RICAMBI"},
-                                                           {8, "Descrizione"}, {9, "ID_RICAMBI"},
-                                                           {10, "Ricambio"},   {11, "Quantita"},
-                                                           {12, "Destinazione"}};
+    static const std::pair<int, const char*> captions[] = {
+        {0, "ID"},        {7, "ID_DESCRIZIONE_RICAMBI"}, {8, "Descrizione"}, {9, "ID_RICAMBI"}, {10, "Ricambio"},
+        {11, "Quantita"}, {12, "Destinazione"}};
     for (int i = 0; i < 16; ++i)
         trap.step([&] {
             vb::GridColumn& c = DataGrid2->Columns(i);
@@ -448,10 +451,11 @@ void Form14::DataGrid2_RowColChange()
     store::Recordset rs;
     bool found = false;
     trap.step([&] {
-        rs.Open(QStringLiteral("SELECT Tbl_Ricerca.*, Tbl_Causa_Intervento.Causa_Interv FROM Tbl_Causa_Intervento "
-                               "INNER JOIN Tbl_Ricerca ON Tbl_Causa_Intervento.ID_CAUSA = Tbl_Ricerca.ID_CAUSA Where ID "
-                               "= ") +
-                key(TXT_ID_IMG));
+        rs.Open(
+            QStringLiteral("SELECT Tbl_Ricerca.*, Tbl_Causa_Intervento.Causa_Interv FROM Tbl_Causa_Intervento "
+                           "INNER JOIN Tbl_Ricerca ON Tbl_Causa_Intervento.ID_CAUSA = Tbl_Ricerca.ID_CAUSA Where ID "
+                           "= ") +
+            key(TXT_ID_IMG));
         found = !rs.Eof();
     });
     if (!found)
@@ -723,33 +727,29 @@ void Form14::Cmd_Edit_Click()
     // was already written (a cause created on the way, for one).
     for (vb::DataCombo* c : {DataCombo3, DataCombo2, DataCombo1, DataCombo6, DataCombo4, DataCombo7}) {
         if (c->Text().isEmpty()) {
-            vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), mb::Exclamation, QStringLiteral("MANCANZA DATI!!"));
+            vb::MsgBox(QStringLiteral("Inserisci i dati Richiesti!"), mb::Exclamation,
+                       QStringLiteral("MANCANZA DATI!!"));
             return;
         }
     }
     if (Txt_ID_DESCRIZIONE_RIC->Text().isEmpty()) {
         // A new part is made on the parts register, never from here.
-        vb::MsgBox(QStringLiteral("Questo Ricambio non è presente nella Lista !! Inserisci in 'Descrizione Ricambi' [") +
-                       DataCombo1->Text() + QStringLiteral(": ") + DataCombo5->Text() + QStringLiteral("] "),
-                   mb::Exclamation, QStringLiteral("RICAMBIO MANCANTE"));
+        vb::MsgBox(
+            QStringLiteral("Questo Ricambio non è presente nella Lista !! Inserisci in 'Descrizione Ricambi' [") +
+                DataCombo1->Text() + QStringLiteral(": ") + DataCombo5->Text() + QStringLiteral("] "),
+            mb::Exclamation, QStringLiteral("RICAMBIO MANCANTE"));
         return;
     }
 
     auto write = [this](store::Recordset& rs) {
         rs.Fields(QStringLiteral("DATA")) = DTPicker1->Value();
         const std::pair<const char*, QString> fields[] = {
-            {"ID_MODELLO", ID_MODELLO->Text()},
-            {"Macchina", DataCombo3->Text()},
-            {"Modello", DataCombo2->Text()},
-            {"ID_NUM", Txt_ID_NUM->Text()},
-            {"Numerazione", DataCombo4->Text()},
-            {"ID_DESCRIZIONE_RICAMBI", Txt_ID_DESCRIZIONE_RIC->Text()},
-            {"Descrizione", DataCombo5->Text()},
-            {"ID_RICAMBI", Txt_ID_Ricambi->Text()},
-            {"Ricambi", DataCombo1->Text()},
-            {"Quantita", Txt_prelievo->Text()},
-            {"Destinazione", DataCombo6->Text()},
-            {"ID_CAUSA", Txt_ID_CAUSA->Text()},
+            {"ID_MODELLO", ID_MODELLO->Text()},   {"Macchina", DataCombo3->Text()},
+            {"Modello", DataCombo2->Text()},      {"ID_NUM", Txt_ID_NUM->Text()},
+            {"Numerazione", DataCombo4->Text()},  {"ID_DESCRIZIONE_RICAMBI", Txt_ID_DESCRIZIONE_RIC->Text()},
+            {"Descrizione", DataCombo5->Text()},  {"ID_RICAMBI", Txt_ID_Ricambi->Text()},
+            {"Ricambi", DataCombo1->Text()},      {"Quantita", Txt_prelievo->Text()},
+            {"Destinazione", DataCombo6->Text()}, {"ID_CAUSA", Txt_ID_CAUSA->Text()},
         };
         for (const auto& [column, value] : fields)
             rs.Fields(QString::fromLatin1(column)) = value;
@@ -842,8 +842,10 @@ void Form14::Update_Stock()
             // Through a 16-bit whole number, ties to even: past 32767 the conversion
             // fails and the stock is written as 0.
             std::int16_t stock = 0;
-            trap.step([&] { stock = vb::CInt(Variant(number(Txt_Giac) + number(Txt_prelievo_OLD) -
-                                                     number(Txt_prelievo))).toInteger(); });
+            trap.step([&] {
+                stock =
+                    vb::CInt(Variant(number(Txt_Giac) + number(Txt_prelievo_OLD) - number(Txt_prelievo))).toInteger();
+            });
             trap.step([&] { rs.Fields(QStringLiteral("Giacenza")) = Variant(stock); });
         }
         trap.step([&] { rs.Fields(QStringLiteral("Scorta")) = S; });
@@ -851,8 +853,7 @@ void Form14::Update_Stock()
         trap.step([&] { rs.Close(); });
         vb::MsgBox(QStringLiteral("Aggiornato Magazzino Ricambi [") + DataCombo1->Text() + QStringLiteral("] Tipo [") +
                        DataCombo5->Text() + QStringLiteral("] !!!"),
-                   mb::Exclamation,
-                   QStringLiteral("MAGAZZINO RICAMBI AGGIORNATO"));
+                   mb::Exclamation, QStringLiteral("MAGAZZINO RICAMBI AGGIORNATO"));
         return;
     }
 
@@ -863,16 +864,18 @@ void Form14::Update_Stock()
     trap.step([&] { all.AddNew(); });
     trap.step([&] { all.Fields(QStringLiteral("Giacenza")) = Variant(number(Txt_Giac) - number(Txt_prelievo)); });
     trap.step([&] {
-        all.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")) = all.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")).Value();
+        all.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")) =
+            all.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")).Value();
     });
     store::WriteFields(trap, all,
-                       {{"Scorta", S}, {"ID_Ricambi", Txt_ID_Ricambi->Text()}, {"Ricambi", DataCombo1->Text()},
+                       {{"Scorta", S},
+                        {"ID_Ricambi", Txt_ID_Ricambi->Text()},
+                        {"Ricambi", DataCombo1->Text()},
                         {"Descrizione", DataCombo5->Text()}});
     trap.step([&] { all.UpdateBatch(); });
     vb::MsgBox(QStringLiteral("Inserito a Magazzino Ricambi [") + DataCombo1->Text() + QStringLiteral("] Tipo [") +
                    DataCombo5->Text() + QStringLiteral("] !!!"),
-               mb::Exclamation,
-               QStringLiteral("MAGAZZINO RICAMBI AGGIORNATO"));
+               mb::Exclamation, QStringLiteral("MAGAZZINO RICAMBI AGGIORNATO"));
 }
 
 void Form14::Reload_Screen()
@@ -984,8 +987,8 @@ void Form14::Insert_Intervention_Image()
                      Cmd_Photo->Top() + (Cmd_Photo->Height() - Image4->Height()) / 2);
     });
     const QString quoted = QStringLiteral("'") + name + QStringLiteral("'");
-    if (vb::MsgBox(QStringLiteral("Vuoi salvare l'Immagine ") + quoted + QStringLiteral(" ?"),
-                   mb::YesNo | mb::Question, QStringLiteral("SALVA IMMAGINE") + quoted) == vb::answer::Yes) {
+    if (vb::MsgBox(QStringLiteral("Vuoi salvare l'Immagine ") + quoted + QStringLiteral(" ?"), mb::YesNo | mb::Question,
+                   QStringLiteral("SALVA IMMAGINE") + quoted) == vb::answer::Yes) {
         const QString id = TXT_ID_IMG->Text().isEmpty() ? QStringLiteral("0") : TXT_ID_IMG->Text();
         QString row = id;
         trap.step([&] { row = vb::KeyText(id); });
@@ -1027,23 +1030,23 @@ void Form14::Search_KeyUp(vb::TextBox* field)
             "Tbl_Search.Numerazione, Tbl_Search.Stato, Tbl_Search.ID_NUM ORDER BY Tbl_Search.Modello, "
             "Val(Tbl_Search.Numerazione);");
     } else if (field == Txt_Search_Destin) {
-        statement = QStringLiteral(
-                        "SELECT Tbl_Ricerca.ID_MODELLO, Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, "
-                        "Tbl_Macchina.Stato, Tbl_Ricerca.ID_NUM FROM Tbl_Ricerca INNER JOIN Tbl_Macchina ON "
-                        "Tbl_Ricerca.ID_MODELLO = Tbl_Macchina.ID_MODELLO GROUP BY Tbl_Ricerca.ID_MODELLO, "
-                        "Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, Tbl_Macchina.Stato, "
-                        "Val([Tbl_Ricerca].[Numerazione]), Tbl_Ricerca.Destinazione, Tbl_Ricerca.ID_NUM HAVING "
-                        "(((Tbl_Ricerca.Destinazione) Like '%") +
-                    text + QStringLiteral("%')) ORDER BY Val([Tbl_Ricerca].[Numerazione]);");
+        statement =
+            QStringLiteral("SELECT Tbl_Ricerca.ID_MODELLO, Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, "
+                           "Tbl_Macchina.Stato, Tbl_Ricerca.ID_NUM FROM Tbl_Ricerca INNER JOIN Tbl_Macchina ON "
+                           "Tbl_Ricerca.ID_MODELLO = Tbl_Macchina.ID_MODELLO GROUP BY Tbl_Ricerca.ID_MODELLO, "
+                           "Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, Tbl_Macchina.Stato, "
+                           "Val([Tbl_Ricerca].[Numerazione]), Tbl_Ricerca.Destinazione, Tbl_Ricerca.ID_NUM HAVING "
+                           "(((Tbl_Ricerca.Destinazione) Like '%") +
+            text + QStringLiteral("%')) ORDER BY Val([Tbl_Ricerca].[Numerazione]);");
     } else {
-        statement = QStringLiteral(
-                        "SELECT Tbl_Ricerca.ID_MODELLO, Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, "
-                        "Tbl_Macchina.Stato, Tbl_Ricerca.ID_NUM FROM Tbl_Ricerca INNER JOIN Tbl_Macchina ON "
-                        "Tbl_Ricerca.ID_MODELLO = Tbl_Macchina.ID_MODELLO WHERE (((Tbl_Macchina.Modello) Like '") +
-                    text +
-                    QStringLiteral("%')) GROUP BY Tbl_Ricerca.ID_MODELLO, Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, "
-                                   "Tbl_Macchina.Stato, Val([Tbl_Ricerca].[Numerazione]), Tbl_Ricerca.ID_NUM ORDER BY "
-                                   "Val([Tbl_Ricerca].[Numerazione]);");
+        statement =
+            QStringLiteral("SELECT Tbl_Ricerca.ID_MODELLO, Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, "
+                           "Tbl_Macchina.Stato, Tbl_Ricerca.ID_NUM FROM Tbl_Ricerca INNER JOIN Tbl_Macchina ON "
+                           "Tbl_Ricerca.ID_MODELLO = Tbl_Macchina.ID_MODELLO WHERE (((Tbl_Macchina.Modello) Like '") +
+            text +
+            QStringLiteral("%')) GROUP BY Tbl_Ricerca.ID_MODELLO, Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, "
+                           "Tbl_Macchina.Stato, Val([Tbl_Ricerca].[Numerazione]), Tbl_Ricerca.ID_NUM ORDER BY "
+                           "Val([Tbl_Ricerca].[Numerazione]);");
     }
     trap.step([&] {
         Adodc6->setRecordSource(statement);
@@ -1062,14 +1065,15 @@ void Form14::Drop_Tbl_Search()
 void Form14::Build_Tbl_Search()
 {
     if (!Txt_Search_Desc->Text().isEmpty()) {
-        store::Run(QStringLiteral("SELECT Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, "
-                                  "Tbl_Macchina.Stato, Tbl_Ricerca.Descrizione, Tbl_Ricerca.ID_NUM INTO Tbl_Search FROM "
-                                  "Tbl_Ricerca INNER JOIN Tbl_Macchina ON Tbl_Ricerca.ID_MODELLO = "
-                                  "Tbl_Macchina.ID_MODELLO GROUP BY Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Modello, "
-                                  "Tbl_Ricerca.Numerazione, Tbl_Macchina.Stato, Tbl_Ricerca.Descrizione, "
-                                  "Tbl_Ricerca.ID_NUM HAVING (((Tbl_Ricerca.Descrizione) Like '%") +
-                   vb::DoubledQuotes(Txt_Search_Desc->Text()) +
-                   QStringLiteral("%'))ORDER BY Tbl_Macchina.Modello, Val(Tbl_Ricerca.Numerazione);"));
+        store::Run(
+            QStringLiteral("SELECT Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, "
+                           "Tbl_Macchina.Stato, Tbl_Ricerca.Descrizione, Tbl_Ricerca.ID_NUM INTO Tbl_Search FROM "
+                           "Tbl_Ricerca INNER JOIN Tbl_Macchina ON Tbl_Ricerca.ID_MODELLO = "
+                           "Tbl_Macchina.ID_MODELLO GROUP BY Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Modello, "
+                           "Tbl_Ricerca.Numerazione, Tbl_Macchina.Stato, Tbl_Ricerca.Descrizione, "
+                           "Tbl_Ricerca.ID_NUM HAVING (((Tbl_Ricerca.Descrizione) Like '%") +
+            vb::DoubledQuotes(Txt_Search_Desc->Text()) +
+            QStringLiteral("%'))ORDER BY Tbl_Macchina.Modello, Val(Tbl_Ricerca.Numerazione);"));
         return;
     }
     store::Run(QStringLiteral("SELECT Tbl_Macchina.ID_MODELLO, Tbl_Macchina.Modello, Tbl_Ricerca.Numerazione, "
@@ -1101,9 +1105,12 @@ void Form14::Show_Part_Consumption()
         Adodc10->Refresh();
     });
     vb::setColumns(trap, DataGrid3,
-                   {{QStringLiteral("Anno"), 600, true}, {QStringLiteral("ID_RICAMBI"), 0, true},
-                    {QStringLiteral("ID_DESCRIZIONE"), 0, true}, {QStringLiteral("Ricambi"), 1500, true},
-                    {QStringLiteral("Descrizione"), 1500, true}, {QStringLiteral("Qtà"), 600, true}});
+                   {{QStringLiteral("Anno"), 600, true},
+                    {QStringLiteral("ID_RICAMBI"), 0, true},
+                    {QStringLiteral("ID_DESCRIZIONE"), 0, true},
+                    {QStringLiteral("Ricambi"), 1500, true},
+                    {QStringLiteral("Descrizione"), 1500, true},
+                    {QStringLiteral("Qtà"), 600, true}});
     trap.step([&] {
         Frame10->setCaption(QStringLiteral("Consumi relativi a [") +
                             Adodc10->value(0, Adodc10->columnIndex(QStringLiteral("Descrizione"))).toString() +
@@ -1206,10 +1213,11 @@ void Form14::Cmd_Print_List_Click()
                        "Tbl_Ricerca.Numerazione From Tbl_Ricerca GROUP BY Tbl_Ricerca.ID_NUM, Tbl_Ricerca.Macchina, "
                        "Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione Having (((Tbl_Ricerca.ID_NUM) = ") +
         id +
-        QStringLiteral(")) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello; } APPEND ({SELECT Tbl_Ricerca.ID_NUM, "
-                       "Tbl_Ricerca.Data, Tbl_Ricerca.Ricambi, Tbl_Ricerca.Descrizione, Tbl_Ricerca.Destinazione, "
-                       "Tbl_Ricerca.Quantita From Tbl_Ricerca GROUP BY Tbl_Ricerca.ID_NUM, Tbl_Ricerca.Data, "
-                       "Tbl_Ricerca.Ricambi, Tbl_Ricerca.Descrizione, Tbl_Ricerca.Destinazione, Tbl_Ricerca.Quantita ") +
+        QStringLiteral(
+            ")) ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello; } APPEND ({SELECT Tbl_Ricerca.ID_NUM, "
+            "Tbl_Ricerca.Data, Tbl_Ricerca.Ricambi, Tbl_Ricerca.Descrizione, Tbl_Ricerca.Destinazione, "
+            "Tbl_Ricerca.Quantita From Tbl_Ricerca GROUP BY Tbl_Ricerca.ID_NUM, Tbl_Ricerca.Data, "
+            "Tbl_Ricerca.Ricambi, Tbl_Ricerca.Descrizione, Tbl_Ricerca.Destinazione, Tbl_Ricerca.Quantita ") +
         having +
         QStringLiteral("ORDER BY Tbl_Ricerca.Data DESC , Tbl_Ricerca.Ricambi, Tbl_Ricerca.Descrizione;} RELATE ID_NUM "
                        "to ID_NUM) as Dati");

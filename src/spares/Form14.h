@@ -45,7 +45,7 @@ public:
     vb::Label* Label1; ///< "Trovati Componenti Macchina N° {n}"
 
     // ---- the entry area ---------------------------------------------------------------
-    vb::DTPicker* DTPicker1; ///< the date; hidden until a row or INSERISCI shows it
+    vb::DTPicker* DTPicker1;   ///< the date; hidden until a row or INSERISCI shows it
     vb::DataCombo* DataCombo3; ///< machine (kind)
     vb::Adodc* Adodc1;
     vb::DataCombo* DataCombo2; ///< model
@@ -63,9 +63,9 @@ public:
     vb::Adodc* Adodc9;
     vb::Frame* Frame1; ///< "Giacenza"
     vb::TextBox* Txt_Giac;
-    vb::Frame* Frame2; ///< "Scorta Min"
+    vb::Frame* Frame2;       ///< "Scorta Min"
     vb::TextBox* Txt_Scorta; ///< painted by the stock level, flashed by frmMain's Timer2
-    vb::Frame* Frame3; ///< "Prelievo"
+    vb::Frame* Frame3;       ///< "Prelievo"
     vb::TextBox* Txt_prelievo;
     vb::CommandButton* Cmd_Photo; ///< "INSERISCI IMMAGINE"
     vb::Image* Image4;            ///< the intervention's picture, small, in Cmd_Photo's place
@@ -74,10 +74,10 @@ public:
     vb::CommonDialog* Apri;
 
     // Hidden working state.
-    vb::TextBox* txtID;        ///< the intervention chosen, or the key just generated
-    vb::TextBox* Txt_ID;       ///< DataGrid1's "ID": the machine's model key
-    vb::TextBox* ID_MODELLO;   ///< the entry area's model key
-    vb::TextBox* Txt_ID_NUM;   ///< the entry area's unit key; also the machine of the prints
+    vb::TextBox* txtID;      ///< the intervention chosen, or the key just generated
+    vb::TextBox* Txt_ID;     ///< DataGrid1's "ID": the machine's model key
+    vb::TextBox* ID_MODELLO; ///< the entry area's model key
+    vb::TextBox* Txt_ID_NUM; ///< the entry area's unit key; also the machine of the prints
     vb::TextBox* Txt_ID_Ricambi;
     vb::TextBox* Txt_ID_DESCRIZIONE_RIC; ///< empty: the description is no known part
     vb::TextBox* Txt_ID_CAUSA;

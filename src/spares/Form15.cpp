@@ -56,8 +56,8 @@ void Form15::buildControls()
     Cmd_Delete = kit.button(this, "Cmd_Delete", QStringLiteral("ELIMINA"), 7740, 1800, 1440);
     Command1 = kit.button(this, "Command1", QStringLiteral("VISUALIZZA TUTTO"), 4680, 2400, 4500);
 
-    Txt_Search =
-        kit.framedField(this, "Frame1", QStringLiteral("Per Ricambio"), "Txt_Search", 4680, 3120, 4500, 780, 300, &Frame1);
+    Txt_Search = kit.framedField(this, "Frame1", QStringLiteral("Per Ricambio"), "Txt_Search", 4680, 3120, 4500, 780,
+                                 300, &Frame1);
     Txt_Search_UN_MIS = kit.framedField(this, "Frame2", QStringLiteral("Per Unità di Misura"), "Txt_Search_UN_MIS",
                                         4680, 4020, 4500, 780, 300, &Frame2);
 
@@ -196,13 +196,13 @@ void Form15::Cmd_Edit_Click()
     }
 
     const QString line = List1->Text();
-    const QString prompt = line != TextRICAMBI->Text()
-                               ? QStringLiteral("Il Ricambio [") + line + QStringLiteral("] Sta per essere modificato con [") +
-                                     TextRICAMBI->Text() + QStringLiteral("] Vuoi Procedere??")
-                               : QStringLiteral("Stai per modificare i dati del Ricambio [") + line +
-                                     QStringLiteral("] Vuoi Procedere??");
-    if (vb::MsgBox(prompt, mb::YesNo + mb::Question, QStringLiteral("Modifica Ricambio **") + line + QStringLiteral("**")) ==
-        vb::answer::No)
+    const QString prompt =
+        line != TextRICAMBI->Text()
+            ? QStringLiteral("Il Ricambio [") + line + QStringLiteral("] Sta per essere modificato con [") +
+                  TextRICAMBI->Text() + QStringLiteral("] Vuoi Procedere??")
+            : QStringLiteral("Stai per modificare i dati del Ricambio [") + line + QStringLiteral("] Vuoi Procedere??");
+    if (vb::MsgBox(prompt, mb::YesNo + mb::Question,
+                   QStringLiteral("Modifica Ricambio **") + line + QStringLiteral("**")) == vb::answer::No)
         return;
 
     QString id;
@@ -291,7 +291,8 @@ void Form15::Txt_Search_KeyUp()
     // Each word but the last must end the name, and the first starts it.
     QString text = vb::DoubledQuotes(Txt_Search->Text());
     text.replace(QLatin1Char(' '), QStringLiteral("' and Ricambi like '%"));
-    search(QStringLiteral("Select * from Tbl_Ricambi WHERE Ricambi like '") + text + QStringLiteral("%' ORDER by Ricambi"),
+    search(QStringLiteral("Select * from Tbl_Ricambi WHERE Ricambi like '") + text +
+               QStringLiteral("%' ORDER by Ricambi"),
            Txt_Search->Text(), false);
 }
 
@@ -333,8 +334,8 @@ void Form15::search(const QString& statement, const QString& text, bool byUnit)
         return;
     if (none) {
         if (byUnit)
-            vb::MsgBox(QStringLiteral("Non è stata trovata nessuna Definizione con le seguenti parole chiave < ") + text +
-                           QStringLiteral(" > !!!"),
+            vb::MsgBox(QStringLiteral("Non è stata trovata nessuna Definizione con le seguenti parole chiave < ") +
+                           text + QStringLiteral(" > !!!"),
                        mb::Exclamation, QStringLiteral("Definizione non trovata !!"));
         else
             vb::MsgBox(QStringLiteral("Non è stata trovata nessun Ricambio con le seguenti parole chiave < ") + text +

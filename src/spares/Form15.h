@@ -19,14 +19,14 @@ public:
 
     void Form_Load() override;
 
-    vb::ListBox* List1;      ///< the category names
-    vb::Label* Label2;       ///< the number of lines of List1
-    vb::Label* Label1;       ///< caption of TextRICAMBI
-    vb::Label* Label3;       ///< caption of DataCombo1
+    vb::ListBox* List1; ///< the category names
+    vb::Label* Label2;  ///< the number of lines of List1
+    vb::Label* Label1;  ///< caption of TextRICAMBI
+    vb::Label* Label3;  ///< caption of DataCombo1
     vb::TextBox* TextRICAMBI;
     vb::DataCombo* DataCombo1; ///< units already in use; a new one is typed in
     vb::Adodc* Adodc1;
-    vb::TextBox* Text1;      ///< hidden: key of the category shown
+    vb::TextBox* Text1; ///< hidden: key of the category shown
     vb::CommandButton* Cmd_Add;
     vb::CommandButton* Cmd_Edit;
     vb::CommandButton* Cmd_Delete;

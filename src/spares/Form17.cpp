@@ -105,10 +105,18 @@ void Form17::buildControls()
 
 std::vector<Form17::CardField> Form17::cardFields() const
 {
-    return {{txtID_FORNITORE, "ID_FORNITORE"}, {txtFornitore, "Fornitore"}, {txtNome_Soceta, "Nome_Soceta"},
-            {txtIVA_COD, "Part_IVA/Cod_Fisc"}, {txtCitta, "Citta/Paese"},   {txtVia, "Via"},
-            {txtCAP, "CAP"},                   {txtProv, "Provincia"},      {txtTel, "Tel"},
-            {txtFax, "Fax"},                   {txtEmail, "Email"},         {txtUrl, "Url"}};
+    return {{txtID_FORNITORE, "ID_FORNITORE"},
+            {txtFornitore, "Fornitore"},
+            {txtNome_Soceta, "Nome_Soceta"},
+            {txtIVA_COD, "Part_IVA/Cod_Fisc"},
+            {txtCitta, "Citta/Paese"},
+            {txtVia, "Via"},
+            {txtCAP, "CAP"},
+            {txtProv, "Provincia"},
+            {txtTel, "Tel"},
+            {txtFax, "Fax"},
+            {txtEmail, "Email"},
+            {txtUrl, "Url"}};
 }
 
 // ---- load and list ------------------------------------------------------------------
@@ -143,7 +151,8 @@ void Form17::Show_Suppliers()
                 c.setCaption(QString::fromLatin1(captions[i]));
         });
     }
-    trap.step([&] { Label1->setCaption(QStringLiteral("Conteggio Fornitori: ") + QString::number(Adodc1->RecordCount())); });
+    trap.step(
+        [&] { Label1->setCaption(QStringLiteral("Conteggio Fornitori: ") + QString::number(Adodc1->RecordCount())); });
 }
 
 void Form17::Clear_Supplier_Fields()
@@ -171,9 +180,8 @@ void Form17::DataGrid1_RowColChange()
     std::int16_t id = 0;
     trap.step([&] { id = DataGrid1->Columns(QStringLiteral("ID")).Value().toInteger(); });
     store::Recordset rs;
-    trap.step([&] {
-        rs.Open(QStringLiteral("SELECT * FROM Tbl_Fornitori WHERE ID_FORNITORE = ") + QString::number(id));
-    });
+    trap.step(
+        [&] { rs.Open(QStringLiteral("SELECT * FROM Tbl_Fornitori WHERE ID_FORNITORE = ") + QString::number(id)); });
     bool found = false;
     trap.step([&] { found = !rs.Eof(); });
     if (found) {
@@ -205,11 +213,13 @@ void Form17::Cmd_Edit_Click()
     trap.on(err::GridDataAccess, noDataBox);
 
     if (txtFornitore->Text().isEmpty()) {
-        vb::MsgBox(QStringLiteral("Devi Inserire il Nome Fornitore"), vb::mb::Exclamation, QStringLiteral("MANCANZA DATI"));
+        vb::MsgBox(QStringLiteral("Devi Inserire il Nome Fornitore"), vb::mb::Exclamation,
+                   QStringLiteral("MANCANZA DATI"));
         return;
     }
     if (txtNome_Soceta->Text().isEmpty()) {
-        vb::MsgBox(QStringLiteral("Devi Inserire il Nome Società"), vb::mb::Exclamation, QStringLiteral("MANCANZA DATI"));
+        vb::MsgBox(QStringLiteral("Devi Inserire il Nome Società"), vb::mb::Exclamation,
+                   QStringLiteral("MANCANZA DATI"));
         return;
     }
 
@@ -244,11 +254,11 @@ void Form17::Cmd_Edit_Click()
     if (trap.ended())
         return;
     const QString name = txtFornitore->Text();
-    const QString prompt = old != name ? QStringLiteral("Il Fornitore [") + old +
-                                             QStringLiteral("] Sta per essere modificato con [") + name +
-                                             QStringLiteral("] Vuoi Procedere??")
-                                       : QStringLiteral("Stai per modificare i dati del Fornitore [") + old +
-                                             QStringLiteral("] Vuoi Procedere??");
+    const QString prompt =
+        old != name
+            ? QStringLiteral("Il Fornitore [") + old + QStringLiteral("] Sta per essere modificato con [") + name +
+                  QStringLiteral("] Vuoi Procedere??")
+            : QStringLiteral("Stai per modificare i dati del Fornitore [") + old + QStringLiteral("] Vuoi Procedere??");
     if (vb::MsgBox(prompt, vb::mb::YesNo + vb::mb::Question,
                    QStringLiteral("Modifica Fornitore **") + old + QStringLiteral("**")) != vb::answer::Yes)
         return;
@@ -266,11 +276,11 @@ void Form17::Cmd_Edit_Click()
     const QString quotedName = vb::DoubledQuotes(name);
     trap.step([&] {
         store::Run(QStringLiteral("UPDATE Tbl_Historian_Orders SET Tbl_Historian_Orders.Fornitore = '") + quotedName +
-            QStringLiteral("' WHERE ((Tbl_Historian_Orders.ID_FORNITORE = ") + id + QStringLiteral("))"));
+                   QStringLiteral("' WHERE ((Tbl_Historian_Orders.ID_FORNITORE = ") + id + QStringLiteral("))"));
     });
     trap.step([&] {
         store::Run(QStringLiteral("UPDATE Tbl_Order SET Tbl_Order.Fornitore = '") + quotedName +
-            QStringLiteral("' WHERE ((Tbl_Order.ID_FORNITORE = ") + id + QStringLiteral("))"));
+                   QStringLiteral("' WHERE ((Tbl_Order.ID_FORNITORE = ") + id + QStringLiteral("))"));
     });
     trap.step([&] { reopen(true); });
 }
@@ -290,7 +300,8 @@ void Form17::Cmd_Delete_Click()
         return;
     // No cascade: order lines keep the key and the name of a supplier that is gone.
     trap.step([&] {
-        store::Run(QStringLiteral("Delete * from Tbl_Fornitori WHERE ID_FORNITORE  = ") + vb::KeyText(txtID_FORNITORE->Text()));
+        store::Run(QStringLiteral("Delete * from Tbl_Fornitori WHERE ID_FORNITORE  = ") +
+                   vb::KeyText(txtID_FORNITORE->Text()));
     });
     trap.step([&] { reopen(false); });
 }
@@ -338,10 +349,11 @@ void Form17::Cmd_Print_Click()
         return;
     const QString statement =
         parent +
-        QStringLiteral("APPEND ({SELECT Tbl_Fornitori.ID_FORNITORE, Tbl_Fornitori.Fornitore, Tbl_Fornitori.Nome_Soceta, "
-                       "Tbl_Fornitori.[Part_IVA/Cod_Fisc], Tbl_Fornitori.[Citta/Paese], Tbl_Fornitori.CAP, "
-                       "Tbl_Fornitori.Provincia, Tbl_Fornitori.Via, Tbl_Fornitori.Tel, Tbl_Fornitori.Fax, "
-                       "Tbl_Fornitori.Email, Tbl_Fornitori.Url ") +
+        QStringLiteral(
+            "APPEND ({SELECT Tbl_Fornitori.ID_FORNITORE, Tbl_Fornitori.Fornitore, Tbl_Fornitori.Nome_Soceta, "
+            "Tbl_Fornitori.[Part_IVA/Cod_Fisc], Tbl_Fornitori.[Citta/Paese], Tbl_Fornitori.CAP, "
+            "Tbl_Fornitori.Provincia, Tbl_Fornitori.Via, Tbl_Fornitori.Tel, Tbl_Fornitori.Fax, "
+            "Tbl_Fornitori.Email, Tbl_Fornitori.Url ") +
         QStringLiteral("From Tbl_Fornitori ORDER BY Tbl_Fornitori.Fornitore;} ") +
         QStringLiteral("RELATE ID_FORNITORE to ID_FORNITORE) as Dati");
     // Label2 of the report header takes the present date and time with every show.
@@ -361,8 +373,11 @@ void Form17::Cmd_Save_Click()
     trap.step([&] { lines = Supplier_Card_Lines(); });
     // Each card ends with an empty line, so the signature follows at once.
     trap.step([&] {
-        reports::WriteTextExport({QStringLiteral("SCHEDA_Fornitori.txt"), lines, reports::SignatureEnding(),
-                                  reports::DatedTitle(QStringLiteral("SCHEDA Fornitori")), {}});
+        reports::WriteTextExport({QStringLiteral("SCHEDA_Fornitori.txt"),
+                                  lines,
+                                  reports::SignatureEnding(),
+                                  reports::DatedTitle(QStringLiteral("SCHEDA Fornitori")),
+                                  {}});
     });
 }
 

@@ -34,7 +34,7 @@ public:
     vb::TextBox* Txt_Posizione; ///< hidden: the grid row selected, kept across a reload
 
     // ---- the card ---------------------------------------------------------------------
-    vb::Frame* Frame1; ///< "FORNITORI"
+    vb::Frame* Frame1;            ///< "FORNITORI"
     vb::TextBox* txtID_FORNITORE; ///< hidden: the key of the card shown
     vb::TextBox* txtFornitore;
     vb::TextBox* txtNome_Soceta;

@@ -49,14 +49,19 @@ struct ColumnLayout
     const char* caption;
     int width;
 };
-constexpr ColumnLayout OrderColumns[] = {{"ID", 0},          {"ID_RICAMBI", 0}, {"Ricambi", 2500},
-                                       {"ID_DESCRIZIONE_RICAMBI", 0},        {"Descrizione", 2500},
-                                       {"Codice", 1000},   {"Q.ta", 500},     {nullptr, 0},
-                                       {"Fornitore", 2000}};
-constexpr ColumnLayout HistoryColumns[] = {{"ID_Historian_Orders", 0}, {"DATA", 0},          {"ID_RICAMBI", 0},
-                                         {"Ricambi", 2500},          {"ID_DESCRIZIONE_RICAMBI", 0},
-                                         {"Descrizione", 2500},      {"Codice", 1000},     {"Q.ta", 500},
-                                         {"Ricevuto", 1000},         {nullptr, 0},         {"Fornitore", 1000}};
+constexpr ColumnLayout OrderColumns[] = {{"ID", 0},
+                                         {"ID_RICAMBI", 0},
+                                         {"Ricambi", 2500},
+                                         {"ID_DESCRIZIONE_RICAMBI", 0},
+                                         {"Descrizione", 2500},
+                                         {"Codice", 1000},
+                                         {"Q.ta", 500},
+                                         {nullptr, 0},
+                                         {"Fornitore", 2000}};
+constexpr ColumnLayout HistoryColumns[] = {
+    {"ID_Historian_Orders", 0}, {"DATA", 0},      {"ID_RICAMBI", 0}, {"Ricambi", 2500},  {"ID_DESCRIZIONE_RICAMBI", 0},
+    {"Descrizione", 2500},      {"Codice", 1000}, {"Q.ta", 500},     {"Ricevuto", 1000}, {nullptr, 0},
+    {"Fornitore", 1000}};
 
 /// A key held on the screen, through the 16-bit passage into a statement.
 QString key(const vb::TextBox* field)
@@ -213,8 +218,8 @@ void Form19::showLines(const QString& statement, const QString& view)
     });
     trap.step([&] { DataGrid2->setDataSource(Adodc2); });
     const bool order = view == OpenOrder;
-    const std::span<const ColumnLayout> layout = order ? std::span<const ColumnLayout>(OrderColumns)
-                                                     : std::span<const ColumnLayout>(HistoryColumns);
+    const std::span<const ColumnLayout> layout =
+        order ? std::span<const ColumnLayout>(OrderColumns) : std::span<const ColumnLayout>(HistoryColumns);
     for (size_t i = 0; i < layout.size(); ++i)
         trap.step([&] {
             vb::GridColumn& c = DataGrid2->Columns(int(i));
@@ -316,9 +321,8 @@ void Form19::DataCombo1_Change()
         });
         // No such category: every read fails, and each field keeps what it held.
         trap.step([&] { Txt_ID_Ricambi->setText(rs.Fields(QStringLiteral("ID_RICAMBI")).Value()); });
-        trap.step([&] {
-            Txt_ID_DESCRIZIONE_RIC->setText(rs.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")).Value());
-        });
+        trap.step(
+            [&] { Txt_ID_DESCRIZIONE_RIC->setText(rs.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")).Value()); });
         trap.step([&] { DataCombo2->setText(rs.Fields(QStringLiteral("Descrizione")).Value()); });
         trap.step([&] { Txt_Codice->setText(rs.Fields(QStringLiteral("Codice")).Value()); });
     }
@@ -358,8 +362,8 @@ void Form19::DataCombo2_Change()
     store::Recordset rs;
     bool found = false;
     trap.step([&] {
-        rs.Open(QStringLiteral("SELECT * From Tbl_Descrizione_Ricambi WHERE Descrizione= '") +
-                vb::DoubledQuotes(text) + QStringLiteral("';"));
+        rs.Open(QStringLiteral("SELECT * From Tbl_Descrizione_Ricambi WHERE Descrizione= '") + vb::DoubledQuotes(text) +
+                QStringLiteral("';"));
         found = !rs.Eof();
     });
     if (!found) {
@@ -558,7 +562,7 @@ void Form19::Cmd_Confirm_Click()
         });
         trap.step([&] {
             rs.Fields(QStringLiteral("Giacenza")) = rs.Fields(QStringLiteral("Giacenza")).Value().toDouble() +
-                                                   vb::CDbl(Variant(Txt_Qta->Text())).toDouble();
+                                                    vb::CDbl(Variant(Txt_Qta->Text())).toDouble();
         });
         trap.step([&] { rs.UpdateBatch(); });
     }

@@ -35,25 +35,25 @@ public:
     vb::Adodc* Adodc3;
     vb::ListBox* List1; ///< the category's descriptions, while the line is typed
     vb::TextBox* Txt_Codice;
-    vb::TextBox* Txt_Quant; ///< whole numbers only
+    vb::TextBox* Txt_Quant;    ///< whole numbers only
     vb::DataCombo* DataCombo3; ///< supplier; a name typed that matches none is kept as text
     vb::Adodc* Adodc4;
 
     // ---- commands ---------------------------------------------------------------------
-    vb::CommandButton* Cmd_Add; ///< "INSERISCI"
-    vb::CommandButton* Cmd_Delete; ///< "ELIMINA"
-    vb::CheckBox* Check1; ///< "EVADI ORDINE": the safety catch of Cmd_Evadi
-    vb::CommandButton* Cmd_Evadi; ///< "PROCEDI"
-    vb::CheckBox* Check2; ///< "MERCE ARRIVATA": shown for a line still waiting
-    vb::CommandButton* Cmd_Confirm; ///< "CONFERMA"
+    vb::CommandButton* Cmd_Add;        ///< "INSERISCI"
+    vb::CommandButton* Cmd_Delete;     ///< "ELIMINA"
+    vb::CheckBox* Check1;              ///< "EVADI ORDINE": the safety catch of Cmd_Evadi
+    vb::CommandButton* Cmd_Evadi;      ///< "PROCEDI"
+    vb::CheckBox* Check2;              ///< "MERCE ARRIVATA": shown for a line still waiting
+    vb::CommandButton* Cmd_Confirm;    ///< "CONFERMA"
     vb::CommandButton* Cmd_Vis_Ordine; ///< "ORDINE IN CORSO"
-    vb::CommandButton* Cmd_Print; ///< "STAMPA": DataReport1 of the view shown
+    vb::CommandButton* Cmd_Print;      ///< "STAMPA": DataReport1 of the view shown
 
     // ---- the evasion dates ----------------------------------------------------------------
-    vb::Frame* Frame3; ///< "Visualizza Storico Ordini per..."
-    vb::CommandButton* Cmd_Storico_Ordini; ///< "STORICO ORDINI"
+    vb::Frame* Frame3;                        ///< "Visualizza Storico Ordini per..."
+    vb::CommandButton* Cmd_Storico_Ordini;    ///< "STORICO ORDINI"
     vb::CommandButton* Cmd_Merce_da_Ricevere; ///< "SOLO MERCE DA RICEVERE"
-    vb::Frame* Frame2; ///< "N° Storico Ordini {n}" / "N°Ordini in Attesa {n}"
+    vb::Frame* Frame2;                        ///< "N° Storico Ordini {n}" / "N°Ordini in Attesa {n}"
     vb::ListBox* List2;
 
     // ---- the lines ----------------------------------------------------------------------
@@ -63,13 +63,13 @@ public:
 
     // Hidden state.
     vb::TextBox* Txt_Info_Print; ///< the view: "0" open order, "1" a date, "2" its waiting lines
-    vb::TextBox* Txt_Vis_List; ///< the dates: "0" all, "1" still waiting
+    vb::TextBox* Txt_Vis_List;   ///< the dates: "0" all, "1" still waiting
     vb::TextBox* Txt_ID_Ricambi;
     vb::TextBox* Txt_ID_DESCRIZIONE_RIC;
     vb::TextBox* Txt_ID_Fornitore;
     vb::TextBox* Txt_ID_Historian_Orders; ///< the evaded line chosen in the grid
-    vb::TextBox* Txt_ID_DR; ///< its part
-    vb::TextBox* Txt_Qta; ///< its quantity
+    vb::TextBox* Txt_ID_DR;               ///< its part
+    vb::TextBox* Txt_Qta;                 ///< its quantity
 
     // ---- procedures -------------------------------------------------------------------
     void Show_Current_Order();

@@ -1,5 +1,6 @@
 #include "spares/Form2.h"
 
+#include "controls/PictureFit.h"
 #include "controls/ScreenKit.h"
 #include "reports/ReportLayout.h"
 #include "reports/ReportViewer.h"
@@ -10,7 +11,6 @@
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
 #include "spares/EntryFields.h"
-#include "controls/PictureFit.h"
 #include "spares/RicambiFile.h"
 #include "store/DataStore.h"
 
@@ -33,7 +33,6 @@ constexpr int FieldLeft = 9840;
 constexpr int FieldWidth = 3600;
 constexpr int RowHeight = 315;
 constexpr int RowStep = 420;
-
 
 void notFoundBox(const QString& text, bool byUnit)
 {
@@ -244,8 +243,8 @@ void Form2::List1_Click()
     }
 
     store::Recordset parts;
-    parts.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi WHERE ID_RICAMBI = ") + vb::KeyText(Text1->Text()) +
-               QStringLiteral(" ORDER by Descrizione"));
+    parts.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi WHERE ID_RICAMBI = ") +
+               vb::KeyText(Text1->Text()) + QStringLiteral(" ORDER by Descrizione"));
     if (parts.Eof()) {
         // Picking the category of a new part is no reason for a warning.
         if (Cmd_Add->isEnabled())
@@ -287,10 +286,10 @@ void Form2::List2_Click()
         const char* column;
         vb::TextBox* field;
     };
-    for (const Copy& c : {Copy{"ID_DESCRIZIONE_RICAMBI", TextID_DESCR_RIC}, Copy{"ID_Ricambi", Text1},
-                          Copy{"Note", TextNOTE}, Copy{"Costo", TextCosto}, Copy{"Ricambi", TextRICAMBI},
-                          Copy{"Giacenza", Txt_Giacenza}, Copy{"Scorta", Txt_Scorta},
-                          Copy{"Descrizione", Txt_Descrizione}, Copy{"Codice", Txt_Codice}})
+    for (const Copy& c :
+         {Copy{"ID_DESCRIZIONE_RICAMBI", TextID_DESCR_RIC}, Copy{"ID_Ricambi", Text1}, Copy{"Note", TextNOTE},
+          Copy{"Costo", TextCosto}, Copy{"Ricambi", TextRICAMBI}, Copy{"Giacenza", Txt_Giacenza},
+          Copy{"Scorta", Txt_Scorta}, Copy{"Descrizione", Txt_Descrizione}, Copy{"Codice", Txt_Codice}})
         trap.step([&] { c.field->setText(rs.Fields(QString::fromLatin1(c.column)).Value()); });
     trap.step([&] { Cmd_Edit->setCaption(Browsing); });
     trap.step([&] { Cmd_Delete->setEnabled(true); });
@@ -432,19 +431,21 @@ void Form2::Cmd_Edit_Click()
     }
 
     const QString line = List1->Text();
-    const QString prompt = line != TextRICAMBI->Text()
-                               ? QStringLiteral("Il Ricambio [") + line + QStringLiteral("] Sta per essere modificato con [") +
-                                     TextRICAMBI->Text() + QStringLiteral("] Vuoi Procedere??")
-                               : QStringLiteral("Stai per modificare i dati del Ricambio [") + line +
-                                     QStringLiteral("] Vuoi Procedere??");
-    if (vb::MsgBox(prompt, mb::YesNo + mb::Question, QStringLiteral("Modifica Ricambio **") + line + QStringLiteral("**")) ==
-        vb::answer::No)
+    const QString prompt =
+        line != TextRICAMBI->Text()
+            ? QStringLiteral("Il Ricambio [") + line + QStringLiteral("] Sta per essere modificato con [") +
+                  TextRICAMBI->Text() + QStringLiteral("] Vuoi Procedere??")
+            : QStringLiteral("Stai per modificare i dati del Ricambio [") + line + QStringLiteral("] Vuoi Procedere??");
+    if (vb::MsgBox(prompt, mb::YesNo + mb::Question,
+                   QStringLiteral("Modifica Ricambio **") + line + QStringLiteral("**")) == vb::answer::No)
         return;
 
     // The category first: a new name or unit here holds for all its parts.
     {
         store::Recordset rs;
-        step([&] { rs.Open(QStringLiteral("Select * from Tbl_Ricambi where ID_Ricambi =") + vb::KeyText(Text1->Text())); });
+        step([&] {
+            rs.Open(QStringLiteral("Select * from Tbl_Ricambi where ID_Ricambi =") + vb::KeyText(Text1->Text()));
+        });
         step([&] { rs.Fields(QStringLiteral("Ricambi")) = TextRICAMBI->Text(); });
         step([&] { rs.Fields(QStringLiteral("Unita_Misura")) = DataCombo1->Text(); });
         step([&] { rs.UpdateBatch(); });
@@ -575,13 +576,14 @@ void Form2::Txt_Search_Desc_KeyUp()
 {
     if (!startSearch(Txt_Search_Desc))
         return;
-    search(Txt_Search_Desc,
-           QStringLiteral("SELECT TBL_DESCRIZIONE_RICAMBI.Ricambi, Tbl_Descrizione_Ricambi.Descrizione From "
-                          "TBL_DESCRIZIONE_RICAMBI GROUP BY TBL_DESCRIZIONE_RICAMBI.Ricambi, "
-                          "Tbl_Descrizione_Ricambi.Descrizione Having (((TBL_DESCRIZIONE_RICAMBI.Descrizione) Like '%") +
-               searchWords(Txt_Search_Desc, QStringLiteral("' and Descrizione like '%")) +
-               QStringLiteral("%'))ORDER BY TBL_DESCRIZIONE_RICAMBI.Ricambi;"),
-           List2, QStringLiteral("Descrizione"));
+    search(
+        Txt_Search_Desc,
+        QStringLiteral("SELECT TBL_DESCRIZIONE_RICAMBI.Ricambi, Tbl_Descrizione_Ricambi.Descrizione From "
+                       "TBL_DESCRIZIONE_RICAMBI GROUP BY TBL_DESCRIZIONE_RICAMBI.Ricambi, "
+                       "Tbl_Descrizione_Ricambi.Descrizione Having (((TBL_DESCRIZIONE_RICAMBI.Descrizione) Like '%") +
+            searchWords(Txt_Search_Desc, QStringLiteral("' and Descrizione like '%")) +
+            QStringLiteral("%'))ORDER BY TBL_DESCRIZIONE_RICAMBI.Ricambi;"),
+        List2, QStringLiteral("Descrizione"));
 }
 
 void Form2::Txt_Search_UN_MIS_KeyUp()
@@ -602,8 +604,9 @@ void Form2::Cmd_print_A_Click()
 {
     Trap trap = Trap::ignoreAll();
     trap.step([] {
-        reports::ShowReport(QStringLiteral("DataReport4"),
-                            QStringLiteral("Select * from Tbl_Descrizione_Ricambi order by Ricambi,Descrizione,Giacenza,Costo"));
+        reports::ShowReport(
+            QStringLiteral("DataReport4"),
+            QStringLiteral("Select * from Tbl_Descrizione_Ricambi order by Ricambi,Descrizione,Giacenza,Costo"));
     });
 }
 
@@ -623,12 +626,15 @@ void Form2::Cmd_Print_Group_Click()
             QStringLiteral(
                 "SHAPE {SELECT Count(Tbl_Descrizione_Ricambi.Ricambi) AS ConteggioDiRicambi, "
                 "Format(Min(Tbl_Descrizione_Ricambi.Costo),'Standard') AS MinDiCosto, "
-                "Format(Max(Tbl_Descrizione_Ricambi.Costo),'Standard') AS MaxDiCosto, Sum(Tbl_Descrizione_Ricambi.Costo) "
+                "Format(Max(Tbl_Descrizione_Ricambi.Costo),'Standard') AS MaxDiCosto, "
+                "Sum(Tbl_Descrizione_Ricambi.Costo) "
                 "AS SommaDiCosto, Tbl_Descrizione_Ricambi.Ricambi, Sum(Tbl_Descrizione_Ricambi.Giacenza) AS "
                 "SommaDiGiacenza From Tbl_Descrizione_Ricambi GROUP BY Tbl_Descrizione_Ricambi.Ricambi;} APPEND "
                 "({SELECT Tbl_Descrizione_Ricambi.Ricambi, Tbl_Descrizione_Ricambi.Costo, "
-                "Tbl_Descrizione_Ricambi.Descrizione, Tbl_Descrizione_Ricambi.Giacenza From Tbl_Descrizione_Ricambi GROUP "
-                "BY Tbl_Descrizione_Ricambi.Ricambi, Tbl_Descrizione_Ricambi.Costo, Tbl_Descrizione_Ricambi.Descrizione, "
+                "Tbl_Descrizione_Ricambi.Descrizione, Tbl_Descrizione_Ricambi.Giacenza From Tbl_Descrizione_Ricambi "
+                "GROUP "
+                "BY Tbl_Descrizione_Ricambi.Ricambi, Tbl_Descrizione_Ricambi.Costo, "
+                "Tbl_Descrizione_Ricambi.Descrizione, "
                 "Tbl_Descrizione_Ricambi.Giacenza;} RELATE Ricambi to Ricambi) as Dati"),
             options);
     });
@@ -663,7 +669,8 @@ void Form2::Cmd_Presence_Click()
                     "));} APPEND ({SELECT Tbl_Ricerca.ID_DESCRIZIONE_RICAMBI, Tbl_Ricerca.ID_MODELLO, "
                     "Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Destinazione From Tbl_Ricerca GROUP BY "
                     "Tbl_Ricerca.ID_DESCRIZIONE_RICAMBI, Tbl_Ricerca.ID_MODELLO, Tbl_Ricerca.Macchina, "
-                    "Tbl_Ricerca.Modello, Tbl_Ricerca.Destinazione ORDER BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello;} "
+                    "Tbl_Ricerca.Modello, Tbl_Ricerca.Destinazione ORDER BY Tbl_Ricerca.Macchina, "
+                    "Tbl_Ricerca.Modello;} "
                     "RELATE ID_DESCRIZIONE_RICAMBI to ID_DESCRIZIONE_RICAMBI) as Dati"),
             options);
     });

@@ -1,14 +1,14 @@
 #include "spares/InterventionCharts.h"
 
-#include "runtime/MsgBox.h"
 #include "controls/CommonDialog.h"
+#include "runtime/MsgBox.h"
 #include "store/DataStore.h"
 
 #include <QBarCategoryAxis>
-#include <QHorizontalBarSeries>
 #include <QBarSet>
 #include <QChart>
 #include <QChartView>
+#include <QHorizontalBarSeries>
 #include <QLineSeries>
 #include <QPainter>
 #include <QPdfWriter>
@@ -18,6 +18,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <QValueAxis>
+
 #include <algorithm>
 #include <map>
 
@@ -97,8 +98,7 @@ bool ChartFigures::empty() const
     return true;
 }
 
-ChartFigures CausesChart(const vb::Adodc& causes, const QString& machine, const QString& model,
-                         const QString& number)
+ChartFigures CausesChart(const vb::Adodc& causes, const QString& machine, const QString& model, const QString& number)
 {
     ChartFigures f;
     f.title = machine.isEmpty() ? QStringLiteral("Interventi per causa: tutte le macchine dell'elenco")
@@ -184,16 +184,17 @@ ChartFigures MonthsChart()
 // ---- the window ---------------------------------------------------------------------------
 
 InterventionCharts::InterventionCharts(QWidget* owner, std::vector<ChartFigures> charts, int current)
-    : QWidget(owner, Qt::Window)
-    , m_figures(std::move(charts))
+    : QWidget(owner, Qt::Window), m_figures(std::move(charts))
 {
     setObjectName(QStringLiteral("Grafici"));
     setWindowTitle(QStringLiteral("GRAFICI INTERVENTI"));
     setAttribute(Qt::WA_DeleteOnClose);
     auto* bar = new QToolBar(this);
     QObject::connect(bar->addAction(QStringLiteral("Stampa...")), &QAction::triggered, this, [this] { print(); });
-    QObject::connect(bar->addAction(QStringLiteral("Salva PDF...")), &QAction::triggered, this, [this] { saveAs(true); });
-    QObject::connect(bar->addAction(QStringLiteral("Salva PNG...")), &QAction::triggered, this, [this] { saveAs(false); });
+    QObject::connect(bar->addAction(QStringLiteral("Salva PDF...")), &QAction::triggered, this,
+                     [this] { saveAs(true); });
+    QObject::connect(bar->addAction(QStringLiteral("Salva PNG...")), &QAction::triggered, this,
+                     [this] { saveAs(false); });
     m_tabs = new QTabWidget(this);
     static const char* const names[] = {"Per causa", "Macchine", "Per mese"};
     for (size_t i = 0; i < m_figures.size(); ++i) {

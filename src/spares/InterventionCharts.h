@@ -14,6 +14,7 @@
 #include <QString>
 #include <QStringList>
 #include <QWidget>
+
 #include <vector>
 
 class QChartView;
@@ -25,16 +26,15 @@ namespace spares {
 struct ChartFigures
 {
     QString title;
-    QStringList labels;          ///< the categories, in the order drawn
-    QStringList series;          ///< one name per series ("Interventi", or the years)
+    QStringList labels;                      ///< the categories, in the order drawn
+    QStringList series;                      ///< one name per series ("Interventi", or the years)
     std::vector<std::vector<double>> values; ///< values[series][label]
     bool empty() const;
 };
 
 /// Interventions by cause, from the rows of the causes grid (machine, model, number,
 /// cause, count): those of the machine given, or all rows when machine is empty.
-ChartFigures CausesChart(const vb::Adodc& causes, const QString& machine, const QString& model,
-                         const QString& number);
+ChartFigures CausesChart(const vb::Adodc& causes, const QString& machine, const QString& model, const QString& number);
 /// The machines by their interventions, most first, from the ranking grid's rows (count,
 /// machine, model, number); at most `most` of them.
 ChartFigures RankingChart(const vb::Adodc& ranking, int most = 15);

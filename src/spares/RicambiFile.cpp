@@ -74,8 +74,8 @@ reports::TextExport RicambiExport(store::Recordset& parts)
     reports::TextExport text;
     text.fileName = QStringLiteral("RICAMBI.txt");
     text.boxTitle = QStringLiteral("RICAMBI --");
-    text.boxText = QStringLiteral(
-        "Il File 'RICAMBI.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  ");
+    text.boxText =
+        QStringLiteral("Il File 'RICAMBI.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  ");
     text.lines << QStringLiteral("COSTO") + QString(2, Tab) + QStringLiteral("RICAMBI") + QString(6, Tab) +
                       QStringLiteral("DESCRIZIONE") + Tab + QStringLiteral("GIACENZA")
                << QString();

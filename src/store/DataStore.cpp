@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+
 #include <cmath>
 #include <span>
 #include <sqlite3.h>
@@ -28,11 +29,11 @@ namespace {
 
 struct TableInfo
 {
-    QString name;                   ///< as the store spells it
+    QString name; ///< as the store spells it
     QStringList columns;
     std::vector<ColumnType> types;
-    QHash<QString, int> index;      ///< lower-case column name -> position
-    int key = -1;                   ///< the INTEGER PRIMARY KEY (rowid) column
+    QHash<QString, int> index; ///< lower-case column name -> position
+    int key = -1;              ///< the INTEGER PRIMARY KEY (rowid) column
     bool autoincrement = false;
 };
 
@@ -70,7 +71,7 @@ constexpr int kMaxCachedStatements = 256;
 struct DataStore::Cache
 {
     sqlite3* db = nullptr;
-    std::unique_ptr<jet::SqliteSchema> schema; ///< what the dialect knows of the tables
+    std::unique_ptr<jet::SqliteSchema> schema;         ///< what the dialect knows of the tables
     QHash<QString, std::shared_ptr<TableInfo>> tables; // lower-case name
     QHash<QString, std::shared_ptr<CachedStatement>> statements;
 
@@ -117,7 +118,8 @@ struct DataStore::Cache
                 const QString col = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 1)));
                 const QString decl = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 2)));
                 ColumnType type = columnTypeOfDecl(decl);
-                if (sqlite3_column_int(st, 3) == 1 && decl.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0) {
+                if (sqlite3_column_int(st, 3) == 1 &&
+                    decl.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0) {
                     info->key = int(info->columns.size());
                     type = ColumnType::Counter;
                 }
@@ -247,18 +249,17 @@ Variant readValue(sqlite3_stmt* st, int i, ColumnType type, bool date)
 void stepToEnd(sqlite3* db, sqlite3_stmt* st)
 {
     int rc;
-    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-    }
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW) { }
     if (rc != SQLITE_DONE)
         throw errors::fromSqlite(db);
 }
 
 bool isRowidName(const QString& n)
 {
-    return n.compare(QLatin1String("rowid"), Qt::CaseInsensitive) == 0
-        || n.compare(QLatin1String("_rowid_"), Qt::CaseInsensitive) == 0
-        || n.compare(QLatin1String("oid"), Qt::CaseInsensitive) == 0
-        || n.compare(QLatin1String("jet_rowid"), Qt::CaseInsensitive) == 0;
+    return n.compare(QLatin1String("rowid"), Qt::CaseInsensitive) == 0 ||
+           n.compare(QLatin1String("_rowid_"), Qt::CaseInsensitive) == 0 ||
+           n.compare(QLatin1String("oid"), Qt::CaseInsensitive) == 0 ||
+           n.compare(QLatin1String("jet_rowid"), Qt::CaseInsensitive) == 0;
 }
 
 QString quoteName(const QString& n)
@@ -296,7 +297,8 @@ public:
     ~Attachment()
     {
         if (m_attached)
-            sqlite3_exec(m_db, (QByteArray("DETACH DATABASE ") + kAttachedAlias).constData(), nullptr, nullptr, nullptr);
+            sqlite3_exec(m_db, (QByteArray("DETACH DATABASE ") + kAttachedAlias).constData(), nullptr, nullptr,
+                         nullptr);
     }
 
 private:
@@ -376,9 +378,7 @@ void DataStore::reset()
     g_report.reset();
 }
 
-DataStore::DataStore(const QString& path, Kind kind)
-    : m_path(path)
-    , m_cache(std::make_unique<Cache>())
+DataStore::DataStore(const QString& path, Kind kind) : m_path(path), m_cache(std::make_unique<Cache>())
 {
     if (path != QLatin1String(":memory:"))
         QDir().mkpath(QFileInfo(path).absolutePath());
@@ -390,8 +390,7 @@ DataStore::DataStore(const QString& path, Kind kind)
         const QString message = QString::fromUtf8(sqlite3_errmsg(m_db));
         sqlite3_close(m_db);
         m_db = nullptr;
-        throw VBError(errors::Unspecified,
-                      QStringLiteral("Impossibile aprire il file '%1' (%2).").arg(path, message));
+        throw VBError(errors::Unspecified, QStringLiteral("Impossibile aprire il file '%1' (%2).").arg(path, message));
     }
     m_cache->db = m_db;
     m_cache->schema = std::make_unique<jet::SqliteSchema>(m_db);
@@ -461,8 +460,9 @@ QString walkAsOneStatement(const jet::Translation& keys, const jet::Translation&
     sqlite3_finalize(st);
     if (keyName.isEmpty())
         return {};
-    return sql.left(at) + QStringLiteral(" IN (SELECT \"") + QString(keyName).replace(QLatin1Char('"'), QStringLiteral("\"\"")) +
-           QStringLiteral("\" FROM (") + keys.statements[0].sql + QStringLiteral("))") + sql.mid(end);
+    return sql.left(at) + QStringLiteral(" IN (SELECT \"") +
+           QString(keyName).replace(QLatin1Char('"'), QStringLiteral("\"\"")) + QStringLiteral("\" FROM (") +
+           keys.statements[0].sql + QStringLiteral("))") + sql.mid(end);
 }
 
 } // namespace
@@ -553,7 +553,7 @@ struct ChildSpec
     std::shared_ptr<Recordset> all;
     std::vector<std::pair<int, int>> relate; // parent column, child column
     std::unique_ptr<Recordset> view;
-    int viewOfRow = -1;                      // parent row the view was made for
+    int viewOfRow = -1; // parent row the view was made for
 };
 
 } // namespace
@@ -567,7 +567,7 @@ struct Recordset::Impl
     std::vector<bool> dates;
     std::vector<int> baseIndex; // position in the base table, -1 for other columns
     std::shared_ptr<TableInfo> table;
-    int keyColumn = -1;         // result column holding the table's key
+    int keyColumn = -1; // result column holding the table's key
     std::vector<RowData> rows;
     std::vector<Variant> cells; // the values of every row, row after row
     std::vector<int> view;      // rows visible under the filter, in order
@@ -596,10 +596,7 @@ struct Recordset::Impl
 
     int size() const { return int(view.size()); }
     std::span<Variant> values(const RowData& row) { return {cells.data() + row.first, columns.size()}; }
-    std::span<const Variant> values(const RowData& row) const
-    {
-        return {cells.data() + row.first, columns.size()};
-    }
+    std::span<const Variant> values(const RowData& row) const { return {cells.data() + row.first, columns.size()}; }
     bool eof() const { return pos >= size(); }
     bool bof() const { return pos < 0 || view.empty(); }
 
@@ -666,8 +663,8 @@ std::shared_ptr<const ResultShape> resultShape(DataStore& st, sqlite3_stmt* stmt
                  decl ? QString::fromUtf8(decl) : QString()};
         const ColumnType type = columnTypeOfDecl(c.declType);
         shape->readTypes.push_back(type);
-        shape->dates.push_back(type == ColumnType::Date
-                               || (size_t(i) < tr.dateColumns.size() && tr.dateColumns[size_t(i)]));
+        shape->dates.push_back(type == ColumnType::Date ||
+                               (size_t(i) < tr.dateColumns.size() && tr.dateColumns[size_t(i)]));
         int base = -1;
         if (table) {
             const char* origin = sqlite3_column_origin_name(stmt, i);
@@ -769,10 +766,10 @@ sqlite3_int64 Recordset::Impl::reserveKey()
     // The next number is taken now, so that the screens can show it before saving, and
     // recorded at once as used: a number is never handed out twice, as Jet's counter.
     sqlite3* db = store->handle();
-    const QString sql = QStringLiteral(
-                            "SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ?1 COLLATE NOCASE), 0), "
-                            "coalesce((SELECT max(rowid) FROM %1), 0)) + 1")
-                            .arg(quoteName(table->name));
+    const QString sql =
+        QStringLiteral("SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ?1 COLLATE NOCASE), 0), "
+                       "coalesce((SELECT max(rowid) FROM %1), 0)) + 1")
+            .arg(quoteName(table->name));
     sqlite3_int64 next = 1;
     {
         Lease lease(store->cache(), sql);
@@ -903,8 +900,9 @@ void Recordset::Impl::writeRow(RowData& row)
             }
         }
         if (!all.isEmpty()) {
-            Lease reread(store->cache(),
-                         QStringLiteral("SELECT %1 FROM %2 WHERE rowid = ?1").arg(all.join(QLatin1Char(',')), tableName));
+            Lease reread(
+                store->cache(),
+                QStringLiteral("SELECT %1 FROM %2 WHERE rowid = ?1").arg(all.join(QLatin1Char(',')), tableName));
             sqlite3_bind_int64(reread.get(), 1, row.rowid);
             if (sqlite3_step(reread.get()) == SQLITE_ROW) {
                 for (size_t k = 0; k < positions.size(); ++k) {
@@ -928,7 +926,8 @@ void Recordset::Impl::writeRow(RowData& row)
             for (size_t i = 0; i < columns.size(); ++i) {
                 if (baseIndex[i] < 0)
                     continue;
-                match << QStringLiteral("%1 IS ?%2").arg(quoteName(table->columns[baseIndex[i]])).arg(values.size() + 1);
+                match
+                    << QStringLiteral("%1 IS ?%2").arg(quoteName(table->columns[baseIndex[i]])).arg(values.size() + 1);
                 values.push_back(row.original[i]);
             }
             where = QStringLiteral("rowid = (SELECT rowid FROM %1 WHERE %2 LIMIT 1)")
@@ -953,8 +952,7 @@ void Recordset::Impl::flushPending()
         writeRow(row);
 }
 
-Recordset::Recordset()
-    : d(std::make_unique<Impl>())
+Recordset::Recordset() : d(std::make_unique<Impl>())
 {
 }
 
@@ -1065,7 +1063,9 @@ void Recordset::Delete()
             for (size_t i = 0; i < d->columns.size(); ++i) {
                 if (d->baseIndex[i] < 0)
                     continue;
-                match << QStringLiteral("%1 IS ?%2").arg(quoteName(d->table->columns[d->baseIndex[i]])).arg(values.size() + 1);
+                match << QStringLiteral("%1 IS ?%2")
+                             .arg(quoteName(d->table->columns[d->baseIndex[i]]))
+                             .arg(values.size() + 1);
                 values.push_back(row.original.empty() ? d->values(row)[i] : row.original[i]);
             }
             where = QStringLiteral("rowid = (SELECT rowid FROM %1 WHERE %2 LIMIT 1)")

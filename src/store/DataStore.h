@@ -8,6 +8,7 @@
 
 #include <QString>
 #include <QStringList>
+
 #include <initializer_list>
 #include <memory>
 #include <vector>
@@ -87,7 +88,7 @@ private:
 class Field
 {
 public:
-    Field(Recordset* rs, int index) : m_rs(rs), m_index(index) {}
+    Field(Recordset* rs, int index) : m_rs(rs), m_index(index) { }
     Variant Value() const;
     void setValue(const Variant& v);
     Field& operator=(const Variant& v)
@@ -127,7 +128,7 @@ public:
     void MovePrevious();
     void MoveFirst();
     void MoveLast();
-    void Move(int rows); ///< relative to the current row, as ADO's Move
+    void Move(int rows);          ///< relative to the current row, as ADO's Move
     int AbsolutePosition() const; ///< 0-based current row, -1 at EOF/BOF
 
     /// Narrows the rows to a criteria text ("Reparto like 'A%'"); "" removes the filter.

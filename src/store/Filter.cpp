@@ -51,8 +51,8 @@ std::optional<int> compare(const Variant& a, const Variant& b)
     // One side text: read it as the other side's kind, as the provider converts.
     const Variant& text = a.isString() ? a : b;
     const Variant& other = a.isString() ? b : a;
-    std::optional<double> n = other.isDate() ? vb::regional::parseDateTime(text.rawString())
-                                             : vb::regional::parseNumber(text.rawString());
+    std::optional<double> n =
+        other.isDate() ? vb::regional::parseDateTime(text.rawString()) : vb::regional::parseNumber(text.rawString());
     if (!n)
         return std::nullopt;
     const int c = sign(*n - numberOf(other));
@@ -71,8 +71,8 @@ bool like(const QString& text, const QString& pattern)
             rx += QRegularExpression::escape(QString(c));
     }
     const QRegularExpression re(QRegularExpression::anchoredPattern(rx),
-                                QRegularExpression::CaseInsensitiveOption
-                                    | QRegularExpression::DotMatchesEverythingOption);
+                                QRegularExpression::CaseInsensitiveOption |
+                                    QRegularExpression::DotMatchesEverythingOption);
     return re.match(text).hasMatch();
 }
 
@@ -120,7 +120,7 @@ namespace {
 class Parser
 {
 public:
-    Parser(const QString& text, const QStringList& columns) : s(text), cols(columns) {}
+    Parser(const QString& text, const QStringList& columns) : s(text), cols(columns) { }
 
     std::unique_ptr<Criteria::Node> parse()
     {
@@ -305,8 +305,7 @@ private:
 
 } // namespace
 
-Criteria::Criteria(const QString& text, const QStringList& columns)
-    : m_root(Parser(text, columns).parse())
+Criteria::Criteria(const QString& text, const QStringList& columns) : m_root(Parser(text, columns).parse())
 {
 }
 

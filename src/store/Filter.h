@@ -8,6 +8,7 @@
 #include "runtime/Variant.h"
 
 #include <QStringList>
+
 #include <memory>
 #include <optional>
 #include <span>

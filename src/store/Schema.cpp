@@ -4,6 +4,7 @@
 #include "store/jet/Jet.h"
 
 #include <QHash>
+
 #include <sqlite3.h>
 #include <vector>
 
@@ -52,77 +53,173 @@ std::vector<Table> tables()
     std::vector<Table> all = {
         {"Tbl_Reparto", {{"ID_Reparto", T::Counter}, {"Reparto", T::Text}}},
         {"Tbl_Macchina",
-         {{"ID_MODELLO", T::Counter}, {"Macchina", T::Text}, {"Modello", T::Text}, {"Stato", T::Text},
-          {"ID_REPARTO", T::Long}, {"REPARTO", T::Text}, {"Costruttore", T::Text}, {"Anno", T::Text}}},
+         {{"ID_MODELLO", T::Counter},
+          {"Macchina", T::Text},
+          {"Modello", T::Text},
+          {"Stato", T::Text},
+          {"ID_REPARTO", T::Long},
+          {"REPARTO", T::Text},
+          {"Costruttore", T::Text},
+          {"Anno", T::Text}}},
         {"Tbl_Numerazione", {{"ID_NUM", T::Counter}, {"Numerazione", T::Text}, {"ID_MODELLO", T::Long}}},
         {"Tbl_Maint_Tipo",
-         {{"ID_MAINT_TIPO", T::Counter}, {"Maint_Tipo", T::Text}, {"Frequenza_Sett", T::Double},
+         {{"ID_MAINT_TIPO", T::Counter},
+          {"Maint_Tipo", T::Text},
+          {"Frequenza_Sett", T::Double},
           {"Koeff_Settimanale", T::Double}}},
         {"Tbl_Proc_General_Macc",
-         {{"ID", T::Counter}, {"ID_MODELLO", T::Long}, {"Macchina", T::Text}, {"Modello", T::Text},
+         {{"ID", T::Counter},
+          {"ID_MODELLO", T::Long},
+          {"Macchina", T::Text},
+          {"Modello", T::Text},
           {"Tempo_Minuti", T::Double}}},
         {"Tbl_Proc_General",
-         {{"ID_Procedura", T::Counter}, {"ID_MODELLO", T::Long}, {"Num", T::Integer}, {"Titolo", T::Text},
-          {"Procedura", T::Memo}, {"Minuti", T::Double}}},
+         {{"ID_Procedura", T::Counter},
+          {"ID_MODELLO", T::Long},
+          {"Num", T::Integer},
+          {"Titolo", T::Text},
+          {"Procedura", T::Memo},
+          {"Minuti", T::Double}}},
         {"Tbl_Assegna_M",
-         {{"ID", T::Counter}, {"ID_MODELLO", T::Long}, {"ID_MAINT_TIPO", T::Long}, {"Macchina", T::Text},
-          {"Modello", T::Text}, {"Manutenzione_Tipo", T::Text}, {"Tempo_Minuti", T::Double},
-          {"Tempo_Ore", T::Text}, {"Minuti_Sett", T::Text}, {"Num_Macchine", T::Text},
-          {"Tot_Minuti_Sett", T::Text}, {"Tot_Ore_Sett", T::Text}}},
+         {{"ID", T::Counter},
+          {"ID_MODELLO", T::Long},
+          {"ID_MAINT_TIPO", T::Long},
+          {"Macchina", T::Text},
+          {"Modello", T::Text},
+          {"Manutenzione_Tipo", T::Text},
+          {"Tempo_Minuti", T::Double},
+          {"Tempo_Ore", T::Text},
+          {"Minuti_Sett", T::Text},
+          {"Num_Macchine", T::Text},
+          {"Tot_Minuti_Sett", T::Text},
+          {"Tot_Ore_Sett", T::Text}}},
         {"Tbl_ProcedureM",
-         {{"ID_Procedura", T::Counter}, {"ID_MODELLO", T::Long}, {"ID_MAINT_TIPO", T::Long}, {"Num", T::Integer},
-          {"Titolo", T::Text}, {"Procedura", T::Memo}, {"Minuti", T::Double}}},
+         {{"ID_Procedura", T::Counter},
+          {"ID_MODELLO", T::Long},
+          {"ID_MAINT_TIPO", T::Long},
+          {"Num", T::Integer},
+          {"Titolo", T::Text},
+          {"Procedura", T::Memo},
+          {"Minuti", T::Double}}},
         // The search grid lays SELECT * out by position: machine 2, model 3, number 5,
         // type 7, last 9, next 10 of fourteen.
         {"Tbl_Maintenance",
-         {{"ID", T::Counter}, {"ID_MODELLO", T::Long}, {"Macchina", T::Text}, {"Modello", T::Text},
-          {"ID_NUM", T::Long}, {"Numerazione", T::Text}, {"ID_MAINT_TIPO", T::Long},
-          {"Manutenzione_Tipo", T::Text}, {"Frequenza_Sett", T::Double}, {"Ultima", T::Date},
-          {"Prossima", T::Date}, {"Tempo_Minuti", T::Double}, {"ID_OPERATORE", T::Long}, {"Operatore", T::Text}}},
+         {{"ID", T::Counter},
+          {"ID_MODELLO", T::Long},
+          {"Macchina", T::Text},
+          {"Modello", T::Text},
+          {"ID_NUM", T::Long},
+          {"Numerazione", T::Text},
+          {"ID_MAINT_TIPO", T::Long},
+          {"Manutenzione_Tipo", T::Text},
+          {"Frequenza_Sett", T::Double},
+          {"Ultima", T::Date},
+          {"Prossima", T::Date},
+          {"Tempo_Minuti", T::Double},
+          {"ID_OPERATORE", T::Long},
+          {"Operatore", T::Text}}},
         // Tipo_Nota, Images and Percorso come with the start-up upgrade.
         {"Tbl_Maintenance_Note",
-         {{"ID", T::Counter}, {"ID_MAINTENANCE", T::Long}, {"ID_MODELLO", T::Long}, {"ID_NUM", T::Long},
-          {"ID_OPERATORE", T::Long}, {"Ultima", T::Text}, {"Avvisa", T::Text}, {"NOTE", T::Memo},
+         {{"ID", T::Counter},
+          {"ID_MAINTENANCE", T::Long},
+          {"ID_MODELLO", T::Long},
+          {"ID_NUM", T::Long},
+          {"ID_OPERATORE", T::Long},
+          {"Ultima", T::Text},
+          {"Avvisa", T::Text},
+          {"NOTE", T::Memo},
           {"Tipo_Nota2", T::Text}}},
         {"Tbl_Fermi_Macchina",
-         {{"ID_NUM", T::Long}, {"ID_MAINT_TIPO", T::Long}, {"Ferma_Dal", T::Text}, {"Giorni_Stop", T::Integer},
-          {"TOT_Giorni_Stop", T::Integer, "DEFAULT 0"}, {"Numero_Stop", T::Integer, "DEFAULT 0"}}},
+         {{"ID_NUM", T::Long},
+          {"ID_MAINT_TIPO", T::Long},
+          {"Ferma_Dal", T::Text},
+          {"Giorni_Stop", T::Integer},
+          {"TOT_Giorni_Stop", T::Integer, "DEFAULT 0"},
+          {"Numero_Stop", T::Integer, "DEFAULT 0"}}},
         {"Tbl_Ricambi", {{"ID_RICAMBI", T::Counter}, {"Ricambi", T::Text}, {"Unita_Misura", T::Text}}},
         {"Tbl_Descrizione_Ricambi",
-         {{"ID_DESCRIZIONE_RICAMBI", T::Counter}, {"ID_Ricambi", T::Long}, {"Ricambi", T::Text},
-          {"Descrizione", T::Text}, {"Codice", T::Text}, {"Costo", T::Double}, {"Giacenza", T::Double},
-          {"Scorta", T::Double}, {"NOTE", T::Memo}}},
+         {{"ID_DESCRIZIONE_RICAMBI", T::Counter},
+          {"ID_Ricambi", T::Long},
+          {"Ricambi", T::Text},
+          {"Descrizione", T::Text},
+          {"Codice", T::Text},
+          {"Costo", T::Double},
+          {"Giacenza", T::Double},
+          {"Scorta", T::Double},
+          {"NOTE", T::Memo}}},
         {"Tbl_Images_Desc_Ricambi",
-         {{"ID_IMAGES_DC", T::Counter}, {"ID_DESCRIZIONE_RICAMBI", T::Long}, {"Images", T::Text},
+         {{"ID_IMAGES_DC", T::Counter},
+          {"ID_DESCRIZIONE_RICAMBI", T::Long},
+          {"Images", T::Text},
           {"Percorso", T::Text}}},
         // Images and Percorso come with the start-up upgrade, after ID_CAUSA.
         {"Tbl_Ricerca",
-         {{"ID", T::Counter}, {"Data", T::Date}, {"ID_MODELLO", T::Long}, {"Macchina", T::Text},
-          {"Modello", T::Text}, {"ID_NUM", T::Long}, {"Numerazione", T::Text},
-          {"ID_DESCRIZIONE_RICAMBI", T::Long}, {"Descrizione", T::Text}, {"ID_RICAMBI", T::Long},
-          {"Ricambi", T::Text}, {"Quantita", T::Double}, {"Destinazione", T::Text}, {"ID_CAUSA", T::Long}}},
+         {{"ID", T::Counter},
+          {"Data", T::Date},
+          {"ID_MODELLO", T::Long},
+          {"Macchina", T::Text},
+          {"Modello", T::Text},
+          {"ID_NUM", T::Long},
+          {"Numerazione", T::Text},
+          {"ID_DESCRIZIONE_RICAMBI", T::Long},
+          {"Descrizione", T::Text},
+          {"ID_RICAMBI", T::Long},
+          {"Ricambi", T::Text},
+          {"Quantita", T::Double},
+          {"Destinazione", T::Text},
+          {"ID_CAUSA", T::Long}}},
         {"Tbl_Causa_Intervento", {{"ID_CAUSA", T::Counter}, {"Causa_Interv", T::Text}}},
         {"Tbl_Fornitori",
-         {{"ID_FORNITORE", T::Counter}, {"Fornitore", T::Text}, {"Nome_Soceta", T::Text},
-          {"Part_IVA/Cod_Fisc", T::Text}, {"Citta/Paese", T::Text}, {"CAP", T::Text}, {"Provincia", T::Text},
-          {"Via", T::Text}, {"Tel", T::Text}, {"Fax", T::Text}, {"Email", T::Text}, {"Url", T::Text}}},
+         {{"ID_FORNITORE", T::Counter},
+          {"Fornitore", T::Text},
+          {"Nome_Soceta", T::Text},
+          {"Part_IVA/Cod_Fisc", T::Text},
+          {"Citta/Paese", T::Text},
+          {"CAP", T::Text},
+          {"Provincia", T::Text},
+          {"Via", T::Text},
+          {"Tel", T::Text},
+          {"Fax", T::Text},
+          {"Email", T::Text},
+          {"Url", T::Text}}},
         {"Tbl_Order",
-         {{"ID", T::Counter}, {"ID_RICAMBI", T::Long}, {"Ricambi", T::Text}, {"ID_DESCRIZIONE_RICAMBI", T::Long},
-          {"Descrizione", T::Text}, {"Codice", T::Text}, {"Quantita", T::Double}, {"ID_FORNITORE", T::Long},
+         {{"ID", T::Counter},
+          {"ID_RICAMBI", T::Long},
+          {"Ricambi", T::Text},
+          {"ID_DESCRIZIONE_RICAMBI", T::Long},
+          {"Descrizione", T::Text},
+          {"Codice", T::Text},
+          {"Quantita", T::Double},
+          {"ID_FORNITORE", T::Long},
           {"Fornitore", T::Text}}},
         // The goods-received logic looks for the literal default: the evasion INSERT
         // does not name the column.
         {"Tbl_Historian_Orders",
-         {{"ID_Historian_Orders", T::Counter}, {"DATA", T::Date}, {"ID_RICAMBI", T::Long}, {"Ricambi", T::Text},
-          {"ID_DESCRIZIONE_RICAMBI", T::Long}, {"Descrizione", T::Text}, {"Codice", T::Text},
-          {"Quantita", T::Double}, {"Data_Ricevuto", T::Text, "DEFAULT 'Non Ricevuto'"},
-          {"ID_FORNITORE", T::Long}, {"Fornitore", T::Text}}},
+         {{"ID_Historian_Orders", T::Counter},
+          {"DATA", T::Date},
+          {"ID_RICAMBI", T::Long},
+          {"Ricambi", T::Text},
+          {"ID_DESCRIZIONE_RICAMBI", T::Long},
+          {"Descrizione", T::Text},
+          {"Codice", T::Text},
+          {"Quantita", T::Double},
+          {"Data_Ricevuto", T::Text, "DEFAULT 'Non Ricevuto'"},
+          {"ID_FORNITORE", T::Long},
+          {"Fornitore", T::Text}}},
         {"Tbl_Operatore",
-         {{"ID_OPERATORE", T::Counter}, {"Operatore", T::Text}, {"Qualifica", T::Text}, {"Data_Nascita", T::Date},
-          {"Tipo", T::Text}, {"Inizio_Rapp", T::Date}, {"Fine_Rapp", T::Date}}},
+         {{"ID_OPERATORE", T::Counter},
+          {"Operatore", T::Text},
+          {"Qualifica", T::Text},
+          {"Data_Nascita", T::Date},
+          {"Tipo", T::Text},
+          {"Inizio_Rapp", T::Date},
+          {"Fine_Rapp", T::Date}}},
         {"Tbl_Register", {{"Date_Open", T::Date}, {"Date_Close", T::Date}, {"Tempo", T::Text}}},
         {"Tbl_Materiale",
-         {{"ID_MATERIALE", T::Counter}, {"Materiale", T::Text}, {"Unita_Misura", T::Text}, {"Costo", T::Double},
+         {{"ID_MATERIALE", T::Counter},
+          {"Materiale", T::Text},
+          {"Unita_Misura", T::Text},
+          {"Costo", T::Double},
           {"Note", T::Memo}}},
         {"Tbl_0_Economia", {{"ID", T::Counter}, {"Costo_Economia", T::Double}}},
         {"Tbl_Unita_Misura", {{"ID", T::Counter}, {"Unita_Misura", T::Text}}},
@@ -159,13 +256,13 @@ QString createTable(const Table& t)
 // a view's columns when it is used, so the views work from then on.
 QString noteQuery(const QString& name, const QString& classification)
 {
-    const QString group = QStringLiteral(
-        "N.ID, N.Ultima, %1, M.Macchina, M.Modello, U.Numerazione, N.Images, N.Percorso").arg(classification);
-    return QStringLiteral(
-               "CREATE VIEW \"%1\" AS SELECT %2, COUNT(N.Tipo_Nota) AS ConteggioDiTipo_Nota "
-               "FROM Tbl_Macchina AS M RIGHT JOIN (Tbl_Maintenance_Note AS N LEFT JOIN Tbl_Numerazione AS U "
-               "ON N.ID_NUM = U.ID_NUM) ON M.ID_MODELLO = N.ID_MODELLO "
-               "GROUP BY %2 ORDER BY substr(N.Ultima, -4) DESC, substr(N.Ultima, -7) DESC, N.Ultima DESC")
+    const QString group =
+        QStringLiteral("N.ID, N.Ultima, %1, M.Macchina, M.Modello, U.Numerazione, N.Images, N.Percorso")
+            .arg(classification);
+    return QStringLiteral("CREATE VIEW \"%1\" AS SELECT %2, COUNT(N.Tipo_Nota) AS ConteggioDiTipo_Nota "
+                          "FROM Tbl_Macchina AS M RIGHT JOIN (Tbl_Maintenance_Note AS N LEFT JOIN Tbl_Numerazione AS U "
+                          "ON N.ID_NUM = U.ID_NUM) ON M.ID_MODELLO = N.ID_MODELLO "
+                          "GROUP BY %2 ORDER BY substr(N.Ultima, -4) DESC, substr(N.Ultima, -7) DESC, N.Ultima DESC")
         .arg(name, group);
 }
 
@@ -187,7 +284,8 @@ const QHash<QString, QString>& commands()
         {QStringLiteral("tbl_maintenance_tipo_search"),
          QStringLiteral("SELECT * FROM Tbl_Maintenance WHERE Manutenzione_Tipo LIKE '%' & ? & '%' ORDER BY Macchina")},
         {QStringLiteral("tbl_macchina"),
-         QStringLiteral("SELECT *\r\nFROM Tbl_Macchina\r\nWHERE Macchina LIKE '%' & ? & '%'\r\nORDER BY Macchina, Modello")},
+         QStringLiteral(
+             "SELECT *\r\nFROM Tbl_Macchina\r\nWHERE Macchina LIKE '%' & ? & '%'\r\nORDER BY Macchina, Modello")},
         {QStringLiteral("tbl_macchina_search_modello"),
          QStringLiteral("SELECT * FROM Tbl_Macchina WHERE Modello LIKE '%' & ? & '%' ORDER BY Modello,Macchina")},
         {QStringLiteral("tbl_macchina_search_stato"),
@@ -219,8 +317,8 @@ ColumnType columnTypeOfDecl(const QString& declType)
         return ColumnType::Currency;
     if (d.contains(QLatin1String("BIT")) || d.contains(QLatin1String("BOOL")) || d.contains(QLatin1String("YESNO")))
         return ColumnType::Boolean;
-    if (d.contains(QLatin1String("DOUB")) || d.contains(QLatin1String("REAL")) || d.contains(QLatin1String("FLOA"))
-        || d.contains(QLatin1String("NUM")) || d.contains(QLatin1String("DEC")) || d.contains(QLatin1String("SINGLE")))
+    if (d.contains(QLatin1String("DOUB")) || d.contains(QLatin1String("REAL")) || d.contains(QLatin1String("FLOA")) ||
+        d.contains(QLatin1String("NUM")) || d.contains(QLatin1String("DEC")) || d.contains(QLatin1String("SINGLE")))
         return ColumnType::Double;
     return ColumnType::Unknown;
 }
@@ -252,7 +350,7 @@ void createSchema(sqlite3* db)
     sql += plannedTable() + QStringLiteral(";\n");
 
     // Seed of the frequency kinds: the interval in weeks and its weekly coefficient.
-    const std::pair<const char*, int> kinds[] = {{"Settimanale", 1}, {"Mensile", 4},     {"Bimestrale", 8},
+    const std::pair<const char*, int> kinds[] = {{"Settimanale", 1},  {"Mensile", 4},     {"Bimestrale", 8},
                                                  {"Trimestrale", 13}, {"Semestrale", 26}, {"Annuale", 52},
                                                  {"Biennale", 104}};
     for (const auto& [name, weeks] : kinds)

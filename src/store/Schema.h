@@ -13,15 +13,15 @@ namespace store {
 
 /// A column's type as Jet declared it; the store keeps the declared name in SQLite.
 enum class ColumnType {
-    Unknown,  ///< an expression or a column of no declared type
-    Counter,  ///< autonumber key (Long)
+    Unknown, ///< an expression or a column of no declared type
+    Counter, ///< autonumber key (Long)
     Long,
-    Integer,  ///< VB's 16-bit Integer
+    Integer, ///< VB's 16-bit Integer
     Double,
     Currency,
     Boolean,
-    Date,     ///< Jet day number, the time as the fraction
-    Text,     ///< Text(n)
+    Date, ///< Jet day number, the time as the fraction
+    Text, ///< Text(n)
     Memo,
 };
 

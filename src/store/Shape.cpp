@@ -9,7 +9,7 @@ namespace {
 class Parser
 {
 public:
-    explicit Parser(const QString& text) : s(text) {}
+    explicit Parser(const QString& text) : s(text) { }
 
     std::shared_ptr<Command> command()
     {
@@ -172,8 +172,8 @@ private:
 bool isShape(const QString& text)
 {
     const QString t = text.trimmed();
-    return t.startsWith(QLatin1String("SHAPE"), Qt::CaseInsensitive)
-        && (t.size() == 5 || t[5].isSpace() || t[5] == u'{');
+    return t.startsWith(QLatin1String("SHAPE"), Qt::CaseInsensitive) &&
+           (t.size() == 5 || t[5].isSpace() || t[5] == u'{');
 }
 
 std::shared_ptr<Command> parse(const QString& text)

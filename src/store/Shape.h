@@ -5,6 +5,7 @@
 /// statement on its own and relates the rows in memory, by the relation as written.
 
 #include <QString>
+
 #include <memory>
 #include <utility>
 #include <vector>

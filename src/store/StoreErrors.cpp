@@ -1,6 +1,7 @@
 #include "store/StoreErrors.h"
 
 #include <QRegularExpression>
+
 #include <sqlite3.h>
 
 namespace store::errors {
@@ -47,7 +48,8 @@ VBError fromSqlite(sqlite3* db)
     if (message.contains(QLatin1String("syntax error")) || message.startsWith(QLatin1String("near ")))
         return VBError(vb::err::SyntaxError, QStringLiteral("Errore di sintassi nell'istruzione SQL."));
     if (message.contains(QLatin1String("datatype mismatch")))
-        return VBError(TypeMismatchInCriteria, QStringLiteral("Tipo di dati non corrispondente nell'espressione criterio."));
+        return VBError(TypeMismatchInCriteria,
+                       QStringLiteral("Tipo di dati non corrispondente nell'espressione criterio."));
     if (message.startsWith(QLatin1String("database is locked")) || message.contains(QLatin1String("busy")))
         return VBError(Unspecified, QStringLiteral("Impossibile aggiornare. Database o oggetto di sola lettura o "
                                                    "bloccato da un altro utente."));
@@ -64,8 +66,9 @@ VBError forStatement(const VBError& e, jet::StatementKind kind)
     if (kind == jet::StatementKind::DropTable && e.number() == NotFound) {
         const qsizetype start = e.description().indexOf(u'\'');
         const qsizetype end = e.description().indexOf(u'\'', start + 1);
-        return VBError(NotFound, QStringLiteral("La tabella '%1' non esiste.")
-                                     .arg(e.description().mid(start + 1, end - start - 1)));
+        return VBError(
+            NotFound,
+            QStringLiteral("La tabella '%1' non esiste.").arg(e.description().mid(start + 1, end - start - 1)));
     }
     return e;
 }

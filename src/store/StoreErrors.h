@@ -10,10 +10,10 @@ struct sqlite3;
 
 namespace store::errors {
 
-constexpr int NotFound = -2147217865;          ///< table or query not found (0x80040E37)
-constexpr int TooFewParameters = -2147217904;  ///< an unknown name taken as a parameter (0x80040E10)
+constexpr int NotFound = -2147217865;               ///< table or query not found (0x80040E37)
+constexpr int TooFewParameters = -2147217904;       ///< an unknown name taken as a parameter (0x80040E10)
 constexpr int TypeMismatchInCriteria = -2147217913; ///< 0x80040E07
-constexpr int Unspecified = -2147467259;       ///< 0x80004005
+constexpr int Unspecified = -2147467259;            ///< 0x80004005
 
 /// The error of the connection's last failed call.
 vb::VBError fromSqlite(sqlite3* db);

@@ -21,7 +21,7 @@ protected:
         ScreenTest::SetUp();
         // Models 1 PRESSA AX100, 2 PRESSA P9, 3 TORNIO T200; a model without a kind.
         for (const auto& [kind, model] :
-            { std::pair { "PRESSA", "AX100" }, { "PRESSA", "P9" }, { "TORNIO", "T200" }, { "", "X" } })
+             {std::pair{"PRESSA", "AX100"}, {"PRESSA", "P9"}, {"TORNIO", "T200"}, {"", "X"}})
             plant.model(kind, model);
         // AX100 has three steps, T200 one; P9 is named but has none.
         plant.generalModel(1, "PRESSA", "AX100");
@@ -32,7 +32,7 @@ protected:
         plant.generalStep(1, 3, "Cinghie", "Tensione cinghie", 10);
         plant.generalStep(3, 1, "Controllo dell'asse", "Verifica dell'asse", 15);
         // The register hands no model over.
-        standIn("Form7", { "T:ID_MOD", "T:ID_MAINT", "C:DataCombo4" });
+        standIn("Form7", {"T:ID_MOD", "T:ID_MAINT", "C:DataCombo4"});
     }
 
     Form9* form9() { return screen<Form9>("Form9"); }
@@ -47,23 +47,23 @@ TEST_F(Form9Test, ListsModelsAndStepsAndSelectsThem)
 {
     Form9* f = form9();
     EXPECT_EQ(f->Caption(), "PROCEDURE MANUTENZIONI");
-    EXPECT_EQ(captions(f->DataGrid2), (QStringList { "ID", "Macchina", "Modello", "ID_MODELLO" }));
+    EXPECT_EQ(captions(f->DataGrid2), (QStringList{"ID", "Macchina", "Modello", "ID_MODELLO"}));
     EXPECT_EQ(f->DataGrid2->cellText(2, "Modello"), "T200") << "by kind, then model";
     EXPECT_EQ(f->Label2->Caption(), "N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: ]");
     EXPECT_EQ(f->DataGrid1->RecordCount(), 4) << "every step of every model";
-    EXPECT_EQ(f->DataCombo2->items(), (QStringList { "PRESSA", "TORNIO" })) << "kinds once each, none empty";
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList{"PRESSA", "TORNIO"})) << "kinds once each, none empty";
     EXPECT_FALSE(f->Cmd_Copy->isEnabled() || f->Cmd_Paste->isEnabled());
 
     selectModel(f, "AX100");
-    EXPECT_EQ(texts({ f->Txt_ID, f->ID_MOD, f->ID_MOD_OLD, f->DataCombo2, f->DataCombo3 }),
-        QStringList({ "1", "1", "1", "PRESSA", "AX100" }));
-    EXPECT_EQ(f->DataCombo3->items(), (QStringList { "AX100", "P9" })) << "the models of the kind";
-    EXPECT_EQ(texts({ f->Label1, f->Txt_Posizione }), QStringList({ "N° Procedure 3", "0" }));
+    EXPECT_EQ(texts({f->Txt_ID, f->ID_MOD, f->ID_MOD_OLD, f->DataCombo2, f->DataCombo3}),
+              QStringList({"1", "1", "1", "PRESSA", "AX100"}));
+    EXPECT_EQ(f->DataCombo3->items(), (QStringList{"AX100", "P9"})) << "the models of the kind";
+    EXPECT_EQ(texts({f->Label1, f->Txt_Posizione}), QStringList({"N° Procedure 3", "0"}));
 
     selectModel(f, "T200");
     EXPECT_EQ(f->ID_MOD->Text(), "3");
     selectStep(f, "Controllo dell'asse");
-    EXPECT_EQ(texts({ f->Txt_Num_Procedura, f->Txt_Procedura }), QStringList({ "1", "Verifica dell'asse" }));
+    EXPECT_EQ(texts({f->Txt_Num_Procedura, f->Txt_Procedura}), QStringList({"1", "Verifica dell'asse"}));
     EXPECT_FALSE(f->Txt_ID_PROCEDURA->Text().isEmpty());
     EXPECT_TRUE(f->Cmd_Copy->isEnabled());
     EXPECT_TRUE(boxes().empty());
@@ -103,10 +103,10 @@ TEST_F(Form9Test, PasteGoesOnFromTheLastCountWithoutMinutes)
     ASSERT_TRUE(f->Cmd_Paste->isEnabled());
     f->Cmd_Paste->click();
     EXPECT_EQ(lines("SELECT Num, Titolo, Procedura, Minuti FROM Tbl_Proc_General WHERE ID_MODELLO = 1 ORDER BY Num"),
-        (QStringList { "1|Olio|Cambio olio|30", "2|Filtri|Pulizia filtri|20", "3|Cinghie|Tensione cinghie|10",
-            "4|Controllo dell'asse|Verifica dell'asse|" }));
+              (QStringList{"1|Olio|Cambio olio|30", "2|Filtri|Pulizia filtri|20", "3|Cinghie|Tensione cinghie|10",
+                           "4|Controllo dell'asse|Verifica dell'asse|"}));
     EXPECT_EQ(f->DataGrid1->RecordCount(), 4);
-    EXPECT_EQ(texts({ f->Txt_Copy_Titolo, f->Txt_Copy_Procedura }), QStringList({ "", "" }));
+    EXPECT_EQ(texts({f->Txt_Copy_Titolo, f->Txt_Copy_Procedura}), QStringList({"", ""}));
     EXPECT_FALSE(f->Cmd_Paste->isEnabled());
 
     // Selecting another step lets go of a copy.
@@ -146,7 +146,7 @@ TEST_F(Form9Test, ModelInsertAndTheChangeOfKeyCarriedEverywhere)
     f->DataCombo3->choose("T200");
     f->Cmd_Edit->click();
     EXPECT_EQ(lines("SELECT ID_MODELLO, Macchina, Modello FROM Tbl_Proc_General_Macc WHERE ID > 3"),
-        QStringList { "3|TORNIO|T200" });
+              QStringList{"3|TORNIO|T200"});
     f = reopened();
     EXPECT_EQ(f->DataGrid2->RecordCount(), 4);
     EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
@@ -159,21 +159,20 @@ TEST_F(Form9Test, ModelInsertAndTheChangeOfKeyCarriedEverywhere)
     selectModel(f, "T200");
     f->DataCombo2->choose("PRESSA");
     f->DataCombo3->choose("P9");
-    answer({ vb::answer::No });
+    answer({vb::answer::No});
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "Modifica Dati", "Stai per eseguire una Modifica, Vuoi Procedere??",
-        vb::mb::YesNo + vb::mb::Question);
-    EXPECT_EQ(lines("SELECT Modello FROM Tbl_Proc_General_Macc WHERE ID = 2"), QStringList { "T200" });
+               vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(lines("SELECT Modello FROM Tbl_Proc_General_Macc WHERE ID = 2"), QStringList{"T200"});
 
-    answer({ vb::answer::Yes });
+    answer({vb::answer::Yes});
     f->Cmd_Edit->click();
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(lines("SELECT ID_MODELLO, Macchina, Modello FROM Tbl_Proc_General_Macc ORDER BY ID"),
-        (QStringList { "1|PRESSA|AX100", "2|PRESSA|P9", "2|PRESSA|P9" }));
-    EXPECT_EQ(
-        lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Titolo = 'Controllo dell''asse'"), QStringList { "2" });
-    EXPECT_EQ(lines("SELECT ID_MODELLO, Macchina, Modello FROM Tbl_Assegna_M"), QStringList { "2|PRESSA|P9" });
-    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_ProcedureM"), QStringList { "2" });
+              (QStringList{"1|PRESSA|AX100", "2|PRESSA|P9", "2|PRESSA|P9"}));
+    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Titolo = 'Controllo dell''asse'"), QStringList{"2"});
+    EXPECT_EQ(lines("SELECT ID_MODELLO, Macchina, Modello FROM Tbl_Assegna_M"), QStringList{"2|PRESSA|P9"});
+    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_ProcedureM"), QStringList{"2"});
     f = reopened();
     EXPECT_EQ(f->Txt_Posizione->Text(), "2") << "back on the row kept";
     EXPECT_EQ(f->ID_MOD->Text(), "2");
@@ -191,16 +190,16 @@ TEST_F(Form9Test, AnApostropheInTheModelsNameStopsTheCascadeWithItsError)
     // the kind's first model's.
     EXPECT_EQ(f->ID_MOD->Text(), "1");
     f->ID_MOD->setText("2");
-    answer({ vb::answer::Yes });
+    answer({vb::answer::Yes});
     f->Cmd_Edit->click();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_EQ(shown[1].buttons, vb::mb::OKOnly);
     EXPECT_TRUE(shown[1].prompt.startsWith("-2147217900 ")) << shown[1].prompt.toStdString();
     // The heading and the steps moved; the assignments' statement failed and ended the save.
-    EXPECT_EQ(lines("SELECT ID_MODELLO, Modello FROM Tbl_Proc_General_Macc WHERE ID = 2"), QStringList { "2|P'9" });
-    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Minuti = 15"), QStringList { "2" });
-    EXPECT_EQ(lines("SELECT ID_MODELLO, Modello FROM Tbl_Assegna_M"), QStringList { "3|T200" });
+    EXPECT_EQ(lines("SELECT ID_MODELLO, Modello FROM Tbl_Proc_General_Macc WHERE ID = 2"), QStringList{"2|P'9"});
+    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General WHERE Minuti = 15"), QStringList{"2"});
+    EXPECT_EQ(lines("SELECT ID_MODELLO, Modello FROM Tbl_Assegna_M"), QStringList{"3|T200"});
     EXPECT_EQ(form9(), f) << "not reopened";
 }
 
@@ -214,7 +213,7 @@ TEST_F(Form9Test, StepInsertAndEditFollowedByTheAssignedSteps)
 
     selectModel(f, "AX100");
     f->Cmd_Add2->click();
-    EXPECT_EQ(texts({ f->Txt_Num_Procedura, f->Cmd_Edit2 }), QStringList({ "4", "SALVA" }));
+    EXPECT_EQ(texts({f->Txt_Num_Procedura, f->Cmd_Edit2}), QStringList({"4", "SALVA"}));
     EXPECT_FALSE(f->Cmd_Add2->isEnabled());
     f->Txt_Titolo->setText("Livello dell'olio");
     f->Cmd_Edit2->click();
@@ -223,11 +222,11 @@ TEST_F(Form9Test, StepInsertAndEditFollowedByTheAssignedSteps)
     f->Txt_Num_Procedura->setText("4a");
     f->Cmd_Edit2->click();
     EXPECT_BOX(oneBox(), "DATO NON VALIDO", "Il N° della Procedura deve essere un numero!", vb::mb::Exclamation);
-    EXPECT_EQ(lines("SELECT Num FROM Tbl_Proc_General WHERE ID_MODELLO = 1"), (QStringList { "1", "2", "3" }));
+    EXPECT_EQ(lines("SELECT Num FROM Tbl_Proc_General WHERE ID_MODELLO = 1"), (QStringList{"1", "2", "3"}));
     f->Txt_Num_Procedura->setText("4");
     f->Cmd_Edit2->click();
     EXPECT_EQ(lines("SELECT Num, Titolo, Procedura, Minuti FROM Tbl_Proc_General WHERE ID_MODELLO = 1 AND Num = 4"),
-        QStringList { "4|Livello dell'olio|Rabbocco all'occorrenza|" });
+              QStringList{"4|Livello dell'olio|Rabbocco all'occorrenza|"});
     f = reopened();
     EXPECT_EQ(f->Cmd_Edit2->Caption(), "MODIFICA");
     EXPECT_EQ(f->ID_MOD->Text(), "1") << "back on the model kept";
@@ -241,13 +240,13 @@ TEST_F(Form9Test, StepInsertAndEditFollowedByTheAssignedSteps)
     selectStep(f, "Olio");
     f->Txt_Titolo->setText("Olio dell'impianto");
     f->Txt_Procedura->setText("Cambio dell'olio");
-    answer({ vb::answer::Yes });
+    answer({vb::answer::Yes});
     f->Cmd_Edit2->click();
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(lines("SELECT ID_MODELLO, Titolo, Procedura FROM Tbl_ProcedureM ORDER BY ID_MODELLO"),
-        (QStringList { "1|Olio dell'impianto|Cambio dell'olio", "3|Olio|y" }));
+              (QStringList{"1|Olio dell'impianto|Cambio dell'olio", "3|Olio|y"}));
     EXPECT_EQ(lines("SELECT Titolo FROM Tbl_Proc_General WHERE ID_MODELLO = 1 AND Num = 1"),
-        QStringList { "Olio dell'impianto" });
+              QStringList{"Olio dell'impianto"});
 }
 
 TEST_F(Form9Test, DeletesAskFirstAndNeedASelection)
@@ -257,31 +256,31 @@ TEST_F(Form9Test, DeletesAskFirstAndNeedASelection)
     f->Cmd_Delete2->click();
     auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_BOX(
-        shown[0], "NESSUNA MANUTENZIONE SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
+    EXPECT_BOX(shown[0], "NESSUNA MANUTENZIONE SELEZIONATA", "Non è stato selezionato nessun dato!",
+               vb::mb::Exclamation);
     EXPECT_BOX(shown[1], "NESSUNA PROCEDURA SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
 
     selectModel(f, "AX100");
     selectStep(f, "Filtri");
-    answer({ vb::answer::No, vb::answer::Yes });
+    answer({vb::answer::No, vb::answer::Yes});
     f->Cmd_Delete2->click();
     f->Cmd_Delete2->click();
     shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_BOX(shown[0], "Eliminazione Procedura", "Vuoi Veramente eliminare la Procedura selezionata?",
-        vb::mb::YesNo + vb::mb::Question);
+               vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(lines("SELECT Titolo FROM Tbl_Proc_General WHERE ID_MODELLO = 1 ORDER BY Num"),
-        (QStringList { "Olio", "Cinghie" }));
+              (QStringList{"Olio", "Cinghie"}));
 
     f = reopened();
     selectModel(f, "AX100");
-    answer({ vb::answer::Yes });
+    answer({vb::answer::Yes});
     f->Cmd_Delete->click();
     EXPECT_BOX(oneBox(), "Eliminazione Manutenzione e Procedure",
-        "Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?",
-        vb::mb::YesNo + vb::mb::Question);
-    EXPECT_EQ(lines("SELECT Modello FROM Tbl_Proc_General_Macc ORDER BY ID"), (QStringList { "T200", "P9" }));
-    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General"), QStringList { "3" });
+               "Vuoi Veramente eliminare la Manutenzione selezionata con tutte le sue procedure?",
+               vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(lines("SELECT Modello FROM Tbl_Proc_General_Macc ORDER BY ID"), (QStringList{"T200", "P9"}));
+    EXPECT_EQ(lines("SELECT ID_MODELLO FROM Tbl_Proc_General"), QStringList{"3"});
     EXPECT_EQ(reopened()->DataGrid2->RecordCount(), 2);
 }
 
@@ -295,7 +294,7 @@ TEST_F(Form9Test, SearchesNarrowBothListsAndClearEachOther)
     // The first key in the other field empties the kind's search, whose change empties the
     // model's search in turn: that key is lost and both lists come back whole.
     f->Txt_Search_Modello->typeText("9");
-    EXPECT_EQ(texts({ f->Txt_Search_Macc, f->Txt_Search_Modello }), QStringList({ "", "" }));
+    EXPECT_EQ(texts({f->Txt_Search_Macc, f->Txt_Search_Modello}), QStringList({"", ""}));
     EXPECT_EQ(f->DataGrid2->RecordCount(), 3);
     f->Txt_Search_Modello->typeText("9");
     EXPECT_EQ(f->DataGrid2->RecordCount(), 1) << "a model name containing the text";
@@ -347,15 +346,15 @@ TEST_F(Form9Test, AStepWhoseOldTitleHasAnApostropheLeavesTheAssignedStepsBehind)
     selectModel(f, "T200");
     selectStep(f, "Controllo dell'asse");
     f->Txt_Titolo->setText("Asse");
-    answer({ vb::answer::Yes });
+    answer({vb::answer::Yes});
     f->Cmd_Edit2->click();
     // The new title and text go in with their quotes doubled, the old title as it is: the
     // statement breaks, its error is shown, and the save ends there.
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_TRUE(shown[1].prompt.startsWith("-2147217900 ")) << shown[1].prompt.toStdString();
-    EXPECT_EQ(lines("SELECT Titolo FROM Tbl_Proc_General WHERE ID_MODELLO = 3"), QStringList { "Asse" });
-    EXPECT_EQ(lines("SELECT Titolo FROM Tbl_ProcedureM"), QStringList { "Controllo dell'asse" });
+    EXPECT_EQ(lines("SELECT Titolo FROM Tbl_Proc_General WHERE ID_MODELLO = 3"), QStringList{"Asse"});
+    EXPECT_EQ(lines("SELECT Titolo FROM Tbl_ProcedureM"), QStringList{"Controllo dell'asse"});
     EXPECT_EQ(form9(), f) << "not reopened";
 }
 

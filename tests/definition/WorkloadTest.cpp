@@ -18,15 +18,15 @@ protected:
     {
         ScreenTest::SetUp();
         // Models: 1 PRESSA AX100 with two units, 2 FRESA F10 with none, 3 TORNIO T200 with one.
-        plant.units(plant.model("PRESSA", "AX100"), { "1", "2" });
+        plant.units(plant.model("PRESSA", "AX100"), {"1", "2"});
         plant.model("FRESA", "F10");
         plant.unit(plant.model("TORNIO", "T200"), "1");
         // Types of the new store: 1 Settimanale (coefficient 1), 2 Mensile (0.25).
         for (const auto& [m, t, minutes] :
-            { std::tuple { 1, 1, 400 }, { 1, 1, 200 }, { 1, 2, 30 }, { 1, 2, 60 }, { 2, 1, 90 }, { 3, 1, 2160 } })
+             {std::tuple{1, 1, 400}, {1, 1, 200}, {1, 2, 30}, {1, 2, 60}, {2, 1, 90}, {3, 1, 2160}})
             plant.step(m, t, 1, "Passo", minutes);
-        for (auto [m, t] : { std::pair { 1, 1 }, { 1, 2 }, { 2, 1 }, { 3, 1 }, { 3, 2 } })
-            plant.assignment(m, t, { { "Tempo_Ore", "prima" }, { "Tot_Ore_Sett", "prima" } });
+        for (auto [m, t] : {std::pair{1, 1}, {1, 2}, {2, 1}, {3, 1}, {3, 2}})
+            plant.assignment(m, t, {{"Tempo_Ore", "prima"}, {"Tot_Ore_Sett", "prima"}});
     }
 
     /// Tempo_Minuti, Tempo_Ore, Minuti_Sett, Num_Macchine, Tot_Minuti_Sett, Tot_Ore_Sett of one assignment.
@@ -44,11 +44,11 @@ protected:
         return shell::screens().control(screen, control)->vbProperty(QStringLiteral("Caption")).toString();
     }
 
-    static std::vector<Variant> figures(
-        double S, const char* ore, const char* sett, const Variant& n, const char* tot, const char* totOre)
+    static std::vector<Variant> figures(double S, const char* ore, const char* sett, const Variant& n, const char* tot,
+                                        const char* totOre)
     {
-        return { Variant(S), Variant(QString::fromUtf8(ore)), Variant(QString::fromUtf8(sett)), n,
-            Variant(QString::fromUtf8(tot)), Variant(QString::fromUtf8(totOre)) };
+        return {Variant(S), Variant(QString::fromUtf8(ore)), Variant(QString::fromUtf8(sett)),
+                n,          Variant(QString::fromUtf8(tot)), Variant(QString::fromUtf8(totOre))};
     }
 };
 
@@ -68,8 +68,8 @@ TEST_F(WorkloadTest, FiguresOfAnAssignmentAreStoredAsTexts)
 TEST_F(WorkloadTest, HoursRunBeyondADay)
 {
     definition::Recompute_Workload(3, 1);
-    EXPECT_EQ(
-        stored(3, 1), figures(2160, "36:00:00", "2.160,00", Variant(QStringLiteral("1")), "2.160,00", "36:00:00"));
+    EXPECT_EQ(stored(3, 1),
+              figures(2160, "36:00:00", "2.160,00", Variant(QStringLiteral("1")), "2.160,00", "36:00:00"));
 }
 
 // A model without units: N stays empty (stored as ''), the week's products are 0.
@@ -121,15 +121,15 @@ TEST_F(WorkloadTest, TimeAndPersonsOfAWeek)
         const char* persons;
     };
     const Case cases[] = {
-        { Variant::null(), "00:00:00", "" },
-        { Variant(0.0), "00:00:00", "" },
-        { Variant(-5.0), "00:00:00", "" },
-        { Variant(1200.0), "20:00:00", "1" },
-        { Variant(2400.0), "00:00:00", "1" },
-        { Variant(1439.5), "23:59:30", "1" },
-        { Variant(3000.0), "00:00:00", "1,3" },
-        { Variant(7320.0), "00:00:00", "3,1" },
-        { Variant(QStringLiteral("1.200,00")), "20:00:00", "1" },
+        {Variant::null(), "00:00:00", ""},
+        {Variant(0.0), "00:00:00", ""},
+        {Variant(-5.0), "00:00:00", ""},
+        {Variant(1200.0), "20:00:00", "1"},
+        {Variant(2400.0), "00:00:00", "1"},
+        {Variant(1439.5), "23:59:30", "1"},
+        {Variant(3000.0), "00:00:00", "1,3"},
+        {Variant(7320.0), "00:00:00", "3,1"},
+        {Variant(QStringLiteral("1.200,00")), "20:00:00", "1"},
     };
     for (const Case& c : cases) {
         const WorkloadTotal total = definition::workloadTotal(c.T);
@@ -142,18 +142,18 @@ TEST_F(WorkloadTest, TheLinesOfFrmMainAndForm9)
 {
     // Nothing assigned yet: the sum is Null.
     exec(QStringLiteral("DELETE * FROM Tbl_Assegna_M"));
-    standIn("frmMain", { "L:Label1" });
+    standIn("frmMain", {"L:Label1"});
     shell::screens().form(QStringLiteral("frmMain"));
     definition::Show_Workload_Total();
     EXPECT_EQ(caption(QStringLiteral("frmMain"), QStringLiteral("Label1")),
-        QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 00:00:00 "
-                       "-Persone Necessarie: ]"));
+              QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 00:00:00 "
+                             "-Persone Necessarie: ]"));
     // Form9 is not brought into being by the total.
     EXPECT_FALSE(shell::screens().isLoaded(QStringLiteral("Form9")));
 
     // 1.200,00 + 1.800,00 as texts: 3000 minutes, 50 hours.
-    plant.assignment(1, 1, { { "Tot_Minuti_Sett", "1.200,00" } });
-    plant.assignment(1, 2, { { "Tot_Minuti_Sett", "1.800,00" } });
+    plant.assignment(1, 1, {{"Tot_Minuti_Sett", "1.200,00"}});
+    plant.assignment(1, 2, {{"Tot_Minuti_Sett", "1.800,00"}});
     standIn(QStringLiteral("Form9"), [](QWidget* owner) -> vb::Form* {
         auto* f = new vb::Form(owner, QStringLiteral("Form9"));
         new vb::Label(f, QStringLiteral("Label2"));
@@ -165,16 +165,16 @@ TEST_F(WorkloadTest, TheLinesOfFrmMainAndForm9)
     shell::screens().form(QStringLiteral("Form9"));
     definition::Show_Workload_Total();
     EXPECT_EQ(caption(QStringLiteral("frmMain"), QStringLiteral("Label1")),
-        QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 00:00:00 "
-                       "-Persone Necessarie: 1,3]"));
+              QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 00:00:00 "
+                             "-Persone Necessarie: 1,3]"));
     EXPECT_EQ(caption(QStringLiteral("Form9"), QStringLiteral("Label2")),
-        QStringLiteral("N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: 1,3]"));
+              QStringLiteral("N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: 1,3]"));
 
     // 1200 minutes: 20 hours, one person.
     exec(QStringLiteral("DELETE * FROM Tbl_Assegna_M WHERE ID_MAINT_TIPO = 2"));
     definition::Show_Workload_Total();
     EXPECT_EQ(caption(QStringLiteral("Form9"), QStringLiteral("Label2")),
-        QStringLiteral("N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 20:00:00 -Persone Necessarie: 1]"));
+              QStringLiteral("N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 20:00:00 -Persone Necessarie: 1]"));
 }
 
 // Form13's load: every assignment's Tempo_Ore from its Tempo_Minuti; a row without minutes

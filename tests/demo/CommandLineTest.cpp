@@ -1,12 +1,13 @@
 // The program's own command line: --demo on a folder with data refuses, --demo with
 // --screenshot makes the demo plant and writes a PNG of every screen that exists.
-#include "support/TestPaths.h"
 #include "shell/ScreenRegistry.h"
+#include "support/TestPaths.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -38,7 +39,8 @@ QString rowCounts(const QString& path)
         for (const char* table : {"Tbl_Macchina", "Tbl_Maintenance", "Tbl_Ricerca", "Tbl_Planned"}) {
             sqlite3_stmt* st = nullptr;
             const QByteArray sql = QByteArray("SELECT count(*) FROM ") + table;
-            if (sqlite3_prepare_v2(db, sql.constData(), -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW)
+            if (sqlite3_prepare_v2(db, sql.constData(), -1, &st, nullptr) == SQLITE_OK &&
+                sqlite3_step(st) == SQLITE_ROW)
                 out += QString::number(sqlite3_column_int(st, 0)) + QLatin1Char(' ');
             sqlite3_finalize(st);
         }
@@ -51,7 +53,7 @@ TEST(DemoCommandLine, ScreenshotsOfEveryScreenOnTheDemoPlantThenNoSecondDemo)
 {
     QTemporaryDir home, pictures;
     const Outcome made = velmora({QStringLiteral("--demo"), QStringLiteral("--screenshot"), pictures.path(),
-                              QStringLiteral("--home"), home.path()});
+                                  QStringLiteral("--home"), home.path()});
     EXPECT_EQ(made.exitCode, 0) << qPrintable(made.err);
     EXPECT_TRUE(made.err.contains(QStringLiteral("Impianto dimostrativo:"))) << qPrintable(made.err);
 

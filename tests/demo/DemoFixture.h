@@ -12,6 +12,7 @@
 #include "store/DataStore.h"
 
 #include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 

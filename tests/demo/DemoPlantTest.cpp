@@ -1,13 +1,13 @@
 // The demo plant: a sound store, the same for the same seed, with its dates spread
 // around the demo day, and a program that starts on it as a user would see it.
 #include "DemoFixture.h"
-
 #include "demo/LargeStore.h"
 #include "runtime/VBFunctions.h"
 #include "shell/Program.h"
 #include "shell/frmMain.h"
 
 #include <QRegularExpression>
+
 #include <limits>
 
 namespace {
@@ -30,17 +30,21 @@ TEST_F(DemoFixture, DemoPlantIsSoundAndComplete)
         {"SELECT count(*) FROM Tbl_Macchina WHERE Costruttore = '' OR Stato = '' OR REPARTO = ''", 0, 0},
         {"SELECT count(DISTINCT Stato) FROM Tbl_Macchina", 2, many},
         {"SELECT count(*) FROM (SELECT ID_MODELLO, count(*) AS n FROM Tbl_Numerazione GROUP BY ID_MODELLO "
-         "HAVING n < 2 OR n > 8)", 0, 0},
+         "HAVING n < 2 OR n > 8)",
+         0, 0},
         // Every model has units below ten and above: "10" sorts before "2" as text, after it by Val.
         {"SELECT count(*) FROM Tbl_Macchina M WHERE NOT EXISTS (SELECT 1 FROM Tbl_Numerazione U "
          "WHERE U.ID_MODELLO = M.ID_MODELLO AND length(U.Numerazione) = 1) OR NOT EXISTS (SELECT 1 "
-         "FROM Tbl_Numerazione U WHERE U.ID_MODELLO = M.ID_MODELLO AND length(U.Numerazione) > 1)", 0, 0},
+         "FROM Tbl_Numerazione U WHERE U.ID_MODELLO = M.ID_MODELLO AND length(U.Numerazione) > 1)",
+         0, 0},
         // General procedures of 3 to 10 steps with their texts; 1 to 3 assignments a model.
         {"SELECT count(*) FROM (SELECT ID_MODELLO, count(*) AS n FROM Tbl_Proc_General GROUP BY ID_MODELLO "
-         "HAVING n < 3 OR n > 10)", 0, 0},
+         "HAVING n < 3 OR n > 10)",
+         0, 0},
         {"SELECT count(*) FROM Tbl_Proc_General WHERE length(Procedura) < 20 OR Minuti <= 0", 0, 0},
         {"SELECT count(*) FROM (SELECT ID_MODELLO, count(*) AS n FROM Tbl_Assegna_M GROUP BY ID_MODELLO "
-         "HAVING n < 1 OR n > 3)", 0, 0},
+         "HAVING n < 1 OR n > 3)",
+         0, 0},
         // Spare parts below, at and just above the minimum.
         {"SELECT count(*) FROM Tbl_Descrizione_Ricambi WHERE Giacenza < Scorta", 1, many},
         {"SELECT count(*) FROM Tbl_Descrizione_Ricambi WHERE Giacenza = Scorta", 1, many},
@@ -48,13 +52,15 @@ TEST_F(DemoFixture, DemoPlantIsSoundAndComplete)
         {"SELECT count(*) FROM Tbl_Descrizione_Ricambi WHERE Giacenza > Scorta + 1", 10, many},
         {"SELECT count(*) FROM Tbl_Descrizione_Ricambi WHERE Giacenza < 0", 0, 0},
         {"SELECT count(*) FROM Tbl_Ricerca R WHERE NOT EXISTS (SELECT 1 FROM Tbl_Causa_Intervento C "
-         "WHERE C.ID_CAUSA = R.ID_CAUSA) OR Destinazione = ''", 0, 0},
+         "WHERE C.ID_CAUSA = R.ID_CAUSA) OR Destinazione = ''",
+         0, 0},
         // Orders: an open one, evaded lines still waiting and received ones; the latest
         // order has begun to arrive: its date shows lines received and lines waiting.
         {"SELECT count(*) FROM Tbl_Order", 1, many},
         {"SELECT count(*) FROM Tbl_Historian_Orders WHERE Data_Ricevuto = 'Non Ricevuto'", 1, many},
         {"SELECT count(DISTINCT Data_Ricevuto = 'Non Ricevuto') FROM Tbl_Historian_Orders "
-         "WHERE DATA = (SELECT max(DATA) FROM Tbl_Historian_Orders)", 2, 2},
+         "WHERE DATA = (SELECT max(DATA) FROM Tbl_Historian_Orders)",
+         2, 2},
         {"SELECT count(*) FROM Tbl_Fornitori", 5, many},
         // People and notes, general ones among them.
         {"SELECT count(*) FROM Tbl_Operatore", 5, many},
@@ -81,7 +87,8 @@ TEST_F(DemoFixture, DemoPlantIsSoundAndComplete)
         EXPECT_EQ(c[0], c[1]) << qPrintable(line);
         EXPECT_EQ(c[2], c[3]) << qPrintable(line);
         EXPECT_GT(c[3].toInt(), 0) << qPrintable(line);
-        EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\d\\d:\\d\\d:\\d\\d$")).match(c[4]).hasMatch()) << qPrintable(line);
+        EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\d\\d:\\d\\d:\\d\\d$")).match(c[4]).hasMatch())
+            << qPrintable(line);
         EXPECT_EQ(c[5], c[6]) << qPrintable(line);
         EXPECT_TRUE(c[7].contains(QLatin1Char(','))) << "Italian decimals: " << qPrintable(line);
     }
@@ -98,7 +105,8 @@ TEST_F(DemoFixture, DemoPlantIsSoundAndComplete)
         rows("SELECT Data_Ricevuto FROM Tbl_Historian_Orders WHERE Data_Ricevuto <> 'Non Ricevuto'");
     ASSERT_FALSE(received.isEmpty());
     for (const QString& r : received)
-        EXPECT_TRUE(QRegularExpression(QStringLiteral("^[1-9]\\d?/[1-9]\\d?/\\d{4}$")).match(r).hasMatch()) << qPrintable(r);
+        EXPECT_TRUE(QRegularExpression(QStringLiteral("^[1-9]\\d?/[1-9]\\d?/\\d{4}$")).match(r).hasMatch())
+            << qPrintable(r);
 }
 
 TEST_F(DemoFixture, RegisterFallsDueAroundTheDemoDayAndStoppedMachinesArePushed)
@@ -149,7 +157,8 @@ TEST_F(DemoFixture, WallChartCarriesTheTokensOfTheRegister)
         const QString token = rs.Fields(QStringLiteral("Manutenzione_Tipo")).Value().toString().left(3);
         if (QStringList{"Set", "Ann", "Bie", "Tri"}.contains(token))
             continue;
-        const int week = vb::WeekOfYear(vb::dateFromSerial(rs.Fields(QStringLiteral("Ultima")).Value().toDate().serial));
+        const int week =
+            vb::WeekOfYear(vb::dateFromSerial(rs.Fields(QStringLiteral("Ultima")).Value().toDate().serial));
         const QByteArray sql = QStringLiteral("SELECT \"%1\" FROM Tbl_Planned WHERE ID_MODELLO = %2 AND ID_NUM = %3")
                                    .arg(week)
                                    .arg(rs.Fields(QStringLiteral("ID_MODELLO")).Value().toLong())

@@ -21,7 +21,7 @@ TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
     addStop(3, 2, QStringLiteral("10/11/2026"), 1, 0);
 
     Drive drive;
-    kit::run(drive, { "clock 2026-11-15T08:00:00", "answer yes", "start" });
+    kit::run(drive, {"clock 2026-11-15T08:00:00", "answer yes", "start"});
     bool asked = false;
     for (const QJsonValue& b : drive("boxes").toArray())
         asked = asked || b.toObject().value("title").toString() == "MANUTENZIONE DA ESEGUIRE";
@@ -34,7 +34,7 @@ TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
                   .toObject()
                   .value("Prossima")
                   .toString(),
-        "2026-11-22");
+              "2026-11-22");
 
     // A day later the overdue row is picked, executed a day after it was due.
     drive("clock +1d");
@@ -43,16 +43,16 @@ TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
     EXPECT_EQ(grid.value("rows").toArray()[0].toArray()[0].toString(), QString::number(due)) << "cells as shown";
     drive("select Form7.DataGrid1 0");
     EXPECT_EQ(drive("get Form7.Label8.Caption").toString(), "Prossima!!:");
-    kit::run(drive, { "set Form7.DTPicker2.Value 2026-11-14", "answer yes no", "click Form7.Cmd_Eseguita" });
+    kit::run(drive, {"set Form7.DTPicker2.Value 2026-11-14", "answer yes no", "click Form7.Cmd_Eseguita"});
     const QJsonArray shown = drive("boxes").toArray();
     ASSERT_EQ(shown.size(), 2);
     EXPECT_EQ(shown[0].toObject().value("title").toString(), "MANUTENZIONE ESEGUITA IL **14/11/2026**");
     EXPECT_EQ(shown[1].toObject().value("title").toString(), "INSERISCI NOTA MANUTENZIONE ESEGUITA IL **14/11/2026**");
 
-    const QJsonObject row
-        = drive(QStringLiteral("sql SELECT Ultima, Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(due))
-              .toArray()[0]
-              .toObject();
+    const QJsonObject row =
+        drive(QStringLiteral("sql SELECT Ultima, Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(due))
+            .toArray()[0]
+            .toObject();
     EXPECT_EQ(row.value("Ultima").toString(), "2026-11-14");
     EXPECT_EQ(row.value("Prossima").toString(), "2026-12-12");
     // The reload after the declined note pushed the stopped machine one day further.
@@ -61,7 +61,7 @@ TEST_F(Form7Drive, DueAtStartExecutedOnACorrectedDate)
                   .toObject()
                   .value("Prossima")
                   .toString(),
-        "2026-11-23");
+              "2026-11-23");
     EXPECT_EQ(drive("get Form7.Label1.Caption").toString(), "Conteggio Manutenzioni: 2");
 }
 
@@ -78,8 +78,8 @@ TEST_F(Form7Drive, TheMainTimersActOnTheRegisterTheMenuOpened)
 
     drive("select Form7.DataGrid1 0");
     EXPECT_EQ(drive("get Form7.txtID.Text").toString(), QString::number(due));
-    const QJsonArray red { 231, 29, 33 };
-    const QJsonArray white { 255, 255, 255 };
+    const QJsonArray red{231, 29, 33};
+    const QJsonArray white{255, 255, 255};
     ASSERT_EQ(drive("get Form7.Label8.ForeColor").toArray(), red);
     // Overdue: each tick of the clock line swaps red text for white on red and back.
     drive("tick frmMain.Timer1");

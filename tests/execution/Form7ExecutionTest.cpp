@@ -20,9 +20,10 @@ TEST_F(Form7Execution, AnsweringNoChangesNothing)
     const int id = addMaintenance(1, 2, today().addDays(-30), today().addDays(-2));
     Form7* f = form7();
     selectRow(f, id);
-    answer({ answer::No });
+    answer({answer::No});
     f->Cmd_Eseguita->click();
-    EXPECT_BOX(oneBox(), "MANUTENZIONE ESEGUITA IL **13/11/2026**",
+    EXPECT_BOX(
+        oneBox(), "MANUTENZIONE ESEGUITA IL **13/11/2026**",
         "Confermi questa Manutenzione eseguita in data 13/11/2026? Se la data non corrisponde modifica 'Prossima'",
         vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(dateOf("SELECT Ultima FROM Tbl_Maintenance"), today().addDays(-30));
@@ -38,7 +39,7 @@ TEST_F(Form7Execution, ExecutionAnchorsOnTheCorrectedDateAndForgetsTheStop)
     selectRow(f, id);
     // Done on the 5th, earlier than due: the schedule moves from the day of the work.
     f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2026, 11, 1)));
-    answer({ answer::Yes, answer::No });
+    answer({answer::Yes, answer::No});
     f->Cmd_Eseguita->click();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
@@ -68,7 +69,7 @@ TEST_F(Form7Execution, NoteRowIsWrittenAndSharedByTheSameDate)
     Form7* f = form7();
     selectRow(f, men);
     f->DataCombo5->choose("ROSSI");
-    answer({ answer::Yes, answer::Yes });
+    answer({answer::Yes, answer::Yes});
     f->Cmd_Eseguita->click();
     auto notes = rows("SELECT ID_MAINTENANCE, ID_MODELLO, ID_NUM, ID_OPERATORE, Ultima, Tipo_Nota FROM "
                       "Tbl_Maintenance_Note");
@@ -79,14 +80,14 @@ TEST_F(Form7Execution, NoteRowIsWrittenAndSharedByTheSameDate)
     EXPECT_EQ(notes[0][3].toLong(), 1);
     EXPECT_EQ(notes[0][4].toString(), "29/10/2026");
     EXPECT_EQ(notes[0][5].toString(), "Manutenzione");
-    EXPECT_EQ(
-        value(QStringLiteral("SELECT Operatore FROM Tbl_Maintenance WHERE ID = %1").arg(men)).toString(), "ROSSI");
+    EXPECT_EQ(value(QStringLiteral("SELECT Operatore FROM Tbl_Maintenance WHERE ID = %1").arg(men)).toString(),
+              "ROSSI");
     // The register is not reloaded after a note: the same screen stays.
     EXPECT_EQ(form7(), f);
     EXPECT_TRUE(f->DTPicker2->isHidden());
 
     selectRow(f, bim);
-    answer({ answer::Yes, answer::Yes });
+    answer({answer::Yes, answer::Yes});
     f->Cmd_Eseguita->click();
     notes = rows("SELECT ID_MAINTENANCE FROM Tbl_Maintenance_Note");
     ASSERT_EQ(notes.size(), 1u);

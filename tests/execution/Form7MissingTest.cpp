@@ -20,8 +20,8 @@ protected:
     {
         std::vector<std::string> out;
         for (int r = 0; r < f->DataGrid3->RecordCount(); ++r)
-            out.push_back((f->DataGrid3->cellText(r, "Numerazione") + QLatin1Char(' ')
-                + f->DataGrid3->cellText(r, "Manutenzione_Tipo"))
+            out.push_back((f->DataGrid3->cellText(r, "Numerazione") + QLatin1Char(' ') +
+                           f->DataGrid3->cellText(r, "Manutenzione_Tipo"))
                               .toStdString());
         return out;
     }
@@ -57,11 +57,11 @@ TEST_F(Form7Missing, ListsEachUnitAndAssignedTypeWithoutARegisterRow)
     // By machine, then by the number's value.
     EXPECT_EQ(listed[0], "1 Bimestrale");
     EXPECT_EQ(std::set<std::string>(listed.begin() + 1, listed.begin() + 3),
-        (std::set<std::string> { "2 Mensile", "2 Bimestrale" }));
+              (std::set<std::string>{"2 Mensile", "2 Bimestrale"}));
     EXPECT_EQ(listed[3], "10 Mensile");
 
-    const char* captions[] = { "ID_NUM", "N°", "ID_MODELLO", "MACCHINA", "MODELLO", "MANUTENZIONE", "ID_MAINT_TIPO" };
-    const int widths[] = { 0, 600, 0, 2000, 3000, 1800, 0 };
+    const char* captions[] = {"ID_NUM", "N°", "ID_MODELLO", "MACCHINA", "MODELLO", "MANUTENZIONE", "ID_MAINT_TIPO"};
+    const int widths[] = {0, 600, 0, 2000, 3000, 1800, 0};
     for (int i = 0; i < 7; ++i) {
         EXPECT_EQ(f->DataGrid3->Columns(i).Caption(), QString::fromUtf8(captions[i]));
         EXPECT_EQ(f->DataGrid3->Columns(i).Width(), widths[i]);
@@ -109,7 +109,7 @@ TEST_F(Form7Missing, WalkReachesRowsBeyondItsFirstPasses)
     addMaintenance(3, 2, QDate(2026, 10, 20), QDate(2026, 11, 17));
     Form7* f = form7();
     f->Cmd_Senza_Manutenzione->click();
-    EXPECT_EQ(lines(f), (std::vector<std::string> { "1 Bimestrale", "2 Mensile" }));
+    EXPECT_EQ(lines(f), (std::vector<std::string>{"1 Bimestrale", "2 Mensile"}));
     EXPECT_EQ(value("SELECT Maintenance FROM Tbl_Not_Maintenance WHERE ID_NUM = 3").toString(), "3")
         << "a marked pair holds the unit's key";
     EXPECT_TRUE(f->Shape1->isHidden());
@@ -126,15 +126,15 @@ TEST_F(Form7Missing, LinePreparesTheNewRowAndSalvaSavesIt)
 
     // The New row state.
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_EQ(kit::enabledOf({ f->Cmd_Edit, f->Cmd_Delete, f->Cmd_Add }), QStringList({ "Cmd_Edit" }));
+    EXPECT_EQ(kit::enabledOf({f->Cmd_Edit, f->Cmd_Delete, f->Cmd_Add}), QStringList({"Cmd_Edit"}));
     EXPECT_EQ(f->MaskEdBox1->Text(), "15/11/2026");
     EXPECT_TRUE(f->DTPicker2->isHidden());
     EXPECT_TRUE(f->MaskEdBox2->isHidden());
     // The keys and names of the pair; txtID holds the unit's key, as there is no register
     // row yet.
-    EXPECT_EQ(kit::texts({ f->ID_MOD, f->ID_NUM, f->ID_MAINT, f->txtID, f->DataCombo3, f->DataCombo2, f->DataCombo1,
-                  f->DataCombo4, f->txtFrequenza, f->Txt_Tot_Minuti }),
-        QStringList({ "2", "3", "2", "3", "TORNIO", "T200", "10", "Mensile", "4", "45" }));
+    EXPECT_EQ(kit::texts({f->ID_MOD, f->ID_NUM, f->ID_MAINT, f->txtID, f->DataCombo3, f->DataCombo2, f->DataCombo1,
+                          f->DataCombo4, f->txtFrequenza, f->Txt_Tot_Minuti}),
+              QStringList({"2", "3", "2", "3", "TORNIO", "T200", "10", "Mensile", "4", "45"}));
     EXPECT_EQ(f->Label16->Caption(), QString::fromUtf8("[TORNIO]-[T200]-[N°10]"));
 
     // SALVA is all that is left: the row and its chart row are written.
@@ -170,7 +170,7 @@ TEST_F(Form7Missing, StoppedMachineLineShowsItsStopAndPreparesNothing)
     EXPECT_FALSE(f->Frame2->isHidden());
     EXPECT_EQ(f->Txt_Day_Stop->Text(), "5");
     EXPECT_EQ(f->Label16->Caption(), QString::fromUtf8("[TORNIO]-[T200]-[N°10]"));
-    EXPECT_EQ(kit::texts({ f->ID_NUM, f->DataCombo3, f->txtID, f->Cmd_Edit }), QStringList({ "3", "", "", "SALVA" }));
+    EXPECT_EQ(kit::texts({f->ID_NUM, f->DataCombo3, f->txtID, f->Cmd_Edit}), QStringList({"3", "", "", "SALVA"}));
 }
 
 TEST_F(Form7Missing, DrivenFromOutside)
@@ -179,7 +179,7 @@ TEST_F(Form7Missing, DrivenFromOutside)
     addMaintenance(1, 3, QDate(2026, 10, 20), QDate(2026, 12, 15));
     addMaintenance(2, 3, QDate(2026, 10, 20), QDate(2026, 12, 15));
     InProcessDrive drive;
-    kit::run(drive, { "clock 2026-11-15T08:00:00", "show Form7", "click Form7.Cmd_Senza_Manutenzione" });
+    kit::run(drive, {"clock 2026-11-15T08:00:00", "show Form7", "click Form7.Cmd_Senza_Manutenzione"});
     EXPECT_EQ(drive("get Form7.Frame3.Caption").toString(), "Sono 2 le Manutenzioni Mancanti");
     const QJsonArray rows = drive("grid Form7.DataGrid3").toObject().value("rows").toArray();
     ASSERT_EQ(rows.size(), 2);
@@ -192,5 +192,5 @@ TEST_F(Form7Missing, DrivenFromOutside)
                   .toObject()
                   .value("n")
                   .toInt(),
-        2);
+              2);
 }

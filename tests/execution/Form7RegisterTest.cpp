@@ -18,8 +18,8 @@ TEST_F(Form7Register, ListIsSortedByNextDateWithItsColumnsAndCount)
     ASSERT_EQ(f->DataGrid1->RecordCount(), 2);
     EXPECT_EQ(f->DataGrid1->cellText(0, "Numerazione"), "2");
     EXPECT_EQ(f->Label1->Caption(), "Conteggio Manutenzioni: 2");
-    const char* captions[] = { "ID", "MACCHINA", "MODELLO", "NUM", "MANUTENZIONE TIPO", "ULTIMA", "PROSSIMA" };
-    const int widths[] = { 0, 2000, 2800, 600, 1500, 1200, 1200 };
+    const char* captions[] = {"ID", "MACCHINA", "MODELLO", "NUM", "MANUTENZIONE TIPO", "ULTIMA", "PROSSIMA"};
+    const int widths[] = {0, 2000, 2800, 600, 1500, 1200, 1200};
     for (int i = 0; i < 7; ++i) {
         EXPECT_EQ(f->DataGrid1->Columns(i).Caption(), captions[i]);
         EXPECT_EQ(f->DataGrid1->Columns(i).Width(), widths[i]);
@@ -56,13 +56,13 @@ TEST_F(Form7Register, RowChangeLoadsTheRowThroughThePickLists)
     Form7* f = form7();
     selectRow(f, id);
     EXPECT_EQ(f->txtID->Text(), QString::number(id));
-    EXPECT_EQ(kit::texts({ f->ID_MOD, f->ID_NUM, f->ID_MAINT, f->DataCombo3, f->DataCombo2, f->DataCombo1,
-                  f->DataCombo4, f->DataCombo5, f->ID_OPERATORE, f->Txt_Qualifica }),
-        QStringList({ "1", "2", "3", "PRESSA", "AX100", "2", "Bimestrale", "ROSSI", "1", "Tecnico" }));
+    EXPECT_EQ(kit::texts({f->ID_MOD, f->ID_NUM, f->ID_MAINT, f->DataCombo3, f->DataCombo2, f->DataCombo1, f->DataCombo4,
+                          f->DataCombo5, f->ID_OPERATORE, f->Txt_Qualifica}),
+              QStringList({"1", "2", "3", "PRESSA", "AX100", "2", "Bimestrale", "ROSSI", "1", "Tecnico"}));
     // The type's change comes last in the fill and takes the frequency of the type, not
     // the row's own copy.
-    EXPECT_EQ(kit::texts({ f->txtFrequenza, f->Txt_Tot_Minuti, f->Txt_Man_Tip, f->MaskEdBox1, f->MaskEdBox2 }),
-        QStringList({ "8", "60", "Bimestrale", "01/09/2026", "27/10/2026" }));
+    EXPECT_EQ(kit::texts({f->txtFrequenza, f->Txt_Tot_Minuti, f->Txt_Man_Tip, f->MaskEdBox1, f->MaskEdBox2}),
+              QStringList({"8", "60", "Bimestrale", "01/09/2026", "27/10/2026"}));
     EXPECT_FALSE(f->DTPicker2->isHidden());
     EXPECT_EQ(f->Label16->Caption(), "[PRESSA]-[AX100]-[N°2]");
     EXPECT_EQ(f->Cmd_Edit->Caption(), "Modifica");
@@ -104,17 +104,17 @@ TEST_F(Form7Register, DueTodayLeavesTheLabelAsItWas)
 TEST_F(Form7Register, ModelWithoutNumbersAsksBeforeGoingOn)
 {
     Form7* f = form7();
-    answer({ answer::No });
+    answer({answer::No});
     f->DataCombo3->choose("FRESA");
     f->DataCombo2->choose("F10");
     EXPECT_BOX(oneBox(), "NUMERAZIONE MACCHINA MANCANTE",
-        "Macchina sprovvista di Numerazione, per procedere all'inserimento Manutenzioni devi prima assegnare "
-        "la numerazione a questa macchina, Vuoi Procedere?",
-        vb::mb::YesNo + vb::mb::Exclamation);
+               "Macchina sprovvista di Numerazione, per procedere all'inserimento Manutenzioni devi prima assegnare "
+               "la numerazione a questa macchina, Vuoi Procedere?",
+               vb::mb::YesNo + vb::mb::Exclamation);
     EXPECT_EQ(f->DataCombo2->Text(), "") << "No empties the model";
     EXPECT_TRUE(shell::screens().isLoaded("Form7"));
 
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->DataCombo2->setText("F10");
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_FALSE(shell::screens().isLoaded("Form7")) << "Yes goes to the numbering and leaves the register";
@@ -178,7 +178,7 @@ TEST_F(Form7Register, SaveChecksTheFieldsAndDuplicatesByText)
     f->DataCombo4->choose("Mensile");
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "DUPPLICATO DI MANUTENZIONE",
-        "Questa manutenzione è già stata assegnata a questa numerazione di Macchina!!", vb::mb::Critical);
+               "Questa manutenzione è già stata assegnata a questa numerazione di Macchina!!", vb::mb::Critical);
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Maintenance").toLong(), 1);
 }
 
@@ -189,25 +189,25 @@ TEST_F(Form7Register, EditKeepsTheNextDateAsSetAndShowsProgress)
     selectRow(f, id);
 
     // No changes nothing.
-    answer({ answer::No });
+    answer({answer::No});
     f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2027, 1, 10)));
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "Modifica Manutenzione **Mensile**",
-        "Stai per modificare la Manutenzione Mensile di questa Macchina, Vuoi Procedere??",
-        vb::mb::YesNo + vb::mb::Question);
-    EXPECT_EQ(
-        dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2026, 10, 29));
+               "Stai per modificare la Manutenzione Mensile di questa Macchina, Vuoi Procedere??",
+               vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id)),
+              QDate(2026, 10, 29));
 
     // Yes: Ultima from DTPicker1, Prossima as the user set it, not from the frequency.
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->DTPicker1->setValue(vb::Variant::fromDate(QDate(2026, 11, 3)));
     f->Cmd_Edit->click();
     EXPECT_EQ(f->ProgressBar1->Value(), 100);
     EXPECT_EQ(f->Lbl_ProgressBar->Caption(), "Final Procedure...100,0%");
     EXPECT_EQ(dateOf(QStringLiteral("SELECT Ultima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2026, 11, 3));
     EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2027, 1, 10));
-    EXPECT_EQ(
-        value(QStringLiteral("SELECT ID_Operatore FROM Tbl_Maintenance WHERE ID = %1").arg(id)), vb::Variant::null());
+    EXPECT_EQ(value(QStringLiteral("SELECT ID_Operatore FROM Tbl_Maintenance WHERE ID = %1").arg(id)),
+              vb::Variant::null());
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Planned").toLong(), 1);
 }
 
@@ -221,7 +221,7 @@ TEST_F(Form7Register, DeleteLeavesAnEmptyPlanRowForTheOtherMaintenance)
     Form7* f = form7();
 
     selectRow(f, first);
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Delete->click();
     EXPECT_EQ(oneBox().title, "Elimina Manutenzione");
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Maintenance").toLong(), 1);
@@ -251,21 +251,21 @@ TEST_F(Form7Register, UltimaStepsByOneDayAndAsksForADate)
 TEST_F(Form7Register, PickListsNarrowEachOtherInTurn)
 {
     Form7* f = form7();
-    EXPECT_EQ(f->DataCombo3->items(), QStringList({ "FRESA", "PRESSA", "TORNIO" })) << "only machines with procedures";
+    EXPECT_EQ(f->DataCombo3->items(), QStringList({"FRESA", "PRESSA", "TORNIO"})) << "only machines with procedures";
     f->DataCombo3->choose("PRESSA");
-    EXPECT_EQ(f->DataCombo2->items(), QStringList({ "AX100" }));
+    EXPECT_EQ(f->DataCombo2->items(), QStringList({"AX100"}));
     EXPECT_EQ(f->ID_MOD->Text(), "1");
-    EXPECT_EQ(f->DataCombo4->items(), QStringList({ "Mensile", "Bimestrale" }));
+    EXPECT_EQ(f->DataCombo4->items(), QStringList({"Mensile", "Bimestrale"}));
     f->DataCombo2->choose("AX100");
-    EXPECT_EQ(f->DataCombo1->items(), QStringList({ "1", "2" }));
+    EXPECT_EQ(f->DataCombo1->items(), QStringList({"1", "2"}));
     f->DataCombo1->choose("2");
     f->DataCombo4->choose("Bimestrale");
-    EXPECT_EQ(kit::texts({ f->ID_NUM, f->ID_MAINT, f->Txt_Tot_Minuti }), QStringList({ "2", "3", "60" }));
+    EXPECT_EQ(kit::texts({f->ID_NUM, f->ID_MAINT, f->Txt_Tot_Minuti}), QStringList({"2", "3", "60"}));
     // A new machine empties the lists below it; under three letters nothing else happens.
     f->DataCombo3->setText("TO");
-    EXPECT_EQ(kit::texts({ f->DataCombo2, f->DataCombo1, f->DataCombo4, f->ID_MOD }), QStringList({ "", "", "", "1" }));
+    EXPECT_EQ(kit::texts({f->DataCombo2, f->DataCombo1, f->DataCombo4, f->ID_MOD}), QStringList({"", "", "", "1"}));
     f->DataCombo3->setText("TORNIO");
     EXPECT_EQ(f->ID_MOD->Text(), "2");
-    EXPECT_EQ(f->DataCombo4->items(), QStringList({ "Mensile" }));
+    EXPECT_EQ(f->DataCombo4->items(), QStringList({"Mensile"}));
     EXPECT_TRUE(boxes().empty());
 }

@@ -18,7 +18,7 @@ protected:
         if (f->DTPicker3->isHidden())
             f->Cmd_Stop->click();
         f->DTPicker3->setValue(vb::Variant::fromDate(day));
-        answer({ answer::Yes });
+        answer({answer::Yes});
         f->Cmd_Confirm->click();
     }
 
@@ -28,7 +28,7 @@ protected:
         Form7* f = form7();
         selectRow(f, id);
         f->Cmd_Avviamento->click();
-        answer({ answer::Yes });
+        answer({answer::Yes});
         f->Cmd_Confirm->click();
     }
 
@@ -43,7 +43,7 @@ TEST_F(Form7Stops, FirstStopRestartAndSecondStopPushTheSchedule)
 
     stop(id, today().addDays(-10));
     EXPECT_BOX(oneBox(), "FERMATA MACCHINA DAL **05/11/2026**",
-        "Confermi La Fermata di questa Macchina in data 05/11/2026?", vb::mb::YesNo + vb::mb::Question);
+               "Confermi La Fermata di questa Macchina in data 05/11/2026?", vb::mb::YesNo + vb::mb::Question);
     // The confirm reloaded the screen, and the load pushed the date by the days stopped.
     EXPECT_EQ(dateOf("SELECT Prossima FROM Tbl_Maintenance"), ultima.addDays(28 + 10));
     EXPECT_EQ(value("SELECT Giorni_Stop FROM Tbl_Fermi_Macchina").toLong(), 10);
@@ -52,8 +52,7 @@ TEST_F(Form7Stops, FirstStopRestartAndSecondStopPushTheSchedule)
     Form7* f = form7();
     selectRow(f, id);
     EXPECT_FALSE(f->Frame2->isHidden());
-    EXPECT_EQ(
-        kit::texts({ f->Txt_Day_Stop, f->Txt_Numero_Stop, f->DTPicker6 }), QStringList({ "10", "1", "05/11/2026" }));
+    EXPECT_EQ(kit::texts({f->Txt_Day_Stop, f->Txt_Numero_Stop, f->DTPicker6}), QStringList({"10", "1", "05/11/2026"}));
 
     // Each day stopped pushes one more day at the next load.
     advance(5);
@@ -101,9 +100,9 @@ TEST_F(Form7Stops, CountsRiseOncePerMaintenanceOfTheMachine)
     EXPECT_EQ(r[0][3].toString(), "11/11/2026");
     // Numero_Stop 2 takes the second rule: g + total (0) + frequency.
     EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(bim)),
-        QDate(2026, 10, 20).addDays(4 + 56));
-    EXPECT_EQ(
-        dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(men)), QDate(2026, 11, 17));
+              QDate(2026, 10, 20).addDays(4 + 56));
+    EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(men)),
+              QDate(2026, 11, 17));
 
     advance(2);
     restart(men);
@@ -118,7 +117,7 @@ TEST_F(Form7Stops, NoAnswerWritesNothingButReloads)
     f->Cmd_Stop->click();
     EXPECT_FALSE(f->Frame2->isHidden());
     EXPECT_EQ(f->DTPicker6->Text(), "15/11/2026");
-    answer({ answer::No });
+    answer({answer::No});
     f->Cmd_Confirm->click();
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Fermi_Macchina").toLong(), 0);
     EXPECT_NE(form7(), f);
@@ -147,8 +146,8 @@ TEST_F(Form7Stops, StoppedListShowsOnlyMachinesStoppedNow)
     EXPECT_EQ(f->Frame3->Caption(), "Sono 1 le Macchine Ferme");
     ASSERT_EQ(f->DataGrid3->RecordCount(), 1);
     EXPECT_EQ(f->DataGrid3->cellText(0, 1), "PRESSA");
-    const char* captions[] = { "FERMA DAL", "MACCHINA", "MODELLO", "ID_NUM", "N°" };
-    const int widths[] = { 1100, 2500, 2900, 0, 600 };
+    const char* captions[] = {"FERMA DAL", "MACCHINA", "MODELLO", "ID_NUM", "N°"};
+    const int widths[] = {1100, 2500, 2900, 0, 600};
     for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(f->DataGrid3->Columns(i).Caption(), QString::fromUtf8(captions[i]));
         EXPECT_EQ(f->DataGrid3->Columns(i).Width(), widths[i]);

@@ -99,9 +99,9 @@ TEST_F(PlanChart, TokensLandEveryFrequencyPlusOneWeeksFromTheWeekOfUltima)
     // A frequency that jumps past the chart at once writes just one token; so does a
     // week near the end with any frequency.
     f = written(QDate(2026, 12, 9), "Mensile", 200);
-    EXPECT_EQ(weeksOf(cells()), std::vector<int> { 50 });
+    EXPECT_EQ(weeksOf(cells()), std::vector<int>{50});
     f = written(QDate(2026, 12, 30), "Mensile", 95);
-    EXPECT_EQ(weeksOf(cells()), (std::vector<int> { 53 })) << "30 December 2026 is week 53; the next would be 149";
+    EXPECT_EQ(weeksOf(cells()), (std::vector<int>{53})) << "30 December 2026 is week 53; the next would be 149";
 
     // A frequency of 0 still moves one week a time: the loop's own step.
     f = written(QDate(2026, 12, 9), "Mensile", 0);
@@ -116,14 +116,14 @@ TEST_F(PlanChart, ASecondTypeJoinsWithASlashAndATokenAlreadyThereIsNotRepeated)
     execution::Update_Planned_Row(*f);
     execution::Update_Planned_Row(*f); // "ESISTE" everywhere: nothing written again
     auto c = cells();
-    EXPECT_EQ((QStringList { c[10], c[15], c[19] }), QStringList({ "Men/Bim", "Men", "Bim" }));
+    EXPECT_EQ((QStringList{c[10], c[15], c[19]}), QStringList({"Men/Bim", "Men", "Bim"}));
     // The scratch cell Txt_Db is emptied after each column.
-    EXPECT_EQ(kit::texts({ f->TXT, f->Txt_Db, f->Txt_Week }), QStringList({ "ESISTE", "", "10" }));
+    EXPECT_EQ(kit::texts({f->TXT, f->Txt_Db, f->Txt_Week}), QStringList({"ESISTE", "", "10"}));
 
     // The cell test is a substring test: "Men" counts as there inside a longer text, so
     // a type whose token hides in another's writes nothing in that cell.
     f = prepare(QDate(2026, 3, 4), "Mensile", 200);
-    setCells({ { 10, "XMenX" } });
+    setCells({{10, "XMenX"}});
     execution::Update_Planned_Row(*f);
     EXPECT_EQ(cells()[10], "XMenX");
 }
@@ -133,7 +133,7 @@ TEST_F(PlanChart, FourPrefixesNeverReachTheChartAndShortNamesAreWhole)
     // Settimanale, Annuale, Biennale and Trimestrale are "not to be inserted", even into
     // an empty cell; the program has no other list of them. A name merely holding those
     // letters later on is not kept off.
-    for (const char* type : { "Settimanale", "Annuale", "Biennale", "Trimestrale" }) {
+    for (const char* type : {"Settimanale", "Annuale", "Biennale", "Trimestrale"}) {
         Form7* f = written(QDate(2026, 3, 4), type, 4);
         EXPECT_TRUE(cells().empty()) << type;
         EXPECT_EQ(f->TXT->Text(), "NON INSERIRE") << type;
@@ -150,12 +150,16 @@ TEST_F(PlanChart, AnEditTakesOutTheOldAndNewTokensInItsOrderWithoutStraySlashes)
 {
     Form7* f = prepare(QDate(2026, 3, 4), "Bimestrale", 8);
     // Old type first, last, between, alone; the new type likewise; other tokens stay.
-    setCells({ { 1, "Men/Bim" }, { 2, "Bim/Men" }, { 3, "Sem/Men/Qua" }, { 4, "Men" }, { 5, "Qua/Bim" },
-        { 6, "Sem/Qua" }, { 145, "Qua/Men/Bim/Sem" } });
+    setCells({{1, "Men/Bim"},
+              {2, "Bim/Men"},
+              {3, "Sem/Men/Qua"},
+              {4, "Men"},
+              {5, "Qua/Bim"},
+              {6, "Sem/Qua"},
+              {145, "Qua/Men/Bim/Sem"}});
     f->Txt_Man_Tip->setText("Mensile");
     execution::Clear_Planned_Tokens(*f);
-    EXPECT_EQ(
-        cells(), (std::map<int, QString> { { 3, "Sem/Qua" }, { 5, "Qua" }, { 6, "Sem/Qua" }, { 145, "Qua/Sem" } }));
+    EXPECT_EQ(cells(), (std::map<int, QString>{{3, "Sem/Qua"}, {5, "Qua"}, {6, "Sem/Qua"}, {145, "Qua/Sem"}}));
     // The scratch copy is rebuilt from the chart at each edit.
     EXPECT_EQ(rows("SELECT * FROM Tbl_Planned_2").size(), 1u);
 
@@ -170,7 +174,7 @@ TEST_F(PlanChart, AnEditTakesOutTheOldAndNewTokensInItsOrderWithoutStraySlashes)
     // The removal works on bare substrings: a two-letter token eats those letters
     // wherever they stand in the cell ("XY" out of "XYZ/Men" leaves "Z/Men").
     f = prepare(QDate(2026, 3, 4), "Bimestrale", 8);
-    setCells({ { 20, "XYZ/Men" } });
+    setCells({{20, "XYZ/Men"}});
     f->Txt_Man_Tip->setText("XY");
     execution::Clear_Planned_Tokens(*f);
     EXPECT_EQ(cells()[20], "Z/Men");
@@ -178,10 +182,10 @@ TEST_F(PlanChart, AnEditTakesOutTheOldAndNewTokensInItsOrderWithoutStraySlashes)
     // With no old type name the first removal is of a bare "/": every slash of the row
     // goes and the remaining tokens run together. Kept as the removal always worked.
     f = prepare(QDate(2026, 3, 4), "Bimestrale", 8);
-    setCells({ { 20, "Men/Sem" }, { 21, "Men/Bim/Sem" } });
+    setCells({{20, "Men/Sem"}, {21, "Men/Bim/Sem"}});
     f->Txt_Man_Tip->setText("");
     execution::Clear_Planned_Tokens(*f);
-    EXPECT_EQ(cells(), (std::map<int, QString> { { 20, "MenSem" }, { 21, "MenSem" } }));
+    EXPECT_EQ(cells(), (std::map<int, QString>{{20, "MenSem"}, {21, "MenSem"}}));
 }
 
 TEST_F(PlanChart, TheProgressGroupFollowsTheWork)
@@ -208,8 +212,8 @@ TEST_F(PlanChart, TheProgressGroupFollowsTheWork)
     // At 100 the group hides and the count line comes back.
     f->ProgressBar1->setValue(95);
     execution::Clear_Planned_Tokens(*f);
-    EXPECT_EQ((std::array { f->Shape1->isHidden(), f->Lbl_ProgressBar->isHidden(), f->Label1->isHidden() }),
-        (std::array { true, true, false }));
+    EXPECT_EQ((std::array{f->Shape1->isHidden(), f->Lbl_ProgressBar->isHidden(), f->Label1->isHidden()}),
+              (std::array{true, true, false}));
 
     // With the group hidden (a new row's save) the bar does not move.
     f->ProgressBar1->setValue(0);
@@ -236,7 +240,7 @@ TEST_F(PlanChart, SavingOnTheRegisterWritesTheChart)
     const int id = value("SELECT ID FROM Tbl_Maintenance WHERE ID_NUM = 2").toLong();
     selectRow(f, id);
     f->DataCombo4->setText("Bimestrale");
-    answer({ vb::answer::Yes });
+    answer({vb::answer::Yes});
     f->Cmd_Edit->click();
     c = cells();
     EXPECT_EQ(weeksOf(c), weeksFrom(10, 9));

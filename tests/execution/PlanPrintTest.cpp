@@ -27,8 +27,8 @@ protected:
     }
 
     /// A chart row of a machine number with its cells by week.
-    void chartRow(
-        int idNum, const char* machine, const char* model, const char* number, const std::map<int, QString>& weeks)
+    void chartRow(int idNum, const char* machine, const char* model, const char* number,
+                  const std::map<int, QString>& weeks)
     {
         exec(QStringLiteral("INSERT INTO Tbl_Planned (ID_MODELLO, Macchina, Modello, ID_NUM, Numerazione) "
                             "VALUES (1, '%1', '%2', %3, '%4')")
@@ -67,7 +67,7 @@ protected:
             if (t.text == text)
                 return t;
         ADD_FAILURE() << "no \"" << text.toStdString() << "\" on the page";
-        return { -1, -1, {} };
+        return {-1, -1, {}};
     }
 };
 
@@ -78,10 +78,10 @@ TEST_F(PlanPrint, WeekPrintListsTheThreeWeeksAroundTodayByModelAndNumber)
     const int w = vb::WeekOfYear(today());
     ASSERT_EQ(w, 47);
     exec("Delete * from Tbl_Planned");
-    chartRow(10, "TORNIO", "T200", "10", { { w, "Men" } });
-    chartRow(2, "TORNIO", "T200", "2", { { w - 1, "Bim" }, { w + 1, "Men/Bim" } });
-    chartRow(3, "PRESSA", "AX100", "7", { { w + 2, "Men" } }); // outside the three weeks
-    chartRow(4, "FRESA", "F10", "1", { { w, "" } }); // an empty text is no maintenance
+    chartRow(10, "TORNIO", "T200", "10", {{w, "Men"}});
+    chartRow(2, "TORNIO", "T200", "2", {{w - 1, "Bim"}, {w + 1, "Men/Bim"}});
+    chartRow(3, "PRESSA", "AX100", "7", {{w + 2, "Men"}}); // outside the three weeks
+    chartRow(4, "FRESA", "F10", "1", {{w, ""}});           // an empty text is no maintenance
     form7()->Cmd_Print_Week->click();
     EXPECT_TRUE(boxes().empty());
     ASSERT_TRUE(reports::IsReportVisible("DataReport12"));
@@ -137,7 +137,7 @@ TEST_F(PlanPrint, WeekOneNamesColumnZeroAndShowsTheErrorsDescription)
     // The last week of December reads weeks 52 to 54, which only rows of the old year filled.
     vb::Clock::freeze(QDateTime(QDate(2026, 12, 30), QTime(8, 0)));
     exec("Delete * from Tbl_Planned");
-    chartRow(2, "PRESSA", "AX100", "2", { { 54, "Men" } });
+    chartRow(2, "PRESSA", "AX100", "2", {{54, "Men"}});
     form7()->Cmd_Print_Week->click();
     EXPECT_TRUE(boxes().empty());
     const auto r = reports::LaidOutPages("DataReport12");
@@ -149,7 +149,7 @@ TEST_F(PlanPrint, WeekOneNamesColumnZeroAndShowsTheErrorsDescription)
 TEST_F(PlanPrint, WholeChartPrintsEveryWeekInSlicesOnLandscapePages)
 {
     exec("Delete * from Tbl_Planned");
-    chartRow(2, "PRESSA", "AX100", "2", { { 10, "Men" }, { 16, "Men/Bim" }, { 145, "Sem" } });
+    chartRow(2, "PRESSA", "AX100", "2", {{10, "Men"}, {16, "Men/Bim"}, {145, "Sem"}});
     chartRow(1, "PRESSA", "AX100", "1", {});
     Form7* f = form7();
     f->Print_Plan->click();
@@ -173,7 +173,7 @@ TEST_F(PlanPrint, WholeChartPrintsEveryWeekInSlicesOnLandscapePages)
     EXPECT_TRUE(texts(first).contains("PLANNED MANUTENZIONI"));
     EXPECT_EQ(find(first, "Men").x, find(first, "10").x);
     EXPECT_EQ(texts(first).count("PRESSA"), 2);
-    EXPECT_EQ(column(first, find(first, "N°").x), (QStringList { "N°", "1", "2" })) << "by machine, model, number";
+    EXPECT_EQ(column(first, find(first, "N°").x), (QStringList{"N°", "1", "2"})) << "by machine, model, number";
     EXPECT_FALSE(texts(first).contains("16"));
 
     const auto second = page(*r, 1);
@@ -210,7 +210,7 @@ TEST_F(PlanPrint, WholeChartShowsNothingWithoutTheReportStore)
     store::DataStore::reset();
     ASSERT_TRUE(QFile::remove(report));
     exec("Delete * from Tbl_Planned");
-    chartRow(2, "PRESSA", "AX100", "2", { { 10, "Men" } });
+    chartRow(2, "PRESSA", "AX100", "2", {{10, "Men"}});
     form7()->Print_Plan->click();
     EXPECT_FALSE(reports::IsReportLoaded("Rpt_Planned"));
     EXPECT_FALSE(QFileInfo::exists(report));

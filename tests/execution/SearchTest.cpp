@@ -43,8 +43,8 @@ TEST_F(Search, FieldsNarrowTheRegisterWhileTyping)
 
 TEST_F(Search, TypeSearchAndAnEmptyFieldListTheWholeRegisterByMachine)
 {
-    addMaintenance(3, 2, today().addDays(-40), today().addDays(30)); // TORNIO Mensile
-    addMaintenance(1, 3, today().addDays(-20), today().addDays(8)); // PRESSA Bimestrale
+    addMaintenance(3, 2, today().addDays(-40), today().addDays(30));  // TORNIO Mensile
+    addMaintenance(1, 3, today().addDays(-20), today().addDays(8));   // PRESSA Bimestrale
     addMaintenance(2, 2, today().addDays(-40), today().addDays(-12)); // PRESSA Mensile
     Form7* f = form7();
     f->Cmd_Search->click();

@@ -1,7 +1,6 @@
 // The program started through the automation driver on a store imported from the old
 // plant file: the start-up upgrade happens and the due alerts of the plant's reference
 // day appear, as they did when the old program opened that file.
-#include "support/TestPaths.h"
 #include "definition/Workload.h"
 #include "importer/Importer.h"
 #include "runtime/AppPath.h"
@@ -10,6 +9,7 @@
 #include "shell/Driver.h"
 #include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
+#include "support/TestPaths.h"
 
 #include <QDate>
 #include <QFile>
@@ -17,6 +17,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 

@@ -1,10 +1,11 @@
 // The importer against the old plant file of the shared fixtures and its summary
 // (Velmora.json: every table, column type, row count and the first rows).
-#include "support/TestPaths.h"
 #include "importer/Importer.h"
+
 #include "importer/StoreWriter.h"
 #include "store/Schema.h"
 #include "store/jet/Jet.h"
+#include "support/TestPaths.h"
 
 #include <QCryptographicHash>
 #include <QDate>
@@ -15,6 +16,7 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTextStream>
+
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -55,8 +57,7 @@ public:
                 case SQLITE_NULL: row << QVariant(); break;
                 case SQLITE_INTEGER: row << QVariant(qlonglong(sqlite3_column_int64(stmt, i))); break;
                 case SQLITE_FLOAT: row << QVariant(sqlite3_column_double(stmt, i)); break;
-                default:
-                    row << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, i)));
+                default: row << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, i)));
                 }
             }
             out << row;
@@ -175,9 +176,11 @@ TEST_F(ImporterTest, FixtureArrivesTableByTable)
         const QJsonArray samples = t.value(QStringLiteral("sample_rows")).toArray();
         for (int i = 0; i < samples.size(); ++i) {
             const QJsonObject sample = samples.at(i).toObject();
-            const QString where = key.isEmpty()
-                ? QStringLiteral("rowid = (SELECT rowid FROM %1 ORDER BY rowid LIMIT 1 OFFSET %2)").arg(qi(name)).arg(i)
-                : QStringLiteral("%1 = %2").arg(qi(key)).arg(sample.value(key).toInteger());
+            const QString where =
+                key.isEmpty() ? QStringLiteral("rowid = (SELECT rowid FROM %1 ORDER BY rowid LIMIT 1 OFFSET %2)")
+                                    .arg(qi(name))
+                                    .arg(i)
+                              : QStringLiteral("%1 = %2").arg(qi(key)).arg(sample.value(key).toInteger());
             for (auto it = types.cbegin(); it != types.cend(); ++it) {
                 SCOPED_TRACE((it.key() + QLatin1Char(' ') + QString::number(i)).toStdString());
                 const QVariant got =
@@ -251,15 +254,15 @@ TEST_F(ImporterTest, OldFileArrivesAsItIs)
     Store store(storePath());
     EXPECT_FALSE(store.columns(QStringLiteral("Tbl_Ricerca")).contains(QStringLiteral("Images")));
     EXPECT_FALSE(store.columns(QStringLiteral("Tbl_Maintenance_Note")).contains(QStringLiteral("Tipo_Nota")));
-    EXPECT_FALSE(store.value(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'Tbl_Certif_Proced_Manut'"))
-                     .isValid());
+    EXPECT_FALSE(
+        store.value(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'Tbl_Certif_Proced_Manut'")).isValid());
 
     for (const QString& table : {QStringLiteral("Tbl_Reparto"), QStringLiteral("Tbl_Causa_Intervento")}) {
-        const QString key = table == QLatin1String("Tbl_Reparto") ? QStringLiteral("ID_Reparto")
-                                                                  : QStringLiteral("ID_CAUSA");
+        const QString key =
+            table == QLatin1String("Tbl_Reparto") ? QStringLiteral("ID_Reparto") : QStringLiteral("ID_CAUSA");
         const qlonglong highest = store.value(QStringLiteral("SELECT MAX(%1) FROM %2").arg(key, table)).toLongLong();
-        const QString textColumn = table == QLatin1String("Tbl_Reparto") ? QStringLiteral("Reparto")
-                                                                         : QStringLiteral("Causa_Interv");
+        const QString textColumn =
+            table == QLatin1String("Tbl_Reparto") ? QStringLiteral("Reparto") : QStringLiteral("Causa_Interv");
         ASSERT_EQ(sqlite3_exec(store.db(),
                                QStringLiteral("INSERT INTO %1 (%2) VALUES ('nuovo')").arg(table, textColumn).toUtf8(),
                                nullptr, nullptr, nullptr),
@@ -309,10 +312,10 @@ TEST(StoreWriterTest, UnknownTablesAndColumnsFollowTheOldFile)
     EXPECT_EQ(writer.endTable(), 1);
 
     // An old file whose Avvisa is a Yes/No column, where the store has text.
-    importer::MdbTableInfo note{QStringLiteral("Tbl_Maintenance_Note"),
-                                {{QStringLiteral("ID"), JetType::Long, 0, 0, 0, true},
-                                 {QStringLiteral("Avvisa"), JetType::Boolean}},
-                                1};
+    importer::MdbTableInfo note{
+        QStringLiteral("Tbl_Maintenance_Note"),
+        {{QStringLiteral("ID"), JetType::Long, 0, 0, 0, true}, {QStringLiteral("Avvisa"), JetType::Boolean}},
+        1};
     ASSERT_TRUE(writer.beginTable(note)) << writer.error().toStdString();
     ASSERT_TRUE(writer.insert({integer(4), integer(-1)}));
     EXPECT_EQ(writer.endTable(), 1);
@@ -329,29 +332,35 @@ TEST(StoreWriterTest, UnknownTablesAndColumnsFollowTheOldFile)
     Store store(path);
     using store::ColumnType;
     const std::tuple<const char*, const char*, ColumnType> types[] = {
-        {"Tbl_Attrezzi", "ID_ATTREZZO", ColumnType::Counter}, {"Tbl_Attrezzi", "Nome", ColumnType::Text},
-        {"Tbl_Attrezzi", "Acquisto", ColumnType::Date},       {"Tbl_Attrezzi", "Tarato", ColumnType::Boolean},
-        {"Tbl_Attrezzi", "Note", ColumnType::Memo},           {"Tbl_Maintenance_Note", "Avvisa", ColumnType::Boolean},
+        {"Tbl_Attrezzi", "ID_ATTREZZO", ColumnType::Counter},
+        {"Tbl_Attrezzi", "Nome", ColumnType::Text},
+        {"Tbl_Attrezzi", "Acquisto", ColumnType::Date},
+        {"Tbl_Attrezzi", "Tarato", ColumnType::Boolean},
+        {"Tbl_Attrezzi", "Note", ColumnType::Memo},
+        {"Tbl_Maintenance_Note", "Avvisa", ColumnType::Boolean},
         // The rebuilt tables keep the store's key and their other columns.
-        {"Tbl_Maintenance_Note", "ID", ColumnType::Counter},  {"Tbl_Maintenance_Note", "NOTE", ColumnType::Memo},
+        {"Tbl_Maintenance_Note", "ID", ColumnType::Counter},
+        {"Tbl_Maintenance_Note", "NOTE", ColumnType::Memo},
         {"Tbl_Historian_Orders", "Data_Ricevuto", ColumnType::Memo},
     };
     for (const auto& [table, column, type] : types)
         EXPECT_EQ(store::columnType(store.db(), QString::fromUtf8(table), QString::fromUtf8(column)), type)
             << table << "." << column;
-    const QString ddl = store.value(QStringLiteral("SELECT sql FROM sqlite_master WHERE name = 'Tbl_Attrezzi'")).toString();
+    const QString ddl =
+        store.value(QStringLiteral("SELECT sql FROM sqlite_master WHERE name = 'Tbl_Attrezzi'")).toString();
     EXPECT_TRUE(ddl.contains(QStringLiteral("\"Nome\" VARCHAR(40) COLLATE JET"))) << ddl.toStdString();
-    EXPECT_EQ(store.rows(QStringLiteral("SELECT Nome, Acquisto, Tarato, Prezzo FROM Tbl_Attrezzi WHERE ID_ATTREZZO = 7")),
-              (QList<QVariantList>{{QStringLiteral("Chiave dinamometrica “Stahl”"), 45000.5, qlonglong(-1), 129.9}}));
+    EXPECT_EQ(
+        store.rows(QStringLiteral("SELECT Nome, Acquisto, Tarato, Prezzo FROM Tbl_Attrezzi WHERE ID_ATTREZZO = 7")),
+        (QList<QVariantList>{{QStringLiteral("Chiave dinamometrica “Stahl”"), 45000.5, qlonglong(-1), 129.9}}));
     ASSERT_EQ(sqlite3_exec(store.db(), "INSERT INTO Tbl_Attrezzi (Nome) VALUES ('Nuovo')", nullptr, nullptr, nullptr),
               SQLITE_OK);
     EXPECT_EQ(store.value(QStringLiteral("SELECT MAX(ID_ATTREZZO) FROM Tbl_Attrezzi")).toLongLong(), 13);
 
     EXPECT_EQ(store.value(QStringLiteral("SELECT Responsabile FROM Tbl_Reparto WHERE ID_Reparto = 3")).toString(),
               QStringLiteral("Bianchi"));
-    ASSERT_EQ(sqlite3_exec(store.db(), "INSERT INTO Tbl_Historian_Orders (Ricambi) VALUES ('x')", nullptr, nullptr,
-                           nullptr),
-              SQLITE_OK);
+    ASSERT_EQ(
+        sqlite3_exec(store.db(), "INSERT INTO Tbl_Historian_Orders (Ricambi) VALUES ('x')", nullptr, nullptr, nullptr),
+        SQLITE_OK);
     EXPECT_EQ(store.value(QStringLiteral("SELECT Data_Ricevuto FROM Tbl_Historian_Orders")).toString(),
               QStringLiteral("Non Ricevuto"));
 }
@@ -435,7 +444,7 @@ TEST_F(ImporterTest, BadOldFilesLeaveNothingBehind)
     const Case cases[] = {
         {sources.filePath(QStringLiteral("assente.mdb")), QStringLiteral("non esiste")},
         {text, QStringLiteral("non è un database Access")},
-        {cutAt(100000), QStringLiteral("danneggiato")},       // not a whole number of pages
+        {cutAt(100000), QStringLiteral("danneggiato")},                         // not a whole number of pages
         {cutAt(whole.size() / 2 / 4096 * 4096), QStringLiteral("danneggiato")}, // whole pages, half the file
     };
     const QString before = QString::fromLatin1(folderState(home()));
@@ -460,10 +469,10 @@ TEST_F(ImporterTest, CommandLine)
     EXPECT_EQ(importer::runImport({QStringLiteral("velmora"), QStringLiteral("--import")}, o, e), 2);
     EXPECT_TRUE(err.contains(QStringLiteral("Uso: velmora --import")));
     err.clear();
-    EXPECT_EQ(importer::runImport({QStringLiteral("velmora"), QStringLiteral("--import"), fixtureMdb(),
-                                   QStringLiteral("--colore")},
-                                  o, e),
-              2);
+    EXPECT_EQ(
+        importer::runImport(
+            {QStringLiteral("velmora"), QStringLiteral("--import"), fixtureMdb(), QStringLiteral("--colore")}, o, e),
+        2);
     err.clear();
 
     ASSERT_EQ(importer::runImport({QStringLiteral("velmora"), QStringLiteral("--import"), fixtureMdb(),
@@ -475,9 +484,8 @@ TEST_F(ImporterTest, CommandLine)
     const QStringList lines = out.split(QLatin1Char('\n'));
     EXPECT_TRUE(lines.first().startsWith(QStringLiteral("Tabella")));
     EXPECT_TRUE(lines.first().contains(QStringLiteral("Righe nel file  Righe importate")));
-    const auto numerazione = std::find_if(lines.begin(), lines.end(), [](const QString& l) {
-        return l.startsWith(QStringLiteral("Tbl_Numerazione "));
-    });
+    const auto numerazione = std::find_if(
+        lines.begin(), lines.end(), [](const QString& l) { return l.startsWith(QStringLiteral("Tbl_Numerazione ")); });
     ASSERT_NE(numerazione, lines.end()) << out.toStdString();
     EXPECT_EQ(numerazione->simplified(), QStringLiteral("Tbl_Numerazione 33 33"));
     EXPECT_TRUE(out.contains(QStringLiteral("Importazione completata: 25 tabelle")));

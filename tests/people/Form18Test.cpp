@@ -20,18 +20,22 @@ class Form18Test : public ScreenTest
 protected:
     /// An operator; a Null date leaves its column empty, 0 is a running employment.
     int addOperator(const QString& name, const QString& qualification, const Variant& born, const Variant& started,
-        const Variant& ended = Variant(0), const QString& type = "Interno")
+                    const Variant& ended = Variant(0), const QString& type = "Interno")
     {
         return plant.worker(name, qualification,
-            { { "Data_Nascita", born }, { "Inizio_Rapp", started }, { "Fine_Rapp", ended }, { "Tipo", type } });
+                            {{"Data_Nascita", born}, {"Inizio_Rapp", started}, {"Fine_Rapp", ended}, {"Tipo", type}});
     }
 
     /// A maintenance of the register last executed by this operator.
     void addJob(int operatorId, const QDate& ultima, const QString& type, const QString& model, const QString& number)
     {
-        plant.registerRow({ { "Macchina", "PRESSA" }, { "Modello", model }, { "Numerazione", number },
-            { "Manutenzione_Tipo", type }, { "Ultima", Variant::fromDate(ultima) },
-            { "Prossima", Variant::fromDate(ultima.addDays(28)) }, { "ID_OPERATORE", operatorId } });
+        plant.registerRow({{"Macchina", "PRESSA"},
+                           {"Modello", model},
+                           {"Numerazione", number},
+                           {"Manutenzione_Tipo", type},
+                           {"Ultima", Variant::fromDate(ultima)},
+                           {"Prossima", Variant::fromDate(ultima.addDays(28))},
+                           {"ID_OPERATORE", operatorId}});
     }
 
     static Form18* form18() { return screen<Form18>("Form18"); }
@@ -44,8 +48,8 @@ protected:
 TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
 {
     const int rossi = addOperator("ROSSI", "Elettricista", date(1980, 12, 31), date(2010, 3, 1));
-    const int bianchi
-        = addOperator("bianchi", "Meccanico", date(1975, 5, 20), date(2001, 9, 1), date(2020, 6, 30), "Esterno");
+    const int bianchi =
+        addOperator("bianchi", "Meccanico", date(1975, 5, 20), date(2001, 9, 1), date(2020, 6, 30), "Esterno");
     // A birth of 0 reads back as a time of day, shorter than a date: no date at all.
     const int verdi = addOperator("VERDI", "Meccanico", Variant(0), Variant::null(), Variant::null());
     addJob(rossi, QDate(2026, 10, 1), "Mensile", "AX100", "1");
@@ -56,8 +60,8 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
     EXPECT_EQ(f->Label1->Caption(), "0peratori Presenti: 3");
     EXPECT_EQ(f->DataGrid1->cellValue(0, 0).toLong(), bianchi) << "by name, case ignored";
     EXPECT_EQ(captions(f->DataGrid1),
-        QStringList({ "ID_OPERATORE", "Operatore", "Qualifica", "Nascita", "Tipo", "Assunzione", "Fine_Rapp" }));
-    EXPECT_EQ(widths(f->DataGrid1), QList<int>({ 0, 1800, 1800, 1100, 0, 1150, 0 }));
+              QStringList({"ID_OPERATORE", "Operatore", "Qualifica", "Nascita", "Tipo", "Assunzione", "Fine_Rapp"}));
+    EXPECT_EQ(widths(f->DataGrid1), QList<int>({0, 1800, 1800, 1100, 0, 1150, 0}));
     for (int i = 0; i < 7; ++i)
         EXPECT_TRUE(f->DataGrid1->Columns(i).Locked()) << i;
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
@@ -69,7 +73,7 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
     EXPECT_EQ(f->DTPicker2->date(), QDate(1980, 12, 31));
     EXPECT_TRUE(f->DTPicker4->isHidden()) << "Fine_Rapp 0: the employment runs";
     // Years only: born on 31 December 1980, counted 46 on 15 November 2026.
-    EXPECT_EQ(texts({ f->Txt_Eta, f->Txt_Rapporto }), QStringList({ "46", "16" }));
+    EXPECT_EQ(texts({f->Txt_Eta, f->Txt_Rapporto}), QStringList({"46", "16"}));
     EXPECT_FALSE(f->DTPicker3->isHidden());
     EXPECT_EQ(f->DTPicker3->date(), QDate(2026, 11, 10)) << "the newest job";
     EXPECT_EQ(f->Txt_Manutenzione->Text() + f->Txt_Modello->Text() + f->Txt_Numero->Text(), "BimestraleT20010");
@@ -88,7 +92,7 @@ TEST_F(Form18Test, ListAndTheSelectedOperatorWithAgeServiceAndLastJob)
     // No dates: the pickers show today and nothing is worked out.
     selectOperator(f, verdi);
     EXPECT_EQ(f->DTPicker2->date(), QDate(2026, 11, 15));
-    EXPECT_EQ(texts({ f->Txt_Eta, f->Txt_Rapporto }), QStringList({ "", "" }));
+    EXPECT_EQ(texts({f->Txt_Eta, f->Txt_Rapporto}), QStringList({"", ""}));
 
     // From 1 January the one born on 31 December is counted a full year older.
     setToday(QDate(2027, 1, 1));
@@ -103,7 +107,7 @@ TEST_F(Form18Test, InsertNeedsNameAndQualificationAndSavesARunningEmployment)
     Form18* f = form18();
     selectOperator(f, rossi);
     f->Cmd_Add->click();
-    EXPECT_EQ(texts({ f->TxtID_OPERATORE, f->Combo1, f->Cmd_Edit }), QStringList({ "", "Interno", "SALVA" }));
+    EXPECT_EQ(texts({f->TxtID_OPERATORE, f->Combo1, f->Cmd_Edit}), QStringList({"", "Interno", "SALVA"}));
     EXPECT_FALSE(f->Cmd_Add->isEnabled() || f->Cmd_Delete->isEnabled());
 
     f->Cmd_Edit->click();
@@ -113,7 +117,7 @@ TEST_F(Form18Test, InsertNeedsNameAndQualificationAndSavesARunningEmployment)
     ASSERT_EQ(shown.size(), 2u);
     for (const auto& b : shown)
         EXPECT_BOX(b, "MANCANZA DATI!!", "Inserisci i dati Richiesti!", vb::mb::Exclamation);
-    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore"), QStringList { "ROSSI" });
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore"), QStringList{"ROSSI"});
 
     f->Txt_Qualifica->typeText("Saldatore");
     f->DTPicker2->setValue(date(1990, 4, 12));
@@ -133,7 +137,7 @@ TEST_F(Form18Test, InsertNeedsNameAndQualificationAndSavesARunningEmployment)
     // Reopened in browse mode on the row number kept before the insert: row 0, where
     // the new name now sorts.
     Form18* again = reopened();
-    EXPECT_EQ(texts({ again->Cmd_Edit, again->txtOperatore }), QStringList({ "MODIFICA", "NERI PAOLO" }));
+    EXPECT_EQ(texts({again->Cmd_Edit, again->txtOperatore}), QStringList({"MODIFICA", "NERI PAOLO"}));
     EXPECT_TRUE(again->DTPicker4->isHidden());
     EXPECT_EQ(again->Txt_Rapporto->Text(), "11");
 
@@ -161,19 +165,19 @@ TEST_F(Form18Test, EditAsksWithTheOldNameAndDimissioniEndsTheEmployment)
     auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_BOX(shown[0], "Modifica Operatore **ROSSI**",
-        "Stai per modificare i dati dell' Operatore [ROSSI] Vuoi Procedere??", vb::mb::YesNo + vb::mb::Question);
+               "Stai per modificare i dati dell' Operatore [ROSSI] Vuoi Procedere??", vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(shown[1].prompt, "L'Operatore [ROSSI] Sta per essere modificato, Vuoi Procedere??");
-    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList { "ROSSI" });
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList{"ROSSI"});
 
     // Dimissioni shows the end date at today; the save writes it.
     f->Cmd_Dimissioni->click();
     EXPECT_FALSE(f->DTPicker4->isHidden());
     EXPECT_EQ(f->DTPicker4->date(), QDate(2026, 11, 15));
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     boxes();
-    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList { "ROSSI MARIO" });
-    EXPECT_EQ(column("SELECT Fine_Rapp FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList { "15/11/2026" });
+    EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList{"ROSSI MARIO"});
+    EXPECT_EQ(column("SELECT Fine_Rapp FROM Tbl_Operatore WHERE ID_OPERATORE = " + key), QStringList{"15/11/2026"});
 
     // Back on the kept row; two years on, the service stays at the end year less the start.
     setToday(QDate(2028, 11, 15));
@@ -182,13 +186,13 @@ TEST_F(Form18Test, EditAsksWithTheOldNameAndDimissioniEndsTheEmployment)
     f->DataGrid1->select(1);
     EXPECT_EQ(f->txtOperatore->Text(), "ROSSI MARIO");
     EXPECT_FALSE(f->DTPicker4->isHidden());
-    EXPECT_EQ(texts({ f->Txt_Rapporto, f->Txt_Eta }), QStringList({ "14", "48" }));
+    EXPECT_EQ(texts({f->Txt_Rapporto, f->Txt_Eta}), QStringList({"14", "48"}));
 
     // A second click takes the end back: the save writes 0 again and the service runs on.
     f->Cmd_Dimissioni->click();
     EXPECT_TRUE(f->DTPicker4->isHidden());
     f->Txt_Qualifica->setText("Capo squadra");
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     EXPECT_EQ(boxes()[0].prompt, "L'Operatore [ROSSI MARIO] Sta per essere modificato, Vuoi Procedere??")
         << "a new qualification counts as a change";
@@ -208,13 +212,13 @@ TEST_F(Form18Test, DeleteAsksFirstAndTheRegisterKeepsTheKey)
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_BOX(shown[0], "NESSUNA OPERATORE SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
     EXPECT_BOX(shown[1], "Eliminazione Operatore **ROSSI**", "Vuoi Veramente eliminare l'Operatore ROSSI?",
-        vb::mb::YesNo + vb::mb::Question);
+               vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(column("SELECT Operatore FROM Tbl_Operatore").size(), 1);
 
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Delete->click();
     EXPECT_TRUE(column("SELECT Operatore FROM Tbl_Operatore").isEmpty());
-    EXPECT_EQ(column("SELECT ID_OPERATORE FROM Tbl_Maintenance"), QStringList { QString::number(rossi) });
+    EXPECT_EQ(column("SELECT ID_OPERATORE FROM Tbl_Maintenance"), QStringList{QString::number(rossi)});
     EXPECT_EQ(reopened()->Label1->Caption(), "0peratori Presenti: 0");
 }
 
@@ -248,7 +252,7 @@ TEST_F(Form18Test, SearchesByNameAndQualificationAndTheFullListAgain)
 
     f->Cmd_Vis_All->click();
     Form18* again = reopened();
-    EXPECT_EQ(texts({ again->Label1, again->Cmd_Print }), QStringList({ "0peratori Presenti: 3", "Stampa Tutto" }));
+    EXPECT_EQ(texts({again->Label1, again->Cmd_Print}), QStringList({"0peratori Presenti: 3", "Stampa Tutto"}));
 }
 
 TEST_F(Form18Test, APickerRefusingTodayWritesTheDateGuideAndInfoOnRequest)
@@ -266,18 +270,18 @@ TEST_F(Form18Test, APickerRefusingTodayWritesTheDateGuideAndInfoOnRequest)
 
     // INSERISCI blames the date format: the guide opens and the insert does not begin.
     f->Cmd_Add->click();
-    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString> { path() + "/Errore_Formato_Data.txt" });
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{path() + "/Errore_Formato_Data.txt"});
     EXPECT_EQ(linesOf("Errore_Formato_Data.txt").value(2),
-        "IL FORMATO DATA IMPOSTATO SU QUESTO PC HA CAUSATO UN ERRORE AL SOFTWARE");
+              "IL FORMATO DATA IMPOSTATO SU QUESTO PC HA CAUSATO UN ERRORE AL SOFTWARE");
     EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
     EXPECT_TRUE(boxes().empty());
 
     setToday(QDate(2026, 11, 15));
     f->Cmd_Info->click();
     EXPECT_BOX(oneBox(), "Info --",
-        "Il File 'Info.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
-        vb::mb::Information);
-    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString> { path() + "/Info.txt" });
+               "Il File 'Info.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
+               vb::mb::Information);
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{path() + "/Info.txt"});
 }
 
 TEST_F(Form18Test, PrintListsOperatorsWithJobsByQualificationNewestJobFirst)
@@ -298,7 +302,7 @@ TEST_F(Form18Test, PrintListsOperatorsWithJobsByQualificationNewestJobFirst)
     EXPECT_FALSE(t.contains("VERDI")) << "no job, no place in the list";
     EXPECT_LT(t.indexOf("BIANCHI"), t.indexOf("ROSSI")) << "by qualification";
     EXPECT_LT(t.indexOf("T200"), t.indexOf("AX100")) << "newest job first";
-    EXPECT_EQ(t.mid(t.indexOf("Interventi Eseguiti"), 2), (QStringList { "Interventi Eseguiti", "1" }));
+    EXPECT_EQ(t.mid(t.indexOf("Interventi Eseguiti"), 2), (QStringList{"Interventi Eseguiti", "1"}));
     EXPECT_EQ(reports::ReportWindow("DataReport2")->geometry().left(), vb::twipsToPixels(2200)) << "work area";
     EXPECT_TRUE(boxes().empty());
 }
@@ -312,7 +316,7 @@ TEST_F(Form18Test, TheMainMenuOpensTheScreenAndTheRegisterListsTheSameOperators)
     boxes();
 
     // The register's operator list reads the same table.
-    plant.worker("NERI PAOLO", "Saldatore", { { "Tipo", "Esterno" } });
+    plant.worker("NERI PAOLO", "Saldatore", {{"Tipo", "Esterno"}});
     shell::screens().show("Form7");
     EXPECT_TRUE(screen<execution::Form7>("Form7")->DataCombo5->items().contains("NERI PAOLO"));
 }

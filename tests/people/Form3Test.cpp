@@ -47,7 +47,7 @@ protected:
         olio = addNote(1, 1, "10/11/2026", "Cambiato olio", "Guasto", "Elettrico");
         filtri = addNote(1, 2, "03/03/2025", "Controllo olio e filtri", "Manutenzione", "Meccanico");
         guanti = addNote(0, 0, "12/11/2026", "Ordinare guanti", "Sicurezza", "Magazzino");
-        standIn("Form7", { "T:ID_MOD", "T:ID_NUM", "P:DTPicker2" });
+        standIn("Form7", {"T:ID_MOD", "T:ID_NUM", "P:DTPicker2"});
         shell::screens().form("Form7")->controlAs<vb::DTPicker>("DTPicker2")->setValue(kit::date(2026, 11, 10));
     }
 
@@ -57,11 +57,15 @@ protected:
         Form3Road::TearDown();
     }
 
-    int addNote(
-        int model, int number, const QString& date, const QString& text, const QString& type, const QString& type2)
+    int addNote(int model, int number, const QString& date, const QString& text, const QString& type,
+                const QString& type2)
     {
-        return plant.note({ { "ID_MODELLO", model }, { "ID_NUM", number }, { "Ultima", date }, { "NOTE", text },
-            { "Tipo_Nota", type }, { "Tipo_Nota2", type2 } });
+        return plant.note({{"ID_MODELLO", model},
+                           {"ID_NUM", number},
+                           {"Ultima", date},
+                           {"NOTE", text},
+                           {"Tipo_Nota", type},
+                           {"Tipo_Nota2", type2}});
     }
 
     static Form3* reload() { return ScreenTest::reload<Form3>("Form3"); }
@@ -123,13 +127,13 @@ TEST_F(Form3Test, LoadShowsTheThreeListsAndTheRegistersMachine)
     EXPECT_EQ(f->DataGrid2->cellText(0, 0), "AX100");
     EXPECT_EQ(f->DataGrid2->cellText(1, 1), "2");
     EXPECT_EQ(f->DataGrid2->cellText(1, 2), "1");
-    EXPECT_EQ(widths(f->DataGrid2), QList<int>({ 2900, 500, 500, 0, 0 }));
-    EXPECT_EQ(captions(f->DataGrid2).mid(0, 3), QStringList({ "Modello", "N°", "Note" }));
+    EXPECT_EQ(widths(f->DataGrid2), QList<int>({2900, 500, 500, 0, 0}));
+    EXPECT_EQ(captions(f->DataGrid2).mid(0, 3), QStringList({"Modello", "N°", "Note"}));
 
     // All notes, newest first by the date's text: day first, so a March note of last year
     // sorts below November's.
     EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 3");
-    EXPECT_EQ(keys(f->DataGrid3), (QList<int> { guanti, olio, filtri }));
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{guanti, olio, filtri}));
     EXPECT_EQ(f->DataGrid3->Columns("Tipo_Nota").Caption(), "Nota Tipo");
     EXPECT_EQ(f->DataGrid3->Columns("Tipo_Nota").Width(), 1000);
     EXPECT_EQ(f->DataGrid3->Columns("NOTE").Width(), 3000);
@@ -151,7 +155,7 @@ TEST_F(Form3Test, LoadShowsTheThreeListsAndTheRegistersMachine)
     setRegister("1", "1", true);
     f = reload();
     EXPECT_EQ(f->DTPicker2->Value().toString(), "10/11/2026");
-    EXPECT_EQ(keys(f->DataGrid1), (QList<int> { olio }));
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{olio}));
     EXPECT_EQ(f->Frame1->Caption(), "N° 1 Note 10/11/2026");
     // A hidden register gives its keys but not its date: none of today.
     setRegister("1", "1", false);
@@ -162,7 +166,7 @@ TEST_F(Form3Test, LoadShowsTheThreeListsAndTheRegistersMachine)
     f->Txt_ID_NUM->setText("2");
     f->DTPicker2->setValue(vb::Variant::fromDate(QDate(2025, 3, 3)));
     f->Show_Notes_Of_Machine();
-    EXPECT_EQ(keys(f->DataGrid1), (QList<int> { filtri }));
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{filtri}));
     EXPECT_TRUE(boxes().empty());
 }
 
@@ -173,7 +177,7 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
         f->Cmd_Add_Note->click();
         const auto b = boxes();
         EXPECT_LE(b.size(), 1u);
-        return b.empty() ? vb::ShownBox {} : b.front();
+        return b.empty() ? vb::ShownBox{} : b.front();
     };
     const vb::ShownBox empty = save();
     EXPECT_EQ(empty.prompt, "Inserisci la l'Annotazione ...");
@@ -191,10 +195,10 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
     EXPECT_EQ(save().prompt, "");
     EXPECT_EQ(lines("SELECT ID_MODELLO, ID_NUM, ID_OPERATORE, Ultima, NOTE, Tipo_Nota FROM Tbl_Maintenance_Note "
                     "WHERE Tipo_Nota2 = 'Reparto B'"),
-        QStringList { "0|0|0|15/11/2026|Nuovi guanti\r\nin magazzino|Sicurezza" });
+              QStringList{"0|0|0|15/11/2026|Nuovi guanti\r\nin magazzino|Sicurezza"});
     EXPECT_EQ(f->Txt_Nota->Text(), "") << "the inputs are cleared";
-    EXPECT_EQ(texts({ f->DataCombo5, f->Txt_DATA, f->Txt_ID_NUM, f->Frame2 }),
-        QStringList({ "", "02/01/2026", "0", "TUTTE LE NOTE: 4" }));
+    EXPECT_EQ(texts({f->DataCombo5, f->Txt_DATA, f->Txt_ID_NUM, f->Frame2}),
+              QStringList({"", "02/01/2026", "0", "TUTTE LE NOTE: 4"}));
     EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 2") << "a general note is no machine's";
 
     // Lookups start at three characters.
@@ -203,7 +207,7 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
     EXPECT_EQ(f->DataCombo2->ListCount(), 0);
     f->DataCombo3->setText("PRESSA");
     EXPECT_TRUE(f->DataCombo2->isEnabled());
-    EXPECT_EQ(f->DataCombo2->items(), (QStringList { "AX100", "BX200" }));
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList{"AX100", "BX200"}));
     EXPECT_EQ(f->ID_MOD->Text(), "1") << "the machine's first model";
     // A name of no machine has no first model: the plain box of the empty list, and the
     // model stays closed.
@@ -223,7 +227,7 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
     EXPECT_EQ(f->DataCombo1->ListCount(), 0);
     f->DataCombo2->choose("BX200");
     EXPECT_EQ(f->ID_MOD->Text(), "4");
-    EXPECT_EQ(f->DataCombo1->items(), (QStringList { "5" }));
+    EXPECT_EQ(f->DataCombo1->items(), (QStringList{"5"}));
     EXPECT_EQ(save().prompt, "Selezionare il Numero della Macchina...");
     f->DataCombo1->setText("9");
     EXPECT_EQ(f->ID_NUM->Text(), "") << "no such number: nothing changes";
@@ -231,15 +235,15 @@ TEST_F(Form3Test, SaveChecksInOrderThenInsertsGeneralAndMachineNotesOfToday)
     EXPECT_EQ(f->ID_NUM->Text(), "4");
     EXPECT_EQ(save().prompt, "");
     EXPECT_EQ(lines("SELECT ID_MODELLO, ID_NUM FROM Tbl_Maintenance_Note WHERE Tipo_Nota2 = 'Idraulico'"),
-        QStringList { "4|4" });
+              QStringList{"4|4"});
     EXPECT_EQ(f->Frame3->Caption(), "NOTE MACCHINE: 3");
 
     // A name with an apostrophe is looked up with it doubled.
     f->DataCombo3->setText("TORNIO");
-    EXPECT_EQ(f->DataCombo2->items(), (QStringList { "T-50 dell'officina", "T200" }));
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList{"T-50 dell'officina", "T200"}));
     f->DataCombo2->choose("T-50 dell'officina");
     EXPECT_EQ(f->ID_MOD->Text(), "5");
-    EXPECT_EQ(f->DataCombo1->items(), (QStringList { "7" }));
+    EXPECT_EQ(f->DataCombo1->items(), (QStringList{"7"}));
     EXPECT_TRUE(boxes().empty());
 }
 
@@ -248,18 +252,18 @@ TEST_F(Form3Test, EachFilterReplacesTheOthersAndEmptyingOneShowsEveryNote)
     Form3* f = form3();
     f->DataCombo5->setText("Guasto");
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "1");
-    EXPECT_EQ(keys(f->DataGrid3), (QList<int> { olio }));
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{olio}));
     // The text search ignores the classification chosen before.
     f->Txt_Search->typeText("olio");
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "3");
-    EXPECT_EQ(keys(f->DataGrid3), (QList<int> { olio, filtri }));
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{olio, filtri}));
     EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 2");
     // Emptied, it does not go back to the classification: no filter at all.
     f->Txt_Search->setText("");
-    EXPECT_EQ(texts({ f->Txt_Specifica_Note, f->Frame2 }), QStringList({ "0", "TUTTE LE NOTE: 3" }));
+    EXPECT_EQ(texts({f->Txt_Specifica_Note, f->Frame2}), QStringList({"0", "TUTTE LE NOTE: 3"}));
     f->DataCombo4->setText("Meccanico");
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "2");
-    EXPECT_EQ(keys(f->DataGrid3), (QList<int> { filtri }));
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{filtri}));
     // The text goes into the statement as typed: an apostrophe finds nothing, silently.
     f->Txt_Search->setText("l'olio");
     EXPECT_EQ(f->Frame2->Caption(), "TUTTE LE NOTE: 0");
@@ -272,7 +276,7 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
     // A note of all notes: it alone below, ready for a new one.
     selectNote(f->DataGrid3, olio);
     EXPECT_EQ(f->Cmd_Add_Note->Caption(), "INSERISCI NOTA");
-    EXPECT_EQ(keys(f->DataGrid1), (QList<int> { olio }));
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{olio}));
     EXPECT_EQ(f->Txt_ID->Text(), QString::number(olio));
     EXPECT_EQ(f->Txt_Grid->Text(), "0");
     EXPECT_TRUE(f->Cmd_Photo->isEnabled());
@@ -280,12 +284,12 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
 
     // The note itself into the input area, machine included.
     f->DataGrid1->select(0);
-    EXPECT_EQ(texts({ f->Cmd_Add_Note, f->DataCombo3, f->DataCombo2, f->DataCombo1, f->ID_MOD, f->ID_NUM, f->DataCombo5,
-                  f->DataCombo4, f->Txt_Nota }),
-        QStringList({ "MODIFICA NOTA", "PRESSA", "AX100", "1", "1", "1", "Guasto", "Elettrico", "Cambiato olio" }));
+    EXPECT_EQ(texts({f->Cmd_Add_Note, f->DataCombo3, f->DataCombo2, f->DataCombo1, f->ID_MOD, f->ID_NUM, f->DataCombo5,
+                     f->DataCombo4, f->Txt_Nota}),
+              QStringList({"MODIFICA NOTA", "PRESSA", "AX100", "1", "1", "1", "Guasto", "Elettrico", "Cambiato olio"}));
     // Filling the classifications filters the list of all notes by them, the last one winning.
     EXPECT_EQ(f->Txt_Specifica_Note->Text(), "2");
-    EXPECT_EQ(keys(f->DataGrid3), (QList<int> { olio }));
+    EXPECT_EQ(keys(f->DataGrid3), (QList<int>{olio}));
 
     // An edit writes the picker's date, not the note's: the note moves to that day.
     f->Txt_Nota->setText("Cambiato olio e filtro");
@@ -299,7 +303,7 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
     selectNote(f->DataGrid3, guanti);
     EXPECT_EQ(f->Txt_Grid->Text(), "1");
     f->DataGrid1->select(0);
-    EXPECT_EQ(texts({ f->DataCombo3, f->Txt_Nota }), QStringList({ "", "Ordinare guanti" }));
+    EXPECT_EQ(texts({f->DataCombo3, f->Txt_Nota}), QStringList({"", "Ordinare guanti"}));
     f->Txt_Nota->setText("Ordinare guanti e occhiali");
     f->Cmd_Add_Note->click();
     EXPECT_EQ(note(guanti).section('|', 0, 0) + note(guanti).section('|', 4, 4), "0Ordinare guanti e occhiali");
@@ -307,7 +311,7 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
     // A machine number: its notes, and they are notes of a machine.
     f->DataGrid2->select(1);
     EXPECT_EQ(f->Cmd_Add_Note->Caption(), "INSERISCI NOTA");
-    EXPECT_EQ(keys(f->DataGrid1), (QList<int> { filtri }));
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{filtri}));
     EXPECT_EQ(f->Txt_Grid->Text(), "0");
     EXPECT_EQ(f->DataGrid2->Row(), 1);
     f->DataGrid1->select(0);
@@ -315,10 +319,10 @@ TEST_F(Form3Test, SelectionsChooseTheNoteAndAnEditTakesThePickersDate)
 
     // Found through the search: the note clicked, though the clearing empties the filter.
     f->Txt_Search->setText("guanti");
-    ASSERT_EQ(keys(f->DataGrid3), (QList<int> { guanti }));
+    ASSERT_EQ(keys(f->DataGrid3), (QList<int>{guanti}));
     f->DataGrid3->select(0);
-    EXPECT_EQ(keys(f->DataGrid1), (QList<int> { guanti }));
-    EXPECT_EQ(texts({ f->Txt_Search, f->Frame2 }), QStringList({ "", "TUTTE LE NOTE: 3" }));
+    EXPECT_EQ(keys(f->DataGrid1), (QList<int>{guanti}));
+    EXPECT_EQ(texts({f->Txt_Search, f->Frame2}), QStringList({"", "TUTTE LE NOTE: 3"}));
     EXPECT_EQ(f->DataGrid3->cellText(f->DataGrid3->Row(), "ID"), QString::number(guanti));
     EXPECT_EQ(f->Txt_Grid->Text(), "1");
     EXPECT_TRUE(boxes().empty());
@@ -343,7 +347,7 @@ TEST_F(Form3Test, SymbolsGoWhereTheLastChangeOrClickLeftTheCaret)
     f->show();
     f->Txt_Nota->typeText("abc");
     EXPECT_TRUE(f->Frame5->isVisible()) << "the symbols while the text has the focus";
-    EXPECT_EQ(texts({ f->txt_Lunghezza, f->Txt_Len }), QStringList({ "abc", "3" }));
+    EXPECT_EQ(texts({f->txt_Lunghezza, f->Txt_Len}), QStringList({"abc", "3"}));
     // Arrow keys move the caret and nothing else: the symbol lands after the "c".
     f->Txt_Nota->setSelStart(1);
     f->Cmd_Diametro->click();
@@ -402,43 +406,43 @@ TEST_F(Form3Test, PicturesShowFitAndAMissingOneIsNamedOnce)
     const auto b = boxes();
     ASSERT_EQ(b.size(), 1u) << "once for the change of the path, not for the name";
     EXPECT_BOX(b[0], "PERCORSO IMMAGINE NONVALIDO",
-        "Impossibile caricare l'immagine [via.jpg] ... Controlla che il seguente percorso "
-        "dell'Immagine [/nessuna/cartella/via.jpg]  sia valido!",
-        0);
+               "Impossibile caricare l'immagine [via.jpg] ... Controlla che il seguente percorso "
+               "dell'Immagine [/nessuna/cartella/via.jpg]  sia valido!",
+               0);
     EXPECT_EQ(note(filtri).section('|', 8), "/nessuna/cartella/via.jpg") << "the note is left as it is";
 
     // The dialog: cancelled, nothing; refused, nothing stored.
-    vb::FileDialogService::queueAnswers({ QString() });
+    vb::FileDialogService::queueAnswers({QString()});
     f->Image4->click();
     const auto asked = vb::FileDialogService::takeShown();
     ASSERT_EQ(asked.size(), 1u);
     EXPECT_EQ(asked[0].title, "Selezionare il file da aprire");
-    EXPECT_EQ(
-        asked[0].filter, "JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
+    EXPECT_EQ(asked[0].filter,
+              "JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
     EXPECT_EQ(asked[0].filterIndex, 1);
     EXPECT_EQ(asked[0].defaultExt, "Jpg");
     EXPECT_EQ(asked[0].initDir, vb::AppPath() + "/");
     EXPECT_EQ(asked[0].fileName, "/nessuna/cartella/via.jpg");
     EXPECT_TRUE(boxes().empty());
     const QString other = picture("valvola.bmp");
-    vb::FileDialogService::queueAnswers({ other });
-    answer({ answer::No });
+    vb::FileDialogService::queueAnswers({other});
+    answer({answer::No});
     f->Image4->click();
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(note(filtri).section('|', 7, 7), "via.jpg");
 
     // Saved: the one picture of the note is replaced, whichever the answer.
-    vb::FileDialogService::queueAnswers({ other });
-    answer({ answer::Yes, answer::No });
+    vb::FileDialogService::queueAnswers({other});
+    answer({answer::Yes, answer::No});
     f->Image4->MouseMove();
     f->Image2->click();
     const auto asks = boxes();
     ASSERT_EQ(asks.size(), 2u);
     EXPECT_BOX(asks[0], "SALVA IMMAGINE'valvola.bmp'", "Vuoi salvare l'Immagine 'valvola.bmp' ?",
-        vb::mb::YesNo + vb::mb::Question);
+               vb::mb::YesNo + vb::mb::Question);
     EXPECT_BOX(asks[1], "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'valvola.bmp'",
-        "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'valvola.bmp' ?",
-        vb::mb::YesNo + vb::mb::Question);
+               "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'valvola.bmp' ?",
+               vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(note(filtri).section('|', 7), "valvola.bmp|" + other);
     EXPECT_EQ(f->Image2->Picture(), other);
     EXPECT_EQ(rows("SELECT ID FROM Tbl_Maintenance_Note").size(), 3u);
@@ -451,7 +455,7 @@ TEST_F(Form3Test, NotesFileIsCreatedOnceAndKeepsWhatTheUserWrote)
     f->Cmd_Apri_Txt->click();
     ASSERT_TRUE(QFile::exists(file));
     EXPECT_EQ(QFile(file).size(), 0);
-    EXPECT_EQ(vb::OpenFileService::takeOpened(), (std::vector<QString> { file }));
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), (std::vector<QString>{file}));
     {
         QFile out(file);
         ASSERT_TRUE(out.open(QIODevice::Append));
@@ -510,14 +514,21 @@ TEST_F(Form3Road, AnExecutionOpensTheNotebookOnItsNoteAndTheTextIsWrittenThere)
 {
     start();
     // Unit 2 (PRESSA AX100 "2"), Bimestrale every 8 weeks, due on 27/10/2026.
-    const int id = plant.registerRow({ { "ID_MODELLO", 1 }, { "Macchina", "PRESSA" }, { "Modello", "AX100" },
-        { "ID_NUM", 2 }, { "Numerazione", "2" }, { "ID_MAINT_TIPO", 3 }, { "Manutenzione_Tipo", "Bimestrale" },
-        { "Frequenza_Sett", 8.0 }, { "Ultima", kit::date(2026, 9, 1) }, { "Prossima", kit::date(2026, 10, 27) },
-        { "Operatore", "" } });
+    const int id = plant.registerRow({{"ID_MODELLO", 1},
+                                      {"Macchina", "PRESSA"},
+                                      {"Modello", "AX100"},
+                                      {"ID_NUM", 2},
+                                      {"Numerazione", "2"},
+                                      {"ID_MAINT_TIPO", 3},
+                                      {"Manutenzione_Tipo", "Bimestrale"},
+                                      {"Frequenza_Sett", 8.0},
+                                      {"Ultima", kit::date(2026, 9, 1)},
+                                      {"Prossima", kit::date(2026, 10, 27)},
+                                      {"Operatore", ""}});
     shell::screens().show("Form7");
     selectKey(screen<execution::Form7>("Form7")->DataGrid1, id);
     boxes();
-    answer({ answer::Yes, answer::Yes });
+    answer({answer::Yes, answer::Yes});
     screen<execution::Form7>("Form7")->Cmd_Eseguita->click();
     EXPECT_EQ(boxes().size(), 2u);
 
@@ -525,30 +536,31 @@ TEST_F(Form3Road, AnExecutionOpensTheNotebookOnItsNoteAndTheTextIsWrittenThere)
     ASSERT_TRUE(shell::screens().isLoaded("Form3"));
     Form3* f = form3();
     EXPECT_TRUE(f->isVisible());
-    EXPECT_EQ(QStringList({ f->Txt_ID_MODELLO->Text(), f->Txt_ID_NUM->Text(), f->Txt_DATA->Text(),
-                  f->DTPicker2->Value().toString(), f->Frame1->Caption() }),
-        QStringList({ "1", "2", "27/10/2026", "27/10/2026", "N° 1 Note 27/10/2026" }));
+    EXPECT_EQ(QStringList({f->Txt_ID_MODELLO->Text(), f->Txt_ID_NUM->Text(), f->Txt_DATA->Text(),
+                           f->DTPicker2->Value().toString(), f->Frame1->Caption()}),
+              QStringList({"1", "2", "27/10/2026", "27/10/2026", "N° 1 Note 27/10/2026"}));
     ASSERT_EQ(f->DataGrid1->RecordCount(), 1);
 
     // The note has a type and no text yet: its empty columns leave their fields empty.
     f->DataGrid1->select(0);
     EXPECT_EQ(f->Cmd_Add_Note->Caption(), "MODIFICA NOTA");
-    EXPECT_EQ(QStringList({ f->DataCombo3->Text(), f->DataCombo2->Text(), f->DataCombo1->Text(), f->DataCombo5->Text(),
-                  f->DataCombo4->Text() }),
-        QStringList({ "PRESSA", "AX100", "2", "Manutenzione", "" }));
+    EXPECT_EQ(QStringList({f->DataCombo3->Text(), f->DataCombo2->Text(), f->DataCombo1->Text(), f->DataCombo5->Text(),
+                           f->DataCombo4->Text()}),
+              QStringList({"PRESSA", "AX100", "2", "Manutenzione", ""}));
     f->Txt_Nota->setText("Sostituito il filtro dell'aria");
     f->DataCombo4->setText("Meccanico");
     f->Cmd_Add_Note->click();
     EXPECT_TRUE(boxes().empty());
     // The execution's date stays.
-    EXPECT_EQ(lines("SELECT ID_MAINTENANCE, ID_MODELLO, ID_NUM, Ultima, NOTE, Tipo_Nota, Tipo_Nota2 FROM "
-                    "Tbl_Maintenance_Note"),
-        QStringList { QString::number(id) + "|1|2|27/10/2026|Sostituito il filtro dell'aria|Manutenzione|Meccanico" });
+    EXPECT_EQ(
+        lines("SELECT ID_MAINTENANCE, ID_MODELLO, ID_NUM, Ultima, NOTE, Tipo_Nota, Tipo_Nota2 FROM "
+              "Tbl_Maintenance_Note"),
+        QStringList{QString::number(id) + "|1|2|27/10/2026|Sostituito il filtro dell'aria|Manutenzione|Meccanico"});
 
     // The main menu's entry opens it afresh: every note, the register being reloaded hidden.
     shell::screens().control("frmMain", "lblNoteBooks")->click();
     f = form3();
     ASSERT_NE(f, nullptr);
     EXPECT_TRUE(f->isVisible());
-    EXPECT_EQ(texts({ f->Frame1, f->Frame3 }), QStringList({ "N° 1 Note 15/11/2026", "NOTE MACCHINE: 1" }));
+    EXPECT_EQ(texts({f->Frame1, f->Frame3}), QStringList({"N° 1 Note 15/11/2026", "NOTE MACCHINE: 1"}));
 }

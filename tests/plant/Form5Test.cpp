@@ -13,8 +13,8 @@ namespace answer = vb::answer;
 namespace {
 
 // Every table that copies a model's names.
-const char* const Copies[]
-    = { "Tbl_Maintenance", "Tbl_Proc_General_Macc", "Tbl_Assegna_M", "Tbl_Planned", "Tbl_Ricerca" };
+const char* const Copies[] = {"Tbl_Maintenance", "Tbl_Proc_General_Macc", "Tbl_Assegna_M", "Tbl_Planned",
+                              "Tbl_Ricerca"};
 
 class Form5Test : public ScreenTest
 {
@@ -29,25 +29,28 @@ protected:
         addModel("PRESSA", "AX100", "In Uso", 1, "PRESSE", "Bruni", "1998");
         addModel("TORNIO", "T200", "Fermo", 2, "MONTAGGIO", "Colli", "2004");
         addModel("PRESSA", "P9", "In Uso", 1, "PRESSE");
-        plant.generalModel(1, "PRESSA", "AX100", { { "Tempo_Minuti", 90 } });
+        plant.generalModel(1, "PRESSA", "AX100", {{"Tempo_Minuti", 90}});
         plant.generalStep(1, 1, "Olio", "Cambio olio del circuito", 90);
     }
 
     void addModel(const QString& machine, const QString& model, const QString& state, int department,
-        const QString& name, const QString& maker = {}, const QString& year = {})
+                  const QString& name, const QString& maker = {}, const QString& year = {})
     {
         const auto orNull = [](const QString& s) { return s.isEmpty() ? vb::Variant::null() : vb::Variant(s); };
         plant.model(machine, model,
-            { { "Stato", state }, { "ID_REPARTO", department }, { "REPARTO", name }, { "Costruttore", orNull(maker) },
-                { "Anno", orNull(year) } });
+                    {{"Stato", state},
+                     {"ID_REPARTO", department},
+                     {"REPARTO", name},
+                     {"Costruttore", orNull(maker)},
+                     {"Anno", orNull(year)}});
     }
 
     /// A row of model 1 and one of model 2 in every copy.
     void addCopies()
     {
         for (const char* table : Copies) {
-            plant.add(table, { { "ID_MODELLO", 1 }, { "Macchina", "PRESSA" }, { "Modello", "AX100" } });
-            plant.add(table, { { "ID_MODELLO", 2 }, { "Macchina", "TORNIO" }, { "Modello", "T200" } });
+            plant.add(table, {{"ID_MODELLO", 1}, {"Macchina", "PRESSA"}, {"Modello", "AX100"}});
+            plant.add(table, {{"ID_MODELLO", 2}, {"Macchina", "TORNIO"}, {"Modello", "T200"}});
         }
     }
 
@@ -58,8 +61,8 @@ protected:
     /// The model's fields as shown: key, kind, model, state, department and its key, maker, year.
     static QStringList fields(const Form5* f)
     {
-        return { f->txtID_MODELLO->Text(), f->txtMacchina->Text(), f->Txt_Modello->Text(), f->DataCombo4->Text(),
-            f->DataCombo3->Text(), f->TxtID_REPARTO->Text(), f->DataCombo2->Text(), f->txtAnno->Text() };
+        return {f->txtID_MODELLO->Text(), f->txtMacchina->Text(),   f->Txt_Modello->Text(), f->DataCombo4->Text(),
+                f->DataCombo3->Text(),    f->TxtID_REPARTO->Text(), f->DataCombo2->Text(),  f->txtAnno->Text()};
     }
 };
 
@@ -71,22 +74,22 @@ TEST_F(Form5Test, ListListsAndTheSelectionOfAModel)
     EXPECT_EQ(f->Caption(), "INSERISCI MACCHINE");
     EXPECT_EQ(f->Label1->Caption(), "Conteggio Macchine: 3");
     EXPECT_EQ(captions(f->DataGrid1),
-        QStringList({ "ID_MODELLO", "MACCHINA", "MODELLO", "STATO", "REPARTO", "COSTRUTTORE" }));
+              QStringList({"ID_MODELLO", "MACCHINA", "MODELLO", "STATO", "REPARTO", "COSTRUTTORE"}));
     EXPECT_EQ(f->DataGrid1->cellText(2, 1), "TORNIO") << "by kind";
-    EXPECT_EQ(f->DataCombo3->items(), (QStringList { "MONTAGGIO", "PRESSE" }));
-    EXPECT_EQ(f->DataCombo2->items(), (QStringList { "", "Bruni", "Colli" })) << "the makers typed before, once each";
-    EXPECT_EQ(f->DataCombo4->items(), (QStringList { "Fermo", "In Uso" }));
+    EXPECT_EQ(f->DataCombo3->items(), (QStringList{"MONTAGGIO", "PRESSE"}));
+    EXPECT_EQ(f->DataCombo2->items(), (QStringList{"", "Bruni", "Colli"})) << "the makers typed before, once each";
+    EXPECT_EQ(f->DataCombo4->items(), (QStringList{"Fermo", "In Uso"}));
     EXPECT_EQ(f->DataCombo1->items(), f->DataCombo4->items());
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
 
     selectModel(f, 1);
     // The department's key is found by its name.
-    EXPECT_EQ(fields(f), (QStringList { "1", "PRESSA", "AX100", "In Uso", "PRESSE", "1", "Bruni", "1998" }));
+    EXPECT_EQ(fields(f), (QStringList{"1", "PRESSA", "AX100", "In Uso", "PRESSE", "1", "Bruni", "1998"}));
     EXPECT_TRUE(f->Cmd_Edit->isEnabled() && f->Cmd_Vis_Manut->isEnabled());
 
     // Empty columns leave their fields as the clearing left them; no procedures, no print.
     selectModel(f, 3);
-    EXPECT_EQ(fields(f), (QStringList { "3", "PRESSA", "P9", "In Uso", "PRESSE", "1", "", "" }));
+    EXPECT_EQ(fields(f), (QStringList{"3", "PRESSA", "P9", "In Uso", "PRESSE", "1", "", ""}));
     EXPECT_FALSE(f->Cmd_Vis_Manut->isEnabled());
     EXPECT_EQ(f->Txt_Posizione->Text(), "1");
     EXPECT_TRUE(boxes().empty());
@@ -101,7 +104,7 @@ TEST_F(Form5Test, InsertNeedsItsFourFieldsThenReopensOnTheKeptRow)
     EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
     EXPECT_TRUE(f->Cmd_Add->isEnabled() && f->Cmd_Delete->isEnabled());
     f->Cmd_Add->click();
-    EXPECT_EQ(texts({ f->txtID_MODELLO, f->Cmd_Edit }), QStringList({ "", "SALVA" }));
+    EXPECT_EQ(texts({f->txtID_MODELLO, f->Cmd_Edit}), QStringList({"", "SALVA"}));
     EXPECT_FALSE(f->Cmd_Add->isEnabled() || f->Cmd_Delete->isEnabled());
 
     f->txtMacchina->typeText("SALDATRICE");
@@ -115,13 +118,13 @@ TEST_F(Form5Test, InsertNeedsItsFourFieldsThenReopensOnTheKeptRow)
     f->Cmd_Edit->click();
     EXPECT_EQ(lines("SELECT Modello, Stato, ID_REPARTO, REPARTO, Costruttore, Anno FROM Tbl_Macchina "
                     "WHERE Macchina = 'SALDATRICE'"),
-        QStringList { "DELL'ARCO 3|Nuova|2|MONTAGGIO|Ferri|" });
+              QStringList{"DELL'ARCO 3|Nuova|2|MONTAGGIO|Ferri|"});
     // Reopened in browse mode on the row number kept before the insert (2): the new model
     // sorts there now.
     Form5* again = reopened();
     EXPECT_NE(again, f);
-    EXPECT_EQ(texts({ again->Label1, again->Cmd_Edit, again->txtMacchina }),
-        QStringList({ "Conteggio Macchine: 4", "MODIFICA", "SALDATRICE" }));
+    EXPECT_EQ(texts({again->Label1, again->Cmd_Edit, again->txtMacchina}),
+              QStringList({"Conteggio Macchine: 4", "MODIFICA", "SALDATRICE"}));
     EXPECT_TRUE(again->DataCombo4->items().contains("Nuova")) << "a new state is offered from now on";
     EXPECT_TRUE(boxes().empty());
 }
@@ -129,8 +132,8 @@ TEST_F(Form5Test, InsertNeedsItsFourFieldsThenReopensOnTheKeptRow)
 TEST_F(Form5Test, RenameCarriesBothNamesToEveryCopyWithApostrophes)
 {
     addCopies();
-    for (const char* other : { "Form7", "Form9" }) {
-        standIn(other, QStringList {});
+    for (const char* other : {"Form7", "Form9"}) {
+        standIn(other, QStringList{});
         shell::screens().form(other);
     }
     Form5* f = form5();
@@ -139,19 +142,19 @@ TEST_F(Form5Test, RenameCarriesBothNamesToEveryCopyWithApostrophes)
     f->Txt_Modello->setText("AX'2%1");
     f->Cmd_Edit->click(); // answered No
     EXPECT_BOX(oneBox(), "Modifica Macchina **PRESSA**",
-        "La Macchina [PRESSA] Sta per essere modificata, Vuoi Procedere??", vb::mb::YesNo + vb::mb::Question);
-    EXPECT_EQ(column("SELECT Modello FROM Tbl_Macchina WHERE ID_MODELLO = 1"), QStringList { "AX100" });
+               "La Macchina [PRESSA] Sta per essere modificata, Vuoi Procedere??", vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(column("SELECT Modello FROM Tbl_Macchina WHERE ID_MODELLO = 1"), QStringList{"AX100"});
     EXPECT_TRUE(shell::screens().isLoaded("Form7"));
 
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     boxes();
     QStringList tables(std::begin(Copies), std::end(Copies));
     for (const QString& table : tables << "Tbl_Macchina") {
         EXPECT_EQ(lines("SELECT DISTINCT Macchina, Modello FROM " + table + " WHERE ID_MODELLO = 1"),
-            QStringList { "PRESSA D'ORO|AX'2%1" })
+                  QStringList{"PRESSA D'ORO|AX'2%1"})
             << table.toStdString();
-        EXPECT_EQ(column("SELECT Modello FROM " + table + " WHERE ID_MODELLO = 2"), QStringList { "T200" })
+        EXPECT_EQ(column("SELECT Modello FROM " + table + " WHERE ID_MODELLO = 2"), QStringList{"T200"})
             << table.toStdString();
     }
     EXPECT_FALSE(shell::screens().isLoaded("Form7") || shell::screens().isLoaded("Form9"));
@@ -161,12 +164,12 @@ TEST_F(Form5Test, RenameCarriesBothNamesToEveryCopyWithApostrophes)
     f = reopened();
     selectModel(f, 2);
     f->txtAnno->setText("2005");
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "Modifica Macchina **TORNIO**",
-        "Stai per modificare i dati della Macchina [TORNIO] Vuoi Procedere??", vb::mb::YesNo + vb::mb::Question);
-    EXPECT_EQ(column("SELECT Anno FROM Tbl_Macchina WHERE ID_MODELLO = 2"), QStringList { "2005" });
-    EXPECT_EQ(column("SELECT Modello FROM Tbl_Ricerca WHERE ID_MODELLO = 2"), QStringList { "T200" });
+               "Stai per modificare i dati della Macchina [TORNIO] Vuoi Procedere??", vb::mb::YesNo + vb::mb::Question);
+    EXPECT_EQ(column("SELECT Anno FROM Tbl_Macchina WHERE ID_MODELLO = 2"), QStringList{"2005"});
+    EXPECT_EQ(column("SELECT Modello FROM Tbl_Ricerca WHERE ID_MODELLO = 2"), QStringList{"T200"});
 }
 
 TEST_F(Form5Test, DeleteAsksFirstAndLeavesUnitsStepsNotesAndInterventions)
@@ -174,7 +177,7 @@ TEST_F(Form5Test, DeleteAsksFirstAndLeavesUnitsStepsNotesAndInterventions)
     addCopies();
     plant.unit(1, "1");
     plant.step(1, 2, 1, "Olio");
-    plant.note({ { "ID_MODELLO", 1 }, { "NOTE", "rumore" } });
+    plant.note({{"ID_MODELLO", 1}, {"NOTE", "rumore"}});
     Form5* f = form5();
     f->Cmd_Delete->click();
     selectModel(f, 1);
@@ -187,16 +190,16 @@ TEST_F(Form5Test, DeleteAsksFirstAndLeavesUnitsStepsNotesAndInterventions)
     EXPECT_EQ(shown[1].prompt, "Vuoi Veramente eliminare la Macchina selezionata e tutti i suoi Dati?");
     EXPECT_EQ(column("SELECT Modello FROM Tbl_Macchina").size(), 3);
 
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Delete->click();
     const auto rowsOfModel1 = [&](const char* table) {
         return column(QStringLiteral("SELECT ID_MODELLO FROM %1 WHERE ID_MODELLO = 1").arg(table)).size();
     };
     for (const char* gone :
-        { "Tbl_Macchina", "Tbl_Proc_General_Macc", "Tbl_Assegna_M", "Tbl_Maintenance", "Tbl_Planned" })
+         {"Tbl_Macchina", "Tbl_Proc_General_Macc", "Tbl_Assegna_M", "Tbl_Maintenance", "Tbl_Planned"})
         EXPECT_EQ(rowsOfModel1(gone), 0) << gone;
     for (const char* kept :
-        { "Tbl_Numerazione", "Tbl_Proc_General", "Tbl_ProcedureM", "Tbl_Maintenance_Note", "Tbl_Ricerca" })
+         {"Tbl_Numerazione", "Tbl_Proc_General", "Tbl_ProcedureM", "Tbl_Maintenance_Note", "Tbl_Ricerca"})
         EXPECT_EQ(rowsOfModel1(kept), 1) << kept;
     EXPECT_EQ(column("SELECT Modello FROM Tbl_Maintenance").size(), 1) << "the other model's rows stay";
     EXPECT_EQ(reopened()->Label1->Caption(), "Conteggio Macchine: 2");
@@ -257,8 +260,8 @@ TEST_F(Form5Test, ADepartmentTypedByHandHasNoKey)
     // One box for each letter's lookup, and one more when the reopened screen goes back to
     // row 2, which is now the new model.
     EXPECT_EQ(boxes().size(), 3u);
-    EXPECT_EQ(column("SELECT ID_REPARTO FROM Tbl_Macchina WHERE Macchina = 'SEGA'"), QStringList { "<null>" });
-    EXPECT_EQ(column("SELECT REPARTO FROM Tbl_Macchina WHERE Macchina = 'SEGA'"), QStringList { "O'" });
+    EXPECT_EQ(column("SELECT ID_REPARTO FROM Tbl_Macchina WHERE Macchina = 'SEGA'"), QStringList{"<null>"});
+    EXPECT_EQ(column("SELECT REPARTO FROM Tbl_Macchina WHERE Macchina = 'SEGA'"), QStringList{"O'"});
 }
 
 TEST_F(Form5Test, PrintsTheListByDepartmentAndAModelsGeneralProcedures)
@@ -270,12 +273,12 @@ TEST_F(Form5Test, PrintsTheListByDepartmentAndAModelsGeneralProcedures)
     QStringList t = printed("DataReport8");
     EXPECT_TRUE(t.contains("LISTA MACCHINE"));
     EXPECT_TRUE(t.contains("15/11/2026 08.00.00")) << "Label2: the present date and time";
-    EXPECT_EQ(t.mid(t.indexOf("REPARTO:"), 2), (QStringList { "REPARTO:", "MONTAGGIO" }));
+    EXPECT_EQ(t.mid(t.indexOf("REPARTO:"), 2), (QStringList{"REPARTO:", "MONTAGGIO"}));
     const int presse = int(t.lastIndexOf("PRESSE"));
     ASSERT_GT(presse, 0);
-    EXPECT_EQ(t.mid(presse - 1, 3), (QStringList { "TOTALE MACCHINE", "PRESSE", "2" })) << "the group's count";
+    EXPECT_EQ(t.mid(presse - 1, 3), (QStringList{"TOTALE MACCHINE", "PRESSE", "2"})) << "the group's count";
     EXPECT_EQ(t.mid(t.indexOf("TOTALE MACCHINE IN TUTTI I REPARTI:"), 2),
-        (QStringList { "TOTALE MACCHINE IN TUTTI I REPARTI:", "3" }));
+              (QStringList{"TOTALE MACCHINE IN TUTTI I REPARTI:", "3"}));
 
     f->Cmd_Vis_Manut->click();
     EXPECT_FALSE(reports::IsReportLoaded("DataReport6"));
@@ -293,5 +296,5 @@ TEST_F(Form5Test, PrintsTheListByDepartmentAndAModelsGeneralProcedures)
 
     f->Cmd_Info->click();
     EXPECT_EQ(boxes().size(), 1u);
-    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString> { path() + "/Info.txt" });
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{path() + "/Info.txt"});
 }

@@ -13,6 +13,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
 using namespace reports;
@@ -209,7 +210,8 @@ TEST_F(Documents, WeekPlanShownWithItsRunTimeTextsAndPdf)
 {
     ReportData data;
     data.columns = {"Macchina", "Modello", "Numerazione", "Week_meno", "Week", "Week_Piu"};
-    data.rows.push_back({{Variant("PRESSA"), Variant("AX100"), Variant("2"), Variant(""), Variant("Men"), Variant("")}, {}});
+    data.rows.push_back(
+        {{Variant("PRESSA"), Variant("AX100"), Variant("2"), Variant(""), Variant("Men"), Variant("")}, {}});
     ShowReport("DataReport12", data);
     golden::expectMatches("documents/DataReport12-shown.txt", shown("DataReport12"));
 
@@ -244,17 +246,17 @@ TEST_F(Documents, GeneralProcedureHoursUnderTheirFormat)
     auto hoursOf = [&](int model) {
         store::Recordset rs;
         rs.Open(QStringLiteral(
-            "SHAPE {SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
-            "Sum(Tbl_Proc_General.Minuti) AS SommaDiMinuti, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60 AS Ore "
-            "FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
-            "Tbl_Proc_General.ID_MODELLO GROUP BY Tbl_Proc_General_Macc.Macchina, "
-            "Tbl_Proc_General_Macc.Modello, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60, "
-            "Tbl_Proc_General.ID_MODELLO HAVING (((Tbl_Proc_General.ID_MODELLO)=%1));} "
-            "APPEND ({SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
-            "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura, "
-            "Tbl_Proc_General.Minuti FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General on "
-            "(Tbl_Proc_General_Macc.ID_MODELLO = Tbl_Proc_General.ID_MODELLO);} "
-            "RELATE Modello to Modello) as Dati")
+                    "SHAPE {SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+                    "Sum(Tbl_Proc_General.Minuti) AS SommaDiMinuti, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60 AS Ore "
+                    "FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General ON Tbl_Proc_General_Macc.ID_MODELLO = "
+                    "Tbl_Proc_General.ID_MODELLO GROUP BY Tbl_Proc_General_Macc.Macchina, "
+                    "Tbl_Proc_General_Macc.Modello, [Tbl_Proc_General_Macc]![Tempo_Minuti]/60, "
+                    "Tbl_Proc_General.ID_MODELLO HAVING (((Tbl_Proc_General.ID_MODELLO)=%1));} "
+                    "APPEND ({SELECT Tbl_Proc_General_Macc.Macchina, Tbl_Proc_General_Macc.Modello, "
+                    "Tbl_Proc_General.Num, Tbl_Proc_General.Titolo, Tbl_Proc_General.Procedura, "
+                    "Tbl_Proc_General.Minuti FROM Tbl_Proc_General_Macc INNER JOIN Tbl_Proc_General on "
+                    "(Tbl_Proc_General_Macc.ID_MODELLO = Tbl_Proc_General.ID_MODELLO);} "
+                    "RELATE Modello to Modello) as Dati")
                     .arg(model));
         for (const BoundBand& b : Bind(layout, ReportData::fromRecordset(rs, true)))
             if (b.section == Section::GroupHeader)

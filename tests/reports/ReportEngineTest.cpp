@@ -1,7 +1,8 @@
 // The band engine: binding, growing fields, page breaks, page numbers and totals, with a
 // measurer whose every character is 100 twips wide and every line 200 high.
-#include "reports/LayoutBuilder.h"
 #include "reports/ReportEngine.h"
+
+#include "reports/LayoutBuilder.h"
 #include "runtime/VBError.h"
 
 #include <gtest/gtest.h>
@@ -27,11 +28,10 @@ ReportLayout groupedLayout(int pageHeight)
     ReportLayout l = Builder("Test", "TEST")
                          .band(Section::ReportHeader, {{L("TITOLO", 0).as("Label1")}})
                          .band(Section::GroupHeader, {{L("GRUPPO:", 0), F("Nome", 2000)}})
-                         .band(Section::Detail, {{F("Nota", 0).grow().w(1000), F("Altro", 3000)},
-                                                 {F("Sotto", 0)}})
+                         .band(Section::Detail, {{F("Nota", 0).grow().w(1000), F("Altro", 3000)}, {F("Sotto", 0)}})
                          .band(Section::GroupFooter, {{L("Totale", 0), F("Conta", 2000)}})
-                         .band(Section::ReportFooter, {{L("SOMMA", 0), SumOf("Conta", 2000)},
-                                                       {L("GRUPPI", 0), CountOf("Conta", 2000)}})
+                         .band(Section::ReportFooter,
+                               {{L("SOMMA", 0), SumOf("Conta", 2000)}, {L("GRUPPI", 0), CountOf("Conta", 2000)}})
                          .build();
     l.pageHeight = pageHeight;
     return l;
@@ -150,7 +150,8 @@ TEST(ReportEngine, PagesBreakKeepHeaderWithFirstDetailAndCountAll)
     const ReportLayout l = groupedLayout(3000);
     std::vector<std::pair<QString, std::vector<QString>>> groups;
     for (int g = 0; g < 6; ++g)
-        groups.push_back({QStringLiteral("G%1").arg(g), {QStringLiteral("n%1a").arg(g), QStringLiteral("n%1b").arg(g)}});
+        groups.push_back(
+            {QStringLiteral("G%1").arg(g), {QStringLiteral("n%1a").arg(g), QStringLiteral("n%1b").arg(g)}});
     const Document doc = LayOut(l, groupedData(groups), m);
     const auto pages = placedTexts(doc);
     ASSERT_GT(pages.size(), 3u);

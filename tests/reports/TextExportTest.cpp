@@ -1,5 +1,6 @@
 // The common pattern of the text files, the date-format advice and the user's own notes.
 #include "reports/TextExport.h"
+
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
@@ -10,6 +11,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -57,9 +59,11 @@ const QString rule(31, QChar(0x00B0));
 
 TEST_F(TextExportTest, ListFileIsReplacedAnnouncedAndOpened)
 {
-    reports::TextExport text{"SCHEDA_Fornitori.txt", {"Fornitore:ROSSI", "CITTA':Brescia"},
+    reports::TextExport text{"SCHEDA_Fornitori.txt",
+                             {"Fornitore:ROSSI", "CITTA':Brescia"},
                              QStringList{QString()} + reports::SignatureEnding(),
-                             reports::DatedTitle("SCHEDA Fornitori"), {}};
+                             reports::DatedTitle("SCHEDA Fornitori"),
+                             {}};
     reports::WriteTextExport(text);
     EXPECT_EQ(linesOf("SCHEDA_Fornitori.txt"),
               (QStringList{"DATA 15/11/2026", "", "Fornitore:ROSSI", "CITTA':Brescia", "", rule, "VELMORA", rule}));
@@ -74,7 +78,8 @@ TEST_F(TextExportTest, ListFileIsReplacedAnnouncedAndOpened)
     EXPECT_EQ(shown[0].title, "SCHEDA Fornitori -15/11/2026-");
     EXPECT_EQ(shown[0].buttons, vb::mb::Information);
     EXPECT_EQ(shown[0].prompt, "Il File 'SCHEDA_Fornitori.txt' che verrà aperto automaticamente dopo il Click, "
-                               "è stato salvato in:  " + vb::AppPath());
+                               "è stato salvato in:  " +
+                                   vb::AppPath());
     EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>(2, m_dir.filePath("SCHEDA_Fornitori.txt")));
 }
 
@@ -120,7 +125,8 @@ TEST_F(TextExportTest, DateInfoHasTwoEmptyLinesForTheHeadingAndTheBoxWithoutADat
     ASSERT_EQ(shown.size(), 1u);
     EXPECT_EQ(shown[0].title, "Info --");
     EXPECT_EQ(shown[0].prompt, "Il File 'Info.txt' che verrà aperto automaticamente dopo il Click, è stato "
-                               "salvato in:  " + vb::AppPath());
+                               "salvato in:  " +
+                                   vb::AppPath());
     EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{m_dir.filePath("Info.txt")});
 }
 

@@ -1,4 +1,5 @@
 #include "runtime/Clock.h"
+
 #include "runtime/MsgBox.h"
 
 #include <gtest/gtest.h>

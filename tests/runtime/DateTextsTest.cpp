@@ -1,6 +1,7 @@
 // The session stamp and the duration text.
-#include "Helpers.h"
 #include "runtime/DateTexts.h"
+
+#include "Helpers.h"
 #include "runtime/VBError.h"
 #include "runtime/Variant.h"
 

@@ -3,6 +3,7 @@
 #include "support/ErrorOf.h"
 
 #include <QString>
+
 #include <ostream>
 
 /// Readable QStrings in failure messages.

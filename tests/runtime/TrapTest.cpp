@@ -1,10 +1,11 @@
 // The handlers' error trap: resume per statement, the plain box, the date guide action.
-#include "runtime/MsgBox.h"
 #include "runtime/Trap.h"
 
-#include <QStringList>
-#include <gtest/gtest.h>
+#include "runtime/MsgBox.h"
 
+#include <QStringList>
+
+#include <gtest/gtest.h>
 #include <stdexcept>
 
 using namespace vb;

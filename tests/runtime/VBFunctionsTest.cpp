@@ -1,7 +1,8 @@
 // Format, Val, week numbers and the text functions under Italian settings.
+#include "runtime/VBFunctions.h"
+
 #include "Helpers.h"
 #include "runtime/VBError.h"
-#include "runtime/VBFunctions.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +36,7 @@ TEST(Format, NumberPatternsUseItalianSeparatorsAndRoundHalfAwayFromZero)
         {0.256, "Percent", "25,60%"},
         {1234.5, "##,##0.00", "1.234,50"},
         {0.0, "##,##0.00", "0,00"},
-        {2.5, "0", "3"},      // halves away from zero, unlike CInt
+        {2.5, "0", "3"}, // halves away from zero, unlike CInt
         {-2.5, "0", "-3"},
         {1.005, "0.00", "1,01"}, // decimal, not binary, rounding
         {0.125, "#,##0.00", "0,13"},
@@ -50,7 +51,7 @@ TEST(Format, NumberPatternsUseItalianSeparatorsAndRoundHalfAwayFromZero)
         {1234.5, "0.00E+00", "1,23E+03"},
         {-5.0, "0;(0)", "(5)"},
         {0.0, "0;(0);\"zero\"", "zero"},
-        {-0.001, "0.00", "0,00"}, // no sign on a value that rounds to nothing
+        {-0.001, "0.00", "0,00"},                     // no sign on a value that rounds to nothing
         {Variant("1.234,5"), "Standard", "1.234,50"}, // numeric text is read as a number
         {Variant("abc"), "Standard", "abc"},          // other text stays
         {true, "Yes/No", "Sì"},
@@ -116,11 +117,24 @@ TEST(Val, ReadsTheNumberAtTheStartWhateverTheLocale)
         Variant text;
         double value;
     } cases[] = {
-        {"10", 10},        {"2", 2},           {"A3", 0},           {"", 0},
-        {" 1 2 3", 123},   {"1.5", 1.5},       {"1,5", 1},          {"12abc", 12},
-        {"-3.5e2x", -350}, {"1e", 1},          {"&HFF", 255},       {"&HFFFF", -1},
-        {"&O17", 15},      {"\t-\n4", -4},     {".5", 0.5},         {Variant(), 0},
-        {"1.2.3", 1.2},    {"&H10000", 65536},
+        {"10", 10},
+        {"2", 2},
+        {"A3", 0},
+        {"", 0},
+        {" 1 2 3", 123},
+        {"1.5", 1.5},
+        {"1,5", 1},
+        {"12abc", 12},
+        {"-3.5e2x", -350},
+        {"1e", 1},
+        {"&HFF", 255},
+        {"&HFFFF", -1},
+        {"&O17", 15},
+        {"\t-\n4", -4},
+        {".5", 0.5},
+        {Variant(), 0},
+        {"1.2.3", 1.2},
+        {"&H10000", 65536},
         // A number reaches Val as its Italian text: Val(1,5) reads "1,5" and gives 1.
         {1.5, 1},
     };
@@ -140,7 +154,7 @@ TEST(TextFunctions, NullPassesThroughAndConcatTreatsOneNullAsEmpty)
     EXPECT_EQ(Mid("AX100", 2, 2).toString(), "X1");
     EXPECT_EQ(Mid("AX100", 9).toString(), "");
     EXPECT_EQ(Trim("  a b \t").toString(), "a b \t"); // blanks only
-    EXPECT_EQ(Len(1.5).toString(), "3");               // "1,5"
+    EXPECT_EQ(Len(1.5).toString(), "3");              // "1,5"
     EXPECT_EQ(Replace("l'area", "'", "''").toString(), "l''area");
     EXPECT_EQ(Replace("abc", "", "x").toString(), "abc");
 

@@ -1,9 +1,10 @@
 // Conversions of the Variant under Italian regional settings.
+#include "runtime/Variant.h"
+
 #include "Helpers.h"
 #include "runtime/Clock.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
-#include "runtime/Variant.h"
 
 #include <gtest/gtest.h>
 
@@ -53,8 +54,8 @@ TEST(Variant, CStrPrintsAsTheItalianRunTime)
 TEST(Variant, CDblReadsItalianNumberText)
 {
     // The dot is the thousands separator here: "1.5" is fifteen, as on an Italian PC.
-    const std::pair<Variant, double> cases[] = {{"1.234,50", 1234.5}, {" 1,5 ", 1.5}, {"-3", -3.0},
-        {"1,5E3", 1500.0}, {"&HFF", 255.0}, {"1.5", 15.0}, {true, -1.0}, {Variant(), 0.0}};
+    const std::pair<Variant, double> cases[] = {{"1.234,50", 1234.5}, {" 1,5 ", 1.5}, {"-3", -3.0}, {"1,5E3", 1500.0},
+                                                {"&HFF", 255.0},      {"1.5", 15.0},  {true, -1.0}, {Variant(), 0.0}};
     for (const auto& [value, number] : cases)
         EXPECT_DOUBLE_EQ(value.toDouble(), number) << value.displayText().toStdString();
     for (const char* bad : {"", "abc", "1,5,2", "12a", "1,5E"})
@@ -94,11 +95,16 @@ TEST(Variant, CDateReadsItalianDateText)
     // The session stamp, CStr's round trip, the alerts' "dd,mm,yyyy"; a day and month
     // that do not fit are read the other way round, as VB does.
     const std::pair<const char*, JetDate> cases[] = {
-        {"3/7/2016  9.5.0", dateAt(2016, 7, 3, 9, 5, 0)}, {"03/07/2016", dateAt(2016, 7, 3)},
-        {"03/07/2016 09.05.00", dateAt(2016, 7, 3, 9, 5, 0)}, {"15,11,2026", dateAt(2026, 11, 15)},
-        {"3-7-16", dateAt(2016, 7, 3)}, {"2016/07/03", dateAt(2016, 7, 3)},
-        {"domenica 3 luglio 2016", dateAt(2016, 7, 3)}, {"03-lug-16", dateAt(2016, 7, 3)},
-        {"07/13/2016", dateAt(2016, 7, 13)}, {"9.05 PM", JetDate{(21 * 60 + 5) / 1440.0}},
+        {"3/7/2016  9.5.0", dateAt(2016, 7, 3, 9, 5, 0)},
+        {"03/07/2016", dateAt(2016, 7, 3)},
+        {"03/07/2016 09.05.00", dateAt(2016, 7, 3, 9, 5, 0)},
+        {"15,11,2026", dateAt(2026, 11, 15)},
+        {"3-7-16", dateAt(2016, 7, 3)},
+        {"2016/07/03", dateAt(2016, 7, 3)},
+        {"domenica 3 luglio 2016", dateAt(2016, 7, 3)},
+        {"03-lug-16", dateAt(2016, 7, 3)},
+        {"07/13/2016", dateAt(2016, 7, 13)},
+        {"9.05 PM", JetDate{(21 * 60 + 5) / 1440.0}},
     };
     for (const auto& [text, date] : cases)
         EXPECT_EQ(dateOf(text), date) << text;

@@ -30,7 +30,7 @@ TEST_F(AccessTest, AWrongCodeIsRefusedAndTheFieldGetsTheFocus)
     EXPECT_EQ(f->Caption(), QStringLiteral("VELMORA"));
     EXPECT_FALSE(f->Cmd_Procedura->isVisibleTo(f));
     // The comparison is case-sensitive and over the whole text.
-    for (const QString& wrong : { QStringLiteral("gravolt"), QStringLiteral("GRAVOLT "), QString() }) {
+    for (const QString& wrong : {QStringLiteral("gravolt"), QStringLiteral("GRAVOLT "), QString()}) {
         f->Txt_Pass->setText(wrong);
         f->Cmd_Pass->click();
         EXPECT_BOX(oneBox(), "ACCESSO NEGATO!!", "PASSWORD NON RICONOSCIUTA!!", vb::mb::Critical);
@@ -82,8 +82,8 @@ TEST_F(AccessTest, ProcedureWritesVelmoraTxtAndHandsOverTheTwoDotName)
     EXPECT_EQ(lines[8], QStringLiteral("Tipo:\tTbl_Unita_Misura.Unita_Misura"));
     EXPECT_EQ(lines[10], QStringLiteral("Tipo:\tTbl_Materiale.Unita_Misura"));
     EXPECT_EQ(lines[17],
-        QStringLiteral("Tbl_0_Economia  il campo “COSTO_ECONOMIA” non deve essere vuoto mettere valore "
-                       "“zero” dove manca"));
+              QStringLiteral("Tbl_0_Economia  il campo “COSTO_ECONOMIA” non deve essere vuoto mettere valore "
+                             "“zero” dove manca"));
     EXPECT_EQ(lines[20], QStringLiteral("NUOVO\tVECCHIO"));
     EXPECT_EQ(lines[26], QStringLiteral("Tbl_6\tTbl_Lavori"));
     EXPECT_EQ(lines[32], QString(31, QChar(0x00B0)));
@@ -94,8 +94,8 @@ TEST_F(AccessTest, ProcedureWritesVelmoraTxtAndHandsOverTheTwoDotName)
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_BOX(shown[0], "PROCEDURA TRASFERIMENTO DATI",
-        "Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
-        vb::mb::Information);
+               "Il File 'Velmora..txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
+               vb::mb::Information);
 
     const auto opened = vb::OpenFileService::takeOpened();
     ASSERT_EQ(opened.size(), 2u);

@@ -28,8 +28,10 @@ TEST_F(AlertsDrive, StartAlertsWorkloadLineAndTransferText)
 {
     drive(QStringLiteral("clock 2026-11-15T08:00:00"));
     // Five days late, two days late (silent), due tomorrow, and the day after (not due).
-    const char* rows[][3] = { { "10", "Mensile", "#11/10/2026#" }, { "3", "Mensile", "#11/13/2026#" },
-        { "7", "Bimestrale", "#11/16/2026#" }, { "8", "Annuale", "#11/17/2026#" } };
+    const char* rows[][3] = {{"10", "Mensile", "#11/10/2026#"},
+                             {"3", "Mensile", "#11/13/2026#"},
+                             {"7", "Bimestrale", "#11/16/2026#"},
+                             {"8", "Annuale", "#11/17/2026#"}};
     for (const auto& r : rows)
         drive(QStringLiteral("exec INSERT INTO Tbl_Maintenance (Macchina, Modello, Numerazione, Manutenzione_Tipo, "
                              "Tempo_Minuti, Prossima) VALUES ('PRESSA', 'AX100', '%1', '%2', 90, %3)")
@@ -42,15 +44,16 @@ TEST_F(AlertsDrive, StartAlertsWorkloadLineAndTransferText)
 
     drive(QStringLiteral("answer yes"));
     drive(QStringLiteral("start"));
-    EXPECT_EQ(kit::titles(),
-        (QStringList { QStringLiteral("MANUTENZIONE DA ESEGUIRE"),
-            QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
-            QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7") }));
+    EXPECT_EQ(
+        kit::titles(),
+        (QStringList{QStringLiteral("MANUTENZIONE DA ESEGUIRE"),
+                     QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
+                     QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7")}));
     EXPECT_EQ(drive(QStringLiteral("get frmMain.Caption")).toString(), QStringLiteral("VELMORA <Esegui Manutenzioni>"));
     EXPECT_TRUE(drive(QStringLiteral("loaded Form7")).toBool());
     EXPECT_EQ(drive(QStringLiteral("get frmMain.Label1.Caption")).toString(),
-        QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 00:00:00 "
-                       "-Persone Necessarie: 1,3]"));
+              QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 00:00:00 "
+                             "-Persone Necessarie: 1,3]"));
 
     // The About screen fades in from 1, by 5 a tick.
     EXPECT_EQ(drive(QStringLiteral("get frmAbout.Opacity")).toInt(), 1);
@@ -63,16 +66,16 @@ TEST_F(AlertsDrive, StartAlertsWorkloadLineAndTransferText)
     EXPECT_TRUE(drive(QStringLiteral("loaded Form20")).toBool());
     drive(QStringLiteral("type Form20.Txt_Pass gravolt"));
     drive(QStringLiteral("click Form20.Cmd_Pass"));
-    EXPECT_EQ(kit::titles(), QStringList { QStringLiteral("ACCESSO NEGATO!!") });
+    EXPECT_EQ(kit::titles(), QStringList{QStringLiteral("ACCESSO NEGATO!!")});
     EXPECT_FALSE(drive(QStringLiteral("get Form20.Cmd_Procedura.Visible")).toBool());
     drive(QStringLiteral("set Form20.Txt_Pass.Text GRAVOLT"));
     drive(QStringLiteral("click Form20.Cmd_Pass"));
     ASSERT_TRUE(drive(QStringLiteral("get Form20.Cmd_Procedura.Visible")).toBool());
     drive(QStringLiteral("click Form20.Cmd_Procedura"));
-    EXPECT_EQ(kit::titles(), QStringList { QStringLiteral("PROCEDURA TRASFERIMENTO DATI") });
+    EXPECT_EQ(kit::titles(), QStringList{QStringLiteral("PROCEDURA TRASFERIMENTO DATI")});
     // Written with one dot, handed over with two.
     EXPECT_TRUE(QFile::exists(path() + QStringLiteral("/Velmora.txt")));
-    EXPECT_EQ(drive(QStringLiteral("opened")).toArray(), QJsonArray { path() + QStringLiteral("/Velmora..txt") });
+    EXPECT_EQ(drive(QStringLiteral("opened")).toArray(), QJsonArray{path() + QStringLiteral("/Velmora..txt")});
 
     // Image6 fades the About screen out until it goes.
     drive(QStringLiteral("click frmAbout.Image6"));

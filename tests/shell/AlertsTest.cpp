@@ -20,15 +20,19 @@ protected:
     {
         ScreenTest::SetUp();
         // The register stands in for Form7, so that only its opening is seen here.
-        standIn(QStringLiteral("Form7"), QStringList {}, &form7Loads);
+        standIn(QStringLiteral("Form7"), QStringList{}, &form7Loads);
     }
 
     /// A register row of a model AX100 due on Prossima (Null: no date).
     void due(const QString& macchina, const QString& numerazione, const QString& tipo, const Variant& minuti,
-        const Variant& prossima)
+             const Variant& prossima)
     {
-        plant.registerRow({ { "Macchina", macchina }, { "Modello", "AX100" }, { "Numerazione", numerazione },
-            { "Manutenzione_Tipo", tipo }, { "Tempo_Minuti", minuti }, { "Prossima", prossima } });
+        plant.registerRow({{"Macchina", macchina},
+                           {"Modello", "AX100"},
+                           {"Numerazione", numerazione},
+                           {"Manutenzione_Tipo", tipo},
+                           {"Tempo_Minuti", minuti},
+                           {"Prossima", prossima}});
     }
     void dueIn(int days, const QString& numerazione, const QString& tipo = QStringLiteral("Mensile"))
     {
@@ -41,8 +45,8 @@ protected:
     int form7Loads = 0;
 };
 
-const QString Question
-    = QStringLiteral("Attenzione!! Oggi sono in programma delle Manutenzioni, Vuoi vedere i dettagli?");
+const QString Question =
+    QStringLiteral("Attenzione!! Oggi sono in programma delle Manutenzioni, Vuoi vedere i dettagli?");
 
 } // namespace
 
@@ -67,26 +71,26 @@ TEST_F(AlertsTest, OneBoxPerRowByTheDayCountInDateOrder)
     dueIn(-1, QStringLiteral("3"));
     dueIn(-3, QStringLiteral("11"));
     dueIn(2, QStringLiteral("12"));
-    vb::MsgBoxService::queueAnswers({ vb::answer::Yes });
+    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
     loadAbout();
 
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 5u);
     EXPECT_BOX(shown[0], QStringLiteral("MANUTENZIONE DA ESEGUIRE"), Question, 20);
     EXPECT_BOX(shown[1],
-        QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
-        QStringLiteral(" Attenzione!! La Manutezione: Mensile Tempo richiesto minuti: 90 era programmata in "
-                       "data 10/11/2026 sono trascorsi 5 giorni ma non è ancora stata eseguita!!"),
-        48);
+               QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
+               QStringLiteral(" Attenzione!! La Manutezione: Mensile Tempo richiesto minuti: 90 era programmata in "
+                              "data 10/11/2026 sono trascorsi 5 giorni ma non è ancora stata eseguita!!"),
+               48);
     EXPECT_EQ(shown[2].title,
-        QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 3 GIORNI PER LA MACCHINA: PRESSA AX100 N°11"));
+              QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 3 GIORNI PER LA MACCHINA: PRESSA AX100 N°11"));
     EXPECT_TRUE(shown[2].prompt.contains(QStringLiteral("in data 12/11/2026 sono trascorsi 3 giorni")));
     EXPECT_BOX(shown[3], QStringLiteral("MANUTENZIONE ODIERNA:"),
-        QStringLiteral("MACCHINA:[PRESSA AX100 N°4] Frequenza:[Mensile] Tempo richiesto minuti:[90]"), 64);
+               QStringLiteral("MACCHINA:[PRESSA AX100 N°4] Frequenza:[Mensile] Tempo richiesto minuti:[90]"), 64);
     EXPECT_BOX(shown[4], QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7"),
-        QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [Bimestrale] alla Macchina [PRESSA "
-                       "AX100 N°7] Tempo richiesto minuti:[90] ... O R G A N I Z Z A T I!"),
-        64);
+               QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [Bimestrale] alla Macchina [PRESSA "
+                              "AX100 N°7] Tempo richiesto minuti:[90] ... O R G A N I Z Z A T I!"),
+               64);
 
     EXPECT_EQ(form7Loads, 1);
     EXPECT_TRUE(screens().loaded(QStringLiteral("Form7"))->isVisible());
@@ -95,7 +99,7 @@ TEST_F(AlertsTest, OneBoxPerRowByTheDayCountInDateOrder)
 TEST_F(AlertsTest, NoToTheQuestionShowsNothingMoreAndNoRegister)
 {
     dueIn(-10, QStringLiteral("1"));
-    vb::MsgBoxService::queueAnswers({ vb::answer::No });
+    vb::MsgBoxService::queueAnswers({vb::answer::No});
     loadAbout();
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(form7Loads, 0);
@@ -107,7 +111,7 @@ TEST_F(AlertsTest, OnlyOneOrTwoDaysLateAsksButShowsNoDetail)
 {
     dueIn(-1, QStringLiteral("1"));
     dueIn(-2, QStringLiteral("2"));
-    vb::MsgBoxService::queueAnswers({ vb::answer::Yes });
+    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
     loadAbout();
     EXPECT_EQ(oneBox().title, QStringLiteral("MANUTENZIONE DA ESEGUIRE"));
     EXPECT_EQ(form7Loads, 1);
@@ -117,12 +121,12 @@ TEST_F(AlertsTest, EmptyValuesJoinAsNothing)
 {
     due(QStringLiteral("TORNIO"), QString(), QStringLiteral("Annuale"), Variant::null(),
         Variant::fromDate(vb::Clock::today()));
-    vb::MsgBoxService::queueAnswers({ vb::answer::Yes });
+    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
     loadAbout();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(
-        shown[1].prompt, QStringLiteral("MACCHINA:[TORNIO AX100 N°] Frequenza:[Annuale] Tempo richiesto minuti:[]"));
+    EXPECT_EQ(shown[1].prompt,
+              QStringLiteral("MACCHINA:[TORNIO AX100 N°] Frequenza:[Annuale] Tempo richiesto minuti:[]"));
 }
 
 // A row without Prossima is never due: Jet's "Prossima <= Date()+1" is not true for Null.
@@ -141,9 +145,9 @@ TEST_F(AlertsTest, ProssimaNullIsNotDueAndGivesNoDayCount)
         EXPECT_EQ(e.number(), vb::err::TypeMismatch);
     }
     EXPECT_EQ(shell::alertToday(), QStringLiteral("15,11,2026"));
-    EXPECT_EQ(shell::dueDayCount(
-                  QStringLiteral("15,11,2026"), Variant::fromDateTime(QDateTime(QDate(2026, 11, 12), QTime(18, 0)))),
-        -3);
+    EXPECT_EQ(shell::dueDayCount(QStringLiteral("15,11,2026"),
+                                 Variant::fromDateTime(QDateTime(QDate(2026, 11, 12), QTime(18, 0)))),
+              -3);
 }
 
 // The alerts have no trap of their own: a failure goes up to frmMain's load, whose trap
@@ -165,16 +169,15 @@ TEST_F(AlertsTest, StartShowsTheAlertsOpensTheRegisterAndWritesTheWorkloadLine)
 {
     definition::installWorkloadLine();
     dueIn(0, QStringLiteral("1"));
-    vb::MsgBoxService::queueAnswers({ vb::answer::Yes });
+    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
     shell::frmMain* main = start();
     ASSERT_NE(main, nullptr);
     EXPECT_EQ(boxes().size(), 2u);
     EXPECT_EQ(form7Loads, 1);
     EXPECT_EQ(main->Caption(), QStringLiteral("VELMORA <Esegui Manutenzioni>"));
     EXPECT_FALSE(main->Img_Indicatore->isVisibleTo(main));
-    EXPECT_EQ(main->Label1->Caption(),
-        QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: "
-                       "hh:mm:ss 00:00:00 -Persone Necessarie: ]"));
+    EXPECT_EQ(main->Label1->Caption(), QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: "
+                                                      "hh:mm:ss 00:00:00 -Persone Necessarie: ]"));
 
     // Opened again from the logo with the main screen up: no query, no box.
     screens().unload(QStringLiteral("frmAbout"));

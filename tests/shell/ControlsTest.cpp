@@ -41,7 +41,7 @@ struct Counter
 class ControlsTest : public ::testing::Test
 {
 protected:
-    Form form { nullptr, QStringLiteral("FormTest") };
+    Form form{nullptr, QStringLiteral("FormTest")};
 };
 
 TEST_F(ControlsTest, FocusPaintsOrangeSelectsTheTextAndLeavingPaintsWhite)
@@ -76,7 +76,7 @@ TEST_F(ControlsTest, FocusPaintsOrangeSelectsTheTextAndLeavingPaintsWhite)
     cmd->Click = [&] { order << QStringLiteral("Click"); };
     a->focusIn();
     cmd->click();
-    EXPECT_EQ(order, (QStringList { QStringLiteral("LostFocus"), QStringLiteral("Click") }));
+    EXPECT_EQ(order, (QStringList{QStringLiteral("LostFocus"), QStringLiteral("Click")}));
 
     // A disabled button ignores the click, as it would the mouse; a disabled field refuses
     // the focus with VB's error 5.
@@ -168,13 +168,13 @@ TEST_F(ControlsTest, KeyPressFiltersTypingAndCanCancelOrReplaceAKey)
     };
     txt->typeText(QStringLiteral("1a2"));
     EXPECT_EQ(txt->Text(), QStringLiteral("12")); // focus selected "old", typing replaced it
-    EXPECT_EQ(change.n, 2); // one Change per accepted key
-    EXPECT_EQ(keyUp.n, 3); // every key is released
+    EXPECT_EQ(change.n, 2);                       // one Change per accepted key
+    EXPECT_EQ(keyUp.n, 3);                        // every key is released
     txt->keyPress(8);
     EXPECT_EQ(txt->Text(), QStringLiteral("1"));
 
     // Keys from the keyboard pass through the same filter.
-    for (const char c : { 'x', '5' }) {
+    for (const char c : {'x', '5'}) {
         QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(QLatin1Char(c)));
         QApplication::sendEvent(txt->editor(), &press);
     }
@@ -218,7 +218,7 @@ TEST_F(ControlsTest, ColoursGeometryAndPropertiesReadBackAsWritten)
     EXPECT_EQ(lbl->vbProperty(QStringLiteral("ForeColor")).toLong(), 0x211DE7);
     EXPECT_EQ(lbl->vbProperty(QStringLiteral("BackColor")).toLong(), -2147483643);
     const Rgb red = colourToRgb(lbl->ForeColor());
-    EXPECT_EQ((std::array { red.r, red.g, red.b }), (std::array { 231, 29, 33 }));
+    EXPECT_EQ((std::array{red.r, red.g, red.b}), (std::array{231, 29, 33}));
     EXPECT_EQ(lbl->vbProperty(QStringLiteral("Caption")).toString(), QStringLiteral("Prossima:"));
     EXPECT_EQ(raised([&] { lbl->vbProperty(QStringLiteral("Text")); }), 438);
 
@@ -279,16 +279,20 @@ protected:
             const char *machine, *model, *number, *type;
             double weeks;
             QDate last, next;
-        } rows[] = { { "TORNIO", "T1", "2", "Mensile", 4.5, { 2026, 11, 1 }, { 2026, 12, 3 } },
-            { "PRESSA", "AX100", "10", "Annuale", 52, { 2026, 1, 15 }, { 2027, 1, 14 } },
-            { "FRESA", "F9", "1", "Settimanale", 1, { 2026, 11, 20 }, { 2026, 11, 27 } } };
+        } rows[] = {{"TORNIO", "T1", "2", "Mensile", 4.5, {2026, 11, 1}, {2026, 12, 3}},
+                    {"PRESSA", "AX100", "10", "Annuale", 52, {2026, 1, 15}, {2027, 1, 14}},
+                    {"FRESA", "F9", "1", "Settimanale", 1, {2026, 11, 20}, {2026, 11, 27}}};
         for (const auto& r : rows)
-            plant.registerRow({ { "Macchina", r.machine }, { "Modello", r.model }, { "Numerazione", r.number },
-                { "Manutenzione_Tipo", r.type }, { "Frequenza_Sett", r.weeks }, { "Ultima", Variant::fromDate(r.last) },
-                { "Prossima", Variant::fromDate(r.next) } });
+            plant.registerRow({{"Macchina", r.machine},
+                               {"Modello", r.model},
+                               {"Numerazione", r.number},
+                               {"Manutenzione_Tipo", r.type},
+                               {"Frequenza_Sett", r.weeks},
+                               {"Ultima", Variant::fromDate(r.last)},
+                               {"Prossima", Variant::fromDate(r.next)}});
     }
 
-    Form form { nullptr, QStringLiteral("Form7") };
+    Form form{nullptr, QStringLiteral("Form7")};
 };
 
 TEST_F(BoundControlsTest, GridShowsTheStatementsRowsAsVBShowedThem)
@@ -357,8 +361,8 @@ TEST_F(BoundControlsTest, DataComboListsItsRowSourceAndKeepsItsText)
     Counter change;
     combo->Change = change();
     adodc->Refresh();
-    EXPECT_EQ(
-        combo->items(), (QStringList { QStringLiteral("FRESA"), QStringLiteral("PRESSA"), QStringLiteral("TORNIO") }));
+    EXPECT_EQ(combo->items(),
+              (QStringList{QStringLiteral("FRESA"), QStringLiteral("PRESSA"), QStringLiteral("TORNIO")}));
     EXPECT_EQ(combo->Text(), QStringLiteral("TORNIO")); // rebinding the list leaves the text
     EXPECT_EQ(change.n, 0);
     EXPECT_EQ(combo->BoundText().toLong(), 1);

@@ -3,6 +3,7 @@
 // script, one parsed JSON answer per command.
 
 #include "support/TestPaths.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -19,7 +20,7 @@ inline std::vector<QJsonObject> drive(const QString& home, const QStringList& sc
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     p.setProcessEnvironment(env);
     p.start(testpaths::velmoraBinary(),
-        {QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-")});
+            {QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-")});
     EXPECT_TRUE(p.waitForStarted());
     p.write((script.join(u'\n') + u'\n').toUtf8());
     p.closeWriteChannel();

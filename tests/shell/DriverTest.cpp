@@ -4,14 +4,15 @@
 #include "ShellFixture.h"
 #include "controls/CommonDialog.h"
 #include "runtime/Trap.h"
-#include "support/TestPaths.h"
 #include "support/InProcessDrive.h"
+#include "support/TestPaths.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QFile>
 #include <QJsonObject>
 #include <QTemporaryFile>
+
 #include <cstdio>
 
 using shell::screens;
@@ -20,32 +21,34 @@ using shell::screens;
 // a menu click, a caption read, the close and its register row.
 TEST_F(ShellFixture, DriverRunsTheProgramEndToEnd)
 {
-    const auto r = drive(path(), {
-        QStringLiteral("# comments and blank lines get no answer"),
-        QString(),
-        QStringLiteral("clock 2026-11-15T08:00:00"),
-        QStringLiteral("exec INSERT INTO Tbl_Maintenance (Macchina, Modello, Numerazione, Manutenzione_Tipo, "
-                       "Prossima) VALUES ('PRESSA', 'AX100', '1', 'Mensile', #11/20/2026#)"),
-        QStringLiteral("answer no"),
-        QStringLiteral("start"),
-        QStringLiteral("boxes"),
-        QStringLiteral("get frmMain.Caption"),
-        QStringLiteral("click frmMain.lblRicambi"),
-        QStringLiteral("get frmMain.Caption"),
-        QStringLiteral("get frmMain.Img_Indicatore.Top"),
-        QStringLiteral("get frmMain.PicMenu.BackColor"),
-        QStringLiteral("get frmMain.Txt_Apertura.Text"),
-        QStringLiteral("loaded frmAbout"),
-        QStringLiteral("get Nowhere.Label1.Caption"),
-        QStringLiteral("tick frmMain.Timer1"),
-        QStringLiteral("get frmMain.Lbl_Time.Caption"),
-        QStringLiteral("clock +1h"),
-        QStringLiteral("close"),
-        QStringLiteral("loaded frmMain"),
-        QStringLiteral("sql SELECT Date_Open, Tempo FROM Tbl_Register"),
-        QStringLiteral("quit"),
-        QStringLiteral("get frmMain.Caption"), // after quit: never read
-    });
+    const auto r =
+        drive(path(),
+              {
+                  QStringLiteral("# comments and blank lines get no answer"),
+                  QString(),
+                  QStringLiteral("clock 2026-11-15T08:00:00"),
+                  QStringLiteral("exec INSERT INTO Tbl_Maintenance (Macchina, Modello, Numerazione, Manutenzione_Tipo, "
+                                 "Prossima) VALUES ('PRESSA', 'AX100', '1', 'Mensile', #11/20/2026#)"),
+                  QStringLiteral("answer no"),
+                  QStringLiteral("start"),
+                  QStringLiteral("boxes"),
+                  QStringLiteral("get frmMain.Caption"),
+                  QStringLiteral("click frmMain.lblRicambi"),
+                  QStringLiteral("get frmMain.Caption"),
+                  QStringLiteral("get frmMain.Img_Indicatore.Top"),
+                  QStringLiteral("get frmMain.PicMenu.BackColor"),
+                  QStringLiteral("get frmMain.Txt_Apertura.Text"),
+                  QStringLiteral("loaded frmAbout"),
+                  QStringLiteral("get Nowhere.Label1.Caption"),
+                  QStringLiteral("tick frmMain.Timer1"),
+                  QStringLiteral("get frmMain.Lbl_Time.Caption"),
+                  QStringLiteral("clock +1h"),
+                  QStringLiteral("close"),
+                  QStringLiteral("loaded frmMain"),
+                  QStringLiteral("sql SELECT Date_Open, Tempo FROM Tbl_Register"),
+                  QStringLiteral("quit"),
+                  QStringLiteral("get frmMain.Caption"), // after quit: never read
+              });
     ASSERT_EQ(r.size(), 20u); // every command but the one after quit
     EXPECT_TRUE(value(r[0]).isNull());
     // The row is due in five days: no alert, so the queued "no" is still waiting.
@@ -69,17 +72,19 @@ TEST_F(ShellFixture, DriverRunsTheProgramEndToEnd)
 // A question at start answered from the script; the boxes are recorded with their answer.
 TEST_F(ShellFixture, DriverAnswersBoxesFromTheScript)
 {
-    const auto r = drive(path(), {
-        QStringLiteral("clock 2026-11-15T08:00:00"),
-        QStringLiteral("exec INSERT INTO Tbl_Maintenance (Macchina, Modello, Numerazione, Manutenzione_Tipo, "
-                       "Prossima) VALUES ('PRESSA', 'AX100', '1', 'Mensile', #11/15/2026#)"),
-        QStringLiteral("answer no"),
-        QStringLiteral("start"),
-        QStringLiteral("boxes"),
-        QStringLiteral("exit"),
-        QStringLiteral("loaded frmMain"),
-        QStringLiteral("sql SELECT * FROM Tbl_Register"),
-    });
+    const auto r =
+        drive(path(),
+              {
+                  QStringLiteral("clock 2026-11-15T08:00:00"),
+                  QStringLiteral("exec INSERT INTO Tbl_Maintenance (Macchina, Modello, Numerazione, Manutenzione_Tipo, "
+                                 "Prossima) VALUES ('PRESSA', 'AX100', '1', 'Mensile', #11/15/2026#)"),
+                  QStringLiteral("answer no"),
+                  QStringLiteral("start"),
+                  QStringLiteral("boxes"),
+                  QStringLiteral("exit"),
+                  QStringLiteral("loaded frmMain"),
+                  QStringLiteral("sql SELECT * FROM Tbl_Register"),
+              });
     ASSERT_EQ(r.size(), 8u);
     const QJsonArray boxes = value(r[4]).toArray();
     ASSERT_EQ(boxes.size(), 1);
@@ -96,13 +101,14 @@ TEST_F(ShellFixture, DriverAnswersBoxesFromTheScript)
 TEST_F(ShellFixture, DriverValueForms)
 {
     shell::Driver d;
-    auto run = [&](const QString& cmd) {
-        return QJsonDocument::fromJson(d.execute(cmd).toUtf8()).object();
-    };
+    auto run = [&](const QString& cmd) { return QJsonDocument::fromJson(d.execute(cmd).toUtf8()).object(); };
     EXPECT_TRUE(run(QStringLiteral("exec INSERT INTO Tbl_Register (Date_Open, Date_Close) VALUES (#11/29/2026#, "
-                                   "#11/29/2026 09:05:00#)"))[QStringLiteral("ok")].toBool());
-    const QJsonObject row = run(QStringLiteral("sql SELECT Date_Open, Date_Close, Tempo FROM Tbl_Register"))
-                                [QStringLiteral("value")].toArray()[0].toObject();
+                                   "#11/29/2026 09:05:00#)"))[QStringLiteral("ok")]
+                    .toBool());
+    const QJsonObject row =
+        run(QStringLiteral("sql SELECT Date_Open, Date_Close, Tempo FROM Tbl_Register"))[QStringLiteral("value")]
+            .toArray()[0]
+            .toObject();
     EXPECT_EQ(row[QStringLiteral("Date_Open")].toString(), QStringLiteral("2026-11-29"));
     EXPECT_EQ(row[QStringLiteral("Date_Close")].toString(), QStringLiteral("2026-11-29T09:05:00"));
     EXPECT_TRUE(row[QStringLiteral("Tempo")].isNull());
@@ -120,11 +126,13 @@ TEST_F(ShellFixture, DriverValueForms)
     const QJsonObject unknown = run(QStringLiteral("frobnicate"));
     EXPECT_FALSE(unknown[QStringLiteral("ok")].toBool());
     EXPECT_EQ(unknown[QStringLiteral("error")][QStringLiteral("number")].toInt(), 5);
-    EXPECT_EQ(run(QStringLiteral("get frmMain.NoSuch.Caption"))[QStringLiteral("error")][QStringLiteral("number")].toInt(),
-              730);
-    EXPECT_EQ(run(QStringLiteral("get frmMain.Label2.NoSuchProperty"))[QStringLiteral("error")][QStringLiteral("number")]
-                  .toInt(),
-              438);
+    EXPECT_EQ(
+        run(QStringLiteral("get frmMain.NoSuch.Caption"))[QStringLiteral("error")][QStringLiteral("number")].toInt(),
+        730);
+    EXPECT_EQ(
+        run(QStringLiteral("get frmMain.Label2.NoSuchProperty"))[QStringLiteral("error")][QStringLiteral("number")]
+            .toInt(),
+        438);
     EXPECT_EQ(run(QStringLiteral("get Form12.Visible"))[QStringLiteral("value")].toBool(), false);
     EXPECT_TRUE(run(QStringLiteral("show Form12"))[QStringLiteral("ok")].toBool()); // inert: nothing happens
 }
@@ -140,7 +148,10 @@ TEST_F(ShellFixture, DriverWorksModalScreens)
         open->Click = [back] {
             screens().showModal(QStringLiteral("Form1"));
             back->setCaption(QStringLiteral("back from ") +
-                             screens().control(QStringLiteral("Form3"), QStringLiteral("Txt_Note"))->vbProperty(QStringLiteral("Text")).toString());
+                             screens()
+                                 .control(QStringLiteral("Form3"), QStringLiteral("Txt_Note"))
+                                 ->vbProperty(QStringLiteral("Text"))
+                                 .toString());
         };
         return f;
     });
@@ -169,11 +180,12 @@ TEST_F(ShellFixture, DriverWorksModalScreens)
     while (std::fgets(buf, sizeof buf, out))
         lines << QString::fromUtf8(buf).trimmed();
     std::fclose(out);
-    EXPECT_EQ(lines, (QStringList{QStringLiteral("{\"ok\":true,\"value\":null}"), QStringLiteral("{\"ok\":true,\"value\":null}"),
-                                  QStringLiteral("{\"ok\":true,\"value\":null}"), QStringLiteral("{\"ok\":true,\"value\":true}"),
-                                  QStringLiteral("{\"ok\":true,\"value\":null}"), QStringLiteral("{\"ok\":true,\"value\":null}"),
-                                  QStringLiteral("{\"ok\":true,\"value\":\"back from Form1\"}"),
-                                  QStringLiteral("{\"ok\":true,\"value\":null}")}));
+    EXPECT_EQ(lines, (QStringList{
+                         QStringLiteral("{\"ok\":true,\"value\":null}"), QStringLiteral("{\"ok\":true,\"value\":null}"),
+                         QStringLiteral("{\"ok\":true,\"value\":null}"), QStringLiteral("{\"ok\":true,\"value\":true}"),
+                         QStringLiteral("{\"ok\":true,\"value\":null}"), QStringLiteral("{\"ok\":true,\"value\":null}"),
+                         QStringLiteral("{\"ok\":true,\"value\":\"back from Form1\"}"),
+                         QStringLiteral("{\"ok\":true,\"value\":null}")}));
 }
 
 // An error that no trap caught in a handler reaches the top of the program: the run time's
@@ -219,9 +231,11 @@ TEST_F(ShellFixture, UntrappedErrorShowsTheBoxAndEndsTheRun)
 // answer lines of tests/data/driver_transcript.txt follow their commands.
 TEST_F(ShellFixture, DriverAnswersAsTranscribed)
 {
-    vb::MsgBox(QStringLiteral("a \"b\" \\ \t\n\r\b\f\x01\x7f é€ 😀"), vb::mb::YesNo | vb::mb::Question, QStringLiteral("Tìtolo"));
+    vb::MsgBox(QStringLiteral("a \"b\" \\ \t\n\r\b\f\x01\x7f é€ 😀"), vb::mb::YesNo | vb::mb::Question,
+               QStringLiteral("Tìtolo"));
     vb::MsgBox(QStringLiteral("ok"));
-    vb::FileDialogRequest dialog{.title = QStringLiteral("Apri"), .filter = QStringLiteral("JPG (*.jpg)|*.Jpg"),
+    vb::FileDialogRequest dialog{.title = QStringLiteral("Apri"),
+                                 .filter = QStringLiteral("JPG (*.jpg)|*.Jpg"),
                                  .initDir = QStringLiteral("/tmp/a b")};
     vb::FileDialogService::queueAnswers({QStringLiteral("/tmp/a b/c.jpg")});
     vb::FileDialogService::ask(dialog);
@@ -246,9 +260,10 @@ TEST_F(ShellFixture, MisspeltNamesAreLoggedAsCritical)
 {
     standIn(QStringLiteral("Form3"), QStringList{QStringLiteral("T:Txt_Note")});
     static QStringList logged;
-    const QtMessageHandler previous = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& msg) {
-        logged << QString::number(type) + u' ' + msg;
-    });
+    const QtMessageHandler previous =
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& msg) {
+            logged << QString::number(type) + u' ' + msg;
+        });
     EXPECT_EQ(screens().control(QStringLiteral("Frm3"), QStringLiteral("Txt_Note")), nullptr);
     EXPECT_EQ(screens().control(QStringLiteral("Form3"), QStringLiteral("Txt_Nota")), nullptr);
     EXPECT_EQ(screens().control(QStringLiteral("Form12"), QStringLiteral("Txt_Note")), nullptr);

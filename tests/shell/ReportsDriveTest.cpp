@@ -36,7 +36,7 @@ std::vector<Page> pagesOf(const QJsonValue& report)
 int pdfPages(const QString& path)
 {
     QProcess info;
-    info.start(QStringLiteral("pdfinfo"), { path });
+    info.start(QStringLiteral("pdfinfo"), {path});
     if (info.waitForFinished(30000) && info.exitStatus() == QProcess::NormalExit && info.exitCode() == 0) {
         for (const QByteArray& line : info.readAllStandardOutput().split('\n'))
             if (line.startsWith("Pages:"))
@@ -63,7 +63,7 @@ TEST_F(ReportsDrive, ReportsShowReadAndWritePdfEndToEnd)
     const QString partsPdf = out.filePath(QStringLiteral("ricambi.pdf"));
     const QString notesPdf = out.filePath(QStringLiteral("note.pdf"));
 
-    QStringList s { QStringLiteral("clock 2026-11-15T08:00:00") };
+    QStringList s{QStringLiteral("clock 2026-11-15T08:00:00")};
     // Sixty parts: more than one page of the flat parts list.
     for (int i = 1; i <= 60; ++i)
         s << QStringLiteral("exec INSERT INTO Tbl_Descrizione_Ricambi (Ricambi, Descrizione, Codice, Costo, "
@@ -134,8 +134,8 @@ TEST_F(ReportsDrive, ReportsShowReadAndWritePdfEndToEnd)
     const auto pp = pagesOf(parts);
     ASSERT_EQ(pp.size(), 2u);
     EXPECT_EQ(pp[0].texts.first(), QStringLiteral("LISTA RICAMBI"));
-    EXPECT_EQ(pp[0].texts.mid(1, 5), (QStringList { "RICAMBI", "Descrizione", "COSTO €", "Giacenza", "NOTE" }));
-    EXPECT_EQ(pp[0].texts.mid(6, 5), (QStringList { "CINGHIE", "Pezzo 01", "1", "1", "scaffale" }));
+    EXPECT_EQ(pp[0].texts.mid(1, 5), (QStringList{"RICAMBI", "Descrizione", "COSTO €", "Giacenza", "NOTE"}));
+    EXPECT_EQ(pp[0].texts.mid(6, 5), (QStringList{"CINGHIE", "Pezzo 01", "1", "1", "scaffale"}));
     EXPECT_EQ(pp[0].texts.last(), QStringLiteral("Pagina 1 di 2"));
     EXPECT_GE(pp[1].indexOf(QStringLiteral("COSTO €")), 0);
     EXPECT_EQ(pp[1].texts.last(), QStringLiteral("Pagina 2 di 2"));
@@ -155,14 +155,14 @@ TEST_F(ReportsDrive, ReportsShowReadAndWritePdfEndToEnd)
     const auto sp = pagesOf(::value(r[first + 4]));
     ASSERT_EQ(sp.size(), 1u);
     const Page& cards = sp[0];
-    EXPECT_EQ(cards.texts.mid(0, 2), (QStringList { "LISTA FORNITORI", "15/11/2026 08.00.00" }));
+    EXPECT_EQ(cards.texts.mid(0, 2), (QStringList{"LISTA FORNITORI", "15/11/2026 08.00.00"}));
     const int bianchi = cards.indexOf(QStringLiteral("FORNITORE: "));
     const int rossi = cards.indexOf(QStringLiteral("FORNITORE: "), bianchi + 1);
     ASSERT_GT(bianchi, 0);
     ASSERT_GT(rossi, bianchi);
     EXPECT_EQ(cards.texts.mid(bianchi, 6),
-        (QStringList { "FORNITORE: ", "BIANCHI", "Fornitore:", "BIANCHI", "Nome Società:", "Bianchi Utensili" }));
-    EXPECT_EQ(cards.texts.mid(rossi, 2), (QStringList { "FORNITORE: ", "ROSSI" }));
+              (QStringList{"FORNITORE: ", "BIANCHI", "Fornitore:", "BIANCHI", "Nome Società:", "Bianchi Utensili"}));
+    EXPECT_EQ(cards.texts.mid(rossi, 2), (QStringList{"FORNITORE: ", "ROSSI"}));
     EXPECT_GT(cards.places[rossi + 2].second, cards.places[rossi].second);
     EXPECT_GE(cards.indexOf(QStringLiteral("Via Milano 4"), rossi), 0);
     EXPECT_EQ(cards.texts.last(), QStringLiteral("Pagina 1 di 1"));
@@ -174,16 +174,16 @@ TEST_F(ReportsDrive, ReportsShowReadAndWritePdfEndToEnd)
     const Page& notes = np[0];
     const int group = notes.indexOf(QStringLiteral("NOTA:"));
     ASSERT_GE(group, 0);
-    EXPECT_EQ(notes.texts.mid(group, 6), (QStringList { "NOTA:", "GENERALE", "DATA", "MACCHINA", "N°", "NOTA" }));
+    EXPECT_EQ(notes.texts.mid(group, 6), (QStringList{"NOTA:", "GENERALE", "DATA", "MACCHINA", "N°", "NOTA"}));
     const int oil = notes.indexOf(QStringLiteral("Cambio olio"));
     const int gone = notes.indexOf(QStringLiteral("Macchina dismessa"));
     ASSERT_GT(oil, 0);
     ASSERT_GT(gone, 0);
-    EXPECT_EQ(notes.texts.mid(oil - 2, 2), (QStringList { "10/11/2026", "PX200" }));
+    EXPECT_EQ(notes.texts.mid(oil - 2, 2), (QStringList{"10/11/2026", "PX200"}));
     EXPECT_EQ(notes.texts[gone - 1], QStringLiteral("12/11/2026"));
     const int footer = notes.indexOf(QStringLiteral("Totale note"));
     ASSERT_GT(footer, std::max(oil, gone));
-    EXPECT_EQ(notes.texts.mid(footer, 3), (QStringList { "Totale note", "GENERALE", "2" }));
+    EXPECT_EQ(notes.texts.mid(footer, 3), (QStringList{"Totale note", "GENERALE", "2"}));
     EXPECT_TRUE(head(notesPdf, 5).startsWith("%PDF"));
     EXPECT_EQ(pdfPages(notesPdf), 1);
 
@@ -210,11 +210,11 @@ TEST_F(ReportsDrive, ReportsShowReadAndWritePdfEndToEnd)
     ASSERT_GT(beltsTotal, belts);
     EXPECT_EQ(cp[0].texts[beltsTotal - 1], QStringLiteral("25"));
     // 1 to 25 Mod 7: three weeks of 21 and 1 + 2 + 3 + 4
-    EXPECT_EQ(cp[0].texts.mid(beltsTotal + 5, 3), (QStringList { "1,00", "25,00", "73" }));
+    EXPECT_EQ(cp[0].texts.mid(beltsTotal + 5, 3), (QStringList{"1,00", "25,00", "73"}));
     const Page& last = cp[1];
     const int count = last.indexOf(QStringLiteral("CONTEGGIO DI RICAMBI N°"));
     ASSERT_GE(count, 0);
     EXPECT_EQ(last.texts.mid(count, 4),
-        (QStringList { "CONTEGGIO DI RICAMBI N°", "2", "TOTALE MATERIALI PRESENTI N°", "60" }));
+              (QStringList{"CONTEGGIO DI RICAMBI N°", "2", "TOTALE MATERIALI PRESENTI N°", "60"}));
     EXPECT_EQ(last.texts.last(), QStringLiteral("Pagina 2 di 2"));
 }

@@ -31,10 +31,11 @@ TEST_P(MenuTest, TheEntryOpensItsScreenUnderTheMainTitle)
 }
 
 INSTANTIATE_TEST_SUITE_P(Entries, MenuTest,
-    ::testing::Values(MenuEntry { "lblDescRicambi", "Form2", "Descrizione Ricambi" },
-        MenuEntry { "lblRicambi", "Form15", "Ricambi" }, MenuEntry { "lblFornitori", "Form17", "Fornitori" },
-        MenuEntry { "LblManutenzioni", "Form7", "Esegui Manutenzioni" }),
-    [](const auto& info) { return std::string(info.param.screen); });
+                         ::testing::Values(MenuEntry{"lblDescRicambi", "Form2", "Descrizione Ricambi"},
+                                           MenuEntry{"lblRicambi", "Form15", "Ricambi"},
+                                           MenuEntry{"lblFornitori", "Form17", "Fornitori"},
+                                           MenuEntry{"LblManutenzioni", "Form7", "Esegui Manutenzioni"}),
+                         [](const auto& info) { return std::string(info.param.screen); });
 
 struct Focused
 {
@@ -58,11 +59,12 @@ TEST_P(FocusColoursTest, OrangeWhileFocusedWhiteAfter)
 }
 
 INSTANTIATE_TEST_SUITE_P(Fields, FocusColoursTest,
-    ::testing::Values(Focused { "Form2", "List1" }, Focused { "Form2", "List2" }, Focused { "Form2", "DataCombo1" },
-        Focused { "Form15", "List1" }, Focused { "Form15", "TextRICAMBI" }, Focused { "Form15", "DataCombo1" },
-        Focused { "Form15", "Txt_Search" }, Focused { "Form15", "Txt_Search_UN_MIS" }, Focused { "Form17", "txtCitta" },
-        Focused { "Form8", "Text2" }),
-    [](const auto& info) { return std::string(info.param.screen) + "_" + info.param.control; });
+                         ::testing::Values(Focused{"Form2", "List1"}, Focused{"Form2", "List2"},
+                                           Focused{"Form2", "DataCombo1"}, Focused{"Form15", "List1"},
+                                           Focused{"Form15", "TextRICAMBI"}, Focused{"Form15", "DataCombo1"},
+                                           Focused{"Form15", "Txt_Search"}, Focused{"Form15", "Txt_Search_UN_MIS"},
+                                           Focused{"Form17", "txtCitta"}, Focused{"Form8", "Text2"}),
+                         [](const auto& info) { return std::string(info.param.screen) + "_" + info.param.control; });
 
 struct Refusal
 {
@@ -84,14 +86,15 @@ TEST_P(RefusalTest, NothingSelectedIsOneBox)
 }
 
 constexpr auto NoData = "Non è stato selezionato nessun dato!";
-INSTANTIATE_TEST_SUITE_P(Commands, RefusalTest,
-    ::testing::Values(Refusal { "Form2", "Cmd_Delete", "NESSUN Ricambio SELEZIONATO", NoData, vb::mb::Exclamation },
-        Refusal { "Form15", "Cmd_Delete", "NESSUN Ricambio SELEZIONATO", NoData, vb::mb::Exclamation },
-        Refusal { "Form17", "Cmd_Delete", "NESSUN Fornitore SELEZIONATO", NoData, vb::mb::Exclamation },
-        Refusal { "Form7", "Cmd_Delete", "NESSUNA MANUTENZIONE SELEZIONATA", NoData, vb::mb::Exclamation },
-        Refusal { "Form14", "Cmd_Delete", "NESSUNA DATO SELEZIONATO", NoData, vb::mb::Exclamation },
-        Refusal { "Form14", "Cmd_Print_List", "MACCHINA NON SELEZIONATA!", "Non hai selezionato nessuna Macchina!",
-            vb::mb::Information }),
+INSTANTIATE_TEST_SUITE_P(
+    Commands, RefusalTest,
+    ::testing::Values(Refusal{"Form2", "Cmd_Delete", "NESSUN Ricambio SELEZIONATO", NoData, vb::mb::Exclamation},
+                      Refusal{"Form15", "Cmd_Delete", "NESSUN Ricambio SELEZIONATO", NoData, vb::mb::Exclamation},
+                      Refusal{"Form17", "Cmd_Delete", "NESSUN Fornitore SELEZIONATO", NoData, vb::mb::Exclamation},
+                      Refusal{"Form7", "Cmd_Delete", "NESSUNA MANUTENZIONE SELEZIONATA", NoData, vb::mb::Exclamation},
+                      Refusal{"Form14", "Cmd_Delete", "NESSUNA DATO SELEZIONATO", NoData, vb::mb::Exclamation},
+                      Refusal{"Form14", "Cmd_Print_List", "MACCHINA NON SELEZIONATA!",
+                              "Non hai selezionato nessuna Macchina!", vb::mb::Information}),
     [](const auto& info) { return std::string(info.param.screen) + "_" + info.param.button; });
 
 } // namespace

@@ -39,11 +39,11 @@ TEST_F(StartupTest, LoadRunsItsStepsInOrder)
         auto* f = new StandIn(owner, QStringLiteral("frmAbout"), nullptr);
         f->onLoad = [&] {
             seen.push_back(columnExists(QStringLiteral("Tbl_Certif_Proced_Manut"), QStringLiteral("Scheda"))
-                    ? QStringLiteral("about after upgrade")
-                    : QStringLiteral("about before upgrade"));
+                               ? QStringLiteral("about after upgrade")
+                               : QStringLiteral("about before upgrade"));
             auto* main = screens().formAs<frmMain>(QStringLiteral("frmMain"));
-            seen.push_back(
-                main->Txt_Apertura->Text().isEmpty() ? QStringLiteral("not stamped") : QStringLiteral("stamped"));
+            seen.push_back(main->Txt_Apertura->Text().isEmpty() ? QStringLiteral("not stamped")
+                                                                : QStringLiteral("stamped"));
             seen.push_back(main->isVisible() ? QStringLiteral("main visible") : QStringLiteral("main hidden"));
             vb::Clock::advance(90); // the user reads the alert boxes
         };
@@ -57,8 +57,8 @@ TEST_F(StartupTest, LoadRunsItsStepsInOrder)
     frmMain* main = start();
     ASSERT_NE(main, nullptr);
     EXPECT_EQ(seen,
-        (std::vector<QString> { QStringLiteral("about after upgrade"), QStringLiteral("not stamped"),
-            QStringLiteral("main hidden"), QStringLiteral("workload 15/11/2026  8.1.30") }));
+              (std::vector<QString>{QStringLiteral("about after upgrade"), QStringLiteral("not stamped"),
+                                    QStringLiteral("main hidden"), QStringLiteral("workload 15/11/2026  8.1.30")}));
     EXPECT_EQ(main->Txt_Apertura->Text(), QStringLiteral("15/11/2026  8.1.30"));
     EXPECT_TRUE(main->isVisible());
     EXPECT_EQ(main->Caption(), QStringLiteral("VELMORA"));
@@ -80,9 +80,12 @@ TEST_F(StartupTest, UpgradeRunsOnAnOldStoreAndIsHarmlessTheSecondTime)
     EXPECT_FALSE(columnExists(QStringLiteral("Tbl_Maintenance_Note"), QStringLiteral("Tipo_Nota")));
     start();
     for (const auto& [table, column] :
-        std::vector<std::pair<const char*, const char*>> { { "Tbl_Ricerca", "Images" }, { "Tbl_Ricerca", "Percorso" },
-            { "Tbl_Maintenance_Note", "Tipo_Nota" }, { "Tbl_Maintenance_Note", "Images" },
-            { "Tbl_Maintenance_Note", "Percorso" }, { "Tbl_Certif_Proced_Manut", "Data_Rev" } })
+         std::vector<std::pair<const char*, const char*>>{{"Tbl_Ricerca", "Images"},
+                                                          {"Tbl_Ricerca", "Percorso"},
+                                                          {"Tbl_Maintenance_Note", "Tipo_Nota"},
+                                                          {"Tbl_Maintenance_Note", "Images"},
+                                                          {"Tbl_Maintenance_Note", "Percorso"},
+                                                          {"Tbl_Certif_Proced_Manut", "Data_Rev"}})
         EXPECT_TRUE(columnExists(QString::fromLatin1(table), QString::fromLatin1(column))) << table << "." << column;
 
     exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, Manutenzione_Tipo) "
@@ -122,7 +125,7 @@ TEST_F(StartupTest, SheetCopyBuildsOneRowPerAssignment)
         EXPECT_EQ(row[4].toDate(), today.toDate());
     }
     EXPECT_EQ(shell::sheetCode(Variant(12), Variant(3), Variant::null(), Variant("AX100"), Variant("Mensile")),
-        QStringLiteral("12_3_AX1_Men"));
+              QStringLiteral("12_3_AX1_Men"));
 }
 
 TEST_F(StartupTest, StampHasNoLeadingZeros)
@@ -134,8 +137,8 @@ TEST_F(StartupTest, StampHasNoLeadingZeros)
 TEST_F(StartupTest, MenuIsStackedAndAClickOpensOneScreen)
 {
     int loads15 = 0;
-    standIn(QStringLiteral("Form15"), QStringList {}, &loads15);
-    standIn(QStringLiteral("Form4"), QStringList {});
+    standIn(QStringLiteral("Form15"), QStringList{}, &loads15);
+    standIn(QStringLiteral("Form4"), QStringList{});
     frmMain* main = start();
     const auto labels = main->menuLabels();
     ASSERT_EQ(labels.size(), 13u);
@@ -147,7 +150,7 @@ TEST_F(StartupTest, MenuIsStackedAndAClickOpensOneScreen)
 
     screens().show(QStringLiteral("Form4"));
     main->lblRicambi->click();
-    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form4"))); // unloaded by the click
+    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form4")));    // unloaded by the click
     EXPECT_FALSE(screens().isLoaded(QStringLiteral("frmAbout"))); // also the About screen
     vb::Form* f = screens().loaded(QStringLiteral("Form15"));
     ASSERT_NE(f, nullptr);
@@ -177,8 +180,8 @@ TEST_F(StartupTest, AssignMenuClearsThePreselection)
 {
     int loads7 = 0;
     standIn(QStringLiteral("Form7"),
-        QStringList { QStringLiteral("T:ID_MOD"), QStringLiteral("T:ID_MAINT"), QStringLiteral("T:DataCombo4") },
-        &loads7);
+            QStringList{QStringLiteral("T:ID_MOD"), QStringLiteral("T:ID_MAINT"), QStringLiteral("T:DataCombo4")},
+            &loads7);
     standIn(QStringLiteral("Form13"), [](QWidget* owner) -> vb::Form* {
         auto* f = new StandIn(owner, QStringLiteral("Form13"), nullptr);
         auto* model = new vb::TextBox(f, QStringLiteral("Txt_ID_MODELLO"));
@@ -243,9 +246,8 @@ TEST_F(StartupTest, ProcedureGuideIsWrittenAndOpened)
     EXPECT_TRUE(lines[26].endsWith(QStringLiteral("tutti i lavori riguardanti quel tipo di Manutenzione")));
     EXPECT_EQ(lines[31], QString(31, QChar(0x00B0)));
     EXPECT_EQ(lines[32],
-        QStringLiteral("Per Ulteriori Anomalie o Suggerimenti scrivete una Email a ") + vb::SupportAddress());
-    EXPECT_EQ(lines[34],
-        QStringLiteral("Verifica Aggiornamenti Software ") + vb::SupportSite()
-            + QStringLiteral("/il_Tromvero_Download.asp"));
+              QStringLiteral("Per Ulteriori Anomalie o Suggerimenti scrivete una Email a ") + vb::SupportAddress());
+    EXPECT_EQ(lines[34], QStringLiteral("Verifica Aggiornamenti Software ") + vb::SupportSite() +
+                             QStringLiteral("/il_Tromvero_Download.asp"));
     EXPECT_EQ(lines[36], QString());
 }

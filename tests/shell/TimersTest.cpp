@@ -16,12 +16,12 @@ protected:
     void SetUp() override
     {
         ScreenTest::SetUp();
-        standIn(QStringLiteral("Form14"), QStringList { QStringLiteral("T:Txt_Giac"), QStringLiteral("T:Txt_Scorta") },
-            &loads14);
+        standIn(QStringLiteral("Form14"), QStringList{QStringLiteral("T:Txt_Giac"), QStringLiteral("T:Txt_Scorta")},
+                &loads14);
         standIn(QStringLiteral("Form13"),
-            QStringList { QStringLiteral("T:Txt_Control_Min"), QStringLiteral("T:Txt_Min"), QStringLiteral("T:Txt_Num"),
-                QStringLiteral("F:Frame10") },
-            &loads13);
+                QStringList{QStringLiteral("T:Txt_Control_Min"), QStringLiteral("T:Txt_Min"),
+                            QStringLiteral("T:Txt_Num"), QStringLiteral("F:Frame10")},
+                &loads13);
         standIn(QStringLiteral("Form7"), [this](QWidget* owner) -> vb::Form* {
             auto* f = new StandIn(owner, QStringLiteral("Form7"), &loads7);
             auto* picker = new vb::DTPicker(f, QStringLiteral("DTPicker2"));
@@ -52,7 +52,7 @@ protected:
         s->setBackColor(back);
         s->setForeColor(back == colour::White ? colour::Black : colour::White);
         main->Timer2->tick();
-        return { s->BackColor(), s->ForeColor() };
+        return {s->BackColor(), s->ForeColor()};
     }
 
     frmMain* main = nullptr;
@@ -163,7 +163,7 @@ TEST_F(TimersTest, MissingMinutesFlash)
     EXPECT_EQ(tick("1", "", "", colour::Red), colour::WindowBackground);
     EXPECT_EQ(tick("1", "abc", "", colour::Red), colour::WindowBackground);
     EXPECT_EQ(tick("1", "0", "", colour::Black), colour::Black); // other colours stay
-    EXPECT_EQ(tick("1", "15", "3", colour::Red), colour::Red); // minutes present: no change
-    EXPECT_EQ(tick("0", "0", "", colour::Red), colour::Red); // control off
+    EXPECT_EQ(tick("1", "15", "3", colour::Red), colour::Red);   // minutes present: no change
+    EXPECT_EQ(tick("0", "0", "", colour::Red), colour::Red);     // control off
     EXPECT_EQ(tick("", "0", "", colour::Red), colour::Red);
 }

@@ -39,20 +39,20 @@ TEST_F(Form11Road, TheThreeTopLevelsDrillDownToPartsDatesAndPlaces)
 
     // By machine and cause: two of one cause on one machine count as 2 in one row.
     EXPECT_EQ(grid("Form11.DataGrid1"),
-        (QStringList { "PRESSA|AX100|1|Usura|2", "PRESSA|AX100|1|Rottura|1", "TORNIO|T200|10|Usura|1" }));
+              (QStringList{"PRESSA|AX100|1|Usura|2", "PRESSA|AX100|1|Rottura|1", "TORNIO|T200|10|Usura|1"}));
     EXPECT_EQ(get("Label1.Caption"), "Conteggio Cause: 3");
     drive("select Form11.DataGrid1 0");
     EXPECT_EQ(get("Txt_Modello.Text"), "AX100");
     EXPECT_EQ(get("txt_Causa.Text"), "Usura");
-    EXPECT_EQ(grid("Form11.DataGrid2"), QStringList { "PRESSA|AX100|Usura|CUSCINETTI|Radiale 6204|2" });
+    EXPECT_EQ(grid("Form11.DataGrid2"), QStringList{"PRESSA|AX100|Usura|CUSCINETTI|Radiale 6204|2"});
     drive("select Form11.DataGrid2 0");
     EXPECT_EQ(get("Txt_Ricambio.Text"), "CUSCINETTI");
     EXPECT_EQ(get("Label3.Caption"), "Conteggio Destinazioni: 0") << "by model and cause the dates stay as they were";
 
     // One cause, and every cause again.
     drive("choose Form11.DataCombo7 Rottura");
-    EXPECT_EQ(grid("Form11.DataGrid1"), QStringList { "PRESSA|AX100|1|Rottura|1" });
-    EXPECT_EQ(grid("Form11.DataGrid2"), QStringList { "PRESSA|AX100|Rottura|CUSCINETTI|Assiale 51105|1" });
+    EXPECT_EQ(grid("Form11.DataGrid1"), QStringList{"PRESSA|AX100|1|Rottura|1"});
+    EXPECT_EQ(grid("Form11.DataGrid2"), QStringList{"PRESSA|AX100|Rottura|CUSCINETTI|Assiale 51105|1"});
     drive("set Form11.DataCombo7.Text Visualizza Tutto");
     EXPECT_EQ(get("Label1.Caption"), "Conteggio Cause: 3");
     EXPECT_EQ(get("Label2.Caption"), "Conteggio Interventi: 3");
@@ -62,27 +62,27 @@ TEST_F(Form11Road, TheThreeTopLevelsDrillDownToPartsDatesAndPlaces)
     drive("type Form11.Txt_Search_Destinazione Mandr");
     EXPECT_EQ(get("Txt_Search_Destinazione.Text"), "andr");
     EXPECT_EQ(get("Txt_Case_Search.Text"), "1");
-    EXPECT_EQ(grid("Form11.DataGrid1"), QStringList { "PRESSA|AX100|1|Usura|2" });
+    EXPECT_EQ(grid("Form11.DataGrid1"), QStringList{"PRESSA|AX100|1|Usura|2"});
     drive("select Form11.DataGrid1 0");
     drive("select Form11.DataGrid2 0");
-    EXPECT_EQ(grid("Form11.DataGrid3"), (QStringList { "04/03/2025|Mandrino", "09/03/2026|Mandrino" }));
+    EXPECT_EQ(grid("Form11.DataGrid3"), (QStringList{"04/03/2025|Mandrino", "09/03/2026|Mandrino"}));
     drive("select Form11.DataGrid3 1");
     EXPECT_EQ(get("Txt_DATA.Text"), "09/03/2026");
     EXPECT_EQ(get("Txt_Destinazione.Text"), "Mandrino");
 
     // A model from its start.
     drive("type Form11.Txt_Search_Mod_Macc T2");
-    EXPECT_EQ(grid("Form11.DataGrid1"), QStringList { "TORNIO|T200|10|Usura|1" });
+    EXPECT_EQ(grid("Form11.DataGrid1"), QStringList{"TORNIO|T200|10|Usura|1"});
     EXPECT_EQ(get("Txt_Search_Destinazione.Text"), "");
 
     // The ranking: most interventions first, then a machine's parts and their dates.
     drive("click Form11.Cmd_Interventi_Macch");
-    EXPECT_EQ(grid("Form11.DataGrid1"), (QStringList { "3|PRESSA|AX100|1|1", "1|TORNIO|T200|10|3" }));
+    EXPECT_EQ(grid("Form11.DataGrid1"), (QStringList{"3|PRESSA|AX100|1|1", "1|TORNIO|T200|10|3"}));
     EXPECT_EQ(get("Label1.Caption"), "Conteggio Interventi: 2");
     drive("select Form11.DataGrid1 1");
-    EXPECT_EQ(grid("Form11.DataGrid2"), QStringList { "TORNIO|T200|OLIO|Idraulico HLP46|1|10" });
+    EXPECT_EQ(grid("Form11.DataGrid2"), QStringList{"TORNIO|T200|OLIO|Idraulico HLP46|1|10"});
     drive("select Form11.DataGrid2 0");
-    EXPECT_EQ(grid("Form11.DataGrid3"), QStringList { "20/05/2026|Testa" });
+    EXPECT_EQ(grid("Form11.DataGrid3"), QStringList{"20/05/2026|Testa"});
 }
 
 TEST_F(Form11Road, TheChartsDrawTheGridsFiguresAndSaveThroughTheFileDialog)
@@ -96,23 +96,23 @@ TEST_F(Form11Road, TheChartsDrawTheGridsFiguresAndSaveThroughTheFileDialog)
 
     // Every machine of the list: the grid's counts summed by cause.
     const spares::ChartFigures& causes = charts->figures(0);
-    EXPECT_EQ(causes.labels, (QStringList { "Usura", "Rottura" }));
-    EXPECT_EQ(causes.values[0], (std::vector<double> { 3, 1 }));
+    EXPECT_EQ(causes.labels, (QStringList{"Usura", "Rottura"}));
+    EXPECT_EQ(causes.values[0], (std::vector<double>{3, 1}));
     const spares::ChartFigures& months = charts->figures(2);
-    EXPECT_EQ(months.series, (QStringList { "2025", "2026" }));
+    EXPECT_EQ(months.series, (QStringList{"2025", "2026"}));
     EXPECT_EQ(months.values[1][4], 2) << "May 2026: the one with an unknown cause left out";
 
     // The machine chosen; then the ranking opens on its own tab, as the grid lists it.
     drive("select Form11.DataGrid1 2");
     drive("click Form11.Cmd_Grafico");
-    EXPECT_EQ(form11()->charts()->figures(0).labels, QStringList { "Usura" });
-    EXPECT_EQ(form11()->charts()->figures(0).values[0], std::vector<double> { 1 });
+    EXPECT_EQ(form11()->charts()->figures(0).labels, QStringList{"Usura"});
+    EXPECT_EQ(form11()->charts()->figures(0).values[0], std::vector<double>{1});
     drive("click Form11.Cmd_Interventi_Macch");
     drive("click Form11.Cmd_Grafico");
     charts = form11()->charts();
     EXPECT_EQ(charts->current(), 1);
-    EXPECT_EQ(charts->figures(1).labels, (QStringList { "AX100 N° 1", "T200 N° 10" }));
-    EXPECT_EQ(charts->figures(1).values[0], (std::vector<double> { 3, 1 }));
+    EXPECT_EQ(charts->figures(1).labels, (QStringList{"AX100 N° 1", "T200 N° 10"}));
+    EXPECT_EQ(charts->figures(1).values[0], (std::vector<double>{3, 1}));
 
     const QString png = path() + "/grafico.png";
     drive("file " + png);
@@ -125,7 +125,7 @@ TEST_F(Form11Road, TheChartsDrawTheGridsFiguresAndSaveThroughTheFileDialog)
 
     // An empty store draws empty charts that say so.
     exec("DELETE * FROM Tbl_Ricerca");
-    kit::run(drive, { "unload Form11", "show Form11", "click Form11.Cmd_Grafico" });
+    kit::run(drive, {"unload Form11", "show Form11", "click Form11.Cmd_Grafico"});
     EXPECT_TRUE(form11()->charts()->figures(0).empty());
     EXPECT_TRUE(form11()->charts()->figures(2).empty());
 }

@@ -21,13 +21,11 @@ protected:
     /// number and the category picked from their lists, the rest typed.
     void enter(const QString& category, const QString& part, const QString& quantity, const QString& cause = "Usura")
     {
-        for (const auto& [control, text] :
-            std::initializer_list<std::pair<const char*, QString>> { { "DataCombo3", "PRESSA" },
-                { "DataCombo2", "AX100" }, { "DataCombo4", "1" }, { "DataCombo1", category } })
+        for (const auto& [control, text] : std::initializer_list<std::pair<const char*, QString>>{
+                 {"DataCombo3", "PRESSA"}, {"DataCombo2", "AX100"}, {"DataCombo4", "1"}, {"DataCombo1", category}})
             drive(QStringLiteral("choose Form14.%1 %2").arg(control, text));
-        for (const auto& [control, text] :
-            std::initializer_list<std::pair<const char*, QString>> { { "DataCombo5", part },
-                { "DataCombo6", "Mandrino" }, { "DataCombo7", cause }, { "Txt_prelievo", quantity } })
+        for (const auto& [control, text] : std::initializer_list<std::pair<const char*, QString>>{
+                 {"DataCombo5", part}, {"DataCombo6", "Mandrino"}, {"DataCombo7", cause}, {"Txt_prelievo", quantity}})
             drive(QStringLiteral("type Form14.%1 %2").arg(control, text));
     }
 
@@ -51,8 +49,8 @@ protected:
     }
 };
 
-const QString Updated
-    = "MAGAZZINO RICAMBI AGGIORNATO: Aggiornato Magazzino Ricambi [CUSCINETTI] Tipo [Radiale 6204] !!!";
+const QString Updated =
+    "MAGAZZINO RICAMBI AGGIORNATO: Aggiornato Magazzino Ricambi [CUSCINETTI] Tipo [Radiale 6204] !!!";
 
 } // namespace
 
@@ -65,7 +63,7 @@ TEST_F(Form14Road, AWithdrawalAnEditAndADeleteMoveTheStockAsTheScreenShowsIt)
     EXPECT_EQ(get("Txt_ID_DESCRIZIONE_RIC.Text"), "1") << "the typed description found its part";
     EXPECT_EQ(get("Txt_Giac.Text"), "10");
     drive("click Form14.Cmd_Edit");
-    EXPECT_EQ(drive.boxes(), QStringList { Updated });
+    EXPECT_EQ(drive.boxes(), QStringList{Updated});
     EXPECT_EQ(stock(1), 7) << "a fresh load withdraws Q: G - Q";
     const auto saved = rows("SELECT Data, ID_MODELLO, ID_NUM, Numerazione, Descrizione, Ricambi, Quantita, "
                             "Destinazione, ID_CAUSA FROM Tbl_Ricerca");
@@ -80,18 +78,17 @@ TEST_F(Form14Road, AWithdrawalAnEditAndADeleteMoveTheStockAsTheScreenShowsIt)
     choose(0);
     EXPECT_EQ(get("Label1.Caption"), "Trovati Componenti Macchina N° 1");
     EXPECT_EQ(get("Txt_prelievo_OLD.Text"), "3");
-    kit::run(drive, { "type Form14.Txt_prelievo 5", "answer yes", "click Form14.Cmd_Edit" });
-    EXPECT_EQ(drive.boxes(),
-        (QStringList { "MODIFICA DATI: Stai per eseguire una Modifica, Controlla la 'Giacenza' e la "
-                       "'Scorta Min', Vuoi Procedere??",
-            Updated }));
+    kit::run(drive, {"type Form14.Txt_prelievo 5", "answer yes", "click Form14.Cmd_Edit"});
+    EXPECT_EQ(drive.boxes(), (QStringList{"MODIFICA DATI: Stai per eseguire una Modifica, Controlla la 'Giacenza' e la "
+                                          "'Scorta Min', Vuoi Procedere??",
+                                          Updated}));
     EXPECT_EQ(stock(1), 5);
     EXPECT_EQ(drive("get Form14.DataGrid1.Row").toInt(), 0) << "the reload stands on the machine again";
     EXPECT_EQ(get("Label1.Caption"), "Trovati Componenti Macchina N°") << "without reloading its interventions";
 
     // The same quantity writes the stock as typed: the storekeeper's correction by hand.
     choose(0);
-    kit::run(drive, { "type Form14.Txt_Giac 20", "type Form14.Txt_Scorta 4", "answer yes", "click Form14.Cmd_Edit" });
+    kit::run(drive, {"type Form14.Txt_Giac 20", "type Form14.Txt_Scorta 4", "answer yes", "click Form14.Cmd_Edit"});
     EXPECT_EQ(stock(1), 20);
     EXPECT_EQ(rows("SELECT Scorta FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 1")[0][0].toDouble(), 4);
 
@@ -100,7 +97,7 @@ TEST_F(Form14Road, AWithdrawalAnEditAndADeleteMoveTheStockAsTheScreenShowsIt)
     drive.boxes();
     drive("answer yes");
     drive("click Form14.Cmd_Delete");
-    EXPECT_EQ(drive.boxes(), QStringList { "ELIMINAZIONE DATI: Vuoi Veramente eliminare il Dato Selezionato?" });
+    EXPECT_EQ(drive.boxes(), QStringList{"ELIMINAZIONE DATI: Vuoi Veramente eliminare il Dato Selezionato?"});
     EXPECT_TRUE(rows("SELECT ID FROM Tbl_Ricerca").empty());
     EXPECT_EQ(stock(1), 20);
 }
@@ -112,14 +109,14 @@ TEST_F(Form14Road, TheArithmeticGoesByTheTextsOnTheScreenNotByTheStoredRows)
 
     // "05" against a stored 5: the texts differ, so G + O - Q runs, and gives G.
     choose(0);
-    kit::run(drive, { "type Form14.Txt_prelievo 05", "answer yes", "click Form14.Cmd_Edit" });
+    kit::run(drive, {"type Form14.Txt_prelievo 05", "answer yes", "click Form14.Cmd_Edit"});
     EXPECT_EQ(stock(1), 10);
 
     // Another part with the same quantity: the new part keeps its stock as loaded, and
     // the old one is never given its 5 back.
     exec("UPDATE Tbl_Descrizione_Ricambi SET Giacenza = 7 WHERE ID_DESCRIZIONE_RICAMBI = 1");
     choose(0);
-    kit::run(drive, { "type Form14.DataCombo5 Assiale 51105", "answer yes", "click Form14.Cmd_Edit" });
+    kit::run(drive, {"type Form14.DataCombo5 Assiale 51105", "answer yes", "click Form14.Cmd_Edit"});
     EXPECT_EQ(rows("SELECT ID_DESCRIZIONE_RICAMBI FROM Tbl_Ricerca")[0][0].toLong(), 2);
     EXPECT_EQ(stock(2), 5);
     EXPECT_EQ(stock(1), 7);
@@ -136,7 +133,7 @@ TEST_F(Form14Road, TheArithmeticGoesByTheTextsOnTheScreenNotByTheStoredRows)
     // Past 32767 the 16-bit conversion fails and the stock is written as 0.
     exec("UPDATE Tbl_Descrizione_Ricambi SET Giacenza = 32765 WHERE ID_DESCRIZIONE_RICAMBI = 2");
     choose(0);
-    kit::run(drive, { "type Form14.Txt_prelievo 1", "answer yes", "click Form14.Cmd_Edit" });
+    kit::run(drive, {"type Form14.Txt_prelievo 1", "answer yes", "click Form14.Cmd_Edit"});
     EXPECT_EQ(stock(2), 0);
 }
 
@@ -144,36 +141,37 @@ TEST_F(Form14Road, NothingBlocksAWithdrawalAboveTheStockAndTheMinimumTurnsRed)
 {
     drive("show Form14");
     addNew("OLIO", "Idraulico HLP46", "12");
-    EXPECT_EQ(drive.boxes(),
-        QStringList { "MAGAZZINO RICAMBI AGGIORNATO: Aggiornato Magazzino Ricambi [OLIO] Tipo [Idraulico HLP46] !!!" });
+    EXPECT_EQ(
+        drive.boxes(),
+        QStringList{"MAGAZZINO RICAMBI AGGIORNATO: Aggiornato Magazzino Ricambi [OLIO] Tipo [Idraulico HLP46] !!!"});
     EXPECT_EQ(stock(3), -9);
     choose(0);
-    const QJsonArray red { 231, 29, 33 };
+    const QJsonArray red{231, 29, 33};
     EXPECT_EQ(drive("get Form14.Txt_Scorta.BackColor").toArray(), red);
 
     // The last piece above the minimum is orange, at the minimum red, both 0 leave it.
     drive("type Form14.Txt_Scorta 2");
     drive("type Form14.Txt_Giac 3");
-    EXPECT_EQ(drive("get Form14.Txt_Scorta.BackColor").toArray(), (QJsonArray { 255, 153, 0 }));
+    EXPECT_EQ(drive("get Form14.Txt_Scorta.BackColor").toArray(), (QJsonArray{255, 153, 0}));
     drive("type Form14.Txt_Giac 9");
-    EXPECT_EQ(drive("get Form14.Txt_Scorta.BackColor").toArray(), (QJsonArray { 255, 255, 255 }));
+    EXPECT_EQ(drive("get Form14.Txt_Scorta.BackColor").toArray(), (QJsonArray{255, 255, 255}));
     drive("type Form14.Txt_Scorta 0");
     drive("type Form14.Txt_Giac 0");
-    EXPECT_EQ(drive("get Form14.Txt_Scorta.BackColor").toArray(), (QJsonArray { 255, 255, 255 }));
+    EXPECT_EQ(drive("get Form14.Txt_Scorta.BackColor").toArray(), (QJsonArray{255, 255, 255}));
     drive("type Form14.Txt_Giac x");
     EXPECT_EQ(get("Txt_Giac.Text"), "0") << "only digits reach a quantity field";
 }
 
 TEST_F(Form14Road, RefusalsComeBeforeAnythingIsWritten)
 {
-    kit::run(drive, { "show Form14", "click Form14.Cmd_Add", "click Form14.Cmd_Edit" });
-    EXPECT_EQ(drive.boxes(), QStringList { "MANCANZA DATI!!: Inserisci i dati Richiesti!" });
+    kit::run(drive, {"show Form14", "click Form14.Cmd_Add", "click Form14.Cmd_Edit"});
+    EXPECT_EQ(drive.boxes(), QStringList{"MANCANZA DATI!!: Inserisci i dati Richiesti!"});
     enter("CUSCINETTI", "Radiale 6205", "1");
     EXPECT_EQ(get("Txt_ID_DESCRIZIONE_RIC.Text"), "") << "no part has this description";
     drive("click Form14.Cmd_Edit");
     EXPECT_EQ(drive.boxes(),
-        QStringList { "RICAMBIO MANCANTE: Questo Ricambio non è presente nella Lista !! Inserisci in "
-                      "'Descrizione Ricambi' [CUSCINETTI: Radiale 6205] " });
+              QStringList{"RICAMBIO MANCANTE: Questo Ricambio non è presente nella Lista !! Inserisci in "
+                          "'Descrizione Ricambi' [CUSCINETTI: Radiale 6205] "});
     EXPECT_TRUE(rows("SELECT ID FROM Tbl_Ricerca").empty());
 }
 
@@ -184,8 +182,8 @@ TEST_F(Form14Road, ANewCauseIsCreatedEvenWhenTheSaveThenFailsAndEndsTheRun)
     // the cause typed on the way was already created, and stays.
     drive("show Form14");
     drive("click Form14.Cmd_Add");
-    for (const char* typed : { "DataCombo3 GRU", "DataCombo2 G1", "DataCombo4 1", "DataCombo1 CUSCINETTI",
-             "DataCombo5 Radiale 6204", "DataCombo6 Gancio", "DataCombo7 Vibrazioni" })
+    for (const char* typed : {"DataCombo3 GRU", "DataCombo2 G1", "DataCombo4 1", "DataCombo1 CUSCINETTI",
+                              "DataCombo5 Radiale 6204", "DataCombo6 Gancio", "DataCombo7 Vibrazioni"})
         drive(QStringLiteral("type Form14.") + QString::fromLatin1(typed));
     drive.boxes();
     drive("click Form14.Cmd_Edit");
@@ -226,7 +224,7 @@ TEST_F(Form14Road, EveryLoadPutsEachNextDateBackAtTheLastExecutionPlusTheFrequen
     drive("tick frmMain.Timer2");
     EXPECT_TRUE(drive("loaded Form14").toBool()) << "the low-stock flash loads the screen hidden";
     EXPECT_EQ(rows(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id))[0][0].toString(),
-        "29/10/2026");
+              "29/10/2026");
 }
 
 TEST_F(Form14Road, TheSearchesNarrowTheMachinesAndTheOrderReminderPrefillsTheOrders)
@@ -276,11 +274,10 @@ TEST_F(Form14Road, APictureIsReferredToWhereItIsAndTheScreenCloses)
     ASSERT_EQ(dialogs.size(), 1);
     EXPECT_EQ(dialogs[0]["title"].toString(), "Selezionare il file da aprire");
     EXPECT_EQ(dialogs[0]["filter"].toString(),
-        "JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
-    EXPECT_EQ(drive.boxes(),
-        (QStringList { "SALVA IMMAGINE'cuscinetto.jpg': Vuoi salvare l'Immagine 'cuscinetto.jpg' ?",
-            "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'cuscinetto.jpg': SI per Aggiungere "
-            "l'Immagine, NO per sostituire quella esistente'cuscinetto.jpg' ?" }));
+              "JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
+    EXPECT_EQ(drive.boxes(), (QStringList{"SALVA IMMAGINE'cuscinetto.jpg': Vuoi salvare l'Immagine 'cuscinetto.jpg' ?",
+                                          "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'cuscinetto.jpg': SI per Aggiungere "
+                                          "l'Immagine, NO per sostituire quella esistente'cuscinetto.jpg' ?"}));
     EXPECT_FALSE(drive("loaded Form14").toBool()) << "the user opens the screen again from the menu";
     const auto row = rows("SELECT Images, Percorso FROM Tbl_Ricerca")[0];
     EXPECT_EQ(row[0].toString(), "cuscinetto.jpg") << "either answer replaces: a row has one picture";

@@ -27,14 +27,16 @@ protected:
         {
             int category;
             const char *name, *part;
-        } parts[] = { { 1, "VITE M8", "Testa esagonale" }, { 1, "VITE M8", "Brugola" }, { 3, "OLIO", "Idraulico" } };
+        } parts[] = {{1, "VITE M8", "Testa esagonale"}, {1, "VITE M8", "Brugola"}, {3, "OLIO", "Idraulico"}};
         plant.category("VITE M8", "pz");
         plant.category("VITE", "pz");
         plant.category("OLIO", "lt");
         for (const auto& p : parts) {
             const int key = plant.part(p.category, p.name, p.part);
-            plant.intervention({ { "ID_DESCRIZIONE_RICAMBI", key }, { "Descrizione", p.part },
-                { "ID_RICAMBI", p.category }, { "Ricambi", p.name } });
+            plant.intervention({{"ID_DESCRIZIONE_RICAMBI", key},
+                                {"Descrizione", p.part},
+                                {"ID_RICAMBI", p.category},
+                                {"Ricambi", p.name}});
         }
     }
 
@@ -60,7 +62,7 @@ TEST_F(Form15Test, LoadListsTheCategoriesAndTheUnitsInUse)
     exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('ALBERO', 'PZ')");
     Form15* f = form();
     ASSERT_TRUE(f);
-    EXPECT_EQ(f->List1->items(), QStringList({ "ALBERO", "OLIO", "VITE", "VITE M8" }));
+    EXPECT_EQ(f->List1->items(), QStringList({"ALBERO", "OLIO", "VITE", "VITE M8"}));
     EXPECT_EQ(f->Label2->Caption(), "4");
     // Units are grouped as the store compares text: "PZ" and "pz" are one unit.
     EXPECT_EQ(f->DataCombo1->items().size(), 2);
@@ -82,16 +84,16 @@ TEST_F(Form15Test, InsertRoadWritesTheCategoryAndOffersTheNewUnit)
     f->TextRICAMBI->typeText("CINGHIA");
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "MANCANZA DATI",
-        "Non sono stati compilati tutti i dati richiesti o non è stato selezionato nessun Ricambi", Critical);
+               "Non sono stati compilati tutti i dati richiesti o non è stato selezionato nessun Ricambi", Critical);
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA") << "still inserting";
 
     f->DataCombo1->typeText("mt");
     f->Cmd_Edit->click();
     EXPECT_TRUE(boxes().empty());
     EXPECT_EQ(column("SELECT ID_RICAMBI & ' ' & Unita_Misura FROM Tbl_Ricambi WHERE Ricambi = 'CINGHIA'"),
-        QStringList({ "4 mt" }));
+              QStringList({"4 mt"}));
     EXPECT_EQ(f->Text1->Text(), "4") << "the new key is read at once";
-    EXPECT_EQ(f->List1->items(), QStringList({ "CINGHIA", "OLIO", "VITE", "VITE M8" }));
+    EXPECT_EQ(f->List1->items(), QStringList({"CINGHIA", "OLIO", "VITE", "VITE M8"}));
     EXPECT_EQ(f->Label2->Caption(), "4");
     EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
     EXPECT_TRUE(f->Cmd_Add->isEnabled());
@@ -122,7 +124,7 @@ TEST_F(Form15Test, TwinCheckCountsOnlyCategoriesWithPartsWhoseNameContainsTheNew
     add("GUARNIZIONE");
     EXPECT_TRUE(boxes().empty());
     EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI > 3"),
-        QStringList({ "OLIO MOTORE", "GUARNIZIONE", "GUARNIZIONE" }));
+              QStringList({"OLIO MOTORE", "GUARNIZIONE", "GUARNIZIONE"}));
 }
 
 TEST_F(Form15Test, ClickInTheListLooksTheLineUpAndKeepsTheInsertMode)
@@ -132,7 +134,7 @@ TEST_F(Form15Test, ClickInTheListLooksTheLineUpAndKeepsTheInsertMode)
     exec("INSERT INTO Tbl_Ricambi (Ricambi, Unita_Misura) VALUES ('L''ANELLO', 'pz')");
     Form15* f = form();
     pick(f, "OLIO");
-    EXPECT_EQ(kit::texts({ f->Text1, f->TextRICAMBI, f->DataCombo1 }), QStringList({ "3", "OLIO", "lt" }));
+    EXPECT_EQ(kit::texts({f->Text1, f->TextRICAMBI, f->DataCombo1}), QStringList({"3", "OLIO", "lt"}));
     EXPECT_FALSE(f->Cmd_Edit->isEnabled()) << "a click is no typing";
     // A Null unit leaves the emptied field as it is, in silence.
     pick(f, "FILTRO");
@@ -162,7 +164,7 @@ TEST_F(Form15Test, ClickInTheListLooksTheLineUpAndKeepsTheInsertMode)
     f->TextRICAMBI->typeText("ANELLO"); // the focus selects the whole name
     f->Cmd_Edit->click();
     EXPECT_TRUE(boxes().empty());
-    EXPECT_EQ(column("SELECT Unita_Misura FROM Tbl_Ricambi WHERE Ricambi = 'ANELLO'"), QStringList({ "pz" }));
+    EXPECT_EQ(column("SELECT Unita_Misura FROM Tbl_Ricambi WHERE Ricambi = 'ANELLO'"), QStringList({"pz"}));
 }
 
 TEST_F(Form15Test, RenameReachesThePartsAndThePastInterventionsByKey)
@@ -174,37 +176,37 @@ TEST_F(Form15Test, RenameReachesThePartsAndThePastInterventionsByKey)
     f->TextRICAMBI->typeText("BULLONE M8");
     ASSERT_TRUE(f->Cmd_Edit->isEnabled());
 
-    answer({ answer::No });
+    answer({answer::No});
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "Modifica Ricambio **VITE M8**",
-        "Il Ricambio [VITE M8] Sta per essere modificato con [BULLONE M8] Vuoi Procedere??", YesNo + Question);
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 1"), QStringList({ "VITE M8" }));
+               "Il Ricambio [VITE M8] Sta per essere modificato con [BULLONE M8] Vuoi Procedere??", YesNo + Question);
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 1"), QStringList({"VITE M8"}));
     EXPECT_EQ(f->TextRICAMBI->Text(), "BULLONE M8") << "No leaves the screen as it was";
 
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     EXPECT_EQ(boxes().size(), 1u);
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 1"), QStringList({ "BULLONE M8" }));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 1"), QStringList({"BULLONE M8"}));
     EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Descrizione_Ricambi WHERE ID_Ricambi = 1"),
-        QStringList({ "BULLONE M8", "BULLONE M8" }));
-    EXPECT_EQ(
-        column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_RICAMBI = 1"), QStringList({ "BULLONE M8", "BULLONE M8" }));
+              QStringList({"BULLONE M8", "BULLONE M8"}));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_RICAMBI = 1"),
+              QStringList({"BULLONE M8", "BULLONE M8"}));
     // Copies under another key keep their text, whatever it says.
-    EXPECT_EQ(
-        column("SELECT Ricambi FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Copia'"), QStringList({ "VITE M8" }));
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_RICAMBI = 3"), QStringList({ "OLIO" }));
-    EXPECT_EQ(f->List1->items(), QStringList({ "BULLONE M8", "OLIO", "VITE" }));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Copia'"),
+              QStringList({"VITE M8"}));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_RICAMBI = 3"), QStringList({"OLIO"}));
+    EXPECT_EQ(f->List1->items(), QStringList({"BULLONE M8", "OLIO", "VITE"}));
     EXPECT_EQ(f->TextRICAMBI->Text(), "");
 
     // The same name: the question speaks of the data, and the unit changes.
     pick(f, "OLIO");
     f->DataCombo1->setText(QString());
     f->DataCombo1->typeText("kg");
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "Modifica Ricambio **OLIO**",
-        "Stai per modificare i dati del Ricambio [OLIO] Vuoi Procedere??", YesNo + Question);
-    EXPECT_EQ(column("SELECT Unita_Misura FROM Tbl_Ricambi WHERE ID_RICAMBI = 3"), QStringList({ "kg" }));
+               "Stai per modificare i dati del Ricambio [OLIO] Vuoi Procedere??", YesNo + Question);
+    EXPECT_EQ(column("SELECT Unita_Misura FROM Tbl_Ricambi WHERE ID_RICAMBI = 3"), QStringList({"kg"}));
 }
 
 TEST_F(Form15Test, ApostropheRenamesTheCategoryButNotItsCopies)
@@ -213,16 +215,16 @@ TEST_F(Form15Test, ApostropheRenamesTheCategoryButNotItsCopies)
     pick(f, "OLIO");
     f->TextRICAMBI->setText(QString());
     f->TextRICAMBI->typeText("OLIO D'IDRAULICA");
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     // The first copy's statement breaks on the apostrophe: the plain error box, and the
     // command ends there.
     EXPECT_TRUE(kit::errorBox(shown[1], vb::err::SyntaxError));
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 3"), QStringList({ "OLIO D'IDRAULICA" }));
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Descrizione_Ricambi WHERE ID_Ricambi = 3"), QStringList({ "OLIO" }));
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_RICAMBI = 3"), QStringList({ "OLIO" }));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 3"), QStringList({"OLIO D'IDRAULICA"}));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Descrizione_Ricambi WHERE ID_Ricambi = 3"), QStringList({"OLIO"}));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_RICAMBI = 3"), QStringList({"OLIO"}));
     EXPECT_EQ(f->TextRICAMBI->Text(), "OLIO D'IDRAULICA") << "no refresh after the error";
 
     // A new name with an apostrophe breaks the twin check: nothing is written.
@@ -230,7 +232,7 @@ TEST_F(Form15Test, ApostropheRenamesTheCategoryButNotItsCopies)
     enter(f, "L'ANELLO", "pz");
     f->Cmd_Edit->click();
     EXPECT_TRUE(kit::errorBox(oneBox(), vb::err::SyntaxError));
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricambi"), QStringList({ "3" }));
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricambi"), QStringList({"3"}));
 }
 
 TEST_F(Form15Test, SavingWithoutAChosenCategoryIsATypeMismatch)
@@ -238,16 +240,15 @@ TEST_F(Form15Test, SavingWithoutAChosenCategoryIsATypeMismatch)
     Form15* f = form();
     // Typed straight into the fields after the load: no line and no key.
     enter(f, "CINGHIA", "pz");
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_BOX(shown[0], "Modifica Ricambio ****",
-        "Il Ricambio [] Sta per essere modificato con [CINGHIA] Vuoi Procedere??", YesNo + Question);
+               "Il Ricambio [] Sta per essere modificato con [CINGHIA] Vuoi Procedere??", YesNo + Question);
     EXPECT_BOX(shown[1], "DATI ERRARI !!!", "Controlla i dati inseriti!!", Exclamation);
-    EXPECT_EQ(
-        column("SELECT Ricambi FROM Tbl_Ricambi ORDER BY ID_RICAMBI"), QStringList({ "VITE M8", "VITE", "OLIO" }));
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_RICAMBI = 1"), QStringList({ "VITE M8", "VITE M8" }));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi ORDER BY ID_RICAMBI"), QStringList({"VITE M8", "VITE", "OLIO"}));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_RICAMBI = 1"), QStringList({"VITE M8", "VITE M8"}));
 }
 
 TEST_F(Form15Test, DeleteAsksAndLeavesThePartsBehind)
@@ -255,31 +256,31 @@ TEST_F(Form15Test, DeleteAsksAndLeavesThePartsBehind)
     Form15* f = form();
     pick(f, "VITE M8");
     f->Txt_Search_UN_MIS->setText("p");
-    answer({ answer::No });
+    answer({answer::No});
     f->Cmd_Delete->click();
     EXPECT_BOX(oneBox(), "Eliminazione Ricambio **VITE M8**", "Vuoi Veramente eliminare il Ricambio selezionato?",
-        YesNo + Question);
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricambi"), QStringList({ "3" }));
+               YesNo + Question);
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricambi"), QStringList({"3"}));
 
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Delete->click();
     EXPECT_EQ(boxes().size(), 1u);
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi ORDER BY Ricambi"), QStringList({ "OLIO", "VITE" }));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi ORDER BY Ricambi"), QStringList({"OLIO", "VITE"}));
     // No cascade: the parts stay, pointing at nothing, and drop out of every join.
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi WHERE ID_Ricambi = 1"), QStringList({ "2" }));
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi WHERE ID_Ricambi = 1"), QStringList({"2"}));
     EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi INNER JOIN Tbl_Ricambi ON "
                      "Tbl_Descrizione_Ricambi.ID_Ricambi = Tbl_Ricambi.ID_RICAMBI"),
-        QStringList({ "1" }));
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricerca WHERE ID_RICAMBI = 1"), QStringList({ "2" }));
-    EXPECT_EQ(f->List1->items(), QStringList({ "OLIO", "VITE" }));
-    EXPECT_EQ(kit::texts({ f->Label2, f->TextRICAMBI, f->DataCombo1, f->Txt_Search_UN_MIS }),
-        QStringList({ "2", "", "", "" }));
+              QStringList({"1"}));
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Ricerca WHERE ID_RICAMBI = 1"), QStringList({"2"}));
+    EXPECT_EQ(f->List1->items(), QStringList({"OLIO", "VITE"}));
+    EXPECT_EQ(kit::texts({f->Label2, f->TextRICAMBI, f->DataCombo1, f->Txt_Search_UN_MIS}),
+              QStringList({"2", "", "", ""}));
     // Now that it has no parts' category, "VITE" enters again: the twin was "VITE M8".
     f->Cmd_Add->click();
     enter(f, "VITE", "pz");
     f->Cmd_Edit->click();
     EXPECT_TRUE(boxes().empty());
-    EXPECT_EQ(f->List1->items(), QStringList({ "OLIO", "VITE", "VITE" }));
+    EXPECT_EQ(f->List1->items(), QStringList({"OLIO", "VITE", "VITE"}));
 }
 
 TEST_F(Form15Test, SearchByNameStartsAtTheBeginningAndEmptiesTheOtherFields)
@@ -290,25 +291,25 @@ TEST_F(Form15Test, SearchByNameStartsAtTheBeginningAndEmptiesTheOtherFields)
     pick(f, "OLIO");
     f->Txt_Search_UN_MIS->setText("lt");
     f->Txt_Search->typeText("vi");
-    EXPECT_EQ(f->List1->items(), QStringList({ "VITE", "VITE M8" })) << "SVITATORE does not start with it";
-    EXPECT_EQ(kit::texts({ f->Label2, f->Txt_Search_UN_MIS, f->TextRICAMBI, f->DataCombo1 }),
-        QStringList({ "2", "", "", "" }));
+    EXPECT_EQ(f->List1->items(), QStringList({"VITE", "VITE M8"})) << "SVITATORE does not start with it";
+    EXPECT_EQ(kit::texts({f->Label2, f->Txt_Search_UN_MIS, f->TextRICAMBI, f->DataCombo1}),
+              QStringList({"2", "", "", ""}));
     EXPECT_TRUE(boxes().empty());
 
     // An apostrophe is doubled.
     typeLastKey(f->Txt_Search, "L'OL");
-    EXPECT_EQ(f->List1->items(), QStringList({ "L'OLIATORE" }));
+    EXPECT_EQ(f->List1->items(), QStringList({"L'OLIATORE"}));
 
     // With two words the first must be the whole name: "VITE M8" is not found by "VITE M".
     typeLastKey(f->Txt_Search, "VITE M");
     EXPECT_BOX(oneBox(), "RICAMBIO NON TROVATO !!",
-        "Non è stata trovata nessun Ricambio con le seguenti parole chiave < VITE M > !!!", Exclamation);
+               "Non è stata trovata nessun Ricambio con le seguenti parole chiave < VITE M > !!!", Exclamation);
     EXPECT_EQ(f->List1->ListCount(), 0);
     EXPECT_EQ(f->Label2->Caption(), "0");
     // An emptied field searches nothing and leaves the list as it is.
     typeLastKey(f->Txt_Search, "o");
     typeLastKey(f->Txt_Search, "\b");
-    EXPECT_EQ(f->List1->items(), QStringList({ "OLIO" }));
+    EXPECT_EQ(f->List1->items(), QStringList({"OLIO"}));
     EXPECT_TRUE(boxes().empty());
 
     // VISUALIZZA TUTTO: back to the whole list, browsing, nothing to save or delete.
@@ -327,12 +328,12 @@ TEST_F(Form15Test, SearchByUnitAndItsSilentTwoWords)
     f->Txt_Search->setText("V");
     f->Txt_Search_UN_MIS->typeText("P");
     EXPECT_EQ(f->Txt_Search->Text(), "");
-    EXPECT_EQ(f->List1->items(), QStringList({ "VITE", "VITE M8" }));
+    EXPECT_EQ(f->List1->items(), QStringList({"VITE", "VITE M8"}));
     EXPECT_EQ(f->Label2->Caption(), "2");
 
     typeLastKey(f->Txt_Search_UN_MIS, "kg");
     EXPECT_BOX(oneBox(), "Definizione non trovata !!",
-        "Non è stata trovata nessuna Definizione con le seguenti parole chiave < kg > !!!", Exclamation);
+               "Non è stata trovata nessuna Definizione con le seguenti parole chiave < kg > !!!", Exclamation);
     EXPECT_EQ(f->Label2->Caption(), "0");
 
     // Two words name a column the table has not: the list empties and nothing is said.
@@ -346,13 +347,12 @@ TEST_F(Form15Test, TheDriverWorksTheScreenTheMenuOpened)
 {
     start();
     InProcessDrive drive;
-    kit::run(drive,
-        { "click frmMain.lblRicambi", "click Form15.Cmd_Add", "type Form15.TextRICAMBI CUSCINETTO",
-            "type Form15.DataCombo1 pz", "click Form15.Cmd_Edit" });
+    kit::run(drive, {"click frmMain.lblRicambi", "click Form15.Cmd_Add", "type Form15.TextRICAMBI CUSCINETTO",
+                     "type Form15.DataCombo1 pz", "click Form15.Cmd_Edit"});
     EXPECT_EQ(drive("get Form15.Label2.Caption").toString(), "4");
     drive("select Form15.List1 0");
     EXPECT_EQ(drive("get Form15.TextRICAMBI.Text").toString(), "CUSCINETTO");
-    kit::run(drive, { "type Form15.TextRICAMBI CUSCINETTI", "answer yes", "click Form15.Cmd_Edit" });
+    kit::run(drive, {"type Form15.TextRICAMBI CUSCINETTI", "answer yes", "click Form15.Cmd_Edit"});
     EXPECT_EQ(drive.boxes().size(), 1);
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 4"), QStringList { "CUSCINETTI" });
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 4"), QStringList{"CUSCINETTI"});
 }

@@ -26,18 +26,21 @@ class Form17Test : public ScreenTest
 protected:
     /// A supplier with its card filled; "" leaves a column Null. Its key.
     int addSupplier(const QString& name, const QString& company, const QString& city = "Brescia",
-        const QString& vat = "01234567890")
+                    const QString& vat = "01234567890")
     {
         auto orNull = [](const QString& v) { return v.isEmpty() ? vb::Variant::null() : vb::Variant(v); };
-        return plant.supplier(name,
-            { { "Nome_Soceta", company }, { "Part_IVA/Cod_Fisc", orNull(vat) }, { "Citta/Paese", orNull(city) },
-                { "Provincia", "BS" }, { "Tel", "030 123456" }, { "Url", "www.example.it" } });
+        return plant.supplier(name, {{"Nome_Soceta", company},
+                                     {"Part_IVA/Cod_Fisc", orNull(vat)},
+                                     {"Citta/Paese", orNull(city)},
+                                     {"Provincia", "BS"},
+                                     {"Tel", "030 123456"},
+                                     {"Url", "www.example.it"}});
     }
 
     /// A line of the open order and an evaded one, both naming the supplier.
     static void addOrderLines(const QString& supplierKey, const QString& name)
     {
-        for (const char* table : { "Tbl_Order", "Tbl_Historian_Orders" })
+        for (const char* table : {"Tbl_Order", "Tbl_Historian_Orders"})
             exec(QStringLiteral("INSERT INTO %1 (Ricambi, ID_FORNITORE, Fornitore) VALUES ('CUSCINETTI', %2, '%3')")
                      .arg(QString::fromLatin1(table), supplierKey, name));
     }
@@ -68,7 +71,7 @@ TEST_F(Form17Test, ListCardSelectionAndReset)
     EXPECT_EQ(f->DataGrid1->cellValue(0, 0).toLong(), alfa) << "by name, case ignored";
     EXPECT_EQ(f->Label1->Caption(), "Conteggio Fornitori: 2");
     ASSERT_EQ(f->DataGrid1->ColumnCount(), 12);
-    const char* captions[] = { "ID", "FORNITORE", "SOCIETA'", "TEL" };
+    const char* captions[] = {"ID", "FORNITORE", "SOCIETA'", "TEL"};
     for (int i = 0; i < 12; ++i) {
         const vb::GridColumn& c = f->DataGrid1->Columns(i);
         EXPECT_EQ(c.Caption(), i < 4 ? QString(captions[i]) : c.DataField());
@@ -86,7 +89,7 @@ TEST_F(Form17Test, ListCardSelectionAndReset)
     // Empty columns leave their fields as the clearing left them: no card data carried over.
     selectSupplier(f, alfa);
     EXPECT_EQ(f->txtID_FORNITORE->Text(), QString::number(alfa));
-    EXPECT_EQ(kit::texts({ f->txtFornitore, f->txtUrl, f->txtCitta }), QStringList({ "alfa", "www.example.it", "" }));
+    EXPECT_EQ(kit::texts({f->txtFornitore, f->txtUrl, f->txtCitta}), QStringList({"alfa", "www.example.it", ""}));
     EXPECT_TRUE(f->Cmd_Edit->isEnabled());
     EXPECT_EQ(f->Txt_Posizione->Text(), "0");
     // Only the print follows the selection; the save keeps saying all suppliers.
@@ -122,8 +125,7 @@ TEST_F(Form17Test, InsertNeedsNameAndCompanyThenReturnsToTheKeptRow)
 
     f->txtNome_Soceta->typeText("Verdi & Figli");
     f->Cmd_Edit->click();
-    EXPECT_EQ(
-        column("SELECT Nome_Soceta FROM Tbl_Fornitori WHERE Fornitore = 'VERDI'"), QStringList { "Verdi & Figli" });
+    EXPECT_EQ(column("SELECT Nome_Soceta FROM Tbl_Fornitori WHERE Fornitore = 'VERDI'"), QStringList{"Verdi & Figli"});
     // Reopened in browse mode on the row kept before the insert: row 0, ROSSI.
     Form17* again = reopened();
     EXPECT_EQ(again->Label1->Caption(), "Conteggio Fornitori: 2");
@@ -145,11 +147,11 @@ TEST_F(Form17Test, EveryEditRewritesTheOrderLinesWithTheNameQuotesDoubled)
     // The name unchanged: the lines get the card's name all the same.
     selectSupplier(f, rossi);
     f->txtTel->setText("030 999");
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "Modifica Fornitore **ROSSI**",
-        "Stai per modificare i dati del Fornitore [ROSSI] Vuoi Procedere??", YesNo + Question);
-    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE = " + key), QStringList { "ROSSI" });
+               "Stai per modificare i dati del Fornitore [ROSSI] Vuoi Procedere??", YesNo + Question);
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE = " + key), QStringList{"ROSSI"});
 
     // A rename with a quote, declined first, then done.
     f = reopened();
@@ -157,18 +159,18 @@ TEST_F(Form17Test, EveryEditRewritesTheOrderLinesWithTheNameQuotesDoubled)
     f->txtFornitore->setText("ALL'ANGELO");
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "Modifica Fornitore **ROSSI**",
-        "Il Fornitore [ROSSI] Sta per essere modificato con [ALL'ANGELO] Vuoi Procedere??", YesNo + Question);
-    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Fornitori WHERE ID_FORNITORE = " + key), QStringList { "ROSSI" });
-    answer({ answer::Yes });
+               "Il Fornitore [ROSSI] Sta per essere modificato con [ALL'ANGELO] Vuoi Procedere??", YesNo + Question);
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Fornitori WHERE ID_FORNITORE = " + key), QStringList{"ROSSI"});
+    answer({answer::Yes});
     f->Cmd_Edit->click();
-    EXPECT_EQ(column("SELECT Tel FROM Tbl_Fornitori WHERE ID_FORNITORE = " + key), QStringList { "030 999" });
-    for (const char* table : { "Tbl_Fornitori", "Tbl_Order", "Tbl_Historian_Orders" })
+    EXPECT_EQ(column("SELECT Tel FROM Tbl_Fornitori WHERE ID_FORNITORE = " + key), QStringList{"030 999"});
+    for (const char* table : {"Tbl_Fornitori", "Tbl_Order", "Tbl_Historian_Orders"})
         EXPECT_EQ(column(QStringLiteral("SELECT Fornitore FROM %1 WHERE ID_FORNITORE = ").arg(table) + key),
-            QStringList { "ALL'ANGELO" })
+                  QStringList{"ALL'ANGELO"})
             << table;
-    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE Is Null"), QStringList { "ROSSI" });
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE Is Null"), QStringList{"ROSSI"});
     EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order WHERE ID_FORNITORE = " + QString::number(other)),
-        QStringList { "BIANCHI" });
+              QStringList{"BIANCHI"});
     // The reopened screen goes back to the row number it kept, not to the supplier: the
     // new name sorts first, so row 1 now holds the neighbour.
     EXPECT_EQ(reopened()->txtFornitore->Text(), "BIANCHI");
@@ -182,13 +184,13 @@ TEST_F(Form17Test, DeleteAsksFirstAndLeavesTheOrderLinesAlone)
     selectSupplier(f, rossi);
     f->Cmd_Delete->click(); // answered No
     EXPECT_BOX(oneBox(), "Eliminazione Fornitore **ROSSI**", "Vuoi Veramente eliminare il Fornitore selezionato?",
-        YesNo + Question);
+               YesNo + Question);
     EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Fornitori").size(), 1);
 
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Delete->click();
     EXPECT_TRUE(column("SELECT Fornitore FROM Tbl_Fornitori").isEmpty());
-    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order"), QStringList { "ROSSI" });
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order"), QStringList{"ROSSI"});
     EXPECT_EQ(reopened()->Label1->Caption(), "Conteggio Fornitori: 0");
 }
 
@@ -209,13 +211,13 @@ TEST_F(Form17Test, GridWithoutRowsAndKeysBeyondSixteenBitsShowTheirBoxes)
     f->txtFornitore->setText("GRANDISSIMO");
     f->txtNome_Soceta->setText("Grande Spa");
     f->Cmd_Edit->setEnabled(true);
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 3u);
     EXPECT_EQ(shown[0].prompt, "6 Overflow") << "the row selection cannot pass the key";
     EXPECT_EQ(shown[2].prompt, "6 Overflow") << "nor the save";
-    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order"), QStringList { "GRANDE" });
+    EXPECT_EQ(column("SELECT Fornitore FROM Tbl_Order"), QStringList{"GRANDE"});
 }
 
 TEST_F(Form17Test, PrintsAllSuppliersInTheWorkAreaOrTheSelectedOneCentred)
@@ -229,7 +231,7 @@ TEST_F(Form17Test, PrintsAllSuppliersInTheWorkAreaOrTheSelectedOneCentred)
     QStringList t = printed();
     EXPECT_TRUE(t.contains("LISTA FORNITORI"));
     EXPECT_TRUE(t.contains("15/11/2026 08.00.00")) << "Label2: the present date and time";
-    EXPECT_EQ(t.mid(t.indexOf("FORNITORE: "), 2), (QStringList { "FORNITORE: ", "ALFA" })) << "TextBox17 on Fornitore";
+    EXPECT_EQ(t.mid(t.indexOf("FORNITORE: "), 2), (QStringList{"FORNITORE: ", "ALFA"})) << "TextBox17 on Fornitore";
     EXPECT_LT(t.indexOf("Alfa Spa"), t.indexOf("Zeta Srl"));
     EXPECT_EQ(reports::ReportWindow("DataReport13")->geometry().left(), vb::twipsToPixels(2200)) << "work area";
 
@@ -260,33 +262,53 @@ TEST_F(Form17Test, CardsSaveWritesEveryCardByNameEvenAfterARowSelection)
     f->Cmd_Save->click();
 
     // Empty columns leave the label alone; the billing block repeats the card.
-    const QStringList bianchiCard { "", "ID:" + QString::number(bianchi), "Fornitore:BIANCHI",
-        "NOME SOCIETA':Bianchi Snc", "P.IVA / COD.F:", "CITTA':Milano", "VIA:", "C.A.P:", "PROVINCIA:BS",
-        "TELEFONO:030 123456", "FAX:", "EMAIL:", "INDIRIZZO INTERNET:www.example.it",
-        "=================", "DATI FATTURAZIONE", "=================", "NOME:BIANCHI", "SOCIETA':Bianchi Snc",
-        "P.IVA / COD.F:", "CITTA':Milano", "VIA:", "C.A.P:", "PROVINCIA:BS", "",
-        "-------------------------------------", "" };
-    const QStringList signature { vb::DegreeRule(), "VELMORA", vb::DegreeRule() };
+    const QStringList bianchiCard{"",
+                                  "ID:" + QString::number(bianchi),
+                                  "Fornitore:BIANCHI",
+                                  "NOME SOCIETA':Bianchi Snc",
+                                  "P.IVA / COD.F:",
+                                  "CITTA':Milano",
+                                  "VIA:",
+                                  "C.A.P:",
+                                  "PROVINCIA:BS",
+                                  "TELEFONO:030 123456",
+                                  "FAX:",
+                                  "EMAIL:",
+                                  "INDIRIZZO INTERNET:www.example.it",
+                                  "=================",
+                                  "DATI FATTURAZIONE",
+                                  "=================",
+                                  "NOME:BIANCHI",
+                                  "SOCIETA':Bianchi Snc",
+                                  "P.IVA / COD.F:",
+                                  "CITTA':Milano",
+                                  "VIA:",
+                                  "C.A.P:",
+                                  "PROVINCIA:BS",
+                                  "",
+                                  "-------------------------------------",
+                                  ""};
+    const QStringList signature{vb::DegreeRule(), "VELMORA", vb::DegreeRule()};
     const QStringList lines = cards();
     ASSERT_EQ(lines.size(), 2 + 2 * bianchiCard.size() + 3);
-    EXPECT_EQ(lines.mid(0, 2), (QStringList { "DATA 15/11/2026", "" }));
+    EXPECT_EQ(lines.mid(0, 2), (QStringList{"DATA 15/11/2026", ""}));
     EXPECT_EQ(lines.mid(2, bianchiCard.size()), bianchiCard);
     EXPECT_EQ(lines[2 + bianchiCard.size() + 2], "Fornitore:ZETA");
     EXPECT_EQ(lines[2 + bianchiCard.size() + 16], "NOME:ZETA") << "the selection changes nothing";
     // The signature follows the last card's closing empty line at once.
-    EXPECT_EQ(lines.mid(lines.size() - 4), QStringList { "" } + signature);
+    EXPECT_EQ(lines.mid(lines.size() - 4), QStringList{""} + signature);
     EXPECT_EQ(spares::Supplier_Card_Lines(), lines.mid(2, 2 * bianchiCard.size()));
 
     EXPECT_BOX(oneBox(), "SCHEDA Fornitori -15/11/2026-",
-        "Il File 'SCHEDA_Fornitori.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
-        vb::mb::Information);
-    EXPECT_EQ(
-        vb::OpenFileService::takeOpened(), std::vector<QString> { QDir(path()).filePath("SCHEDA_Fornitori.txt") });
+               "Il File 'SCHEDA_Fornitori.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " +
+                   path(),
+               vb::mb::Information);
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{QDir(path()).filePath("SCHEDA_Fornitori.txt")});
 
     // No suppliers: the date, its empty line and the signature only.
     exec("Delete * from Tbl_Fornitori");
     f->Cmd_Save->click();
-    EXPECT_EQ(cards(), (QStringList { "DATA 15/11/2026", "" } + signature));
+    EXPECT_EQ(cards(), (QStringList{"DATA 15/11/2026", ""} + signature));
 }
 
 TEST_F(Form17Test, CardsSavedByTheDriver)
@@ -294,7 +316,7 @@ TEST_F(Form17Test, CardsSavedByTheDriver)
     addSupplier("ROSSI", "Rossi Srl");
     InProcessDrive drive;
     kit::run(drive,
-        { "start", "boxes", "click frmMain.lblFornitori", "select Form17.DataGrid1 0", "click Form17.Cmd_Save" });
+             {"start", "boxes", "click frmMain.lblFornitori", "select Form17.DataGrid1 0", "click Form17.Cmd_Save"});
     EXPECT_EQ(drive.boxes().size(), 1);
     const QJsonArray opened = drive("opened").toArray();
     ASSERT_EQ(opened.size(), 1);

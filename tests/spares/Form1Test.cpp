@@ -29,8 +29,8 @@ protected:
         vb::FileDialogService::clear();
         standIn(QStringLiteral("Form2"), [](QWidget* owner) -> vb::Form* {
             auto* f = new StandIn(owner, QStringLiteral("Form2"), nullptr);
-            for (const char* t : { "TextRICAMBI", "Txt_Descrizione", "TextID_DESCR_RIC", "Txt_ID_IMAGES_DC",
-                     "Txt_Percorso", "Txt_Images" })
+            for (const char* t : {"TextRICAMBI", "Txt_Descrizione", "TextID_DESCR_RIC", "Txt_ID_IMAGES_DC",
+                                  "Txt_Percorso", "Txt_Images"})
                 new vb::TextBox(f, QString::fromLatin1(t));
             auto* photo = new vb::CommandButton(f, QStringLiteral("Cmd_Photo"));
             photo->Move(0, 0, 1500, 1200);
@@ -41,9 +41,9 @@ protected:
         const int category = plant.category("VITE M8", "pz");
         plant.part(category, "VITE M8", "Brugola");
         plant.part(category, "OLIO", "Idraulico");
-        for (const char* name : { "uno.bmp", "due.bmp", "tre.bmp" })
+        for (const char* name : {"uno.bmp", "due.bmp", "tre.bmp"})
             plant.add("Tbl_Images_Desc_Ricambi",
-                { { "ID_DESCRIZIONE_RICAMBI", 1 }, { "Images", name }, { "Percorso", picture(name, 40, 30) } });
+                      {{"ID_DESCRIZIONE_RICAMBI", 1}, {"Images", name}, {"Percorso", picture(name, 40, 30)}});
     }
 
     void TearDown() override
@@ -104,10 +104,10 @@ TEST_F(Form1Test, APartWithoutPicturesOffersOnlyTheLoadAndTheWayBack)
     Form1* f = gallery();
     ASSERT_TRUE(f);
     EXPECT_EQ(f->Caption(), "IMMAGINE DESCRIZIONE RICAMBIO");
-    EXPECT_EQ(kit::texts({ f->Label1, f->TextID_DESCR_RIC, f->TextID_IMAGES_DC }),
-        QStringList({ "DESCRIZIONE: [OLIO] [Idraulico]", "2", "0" }));
-    EXPECT_EQ(kit::enabledOf({ f->Delete_Images, f->Image_Previous, f->Image_Next, f->UP_images, f->Return }),
-        QStringList({ "UP_images", "Return" }));
+    EXPECT_EQ(kit::texts({f->Label1, f->TextID_DESCR_RIC, f->TextID_IMAGES_DC}),
+              QStringList({"DESCRIZIONE: [OLIO] [Idraulico]", "2", "0"}));
+    EXPECT_EQ(kit::enabledOf({f->Delete_Images, f->Image_Previous, f->Image_Next, f->UP_images, f->Return}),
+              QStringList({"UP_images", "Return"}));
     EXPECT_EQ(f->Image1->Picture(), "");
     EXPECT_EQ(f->Txt_Conta->Text(), "");
     f->Return->click();
@@ -175,15 +175,15 @@ TEST_F(Form1Test, LoadedPictureIsAddedAndHandedToTheRegister)
     const QString nuova = picture("nuova.bmp", 1200, 300);
     choosePart(1);
     Form1* f = gallery();
-    vb::FileDialogService::queueAnswers({ nuova });
-    answer({ answer::Yes, answer::Yes });
+    vb::FileDialogService::queueAnswers({nuova});
+    answer({answer::Yes, answer::Yes});
     f->UP_images->click();
 
     const auto asked = vb::FileDialogService::takeShown();
     ASSERT_EQ(asked.size(), 1u);
     EXPECT_EQ(asked[0].title, "Selezionare il file da aprire");
-    EXPECT_EQ(
-        asked[0].filter, "JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
+    EXPECT_EQ(asked[0].filter,
+              "JPG (Formato File JPEG)|*.Jpg|BMP (Bitmap Windows OS/2)|*.Bmp|GIF (GRAFIC FILES)|*.Gif");
     EXPECT_EQ(asked[0].filterIndex, 1);
     EXPECT_EQ(asked[0].defaultExt, "Jpg");
     EXPECT_EQ(asked[0].fileName, file("uno.bmp")) << "the dialog starts on the picture shown";
@@ -192,14 +192,13 @@ TEST_F(Form1Test, LoadedPictureIsAddedAndHandedToTheRegister)
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_BOX(shown[0], "SALVA IMMAGINE'nuova.bmp'", "Vuoi salvare l'Immagine 'nuova.bmp' ?",
-        vb::mb::YesNo + vb::mb::Question);
+               vb::mb::YesNo + vb::mb::Question);
     EXPECT_BOX(shown[1], "VUOI INSERIRE O SOSTITUIRE L'IMMAGINE?'nuova.bmp'",
-        "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'nuova.bmp' ?",
-        vb::mb::YesNo + vb::mb::Question);
+               "SI per Aggiungere l'Immagine, NO per sostituire quella esistente'nuova.bmp' ?",
+               vb::mb::YesNo + vb::mb::Question);
 
-    EXPECT_EQ(pictureRows(),
-        QStringList(
-            { "1 1 uno.bmp uno.bmp", "2 1 due.bmp due.bmp", "3 1 tre.bmp tre.bmp", "4 1 nuova.bmp nuova.bmp" }));
+    EXPECT_EQ(pictureRows(), QStringList({"1 1 uno.bmp uno.bmp", "2 1 due.bmp due.bmp", "3 1 tre.bmp tre.bmp",
+                                          "4 1 nuova.bmp nuova.bmp"}));
     EXPECT_EQ(rows("SELECT Percorso FROM Tbl_Images_Desc_Ricambi WHERE ID_IMAGES_DC = 4")[0][0].toString(), nuova)
         << "the file stays where it was";
     EXPECT_FALSE(open()) << "every change ends the visit";
@@ -219,25 +218,25 @@ TEST_F(Form1Test, ReplaceRewritesThePictureShownOrAddsWhenThereIsNone)
     choosePart(1);
     Form1* f = gallery();
     f->Image_Next->click();
-    vb::FileDialogService::queueAnswers({ nuova });
-    answer({ answer::Yes, answer::No });
+    vb::FileDialogService::queueAnswers({nuova});
+    answer({answer::Yes, answer::No});
     f->UP_images->click();
-    EXPECT_EQ(pictureRows(), QStringList({ "1 1 uno.bmp uno.bmp", "2 1 nuova.bmp nuova.bmp", "3 1 tre.bmp tre.bmp" }));
+    EXPECT_EQ(pictureRows(), QStringList({"1 1 uno.bmp uno.bmp", "2 1 nuova.bmp nuova.bmp", "3 1 tre.bmp tre.bmp"}));
     EXPECT_TRUE(QFileInfo::exists(file("due.bmp"))) << "the file replaced stays on disk";
 
     // The part without pictures: a replace with nothing to replace adds.
     choosePart(2);
     f = gallery();
-    vb::FileDialogService::queueAnswers({ nuova });
-    answer({ answer::Yes, answer::No });
+    vb::FileDialogService::queueAnswers({nuova});
+    answer({answer::Yes, answer::No});
     f->UP_images->click();
     EXPECT_EQ(pictureRows().size(), 4);
     EXPECT_EQ(pictureRows().back(), "4 2 nuova.bmp nuova.bmp");
 
     // No to saving: nothing written, the visit ends.
     f = gallery();
-    vb::FileDialogService::queueAnswers({ file("uno.bmp") });
-    answer({ answer::No });
+    vb::FileDialogService::queueAnswers({file("uno.bmp")});
+    answer({answer::No});
     f->UP_images->click();
     EXPECT_EQ(boxes().size(), 5u);
     EXPECT_EQ(pictureRows().size(), 4);
@@ -250,7 +249,7 @@ TEST_F(Form1Test, CancelledDialogGoesOnWithTheStartingFile)
     Form1* f = gallery();
     // No answer queued: the dialog is cancelled, and the save goes on with the path it
     // started on and no file name.
-    answer({ answer::Yes, answer::Yes });
+    answer({answer::Yes, answer::Yes});
     f->UP_images->click();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
@@ -297,18 +296,18 @@ TEST_F(Form1Test, DeleteTakesTheReferenceAndLeavesTheFile)
     choosePart(1);
     register2("Txt_Images")->setVbProperty("Text", "uno.bmp");
     Form1* f = gallery();
-    answer({ answer::No });
+    answer({answer::No});
     f->Delete_Images->click();
     EXPECT_BOX(oneBox(), "ELIMINA QUESTA IMMAGINE", "Vuoi veramente Eliminare l'Immagine selezionata?",
-        vb::mb::YesNo + vb::mb::Exclamation);
+               vb::mb::YesNo + vb::mb::Exclamation);
     EXPECT_FALSE(open()) << "either answer ends the visit";
     EXPECT_EQ(pictureRows().size(), 3);
 
     f = gallery();
     f->Image_Next->click();
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Delete_Images->click();
-    EXPECT_EQ(pictureRows(), QStringList({ "1 1 uno.bmp uno.bmp", "3 1 tre.bmp tre.bmp" }));
+    EXPECT_EQ(pictureRows(), QStringList({"1 1 uno.bmp uno.bmp", "3 1 tre.bmp tre.bmp"}));
     EXPECT_TRUE(QFileInfo::exists(file("due.bmp")));
     EXPECT_EQ(register2Text("Txt_Images"), "");
     EXPECT_TRUE(dynamic_cast<vb::Image*>(register2("Image4"))->isHidden());

@@ -46,22 +46,22 @@ TEST_F(Form2Test, LoadListsCategoriesAndAClickListsTheirParts)
     Form2* f = form();
     ASSERT_TRUE(f);
     EXPECT_EQ(f->Caption(), "DESCRIZIONE RICAMBI");
-    EXPECT_EQ(f->List1->items(), QStringList({ "OLIO", "VITE", "VITE M8" }));
+    EXPECT_EQ(f->List1->items(), QStringList({"OLIO", "VITE", "VITE M8"}));
     EXPECT_EQ(f->Label2->Caption(), "3");
-    EXPECT_EQ(f->DataCombo1->items(), QStringList({ "lt", "pz" }));
+    EXPECT_EQ(f->DataCombo1->items(), QStringList({"lt", "pz"}));
     EXPECT_EQ(f->Cmd_Edit->Caption(), "MODIFICA");
     EXPECT_FALSE(f->Cmd_Edit->isEnabled());
     EXPECT_FALSE(f->Cmd_Photo->isEnabled());
 
     pick(f, "VITE M8");
-    EXPECT_EQ(kit::texts({ f->Text1, f->TextRICAMBI, f->DataCombo1 }), QStringList({ "1", "VITE M8", "pz" }));
-    EXPECT_EQ(f->List2->items(), QStringList({ "Brugola", "Testa esagonale" }));
+    EXPECT_EQ(kit::texts({f->Text1, f->TextRICAMBI, f->DataCombo1}), QStringList({"1", "VITE M8", "pz"}));
+    EXPECT_EQ(f->List2->items(), QStringList({"Brugola", "Testa esagonale"}));
     EXPECT_TRUE(boxes().empty());
 
     f->List2->choose("Testa esagonale");
-    EXPECT_EQ(kit::texts({ f->TextID_DESCR_RIC, f->Txt_Descrizione, f->Txt_Codice, f->TextCosto, f->Txt_Giacenza,
-                  f->Txt_Scorta, f->TextNOTE }),
-        QStringList({ "1", "Testa esagonale", "V8-1", "0,35", "100", "20", "zincata" }));
+    EXPECT_EQ(kit::texts({f->TextID_DESCR_RIC, f->Txt_Descrizione, f->Txt_Codice, f->TextCosto, f->Txt_Giacenza,
+                          f->Txt_Scorta, f->TextNOTE}),
+              QStringList({"1", "Testa esagonale", "V8-1", "0,35", "100", "20", "zincata"}));
     EXPECT_TRUE(f->Cmd_Edit->isEnabled()) << "a part key lets the save through";
     EXPECT_TRUE(f->Cmd_Photo->isEnabled());
     // No NOTE on the other part: the field stays as cleared.
@@ -82,14 +82,14 @@ TEST_F(Form2Test, InsertRoadWithTheTwinCheckAndThePriceRules)
     pick(f, "VITE M8", "Brugola");
     f->Cmd_Add->click();
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_EQ(kit::enabledOf({ f->Cmd_Edit, f->Cmd_Add, f->Cmd_Delete }), QStringList({ "Cmd_Edit" }));
+    EXPECT_EQ(kit::enabledOf({f->Cmd_Edit, f->Cmd_Add, f->Cmd_Delete}), QStringList({"Cmd_Edit"}));
     EXPECT_EQ(f->Text1->Text(), "");
     EXPECT_EQ(f->Txt_Descrizione->Text(), "");
 
     // At once: no category chosen yet.
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "MANCANZA DATI",
-        "Non sono stati compilati tutti i dati richiesti o non è stato selezionato nessun Ricambi", Critical);
+               "Non sono stati compilati tutti i dati richiesti o non è stato selezionato nessun Ricambi", Critical);
 
     // Picking the category keeps the insert mode, and its having no parts is no warning.
     pick(f, "VITE");
@@ -102,14 +102,14 @@ TEST_F(Form2Test, InsertRoadWithTheTwinCheckAndThePriceRules)
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "RICAMBIO GIA ESISTENTE", "Un Ricambio simile a questo, è gia presente !!!", Exclamation);
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList { "3" });
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList{"3"});
 
     // A negative price ends the save in silence.
     retype(f->Txt_Descrizione, "Autofilettante");
     retype(f->TextCosto, "-1");
     f->Cmd_Edit->click();
     EXPECT_TRUE(boxes().empty());
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList { "3" });
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList{"3"});
 
     retype(f->TextCosto, "1,25");
     f->Txt_Giacenza->typeText("3a0");
@@ -138,8 +138,7 @@ TEST_F(Form2Test, InsertRoadWithTheTwinCheckAndThePriceRules)
     retype(f->TextCosto, "abc");
     f->Cmd_Edit->click();
     EXPECT_BOX(boxes().at(0), "DATI ERRARI !!!", "Il Prezzo può contenere solo dati Numerici!!!", Exclamation);
-    EXPECT_EQ(
-        column("SELECT Costo FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Motore'"), QStringList { "<null>" });
+    EXPECT_EQ(column("SELECT Costo FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Motore'"), QStringList{"<null>"});
 }
 
 TEST_F(Form2Test, EditOverwritesThePartAndCarriesTheDescriptionToPastInterventions)
@@ -149,24 +148,24 @@ TEST_F(Form2Test, EditOverwritesThePartAndCarriesTheDescriptionToPastInterventio
     retype(f->Txt_Descrizione, "Testa esagonale lunga");
     retype(f->Txt_Giacenza, "80");
 
-    answer({ answer::No });
+    answer({answer::No});
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "Modifica Ricambio **VITE M8**",
-        "Stai per modificare i dati del Ricambio [VITE M8] Vuoi Procedere??", YesNo + Question);
+               "Stai per modificare i dati del Ricambio [VITE M8] Vuoi Procedere??", YesNo + Question);
     EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 1"),
-        QStringList { "Testa esagonale" });
+              QStringList{"Testa esagonale"});
     EXPECT_EQ(f->Txt_Descrizione->Text(), "Testa esagonale lunga") << "No reloads nothing";
 
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 1"),
-        QStringList { "Testa esagonale lunga" });
+              QStringList{"Testa esagonale lunga"});
     // The stock typed replaces the stock.
-    EXPECT_EQ(
-        column("SELECT Giacenza FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 1"), QStringList { "80" });
+    EXPECT_EQ(column("SELECT Giacenza FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 1"),
+              QStringList{"80"});
     EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 1"),
-        QStringList({ "Testa esagonale lunga", "Testa esagonale lunga" }));
+              QStringList({"Testa esagonale lunga", "Testa esagonale lunga"}));
     EXPECT_EQ(f->List2->ListCount(), 0);
     EXPECT_EQ(f->Label2->Caption(), "3");
 
@@ -174,16 +173,16 @@ TEST_F(Form2Test, EditOverwritesThePartAndCarriesTheDescriptionToPastInterventio
     // past interventions keep the old text.
     pick(f, "VITE M8", "Brugola");
     retype(f->TextRICAMBI, "VITI M8");
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     EXPECT_BOX(oneBox(), "Modifica Ricambio **VITE M8**",
-        "Il Ricambio [VITE M8] Sta per essere modificato con [VITI M8] Vuoi Procedere??", YesNo + Question);
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 1"), QStringList { "VITI M8" });
+               "Il Ricambio [VITE M8] Sta per essere modificato con [VITI M8] Vuoi Procedere??", YesNo + Question);
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricambi WHERE ID_RICAMBI = 1"), QStringList{"VITI M8"});
     EXPECT_EQ(
         column("SELECT Ricambi FROM Tbl_Descrizione_Ricambi WHERE ID_Ricambi = 1 ORDER BY ID_DESCRIZIONE_RICAMBI"),
-        QStringList({ "VITE M8", "VITI M8" }));
-    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 2"), QStringList { "VITE M8" });
-    EXPECT_EQ(f->List1->items(), QStringList({ "OLIO", "VITE", "VITI M8" }));
+        QStringList({"VITE M8", "VITI M8"}));
+    EXPECT_EQ(column("SELECT Ricambi FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 2"), QStringList{"VITE M8"});
+    EXPECT_EQ(f->List1->items(), QStringList({"OLIO", "VITE", "VITI M8"}));
 
     // The first part still holds the old category text, so under the new line it is not
     // found and the fields stay cleared.
@@ -197,12 +196,11 @@ TEST_F(Form2Test, EditOverwritesThePartAndCarriesTheDescriptionToPastInterventio
     f->DataCombo1->setText(QString());
     f->DataCombo1->typeText("kg");
     f->Txt_Descrizione->typeText("Idraulico");
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
-    EXPECT_EQ(kit::titles(), QStringList({ "Modifica Ricambio **OLIO**", "DATI ERRARI !!!", "DATI ERRARI !!!" }));
-    EXPECT_EQ(column("SELECT Unita_Misura FROM Tbl_Ricambi WHERE ID_RICAMBI = 3"), QStringList { "kg" });
-    EXPECT_EQ(
-        column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Idraulico'"), QStringList { "1" });
+    EXPECT_EQ(kit::titles(), QStringList({"Modifica Ricambio **OLIO**", "DATI ERRARI !!!", "DATI ERRARI !!!"}));
+    EXPECT_EQ(column("SELECT Unita_Misura FROM Tbl_Ricambi WHERE ID_RICAMBI = 3"), QStringList{"kg"});
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi WHERE Descrizione = 'Idraulico'"), QStringList{"1"});
 }
 
 TEST_F(Form2Test, EditCascadeTakesTheDescriptionAsTypedSoAnApostropheStopsIt)
@@ -210,15 +208,14 @@ TEST_F(Form2Test, EditCascadeTakesTheDescriptionAsTypedSoAnApostropheStopsIt)
     Form2* f = form();
     pick(f, "VITE M8", "Brugola");
     retype(f->Txt_Descrizione, "Brugola d'acciaio");
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Edit->click();
     // The part takes the text with one apostrophe; the statement for the interventions
     // breaks on it and its error is shown plainly, under the program's title; they keep
     // the old text.
     EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 2"),
-        QStringList { "Brugola d'acciaio" });
-    EXPECT_EQ(
-        column("SELECT Descrizione FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 2"), QStringList { "Brugola" });
+              QStringList{"Brugola d'acciaio"});
+    EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 2"), QStringList{"Brugola"});
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_EQ(shown[1].title, "VELMORA");
@@ -228,7 +225,7 @@ TEST_F(Form2Test, EditCascadeTakesTheDescriptionAsTypedSoAnApostropheStopsIt)
 
     // A later search finds the part by its apostrophe.
     f->Txt_Search_Desc->typeText("d'acc");
-    EXPECT_EQ(f->List2->items(), QStringList { "Brugola d'acciaio" });
+    EXPECT_EQ(f->List2->items(), QStringList{"Brugola d'acciaio"});
 }
 
 TEST_F(Form2Test, DeleteAsksAndLeavesInterventionsBehind)
@@ -236,24 +233,23 @@ TEST_F(Form2Test, DeleteAsksAndLeavesInterventionsBehind)
     Form2* f = form();
     // A category but no part: the statement has no key and nothing goes.
     pick(f, "VITE M8");
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Delete->click();
     EXPECT_BOX(oneBox(), "Eliminazione Ricambio **VITE M8**", "Vuoi Veramente eliminare il Ricambio selezionato?",
-        YesNo + Question);
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList { "3" });
+               YesNo + Question);
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList{"3"});
 
     pick(f, "VITE M8", "Brugola");
-    answer({ answer::No });
+    answer({answer::No});
     f->Cmd_Delete->click();
-    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList { "3" });
+    EXPECT_EQ(column("SELECT Count(*) FROM Tbl_Descrizione_Ricambi"), QStringList{"3"});
     EXPECT_EQ(f->TextID_DESCR_RIC->Text(), "2");
 
-    answer({ answer::Yes });
+    answer({answer::Yes});
     f->Cmd_Delete->click();
     EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Descrizione_Ricambi ORDER BY ID_DESCRIZIONE_RICAMBI"),
-        QStringList({ "Testa esagonale", "Idraulico" }));
-    EXPECT_EQ(
-        column("SELECT Descrizione FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 2"), QStringList { "Brugola" });
+              QStringList({"Testa esagonale", "Idraulico"}));
+    EXPECT_EQ(column("SELECT Descrizione FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 2"), QStringList{"Brugola"});
     EXPECT_EQ(f->List2->ListCount(), 0);
     EXPECT_EQ(f->List1->ListCount(), 3);
 }
@@ -266,7 +262,7 @@ TEST_F(Form2Test, SearchesByCategoryDescriptionAndUnit)
     // A key in a search field empties the parts, the fields and the other fields.
     f->Txt_Search_UN_MIS->setText("x");
     f->Txt_Search->typeText("vite");
-    EXPECT_EQ(f->List1->items(), QStringList({ "VITE", "VITE M8" }));
+    EXPECT_EQ(f->List1->items(), QStringList({"VITE", "VITE M8"}));
     EXPECT_EQ(f->Label2->Caption(), "2");
     EXPECT_EQ(f->List2->ListCount(), 0);
     EXPECT_EQ(f->Txt_Descrizione->Text(), "");
@@ -276,17 +272,17 @@ TEST_F(Form2Test, SearchesByCategoryDescriptionAndUnit)
     // Each word but the last must end the name: "vite m8" finds nothing, "8 vite" finds it.
     retype(f->Txt_Search, "vite m8");
     EXPECT_BOX(kit::lastBox(), "RICAMBIO NON TROVATO !!",
-        "Non è stata trovata nessun Ricambio con le seguenti parole chiave < vite m8 > !!!", Exclamation);
+               "Non è stata trovata nessun Ricambio con le seguenti parole chiave < vite m8 > !!!", Exclamation);
     EXPECT_EQ(f->List1->ListCount(), 0);
     EXPECT_EQ(f->Label2->Caption(), "0");
     retype(f->Txt_Search, "8 vite");
-    EXPECT_EQ(f->List1->items(), QStringList { "VITE M8" });
+    EXPECT_EQ(f->List1->items(), QStringList{"VITE M8"});
 
     // Descriptions fill List2 and leave List1 empty; a click then goes by description.
     f->Txt_Search_Desc->typeText("esag");
     EXPECT_EQ(f->Txt_Search->Text(), "");
     EXPECT_EQ(f->List1->ListCount(), 0);
-    EXPECT_EQ(f->List2->items(), QStringList { "Testa esagonale" });
+    EXPECT_EQ(f->List2->items(), QStringList{"Testa esagonale"});
     EXPECT_EQ(f->Label2->Caption(), "1");
     f->List2->choose("Testa esagonale");
     EXPECT_EQ(f->TextID_DESCR_RIC->Text(), "1");
@@ -295,19 +291,19 @@ TEST_F(Form2Test, SearchesByCategoryDescriptionAndUnit)
     // Nothing found quotes the category field, empty by now.
     retype(f->Txt_Search_Desc, "zzz");
     EXPECT_BOX(kit::lastBox(), "RICAMBIO NON TROVATO !!",
-        "Non è stata trovata nessun Ricambio con le seguenti parole chiave <  > !!!", Exclamation);
+               "Non è stata trovata nessun Ricambio con le seguenti parole chiave <  > !!!", Exclamation);
 
     f->Txt_Search_UN_MIS->setText(QString());
     f->Txt_Search_UN_MIS->typeText("l");
-    EXPECT_EQ(f->List1->items(), QStringList { "OLIO" });
+    EXPECT_EQ(f->List1->items(), QStringList{"OLIO"});
     boxes();
     retype(f->Txt_Search_UN_MIS, "q");
     EXPECT_BOX(kit::lastBox(), "Definizione non trovata !!",
-        "Non è stata trovata nessuna Definizione con le seguenti parole chiave < q > !!!", Exclamation);
+               "Non è stata trovata nessuna Definizione con le seguenti parole chiave < q > !!!", Exclamation);
     // Two words name the column UN_MIS, which does not exist: the error is shown plainly.
     f->Txt_Search_UN_MIS->setText(QString());
     f->Txt_Search_UN_MIS->typeText("p");
-    EXPECT_EQ(f->List1->items(), QStringList({ "VITE", "VITE M8" }));
+    EXPECT_EQ(f->List1->items(), QStringList({"VITE", "VITE M8"}));
     boxes();
     f->Txt_Search_UN_MIS->typeText(" z");
     EXPECT_EQ(kit::lastBox().title, "VELMORA");
@@ -369,7 +365,7 @@ TEST_F(Form2Test, PrintsAllPartsByCategoryAndWhereOneIsFitted)
     f->Cmd_Presence->click();
     ASSERT_TRUE(reports::IsReportVisible("DataReport17"));
     t = printed("DataReport17");
-    for (const char* word : { "PRESSA", "TORNIO", "Testa esagonale" })
+    for (const char* word : {"PRESSA", "TORNIO", "Testa esagonale"})
         EXPECT_TRUE(t.contains(word)) << word;
     EXPECT_TRUE(t.contains("15/11/2026")) << "today's date, no time";
     EXPECT_EQ(reports::ReportWindow("DataReport17")->geometry().left(), vb::twipsToPixels(2200));
@@ -402,23 +398,23 @@ TEST_F(Form2Test, PictureTakesThePhotoButtonsPlaceAndTheGalleryGetsThePart)
     EXPECT_FALSE(f->Cmd_Photo->isHidden());
 
     // The gallery is given the part (and, from the button, the picture) and shown modally.
-    standIn("Form1", QStringList { "T:TextID_DESCR_RIC", "T:TextID_IMAGES_DC" });
+    standIn("Form1", QStringList{"T:TextID_DESCR_RIC", "T:TextID_IMAGES_DC"});
     QStringList seen;
     auto closeGallery = [&] {
         QTimer::singleShot(0, [&] {
-            for (const char* c : { "TextID_DESCR_RIC", "TextID_IMAGES_DC" })
+            for (const char* c : {"TextID_DESCR_RIC", "TextID_IMAGES_DC"})
                 seen << shell::screens().control("Form1", c)->vbProperty("Text").toString();
             shell::screens().unload("Form1");
         });
     };
     closeGallery();
     f->Cmd_Photo->click();
-    EXPECT_EQ(seen, QStringList({ "2", "" }));
+    EXPECT_EQ(seen, QStringList({"2", ""}));
     pick(f, "VITE M8", "Testa esagonale");
     seen.clear();
     closeGallery();
     f->Image4->click();
-    EXPECT_EQ(seen, QStringList({ "1", "" })) << "the picture's key is not handed from the picture";
+    EXPECT_EQ(seen, QStringList({"1", ""})) << "the picture's key is not handed from the picture";
 }
 
 TEST_F(Form2Test, TheDriverWorksTheListsOfTheScreenTheMenuOpened)

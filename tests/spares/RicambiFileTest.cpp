@@ -40,9 +40,9 @@ const QString Header = QStringLiteral("COSTO\t\tRICAMBI\t\t\t\t\t\tDESCRIZIONE\t
 // to 28, 50 at 23, 46 from 29 to 36, 39 at 37, 40 at 38, and no blanks from 39 on.
 TEST(RicambiFile, CategoryPaddingStepsAtTheirBoundaries)
 {
-    const std::vector<std::pair<int, int>> widths = { { 0, 50 }, { 3, 53 }, { 4, 53 }, { 16, 53 }, { 17, 52 },
-        { 18, 52 }, { 22, 52 }, { 23, 50 }, { 24, 52 }, { 25, 52 }, { 28, 52 }, { 29, 46 }, { 30, 46 }, { 36, 46 },
-        { 37, 39 }, { 38, 40 }, { 39, 39 }, { 40, 40 }, { 60, 60 } };
+    const std::vector<std::pair<int, int>> widths = {
+        {0, 50},  {3, 53},  {4, 53},  {16, 53}, {17, 52}, {18, 52}, {22, 52}, {23, 50}, {24, 52}, {25, 52},
+        {28, 52}, {29, 46}, {30, 46}, {36, 46}, {37, 39}, {38, 40}, {39, 39}, {40, 40}, {60, 60}};
     for (const auto& [length, width] : widths) {
         const QString name(length, QLatin1Char('R'));
         const QString padded = PaddedCategory(name);
@@ -58,11 +58,11 @@ TEST(RicambiFile, CategoryPaddingStepsAtTheirBoundaries)
 TEST(RicambiFile, PartLineJoinsCostCategoryDescriptionAndStock)
 {
     EXPECT_EQ(PartLine(1234.5, QStringLiteral("OLIO"), QStringLiteral("Idraulico"), 4.0),
-        QStringLiteral("1.234,50\t\tOLIO") + QString(49, QLatin1Char(' ')) + QStringLiteral("Idraulico\t4"));
+              QStringLiteral("1.234,50\t\tOLIO") + QString(49, QLatin1Char(' ')) + QStringLiteral("Idraulico\t4"));
     // From 39 characters on the description follows the name directly; Nulls print nothing.
     const QString longName(39, QLatin1Char('X'));
     EXPECT_EQ(PartLine(vb::Variant::null(), longName, QStringLiteral("Pezzo"), vb::Variant::null()),
-        QStringLiteral("\t\t") + longName + QStringLiteral("Pezzo\t"));
+              QStringLiteral("\t\t") + longName + QStringLiteral("Pezzo\t"));
     EXPECT_EQ(PartLine(0.0, QStringLiteral("A"), vb::Variant::null(), 2.5).left(6), QStringLiteral("0,00\t\t"));
 }
 
@@ -72,23 +72,21 @@ TEST_F(RicambiFileTest, SaveTxtWritesEveryPartByCategoryAndCostThenTheTotal)
     const QString file = path() + QStringLiteral("/RICAMBI.txt");
     const QString pad4 = QString(49, QLatin1Char(' ')); // "OLIO" reaches 53
     const QString pad7 = QString(46, QLatin1Char(' ')); // "VITE M8" too
-    EXPECT_EQ(saved(),
-        QStringList({ QStringLiteral("DATA 15/11/2026"), QString(), Header, QString(),
-            QStringLiteral("1.234,50\t\tOLIO") + pad4 + QStringLiteral("Idraulico\t4"),
-            QStringLiteral("0,35\t\tVITE M8") + pad7 + QStringLiteral("Testa esagonale\t100"),
-            QStringLiteral("0,50\t\tVITE M8") + pad7 + QStringLiteral("Brugola\t50"), QString(), Rule,
-            QStringLiteral("TOTALE RICAMBI PRESENTI 3"), Rule, QString() }));
+    EXPECT_EQ(saved(), QStringList({QStringLiteral("DATA 15/11/2026"), QString(), Header, QString(),
+                                    QStringLiteral("1.234,50\t\tOLIO") + pad4 + QStringLiteral("Idraulico\t4"),
+                                    QStringLiteral("0,35\t\tVITE M8") + pad7 + QStringLiteral("Testa esagonale\t100"),
+                                    QStringLiteral("0,50\t\tVITE M8") + pad7 + QStringLiteral("Brugola\t50"), QString(),
+                                    Rule, QStringLiteral("TOTALE RICAMBI PRESENTI 3"), Rule, QString()}));
     EXPECT_BOX(oneBox(), "RICAMBI --",
-        "Il File 'RICAMBI.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
-        vb::mb::Information);
-    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString> { file });
+               "Il File 'RICAMBI.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
+               vb::mb::Information);
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{file});
 
     // A second save replaces the first; with no parts the heading and a total of 0 remain.
     exec("Delete * from Tbl_Descrizione_Ricambi");
     vb::Clock::advance(86400);
     screen<spares::Form2>("Form2")->Cmd_Save_txt->click();
-    EXPECT_EQ(saved(),
-        QStringList({ QStringLiteral("DATA 16/11/2026"), QString(), Header, QString(), QString(), Rule,
-            QStringLiteral("TOTALE RICAMBI PRESENTI 0"), Rule, QString() }));
+    EXPECT_EQ(saved(), QStringList({QStringLiteral("DATA 16/11/2026"), QString(), Header, QString(), QString(), Rule,
+                                    QStringLiteral("TOTALE RICAMBI PRESENTI 0"), Rule, QString()}));
     EXPECT_EQ(boxes().size(), 1u);
 }

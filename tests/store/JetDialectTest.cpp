@@ -151,15 +151,17 @@ TEST(JetTranslation, OneShapeServesEveryValueAndTheCallersParameters)
     jet.run(QStringLiteral("CREATE TABLE Tbl_M (ID COUNTER, Macchina VARCHAR(50), Ultima DATE)"));
     jet.run(QStringLiteral("INSERT INTO Tbl_M (Macchina) VALUES ('Pressa')"));
     jet.run(QStringLiteral("INSERT INTO Tbl_M (Macchina) VALUES ('PRESSA')"));
-    const Translation a = translate(QStringLiteral("Select * from Tbl_M where ID = 1 AND Macchina = 'a'"), jet.schema());
-    const Translation b = translate(QStringLiteral("Select * from Tbl_M where ID = 27 AND Macchina = 'it''s'"),
-                                    jet.schema());
+    const Translation a =
+        translate(QStringLiteral("Select * from Tbl_M where ID = 1 AND Macchina = 'a'"), jet.schema());
+    const Translation b =
+        translate(QStringLiteral("Select * from Tbl_M where ID = 27 AND Macchina = 'it''s'"), jet.schema());
     EXPECT_EQ(a.statements[0].sql, b.statements[0].sql);
     ASSERT_EQ(b.statements[0].params.size(), 2u);
     EXPECT_EQ(b.statements[0].params[0].rawLong(), 27);
     EXPECT_EQ(b.statements[0].params[1].rawString(), QStringLiteral("it's"));
     // A "?" inside a text is text, not the caller's parameter.
-    EXPECT_TRUE(translate(QStringLiteral("SELECT ID FROM Tbl_M WHERE Macchina = 'a;b ?'"), jet.schema()).userParams.empty());
+    EXPECT_TRUE(
+        translate(QStringLiteral("SELECT ID FROM Tbl_M WHERE Macchina = 'a;b ?'"), jet.schema()).userParams.empty());
     // A select of one table carries its rowid; an aggregate none.
     EXPECT_EQ(b.baseTable, QStringLiteral("Tbl_M"));
     EXPECT_TRUE(translate(QStringLiteral("SELECT Max(Ultima) AS U FROM Tbl_M"), jet.schema()).baseTable.isEmpty());
@@ -181,8 +183,8 @@ TEST(JetTranslation, SelectIntoAndIntoAnotherFile)
 {
     JetConnection jet;
     jet.run(QStringLiteral("CREATE TABLE Tbl_M (ID COUNTER, Macchina VARCHAR(50))"));
-    Translation t = translate(QStringLiteral("SELECT Tbl_M.ID INTO Tbl_Copia FROM Tbl_M WHERE Tbl_M.ID < 3;"),
-                              jet.schema());
+    Translation t =
+        translate(QStringLiteral("SELECT Tbl_M.ID INTO Tbl_Copia FROM Tbl_M WHERE Tbl_M.ID < 3;"), jet.schema());
     EXPECT_EQ(t.kind, StatementKind::SelectInto);
     EXPECT_EQ(t.intoTable, QStringLiteral("Tbl_Copia"));
     // INTO ... IN "file": the target lives in the attached file.

@@ -8,6 +8,7 @@
 
 #include <QDateTime>
 #include <QStringList>
+
 #include <gtest/gtest.h>
 #include <memory>
 #include <sqlite3.h>

@@ -1,7 +1,6 @@
 // Recordsets as the screens use them: new rows and their keys, rows edited in place,
 // Null, the end of the rows, Filter, dates in and out, conversions on assignment.
 #include "StoreFixture.h"
-
 #include "runtime/VBError.h"
 #include "store/Schema.h"
 
@@ -189,7 +188,8 @@ TEST_F(RecordsetTest, DatesGoInAndComeOutAsDates)
     const Variant last = back->Fields(QStringLiteral("Ultima")).Value();
     ASSERT_TRUE(last.isDate());
     EXPECT_EQ(vb::fromSerial(last.rawDate().serial), QDateTime(QDate(2016, 7, 3), QTime(9, 5, 0)));
-    EXPECT_EQ(vb::dateFromSerial(back->Fields(QStringLiteral("Prossima")).Value().rawDate().serial), QDate(2016, 7, 31));
+    EXPECT_EQ(vb::dateFromSerial(back->Fields(QStringLiteral("Prossima")).Value().rawDate().serial),
+              QDate(2016, 7, 31));
     EXPECT_EQ(errorOf([&] { back->Fields(QStringLiteral("Ultima")) = Variant(QStringLiteral("domani")); }), 13);
 
     // A date put in a text-date column is written as the short date text.
@@ -214,7 +214,7 @@ TEST_F(RecordsetTest, NumbersAreCheckedOnTheWayIn)
 
     auto parts = open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi where ID_DESCRIZIONE_RICAMBI =1"));
     parts->Fields(QStringLiteral("Costo")) = Variant(QStringLiteral("1.234,50")); // Italian thousands and decimals
-    parts->Fields(QStringLiteral("Codice")) = Variant(2.5);                        // a number into text: CStr
+    parts->Fields(QStringLiteral("Codice")) = Variant(2.5);                       // a number into text: CStr
     parts->UpdateBatch();
     auto back = open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi where ID_DESCRIZIONE_RICAMBI =1"));
     EXPECT_DOUBLE_EQ(back->Fields(QStringLiteral("Costo")).Value().toDouble(), 1234.5);

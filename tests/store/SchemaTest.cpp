@@ -1,10 +1,10 @@
 // A new store: the tables the screens rely on by position, the seed of the frequency
 // kinds, text columns under the JET collation, the stored queries, and what the start-up
 // upgrade still finds to do.
-#include "StoreFixture.h"
-
-#include "runtime/VBError.h"
 #include "store/Schema.h"
+
+#include "StoreFixture.h"
+#include "runtime/VBError.h"
 
 namespace store::testing {
 namespace {
@@ -52,8 +52,7 @@ TEST_F(SchemaTest, FrequencyKindsAreSeeded)
                                   "ID_MAINT_TIPO"),
                    3),
               (QStringList{QStringLiteral("Settimanale|1|1"), QStringLiteral("Mensile|4|0,25"),
-                           QStringLiteral("Bimestrale|8|0,125"),
-                           QStringLiteral("Trimestrale|13|0,0769230769230769"),
+                           QStringLiteral("Bimestrale|8|0,125"), QStringLiteral("Trimestrale|13|0,0769230769230769"),
                            QStringLiteral("Semestrale|26|0,0384615384615385"),
                            QStringLiteral("Annuale|52|0,0192307692307692"),
                            QStringLiteral("Biennale|104|0,00961538461538462")}));
@@ -75,11 +74,12 @@ TEST_F(SchemaTest, ColumnTypesAndCollation)
 
     // Every text column sorts and compares under the JET collation.
     sqlite3_stmt* st = nullptr;
-    sqlite3_prepare_v2(db,
-                       "SELECT m.name || '.' || p.name FROM sqlite_master m, pragma_table_info(m.name) p "
-                       "WHERE m.type = 'table' AND m.name LIKE 'Tbl%' AND (p.type LIKE '%CHAR%' OR p.type LIKE '%TEXT%') "
-                       "AND instr(m.sql, '\"' || p.name || '\" ' || p.type || ' COLLATE JET') = 0",
-                       -1, &st, nullptr);
+    sqlite3_prepare_v2(
+        db,
+        "SELECT m.name || '.' || p.name FROM sqlite_master m, pragma_table_info(m.name) p "
+        "WHERE m.type = 'table' AND m.name LIKE 'Tbl%' AND (p.type LIKE '%CHAR%' OR p.type LIKE '%TEXT%') "
+        "AND instr(m.sql, '\"' || p.name || '\" ' || p.type || ' COLLATE JET') = 0",
+        -1, &st, nullptr);
     QStringList without;
     while (sqlite3_step(st) == SQLITE_ROW)
         without << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
@@ -92,15 +92,18 @@ TEST_F(SchemaTest, StoredQueriesWorkOnceTheUpgradeHasRun)
     EXPECT_ANY_THROW(store->Query(QStringLiteral("SELECT * FROM Qry_Report10")));
     upgradeAndFill();
     // Latest year first, then month, by the characters of the date text.
-    EXPECT_EQ(rows(QStringLiteral("SELECT Ultima, Tipo_Nota, Macchina, Numerazione, ConteggioDiTipo_Nota FROM Qry_Report10"), 5),
-              (QStringList{QStringLiteral("22/11/2026|Guasto|PRESSA|10|1"),
-                           QStringLiteral("03/03/2025|Manutenzione|PRESSA|2|1"),
-                           QStringLiteral("15/03/2024|Guasto|TORNIO|7|1")}));
+    EXPECT_EQ(
+        rows(QStringLiteral("SELECT Ultima, Tipo_Nota, Macchina, Numerazione, ConteggioDiTipo_Nota FROM Qry_Report10"),
+             5),
+        (QStringList{QStringLiteral("22/11/2026|Guasto|PRESSA|10|1"),
+                     QStringLiteral("03/03/2025|Manutenzione|PRESSA|2|1"),
+                     QStringLiteral("15/03/2024|Guasto|TORNIO|7|1")}));
     for (const char* name : {"Qry_Report18", "Qry_Report19", "Qry_Report20", "Qry_Report21"})
         EXPECT_EQ(store->Query(QStringLiteral("SELECT * FROM ") + QLatin1String(name))->RecordCount(), 3) << name;
-    auto joined = store->Query(QStringLiteral(
-        "SELECT Tbl_Maintenance_Note.NOTE, Qry_Report21.Tipo_Nota2, Qry_Report21.ConteggioDiTipo_Nota FROM Qry_Report21 "
-        "INNER JOIN Tbl_Maintenance_Note ON Qry_Report21.ID = Tbl_Maintenance_Note.ID;"));
+    auto joined =
+        store->Query(QStringLiteral("SELECT Tbl_Maintenance_Note.NOTE, Qry_Report21.Tipo_Nota2, "
+                                    "Qry_Report21.ConteggioDiTipo_Nota FROM Qry_Report21 "
+                                    "INNER JOIN Tbl_Maintenance_Note ON Qry_Report21.ID = Tbl_Maintenance_Note.ID;"));
     EXPECT_EQ(joined->RecordCount(), 3);
     EXPECT_EQ(parameterCommandNames().size(), 5);
 }

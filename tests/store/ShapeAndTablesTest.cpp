@@ -1,7 +1,6 @@
 // SHAPE results with their related child rows; tables made by SELECT INTO, in this store
 // and in the report store; the named parameter commands; date expressions read back.
 #include "StoreFixture.h"
-
 #include "runtime/VBError.h"
 #include "store/Schema.h"
 
@@ -34,17 +33,18 @@ protected:
 TEST_F(ShapeAndTablesTest, HistoryRelatesOnTheMonthAloneAsTheReportAlwaysHas)
 {
     raw("INSERT INTO Tbl_Ricerca (Data, ID_MODELLO, Macchina, Modello, ID_NUM, Numerazione, Descrizione, Ricambi) "
-        "VALUES (40980, 1, 'PRESSA', 'AX100', 3, 'A3', 'Filtro', 'FILTRI'), "      // 12/03/2012
-        "(41345, 1, 'PRESSA', 'AX100', 3, 'A3', 'Cinghia', 'CINGHIE')");           // 12/03/2013
-    store->Execute(QStringLiteral(
-        "SELECT Tbl_Ricerca.Data, Tbl_Ricerca.ID_MODELLO, Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
-        "Tbl_Ricerca.ID_NUM, Tbl_Ricerca.Numerazione, '' AS Manutenzione_Tipo, Tbl_Ricerca.Descrizione, "
-        "Tbl_Ricerca.Ricambi, Tbl_Ricerca.Destinazione INTO Tbl_History_Macchina From Tbl_Ricerca "
-        "WHERE (((Tbl_Ricerca.ID_NUM)=3));"));
+        "VALUES (40980, 1, 'PRESSA', 'AX100', 3, 'A3', 'Filtro', 'FILTRI'), " // 12/03/2012
+        "(41345, 1, 'PRESSA', 'AX100', 3, 'A3', 'Cinghia', 'CINGHIE')");      // 12/03/2013
+    store->Execute(
+        QStringLiteral("SELECT Tbl_Ricerca.Data, Tbl_Ricerca.ID_MODELLO, Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+                       "Tbl_Ricerca.ID_NUM, Tbl_Ricerca.Numerazione, '' AS Manutenzione_Tipo, Tbl_Ricerca.Descrizione, "
+                       "Tbl_Ricerca.Ricambi, Tbl_Ricerca.Destinazione INTO Tbl_History_Macchina From Tbl_Ricerca "
+                       "WHERE (((Tbl_Ricerca.ID_NUM)=3));"));
     auto rs = store->Query(QStringLiteral(
         "SHAPE {SELECT Year([Tbl_History_Macchina]![Data]) AS Anno, Month([Tbl_History_Macchina]![Data]) AS Mese, "
         "Tbl_History_Macchina.ID_NUM, Count(Tbl_History_Macchina.Data) AS ConteggioDiData From Tbl_History_Macchina "
-        "GROUP BY Year([Tbl_History_Macchina]![Data]), Month([Tbl_History_Macchina]![Data]), Tbl_History_Macchina.ID_NUM "
+        "GROUP BY Year([Tbl_History_Macchina]![Data]), Month([Tbl_History_Macchina]![Data]), "
+        "Tbl_History_Macchina.ID_NUM "
         "ORDER BY Year([Tbl_History_Macchina]![Data]) DESC , Month([Tbl_History_Macchina]![Data]) DESC;} "
         "APPEND ({SELECT Month([Tbl_History_Macchina].[Data]) AS Mese, Year([Tbl_History_Macchina].[Data]) AS Anno, "
         "Tbl_History_Macchina.Data, IIf([Ricambi] Is Null Or [Ricambi]='','- - - ',[Ricambi]) AS Rica "
@@ -53,7 +53,8 @@ TEST_F(ShapeAndTablesTest, HistoryRelatesOnTheMonthAloneAsTheReportAlwaysHas)
     // Under each March heading both years' March events, as the printed history shows them.
     for (rs->MoveFirst(); !rs->Eof(); rs->MoveNext()) {
         Recordset* child = rs->Child(QStringLiteral("Dati"));
-        EXPECT_EQ(column(*child, QStringLiteral("Rica")), (QStringList{QStringLiteral("CINGHIE"), QStringLiteral("FILTRI")}));
+        EXPECT_EQ(column(*child, QStringLiteral("Rica")),
+                  (QStringList{QStringLiteral("CINGHIE"), QStringLiteral("FILTRI")}));
         child->MoveFirst();
         EXPECT_TRUE(child->Fields(QStringLiteral("Data")).Value().isDate()) << "the copied date stays a date";
     }
@@ -62,14 +63,16 @@ TEST_F(ShapeAndTablesTest, HistoryRelatesOnTheMonthAloneAsTheReportAlwaysHas)
 
 TEST_F(ShapeAndTablesTest, RelationsOnTwoColumnsAndNestedShapes)
 {
-    auto sheets = store->Query(QStringLiteral(
-        "SHAPE {SELECT Modello, Manutenzione_Tipo AS Maint_Tipo FROM Tbl_Assegna_M ORDER BY ID} APPEND "
-        "({SELECT Modello, Manutenzione_Tipo, Numerazione FROM Tbl_Maintenance} "
-        "RELATE Modello TO Modello, Maint_Tipo TO Manutenzione_Tipo) AS Dati"));
+    auto sheets = store->Query(
+        QStringLiteral("SHAPE {SELECT Modello, Manutenzione_Tipo AS Maint_Tipo FROM Tbl_Assegna_M ORDER BY ID} APPEND "
+                       "({SELECT Modello, Manutenzione_Tipo, Numerazione FROM Tbl_Maintenance} "
+                       "RELATE Modello TO Modello, Maint_Tipo TO Manutenzione_Tipo) AS Dati"));
     ASSERT_EQ(sheets->RecordCount(), 2);
-    EXPECT_EQ(column(*sheets->Child(QStringLiteral("Dati")), QStringLiteral("Numerazione")), QStringList{QStringLiteral("10")});
+    EXPECT_EQ(column(*sheets->Child(QStringLiteral("Dati")), QStringLiteral("Numerazione")),
+              QStringList{QStringLiteral("10")});
     sheets->MoveNext();
-    EXPECT_EQ(column(*sheets->Child(QStringLiteral("dati")), QStringLiteral("Numerazione")), QStringList{QStringLiteral("2")});
+    EXPECT_EQ(column(*sheets->Child(QStringLiteral("dati")), QStringLiteral("Numerazione")),
+              QStringList{QStringLiteral("2")});
 
     auto plant = store->Query(QStringLiteral(
         "SHAPE {SELECT Reparto FROM Tbl_Reparto ORDER BY Reparto} APPEND ((SHAPE {SELECT ID_MODELLO, REPARTO, Modello "
@@ -77,7 +80,8 @@ TEST_F(ShapeAndTablesTest, RelationsOnTwoColumnsAndNestedShapes)
         "Val(Numerazione)} RELATE ID_MODELLO TO ID_MODELLO) AS Numeri) RELATE Reparto TO REPARTO) AS Dati"));
     plant->setFilter(QStringLiteral("Reparto = 'reparto a'"));
     Recordset* models = plant->Child(QStringLiteral("Dati"));
-    ASSERT_EQ(column(*models, QStringLiteral("Modello")), (QStringList{QStringLiteral("AX100"), QStringLiteral("BX200")}));
+    ASSERT_EQ(column(*models, QStringLiteral("Modello")),
+              (QStringList{QStringLiteral("AX100"), QStringLiteral("BX200")}));
     models->MoveFirst();
     EXPECT_EQ(column(*models->Child(QStringLiteral("Numeri")), QStringLiteral("Numerazione")),
               (QStringList{QStringLiteral("A3"), QStringLiteral("2"), QStringLiteral("10")}))
@@ -100,13 +104,15 @@ TEST_F(ShapeAndTablesTest, SelectIntoMakesTablesOnceWithTheColumnTypes)
     EXPECT_EQ(rs->Fields(QStringLiteral("15")).Value().toString(), QStringLiteral("Men/Bim"));
     EXPECT_EQ(columnType(store->handle(), QStringLiteral("Tbl_Planned_2"), QStringLiteral("100")), ColumnType::Text);
 
-    store->Execute(QStringLiteral(
-        "SELECT Tbl_Ricerca.Data, Tbl_Ricerca.Quantita, '' AS Manutenzione_Tipo INTO Tbl_History_Macchina From Tbl_Ricerca"));
-    EXPECT_EQ(columnType(store->handle(), QStringLiteral("Tbl_History_Macchina"), QStringLiteral("Data")), ColumnType::Date);
+    store->Execute(QStringLiteral("SELECT Tbl_Ricerca.Data, Tbl_Ricerca.Quantita, '' AS Manutenzione_Tipo INTO "
+                                  "Tbl_History_Macchina From Tbl_Ricerca"));
+    EXPECT_EQ(columnType(store->handle(), QStringLiteral("Tbl_History_Macchina"), QStringLiteral("Data")),
+              ColumnType::Date);
     store->Execute(QStringLiteral("INSERT INTO Tbl_History_Macchina (Data, Manutenzione_Tipo) SELECT "
                                   "Tbl_Maintenance.Ultima, Tbl_Maintenance.Manutenzione_Tipo From Tbl_Maintenance "
                                   "WHERE Tbl_Maintenance.ID_NUM = 1"));
-    auto history = store->Query(QStringLiteral("SELECT * FROM Tbl_History_Macchina WHERE Manutenzione_Tipo = 'Mensile'"));
+    auto history =
+        store->Query(QStringLiteral("SELECT * FROM Tbl_History_Macchina WHERE Manutenzione_Tipo = 'Mensile'"));
     ASSERT_EQ(history->RecordCount(), 1);
     EXPECT_TRUE(history->Fields(QStringLiteral("Data")).Value().isDate());
 }

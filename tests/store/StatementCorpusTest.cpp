@@ -1,14 +1,14 @@
 // Every statement the program runs (tests/data/statements.txt) translates and runs on a
 // store holding sample rows, or is refused where Jet refuses it.
-#include "support/TestPaths.h"
 #include "StoreFixture.h"
-
 #include "runtime/VBError.h"
 #include "store/Schema.h"
 #include "store/StoreErrors.h"
+#include "support/TestPaths.h"
 
 #include <QFile>
 #include <QTextStream>
+
 #include <cstdio>
 
 namespace store::testing {
@@ -105,8 +105,8 @@ TEST_F(StatementCorpusTest, EveryProgramStatementRunsOrIsRefusedAsJetRefusesIt)
                     failures << QStringLiteral("[%1] ran, Jet refuses it: %2").arg(section.name, line);
             } catch (const vb::VBError& e) {
                 // A run-time table dropped before it was first made: the program ignores it.
-                const bool missingDrop = line.startsWith(QLatin1String("Drop"), Qt::CaseInsensitive)
-                                      && e.number() == errors::NotFound;
+                const bool missingDrop =
+                    line.startsWith(QLatin1String("Drop"), Qt::CaseInsensitive) && e.number() == errors::NotFound;
                 if (mustFail)
                     ++refused;
                 else if (!missingDrop)

@@ -2,14 +2,15 @@
 // A new store in a temporary folder, upgraded as the start-up upgrades it, with a few
 // sample rows in every table, and the clock frozen on 22/11/2026 10:30.
 
-#include "support/ErrorOf.h"
-#include "support/TestPaths.h"
 #include "runtime/Clock.h"
 #include "runtime/VBError.h"
 #include "store/DataStore.h"
+#include "support/ErrorOf.h"
+#include "support/TestPaths.h"
 
 #include <QFile>
 #include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 

@@ -5,6 +5,7 @@
 #include "runtime/MsgBox.h"
 
 #include <QString>
+
 #include <gtest/gtest.h>
 
 namespace kit {

@@ -1,8 +1,10 @@
 #include "support/GoldenFile.h"
+
 #include "support/TestPaths.h"
 
 #include <QFile>
 #include <QStringList>
+
 #include <gtest/gtest.h>
 
 namespace golden {
@@ -16,14 +18,15 @@ void expectMatches(const QString& name, const QString& actual)
         file.write(actual.toUtf8());
         return;
     }
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString() << " is missing (VELMORA_UPDATE_GOLDEN=1 writes it)";
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly))
+        << path.toStdString() << " is missing (VELMORA_UPDATE_GOLDEN=1 writes it)";
     const QStringList expected = QString::fromUtf8(file.readAll()).split(u'\n');
     const QStringList got = actual.split(u'\n');
     for (qsizetype i = 0; i < std::max(expected.size(), got.size()); ++i) {
         if (expected.value(i) != got.value(i)) {
-            ADD_FAILURE() << name.toStdString() << ":" << i + 1 << "\n  expected: "
-                          << expected.value(i, "(end)").toStdString() << "\n  actual:   "
-                          << got.value(i, "(end)").toStdString();
+            ADD_FAILURE() << name.toStdString() << ":" << i + 1
+                          << "\n  expected: " << expected.value(i, "(end)").toStdString()
+                          << "\n  actual:   " << got.value(i, "(end)").toStdString();
             return;
         }
     }

@@ -10,6 +10,7 @@
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QStringList>
+
 #include <gtest/gtest.h>
 
 class InProcessDrive

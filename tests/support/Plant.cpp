@@ -24,7 +24,10 @@ Fields with(Fields first, const Fields& more)
 }
 } // namespace
 
-int Plant::department(const QString& name) { return add(QStringLiteral("Tbl_Reparto"), {{"Reparto", name}}); }
+int Plant::department(const QString& name)
+{
+    return add(QStringLiteral("Tbl_Reparto"), {{"Reparto", name}});
+}
 
 int Plant::model(const QString& machine, const QString& model, const Fields& more)
 {
@@ -50,11 +53,8 @@ int Plant::generalModel(int model, const QString& machine, const QString& modelN
 
 int Plant::generalStep(int model, int num, const QString& title, const QString& text, double minutes)
 {
-    return add(QStringLiteral("Tbl_Proc_General"), {{"ID_MODELLO", model},
-                                                    {"Num", num},
-                                                    {"Titolo", title},
-                                                    {"Procedura", text},
-                                                    {"Minuti", minutes}});
+    return add(QStringLiteral("Tbl_Proc_General"),
+               {{"ID_MODELLO", model}, {"Num", num}, {"Titolo", title}, {"Procedura", text}, {"Minuti", minutes}});
 }
 
 int Plant::assignment(int model, int type, const Fields& more)
@@ -72,14 +72,20 @@ int Plant::step(int model, int type, int num, const QString& title, double minut
     return add(QStringLiteral("Tbl_ProcedureM"), f);
 }
 
-int Plant::registerRow(const Fields& fields) { return add(QStringLiteral("Tbl_Maintenance"), fields); }
+int Plant::registerRow(const Fields& fields)
+{
+    return add(QStringLiteral("Tbl_Maintenance"), fields);
+}
 
 int Plant::worker(const QString& name, const QString& qualification, const Fields& more)
 {
     return add(QStringLiteral("Tbl_Operatore"), with({{"Operatore", name}, {"Qualifica", qualification}}, more));
 }
 
-int Plant::note(const Fields& fields) { return add(QStringLiteral("Tbl_Maintenance_Note"), fields); }
+int Plant::note(const Fields& fields)
+{
+    return add(QStringLiteral("Tbl_Maintenance_Note"), fields);
+}
 
 int Plant::category(const QString& name, const QString& unitOfMeasure)
 {
@@ -102,7 +108,10 @@ int Plant::cause(const QString& name)
     return add(QStringLiteral("Tbl_Causa_Intervento"), {{"Causa_Interv", name}});
 }
 
-int Plant::intervention(const Fields& fields) { return add(QStringLiteral("Tbl_Ricerca"), fields); }
+int Plant::intervention(const Fields& fields)
+{
+    return add(QStringLiteral("Tbl_Ricerca"), fields);
+}
 
 void Plant::registerPlant()
 {
@@ -125,7 +134,9 @@ void Plant::registerPlant()
                     {lathe, 2, "TORNIO", "T200", "Mensile", 45}};
     for (const auto& a : assigned)
         assignment(a.model, a.type,
-                   {{"Macchina", a.machine}, {"Modello", a.name}, {"Manutenzione_Tipo", a.typeName},
+                   {{"Macchina", a.machine},
+                    {"Modello", a.name},
+                    {"Manutenzione_Tipo", a.typeName},
                     {"Tempo_Minuti", a.minutes}});
     worker("ROSSI", "Tecnico");
 }

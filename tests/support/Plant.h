@@ -8,6 +8,7 @@
 #include <QDate>
 #include <QString>
 #include <QStringList>
+
 #include <utility>
 #include <vector>
 
@@ -16,7 +17,10 @@ namespace kit {
 /// Columns and their values; vb::Variant::null() leaves a column Null, "" stores "".
 using Fields = std::vector<std::pair<QString, vb::Variant>>;
 
-inline vb::Variant date(int y, int m, int d) { return vb::Variant::fromDate(QDate(y, m, d)); }
+inline vb::Variant date(int y, int m, int d)
+{
+    return vb::Variant::fromDate(QDate(y, m, d));
+}
 
 class Plant
 {

@@ -12,13 +12,17 @@ void RegisterTest::SetUp()
 int RegisterTest::addMaintenance(int idNum, int tipo, const QDate& ultima, const QDate& prossima, double frequenza)
 {
     const bool lathe = idNum == 3;
-    return kit::Plant().registerRow({ { "ID_MODELLO", lathe ? 2 : 1 }, { "Macchina", lathe ? "TORNIO" : "PRESSA" },
-        { "Modello", lathe ? "T200" : "AX100" }, { "ID_NUM", idNum },
-        { "Numerazione", lathe ? "10" : QString::number(idNum) }, { "ID_MAINT_TIPO", tipo },
-        { "Manutenzione_Tipo", tipo == 2 ? "Mensile" : "Bimestrale" },
-        { "Frequenza_Sett", frequenza > 0 ? frequenza : (tipo == 2 ? 4.0 : 8.0) },
-        { "Ultima", vb::Variant::fromDate(ultima) }, { "Prossima", vb::Variant::fromDate(prossima) },
-        { "Operatore", "" } });
+    return kit::Plant().registerRow({{"ID_MODELLO", lathe ? 2 : 1},
+                                     {"Macchina", lathe ? "TORNIO" : "PRESSA"},
+                                     {"Modello", lathe ? "T200" : "AX100"},
+                                     {"ID_NUM", idNum},
+                                     {"Numerazione", lathe ? "10" : QString::number(idNum)},
+                                     {"ID_MAINT_TIPO", tipo},
+                                     {"Manutenzione_Tipo", tipo == 2 ? "Mensile" : "Bimestrale"},
+                                     {"Frequenza_Sett", frequenza > 0 ? frequenza : (tipo == 2 ? 4.0 : 8.0)},
+                                     {"Ultima", vb::Variant::fromDate(ultima)},
+                                     {"Prossima", vb::Variant::fromDate(prossima)},
+                                     {"Operatore", ""}});
 }
 
 void RegisterTest::addStop(int idNum, int tipo, const QString& fermaDal, int numero, int tot)

@@ -42,7 +42,10 @@ void ScreenTest::TearDown()
     vb::MsgBoxService::clear();
 }
 
-void ScreenTest::exec(const QString& jet) { store::DataStore::instance().Execute(jet); }
+void ScreenTest::exec(const QString& jet)
+{
+    store::DataStore::instance().Execute(jet);
+}
 
 ScreenTest::Rows ScreenTest::rows(const QString& jet)
 {
@@ -133,9 +136,15 @@ shell::ScreenRegistry::Factory ScreenTest::original(const QString& name) const
     return it != m_saved.end() ? it->second : shell::ScreenRegistry::factory(name);
 }
 
-void ScreenTest::answer(std::initializer_list<int> answers) { vb::MsgBoxService::queueAnswers(answers); }
+void ScreenTest::answer(std::initializer_list<int> answers)
+{
+    vb::MsgBoxService::queueAnswers(answers);
+}
 
-std::vector<vb::ShownBox> ScreenTest::boxes() { return vb::MsgBoxService::takeShown(); }
+std::vector<vb::ShownBox> ScreenTest::boxes()
+{
+    return vb::MsgBoxService::takeShown();
+}
 
 vb::ShownBox ScreenTest::oneBox()
 {
@@ -238,7 +247,10 @@ QStringList ScreenTest::linesOf(const QString& name) const
     return all.split(u'\n');
 }
 
-void ScreenTest::setToday(const QDate& day) { vb::Clock::freeze(QDateTime(day, QTime(8, 0, 0))); }
+void ScreenTest::setToday(const QDate& day)
+{
+    vb::Clock::freeze(QDateTime(day, QTime(8, 0, 0)));
+}
 
 QStringList ScreenTest::texts(std::initializer_list<const vb::Control*> controls)
 {

@@ -15,6 +15,7 @@
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
+
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
@@ -41,21 +42,15 @@ protected:
 
     // ---- the screens ------------------------------------------------------------------
     /// A screen by name, loaded (hidden) when needed.
-    template <class F>
-    static F* screen(const QString& name)
-    {
-        return shell::screens().formAs<F>(name);
-    }
+    template <class F> static F* screen(const QString& name) { return shell::screens().formAs<F>(name); }
     /// The screen after a reload of its own, once the old one is gone.
-    template <class F>
-    static F* reopened(const QString& name)
+    template <class F> static F* reopened(const QString& name)
     {
         QCoreApplication::processEvents();
         return screen<F>(name);
     }
     /// A fresh load of a screen.
-    template <class F>
-    static F* reload(const QString& name)
+    template <class F> static F* reload(const QString& name)
     {
         shell::screens().unload(name);
         return screen<F>(name);
@@ -119,7 +114,7 @@ protected:
     class StandIn : public vb::Form
     {
     public:
-        StandIn(QWidget* owner, const QString& name, int* loads) : vb::Form(owner, name), m_loads(loads) {}
+        StandIn(QWidget* owner, const QString& name, int* loads) : vb::Form(owner, name), m_loads(loads) { }
         void Form_Load() override
         {
             if (m_loads)

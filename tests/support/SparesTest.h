@@ -27,7 +27,7 @@ protected:
     /// An intervention already stored on a unit of the register's plant (1 and 2: PRESSA
     /// AX100, 3: TORNIO T200 N° 10); its key.
     static int addIntervention(int part, double quantity, const QDate& date = QDate(2026, 10, 1), int cause = 1,
-        int unit = 1, const QString& destination = "Mandrino");
+                               int unit = 1, const QString& destination = "Mandrino");
     static double stock(int part);
 
     /// A property of a control of a screen, as text, through the driver.

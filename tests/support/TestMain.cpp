@@ -1,6 +1,7 @@
 // Test entry point: a QApplication for the screens, and any Qt warning fails the test
 // that printed it.
 #include <QApplication>
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>

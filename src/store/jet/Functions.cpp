@@ -10,6 +10,7 @@
 #include "store/jet/Jet.h"
 
 #include <QDate>
+
 #include <array>
 #include <cmath>
 #include <sqlite3.h>
@@ -35,8 +36,7 @@ Variant toVariant(sqlite3_value* v, bool isDate = false)
         return Variant(sqlite3_value_double(v));
     case SQLITE_TEXT:
         return Variant(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_value_text(v)), sqlite3_value_bytes(v)));
-    default:
-        return Variant::null();
+    default: return Variant::null();
     }
 }
 
@@ -62,13 +62,13 @@ void setResult(sqlite3_context* ctx, const Variant& v)
 
 void setError(sqlite3_context* ctx, const vb::VBError& e)
 {
-    const QByteArray msg = (QString::fromLatin1(ErrorPrefix) + QString::number(e.number()) + u':' + e.description()).toUtf8();
+    const QByteArray msg =
+        (QString::fromLatin1(ErrorPrefix) + QString::number(e.number()) + u':' + e.description()).toUtf8();
     sqlite3_result_error(ctx, msg.constData(), int(msg.size()));
 }
 
 // Runs a function body; a VB error becomes the statement's error.
-template<typename F>
-void guarded(sqlite3_context* ctx, F&& body)
+template <typename F> void guarded(sqlite3_context* ctx, F&& body)
 {
     try {
         body();
@@ -172,9 +172,8 @@ JET_FN(fnRight)
 
 JET_FN(fnMid)
 {
-    guarded(ctx, [&] {
-        setResult(ctx, vb::Mid(toVariant(argv[0]), intArg(argv[1]), argc > 2 ? intArg(argv[2]) : -1));
-    });
+    guarded(ctx,
+            [&] { setResult(ctx, vb::Mid(toVariant(argv[0]), intArg(argv[1]), argc > 2 ? intArg(argv[2]) : -1)); });
 }
 
 JET_FN(fnLen)
@@ -247,12 +246,12 @@ JET_FN(fnInStr)
 JET_FN(fnReplace)
 {
     guarded(ctx, [&] {
-        setResult(ctx, vb::Replace(toVariant(argv[0]), toVariant(argv[1]).displayText(), toVariant(argv[2]).displayText()));
+        setResult(ctx,
+                  vb::Replace(toVariant(argv[0]), toVariant(argv[1]).displayText(), toVariant(argv[2]).displayText()));
     });
 }
 
-template<int Which>
-JET_FN(fnDatePart)
+template <int Which> JET_FN(fnDatePart)
 {
     guarded(ctx, [&] {
         if (isNull(argv[0]))
@@ -268,7 +267,7 @@ JET_FN(fnDatePart)
         case 5: r = p.seconds % 60; break;
         case 6: {
             const int first = argc > 1 && !isNull(argv[1]) ? intArg(argv[1]) : 1; // vbSunday
-            const int vbDay = p.date.dayOfWeek() % 7 + 1;                        // Sunday = 1
+            const int vbDay = p.date.dayOfWeek() % 7 + 1;                         // Sunday = 1
             r = (vbDay - first + 7) % 7 + 1;
             break;
         }
@@ -319,8 +318,7 @@ JET_FN(fnCStr)
     });
 }
 
-template<Variant (*Convert)(const Variant&)>
-JET_FN(fnConvert)
+template <Variant (*Convert)(const Variant&)> JET_FN(fnConvert)
 {
     guarded(ctx, [&] {
         const Variant v = toVariant(argv[0]);
@@ -341,8 +339,7 @@ JET_FN(fnCDate)
     });
 }
 
-template<bool Floor>
-JET_FN(fnIntFix)
+template <bool Floor> JET_FN(fnIntFix)
 {
     guarded(ctx, [&] {
         if (isNull(argv[0]))
@@ -395,8 +392,7 @@ JET_FN(fnNum)
 
 // Arithmetic on values of no known type, with VB's rules: Null gives Null, numeric
 // texts are numbers (Italian), "+" of two texts joins them.
-template<int Op>
-JET_FN(fnArith)
+template <int Op> JET_FN(fnArith)
 {
     guarded(ctx, [&] {
         if (isNull(argv[0]) || (argc > 1 && isNull(argv[1])))
@@ -662,8 +658,8 @@ void likeImpl(sqlite3_context* ctx, sqlite3_value* text, sqlite3_value* pattern,
         sqlite3_set_auxdata(ctx, patternArg, compiled, [](void* p) { delete static_cast<LikePattern*>(p); });
         compiled = static_cast<LikePattern*>(sqlite3_get_auxdata(ctx, patternArg));
         if (!compiled) // SQLite may drop it at once when the pattern is not constant
-            return sqlite3_result_int(ctx, matchLike(compileLike(toVariant(pattern).displayText()),
-                                                     toVariant(text).displayText()));
+            return sqlite3_result_int(
+                ctx, matchLike(compileLike(toVariant(pattern).displayText()), toVariant(text).displayText()));
     }
     sqlite3_result_int(ctx, matchLike(*compiled, toVariant(text).displayText()) ? 1 : 0);
 }
@@ -749,10 +745,10 @@ void registerFunctions(sqlite3* db)
         sqlite3_create_function_v2(db, r.name, r.args,
                                    SQLITE_UTF8 | (r.deterministic ? SQLITE_DETERMINISTIC : 0) | SQLITE_INNOCUOUS,
                                    nullptr, r.fn, nullptr, nullptr, nullptr);
-    sqlite3_create_function_v2(db, "jet_sum", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, nullptr, sumStep, sumFinal,
-                               nullptr);
-    sqlite3_create_function_v2(db, "jet_avg", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, nullptr, sumStep, avgFinal,
-                               nullptr);
+    sqlite3_create_function_v2(db, "jet_sum", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, nullptr, sumStep,
+                               sumFinal, nullptr);
+    sqlite3_create_function_v2(db, "jet_avg", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, nullptr, sumStep,
+                               avgFinal, nullptr);
     sqlite3_create_collation_v2(db, Collation, SQLITE_UTF8, nullptr, jetCollate, nullptr);
     keys(); // built once, before the first comparison
 }

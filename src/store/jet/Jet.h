@@ -21,6 +21,7 @@
 
 #include <QString>
 #include <QStringList>
+
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -32,8 +33,8 @@ struct sqlite3_stmt;
 namespace store::jet {
 
 enum class StatementKind {
-    Select,      ///< a plain SELECT (rows to read)
-    SelectInto,  ///< SELECT ... INTO T [IN "file"]: creates T from the select
+    Select,     ///< a plain SELECT (rows to read)
+    SelectInto, ///< SELECT ... INTO T [IN "file"]: creates T from the select
     Insert,
     Update,
     Delete,

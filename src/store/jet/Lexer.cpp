@@ -3,6 +3,7 @@
 
 #include <QDate>
 #include <QTime>
+
 #include <cmath>
 
 namespace store::jet {

@@ -20,9 +20,10 @@ bool sameWord(const QString& a, const char* kw)
 bool isReserved(const QString& w)
 {
     static const char* const words[] = {
-        "SELECT", "FROM", "WHERE", "GROUP", "HAVING", "ORDER", "BY", "AND", "OR", "NOT", "XOR", "EQV", "IMP",
-        "LIKE", "IS", "IN", "BETWEEN", "AS", "ON", "INNER", "LEFT", "RIGHT", "JOIN", "OUTER", "UNION", "INTO",
-        "SET", "VALUES", "MOD", "DISTINCT", "DISTINCTROW", "TOP", "ASC", "DESC", "NULL", "EXISTS", "ALL"};
+        "SELECT",      "FROM",  "WHERE", "GROUP", "HAVING", "ORDER",  "BY",      "AND",    "OR",  "NOT",
+        "XOR",         "EQV",   "IMP",   "LIKE",  "IS",     "IN",     "BETWEEN", "AS",     "ON",  "INNER",
+        "LEFT",        "RIGHT", "JOIN",  "OUTER", "UNION",  "INTO",   "SET",     "VALUES", "MOD", "DISTINCT",
+        "DISTINCTROW", "TOP",   "ASC",   "DESC",  "NULL",   "EXISTS", "ALL"};
     for (const char* kw : words)
         if (sameWord(w, kw))
             return true;
@@ -32,7 +33,7 @@ bool isReserved(const QString& w)
 class Parser
 {
 public:
-    Parser(const QString& src, const Lexed& lx) : m_src(src), m_lx(lx) {}
+    Parser(const QString& src, const Lexed& lx) : m_src(src), m_lx(lx) { }
 
     Statement statement()
     {
@@ -70,7 +71,10 @@ private:
     }
     const Token& next() { return m_lx.tokens[std::min(m_pos++, m_lx.tokens.size() - 1)]; }
     static bool isWord(const Token& t, const char* kw) { return t.kind == TokenKind::Word && sameWord(t.text, kw); }
-    static bool isSym(const Token& t, const char* s) { return t.kind == TokenKind::Symbol && t.text == QLatin1String(s); }
+    static bool isSym(const Token& t, const char* s)
+    {
+        return t.kind == TokenKind::Symbol && t.text == QLatin1String(s);
+    }
     bool acceptWord(const char* kw)
     {
         if (!isWord(peek(), kw))
@@ -335,16 +339,15 @@ private:
         Expr l = concat();
         for (;;) {
             const Token& t = peek();
-            if (t.kind == TokenKind::Symbol
-                && (t.text == u'=' || t.text == u'<' || t.text == u'>' || t.text == QLatin1String("<>")
-                    || t.text == QLatin1String("<=") || t.text == QLatin1String(">="))) {
+            if (t.kind == TokenKind::Symbol &&
+                (t.text == u'=' || t.text == u'<' || t.text == u'>' || t.text == QLatin1String("<>") ||
+                 t.text == QLatin1String("<=") || t.text == QLatin1String(">="))) {
                 const QString op = next().text;
                 l = binary(std::move(l), op, concat());
                 continue;
             }
             bool negated = false;
-            if (isWord(t, "NOT")
-                && (isWord(peek(1), "LIKE") || isWord(peek(1), "BETWEEN") || isWord(peek(1), "IN"))) {
+            if (isWord(t, "NOT") && (isWord(peek(1), "LIKE") || isWord(peek(1), "BETWEEN") || isWord(peek(1), "IN"))) {
                 next();
                 negated = true;
             }
@@ -532,10 +535,8 @@ private:
             if (isReserved(t.text))
                 missingOperator();
             return column();
-        case TokenKind::Bracketed:
-            return column();
-        case TokenKind::End:
-            missingOperator();
+        case TokenKind::Bracketed: return column();
+        case TokenKind::End: missingOperator();
         }
         missingOperator();
     }

@@ -1,6 +1,7 @@
 #include "store/jet/SqliteGenerator.h"
 
 #include <QHash>
+
 #include <sqlite3.h>
 
 namespace store::jet {
@@ -63,7 +64,7 @@ struct Fn
     const char* sql;
     int minArgs;
     int maxArgs;
-    Ty result;     ///< Unknown: the type of the first argument
+    Ty result;      ///< Unknown: the type of the first argument
     bool dateFlags; ///< the SQL function takes a first argument telling which values are dates
 };
 
@@ -123,8 +124,8 @@ const Fn* findFunction(const QString& name)
 bool isAggregate(const Fn* f)
 {
     const QLatin1String n(f->jet);
-    return n == QLatin1String("Sum") || n == QLatin1String("Avg") || n == QLatin1String("Min")
-        || n == QLatin1String("Max") || n == QLatin1String("Count");
+    return n == QLatin1String("Sum") || n == QLatin1String("Avg") || n == QLatin1String("Min") ||
+           n == QLatin1String("Max") || n == QLatin1String("Count");
 }
 
 // One table of a FROM clause, as the expressions see it.
@@ -145,7 +146,7 @@ struct Scope
 class Generator
 {
 public:
-    Generator(const Lexed& lx, const SchemaInfo* schema) : m_lx(lx), m_schema(schema) {}
+    Generator(const Lexed& lx, const SchemaInfo* schema) : m_lx(lx), m_schema(schema) { }
 
     Generated run(const Statement& st)
     {
@@ -213,8 +214,8 @@ private:
         for (const Scope* s = &scope; s; s = s->parent) {
             for (const ScopeTable& t : s->tables) {
                 if (!e.qualifier.isEmpty()) {
-                    if (t.ref.compare(e.qualifier, Qt::CaseInsensitive) != 0
-                        && t.name.compare(e.qualifier, Qt::CaseInsensitive) != 0)
+                    if (t.ref.compare(e.qualifier, Qt::CaseInsensitive) != 0 &&
+                        t.name.compare(e.qualifier, Qt::CaseInsensitive) != 0)
                         continue;
                     return {&t, t.info ? t.info->column(e.name) : nullptr};
                 }
@@ -286,8 +287,8 @@ private:
             lo = asComparable(lo, a.ty);
             hi = asComparable(hi, a.ty);
             const bool text = isTextCompare(a.ty, lo.ty) || isTextCompare(a.ty, hi.ty);
-            return {u'(' + a.sql + (text ? CollateJet : QString()) + (e.negated ? QStringLiteral(" NOT") : QString())
-                        + QStringLiteral(" BETWEEN ") + lo.sql + QStringLiteral(" AND ") + hi.sql + u')',
+            return {u'(' + a.sql + (text ? CollateJet : QString()) + (e.negated ? QStringLiteral(" NOT") : QString()) +
+                        QStringLiteral(" BETWEEN ") + lo.sql + QStringLiteral(" AND ") + hi.sql + u')',
                     Ty::Bool};
         }
         case Expr::Kind::InList: {
@@ -299,15 +300,17 @@ private:
                 text = text || isTextCompare(a.ty, v.ty);
                 items << v.sql;
             }
-            return {u'(' + a.sql + (text ? CollateJet : QString()) + (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN ("))
-                        + items.join(QStringLiteral(", ")) + QStringLiteral("))"),
+            return {u'(' + a.sql + (text ? CollateJet : QString()) +
+                        (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN (")) +
+                        items.join(QStringLiteral(", ")) + QStringLiteral("))"),
                     Ty::Bool};
         }
         case Expr::Kind::InSelect: {
             G a = gen(e.args[0], scope);
             const QString sub = selectSql(*e.select, &scope, nullptr, nullptr);
-            return {u'(' + a.sql + (a.ty == Ty::Text ? CollateJet : QString())
-                        + (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN (")) + sub + QStringLiteral("))"),
+            return {u'(' + a.sql + (a.ty == Ty::Text ? CollateJet : QString()) +
+                        (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN (")) + sub +
+                        QStringLiteral("))"),
                     Ty::Bool};
         }
         case Expr::Kind::Exists:
@@ -372,10 +375,11 @@ private:
         if (op == QLatin1String("IMP"))
             return {QStringLiteral("(NOT %1 OR %2)").arg(a.sql, b.sql), Ty::Bool};
         if (op == QLatin1String("LIKE"))
-            return {QStringLiteral("(%1jet_like(%2, %3))").arg(e.negated ? QStringLiteral("NOT ") : QString(), a.sql, b.sql),
+            return {QStringLiteral("(%1jet_like(%2, %3))")
+                        .arg(e.negated ? QStringLiteral("NOT ") : QString(), a.sql, b.sql),
                     Ty::Bool};
-        if (op == u'=' || op == u'<' || op == u'>' || op == QLatin1String("<>") || op == QLatin1String("<=")
-            || op == QLatin1String(">=")) {
+        if (op == u'=' || op == u'<' || op == u'>' || op == QLatin1String("<>") || op == QLatin1String("<=") ||
+            op == QLatin1String(">=")) {
             b = asComparable(b, a.ty);
             a = asComparable(a, b.ty);
             const bool text = isTextCompare(a.ty, b.ty);
@@ -394,8 +398,8 @@ private:
                 ty = Ty::Unknown;
             if (native)
                 return {u'(' + a.sql + u' ' + op + u' ' + b.sql + u')', ty};
-            return {(op == u'+' ? QStringLiteral("jet_add(") : QStringLiteral("jet_sub(")) + a.sql + QStringLiteral(", ")
-                        + b.sql + u')',
+            return {(op == u'+' ? QStringLiteral("jet_add(") : QStringLiteral("jet_sub(")) + a.sql +
+                        QStringLiteral(", ") + b.sql + u')',
                     ty};
         }
         if (op == u'*' && native)
@@ -457,8 +461,8 @@ private:
         }
         for (const G& a : args) {
             // Min and Max of a text compare as Jet compares texts.
-            if ((f->sql == std::string_view("min") || f->sql == std::string_view("max")) && a.ty != Ty::Number
-                && a.ty != Ty::Date && !a.column)
+            if ((f->sql == std::string_view("min") || f->sql == std::string_view("max")) && a.ty != Ty::Number &&
+                a.ty != Ty::Date && !a.column)
                 parts << a.sql + CollateJet;
             else
                 parts << a.sql;
@@ -471,8 +475,9 @@ private:
 
     [[noreturn]] static void wrongArguments(const Expr& e)
     {
-        syntaxError(QStringLiteral("Numero di argomenti errato utilizzato con la funzione nell'espressione della query '%1'.")
-                        .arg(e.op));
+        syntaxError(
+            QStringLiteral("Numero di argomenti errato utilizzato con la funzione nell'espressione della query '%1'.")
+                .arg(e.op));
     }
 
     // ---- SELECT --------------------------------------------------------------------
@@ -494,8 +499,8 @@ private:
                 if (st.derived && st.ref == t.alias && st.derived->columns.empty()) {
                     for (int i = 0; i < names.size(); ++i) {
                         const Ty ty = i < int(types.size()) ? types[size_t(i)] : Ty::Unknown;
-                        const ColumnKind k = ty == Ty::Text   ? ColumnKind::Text
-                                             : ty == Ty::Date ? ColumnKind::Date
+                        const ColumnKind k = ty == Ty::Text     ? ColumnKind::Text
+                                             : ty == Ty::Date   ? ColumnKind::Date
                                              : ty == Ty::Number ? ColumnKind::Number
                                                                 : ColumnKind::Unknown;
                         const_cast<TableInfo*>(st.derived.get())->columns.push_back({names[i], QString(), k});
@@ -535,8 +540,8 @@ private:
     void starColumns(const Expr& star, const Scope& scope, std::vector<const ColumnInfo*>& cols, bool& known)
     {
         for (const ScopeTable& t : scope.tables) {
-            if (!star.qualifier.isEmpty() && t.ref.compare(star.qualifier, Qt::CaseInsensitive) != 0
-                && t.name.compare(star.qualifier, Qt::CaseInsensitive) != 0)
+            if (!star.qualifier.isEmpty() && t.ref.compare(star.qualifier, Qt::CaseInsensitive) != 0 &&
+                t.name.compare(star.qualifier, Qt::CaseInsensitive) != 0)
                 continue;
             if (!t.info || (t.derived && t.derived->columns.empty())) {
                 known = false;
@@ -658,8 +663,8 @@ private:
         t.kind = StatementKind::Select;
         // A select of one stored table, row by row, can write its rows back.
         QString rowidOf;
-        if (m_schema && s.from.size() == 1 && s.from[0].kind == TableRef::Kind::Table && !s.distinct
-            && s.groupBy.empty() && !s.having) {
+        if (m_schema && s.from.size() == 1 && s.from[0].kind == TableRef::Kind::Table && !s.distinct &&
+            s.groupBy.empty() && !s.having) {
             const TableInfo* info = lookup(s.from[0].name);
             if (info && !info->isView && !hasAggregate(s))
                 rowidOf = s.from[0].alias.isEmpty() ? s.from[0].name : s.from[0].alias;
@@ -791,9 +796,9 @@ private:
         if (!c)
             return {};
         const QString d = c->declType.toUpper();
-        const bool whole = c->kind == ColumnKind::Number
-                           && (d.contains(QLatin1String("INT")) || d.contains(QLatin1String("LONG"))
-                               || d.contains(QLatin1String("BYTE")) || d.contains(QLatin1String("SHORT")));
+        const bool whole =
+            c->kind == ColumnKind::Number && (d.contains(QLatin1String("INT")) || d.contains(QLatin1String("LONG")) ||
+                                              d.contains(QLatin1String("BYTE")) || d.contains(QLatin1String("SHORT")));
         return {c->kind, whole};
     }
 
@@ -904,7 +909,8 @@ private:
                 if (st.where)
                     conditions << gen(*st.where, scope).sql;
             } else {
-                QString sub = QStringLiteral("SELECT %1.rowid FROM %2").arg(ident(target->ref), fromSql(*st.target, scope, true));
+                QString sub =
+                    QStringLiteral("SELECT %1.rowid FROM %2").arg(ident(target->ref), fromSql(*st.target, scope, true));
                 if (st.where)
                     sub += QStringLiteral(" WHERE ") + gen(*st.where, scope).sql;
                 conditions << QStringLiteral("%1.rowid IN (%2)").arg(ident(target->ref), sub);
@@ -927,7 +933,8 @@ private:
         t.intoTable = first.name;
         QString sql = QStringLiteral("DELETE FROM ") + ident(first.name);
         if (st.target->kind == TableRef::Kind::Join) {
-            QString sub = QStringLiteral("SELECT %1.rowid FROM %2").arg(ident(first.ref), fromSql(*st.target, scope, true));
+            QString sub =
+                QStringLiteral("SELECT %1.rowid FROM %2").arg(ident(first.ref), fromSql(*st.target, scope, true));
             if (st.where)
                 sub += QStringLiteral(" WHERE ") + gen(*st.where, scope).sql;
             sql += QStringLiteral(" WHERE rowid IN (%1)").arg(sub);

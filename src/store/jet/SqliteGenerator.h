@@ -11,10 +11,10 @@ namespace store::jet {
 
 struct Generated
 {
-    Translation translation;          ///< params left empty
-    std::vector<int> paramCounts;     ///< per statement: how many literals it binds
+    Translation translation;      ///< params left empty
+    std::vector<int> paramCounts; ///< per statement: how many literals it binds
     int intoFileLiteral = -1;
-    bool cacheable = true;            ///< false when a literal's value went into the SQL
+    bool cacheable = true; ///< false when a literal's value went into the SQL
 };
 
 Generated generateSqlite(const Statement& st, const Lexed& lexed, const SchemaInfo* schema);

@@ -7,6 +7,7 @@
 #include "runtime/Variant.h"
 
 #include <QString>
+
 #include <memory>
 #include <optional>
 #include <vector>
@@ -18,18 +19,18 @@ enum class TokenKind { End, Word, Bracketed, String, Number, Date, Param, Symbol
 struct Token
 {
     TokenKind kind = TokenKind::End;
-    QString text;    ///< word or name as written (no brackets), or the symbol
+    QString text;     ///< word or name as written (no brackets), or the symbol
     int literal = -1; ///< String/Number/Date: index in Lexed::literals; Param: user parameter number
-    int begin = 0;   ///< source position
+    int begin = 0;    ///< source position
     int end = 0;
 };
 
 struct Lexed
 {
-    std::vector<Token> tokens;       ///< always ends with an End token
+    std::vector<Token> tokens;         ///< always ends with an End token
     std::vector<vb::Variant> literals; ///< every literal and "?" in source order
-    std::vector<int> userParams;     ///< indexes in literals that stand for "?"
-    QString shape;                   ///< the token stream without literal values (cache key)
+    std::vector<int> userParams;       ///< indexes in literals that stand for "?"
+    QString shape;                     ///< the token stream without literal values (cache key)
 };
 
 /// Splits a Jet statement; raises the provider's syntax error on a broken string,
@@ -46,20 +47,20 @@ struct Select;
 struct Expr
 {
     enum class Kind {
-        Literal,   ///< literal: index in Lexed::literals (also a "?" marker)
-        Null,      ///< the keyword Null
-        Boolean,   ///< True / False (number)
-        Column,    ///< qualifier.name or name
-        Star,      ///< * or qualifier.* (select list, Count(*))
-        Unary,     ///< op: "-", "+", "NOT"
-        Binary,    ///< op: arithmetic, "&", comparisons, "AND", "OR", "XOR", "EQV", "IMP", "LIKE"
-        Call,      ///< name(args)
-        IsNull,    ///< args[0] Is [Not] Null
-        Between,   ///< args[0] [Not] Between args[1] And args[2]
-        InList,    ///< args[0] [Not] In (args[1..])
-        InSelect,  ///< args[0] [Not] In (subquery)
-        Exists,    ///< Exists (subquery)
-        Subquery,  ///< (subquery) as a value
+        Literal,  ///< literal: index in Lexed::literals (also a "?" marker)
+        Null,     ///< the keyword Null
+        Boolean,  ///< True / False (number)
+        Column,   ///< qualifier.name or name
+        Star,     ///< * or qualifier.* (select list, Count(*))
+        Unary,    ///< op: "-", "+", "NOT"
+        Binary,   ///< op: arithmetic, "&", comparisons, "AND", "OR", "XOR", "EQV", "IMP", "LIKE"
+        Call,     ///< name(args)
+        IsNull,   ///< args[0] Is [Not] Null
+        Between,  ///< args[0] [Not] Between args[1] And args[2]
+        InList,   ///< args[0] [Not] In (args[1..])
+        InSelect, ///< args[0] [Not] In (subquery)
+        Exists,   ///< Exists (subquery)
+        Subquery, ///< (subquery) as a value
     };
     Kind kind = Kind::Null;
     QString op;        ///< operator (upper case) or function name as written
@@ -105,7 +106,7 @@ struct Select
     bool topPercent = false;
     std::vector<SelectItem> items;
     QString into;
-    int intoFileLiteral = -1; ///< IN "file": index of the file name in the literals
+    int intoFileLiteral = -1;   ///< IN "file": index of the file name in the literals
     std::vector<TableRef> from; ///< comma-separated tables (cross product)
     std::optional<Expr> where;
     std::vector<Expr> groupBy;
@@ -116,8 +117,8 @@ struct Select
 struct ColumnDef
 {
     QString name;
-    QString type;     ///< upper case type word ("VARCHAR", "INTEGER", "DATE", ...)
-    int size = -1;    ///< (n), -1 when none
+    QString type;  ///< upper case type word ("VARCHAR", "INTEGER", "DATE", ...)
+    int size = -1; ///< (n), -1 when none
     bool notNull = false;
     bool primaryKey = false;
 };
@@ -129,9 +130,9 @@ struct Statement
     std::shared_ptr<Select> select; ///< Select; Insert ... SELECT
     // Insert / Update / Delete / DDL
     QString table;
-    std::vector<QString> columns; ///< Insert column list; AlterDrop column
-    std::vector<Expr> values;     ///< Insert VALUES
-    std::optional<TableRef> target; ///< Update: the table or join being updated; Delete: FROM
+    std::vector<QString> columns;                   ///< Insert column list; AlterDrop column
+    std::vector<Expr> values;                       ///< Insert VALUES
+    std::optional<TableRef> target;                 ///< Update: the table or join being updated; Delete: FROM
     std::vector<std::pair<Expr, Expr>> assignments; ///< Update SET column = value
     std::optional<Expr> where;
     std::vector<ColumnDef> columnDefs; ///< CreateTable; AlterAdd (one)

@@ -7,6 +7,7 @@
 #include "store/jet/Syntax.h"
 
 #include <QHash>
+
 #include <atomic>
 #include <sqlite3.h>
 
@@ -64,7 +65,9 @@ Translation bindLiterals(const Generated& g, const std::vector<vb::Variant>& lit
 
 } // namespace
 
-SchemaInfo::SchemaInfo() : m_identity(nextIdentity++) {}
+SchemaInfo::SchemaInfo() : m_identity(nextIdentity++)
+{
+}
 
 const ColumnInfo* TableInfo::column(const QString& n) const
 {
@@ -81,15 +84,17 @@ ColumnKind kindOfDecl(const QString& declType)
         return ColumnKind::Unknown;
     if (d.contains(QLatin1String("DATE")) || d.contains(QLatin1String("TIME")))
         return ColumnKind::Date;
-    if (d.contains(QLatin1String("CHAR")) || d.contains(QLatin1String("TEXT")) || d.contains(QLatin1String("MEMO"))
-        || d.contains(QLatin1String("CLOB")) || d.contains(QLatin1String("STRING")))
+    if (d.contains(QLatin1String("CHAR")) || d.contains(QLatin1String("TEXT")) || d.contains(QLatin1String("MEMO")) ||
+        d.contains(QLatin1String("CLOB")) || d.contains(QLatin1String("STRING")))
         return ColumnKind::Text;
     if (d.startsWith(QLatin1String("BIT")) || d.contains(QLatin1String("BOOL")) || d.contains(QLatin1String("YESNO")))
         return ColumnKind::Boolean;
     return ColumnKind::Number;
 }
 
-SqliteSchema::SqliteSchema(sqlite3* db) : m_db(db) {}
+SqliteSchema::SqliteSchema(sqlite3* db) : m_db(db)
+{
+}
 
 SqliteSchema::~SqliteSchema()
 {
@@ -138,8 +143,8 @@ const TableInfo* SqliteSchema::table(const QString& name) const
         }
     }
     sqlite3_finalize(st);
-    if (found && sqlite3_prepare_v2(m_db, "SELECT name, type FROM pragma_table_info(?1, 'main')", -1, &st, nullptr)
-                     == SQLITE_OK) {
+    if (found && sqlite3_prepare_v2(m_db, "SELECT name, type FROM pragma_table_info(?1, 'main')", -1, &st, nullptr) ==
+                     SQLITE_OK) {
         const QByteArray real = info->name.toUtf8();
         sqlite3_bind_text(st, 1, real.constData(), int(real.size()), SQLITE_TRANSIENT);
         while (sqlite3_step(st) == SQLITE_ROW) {
