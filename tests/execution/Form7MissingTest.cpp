@@ -1,11 +1,7 @@
 // Maintenance missing on Form7: the units that lack a register row for a type assigned to
 // their model, the list of them, and a line that prepares the new row.
-#include "support/DriveScript.h"
 #include "support/Fields.h"
-#include "support/InProcessDrive.h"
 #include "support/RegisterTest.h"
-
-#include <QJsonArray>
 
 #include <set>
 
@@ -15,6 +11,7 @@ namespace answer = vb::answer;
 class Form7Missing : public RegisterTest
 {
 protected:
+    using RegisterTest::lines;
     /// The lines of the list as "{number} {type}", in the list's order.
     static std::vector<std::string> lines(Form7* f)
     {
@@ -24,18 +21,6 @@ protected:
                            f->DataGrid3->cellText(r, "Manutenzione_Tipo"))
                               .toStdString());
         return out;
-    }
-
-    /// Clicks the line of unit idNum and type tipo.
-    void selectLine(Form7* f, int idNum, int tipo)
-    {
-        for (int r = 0; r < f->DataGrid3->RecordCount(); ++r) {
-            if (f->DataGrid3->cellValue(r, 0).toLong() == idNum && f->DataGrid3->cellValue(r, 6).toLong() == tipo) {
-                f->DataGrid3->select(r);
-                return;
-            }
-        }
-        FAIL() << "no missing line for unit " << idNum << " type " << tipo;
     }
 };
 
@@ -60,19 +45,15 @@ TEST_F(Form7Missing, ListsEachUnitAndAssignedTypeWithoutARegisterRow)
               (std::set<std::string>{"2 Mensile", "2 Bimestrale"}));
     EXPECT_EQ(listed[3], "10 Mensile");
 
-    const char* captions[] = {"ID_NUM", "N°", "ID_MODELLO", "MACCHINA", "MODELLO", "MANUTENZIONE", "ID_MAINT_TIPO"};
-    const int widths[] = {0, 600, 0, 2000, 3000, 1800, 0};
-    for (int i = 0; i < 7; ++i) {
-        EXPECT_EQ(f->DataGrid3->Columns(i).Caption(), QString::fromUtf8(captions[i]));
-        EXPECT_EQ(f->DataGrid3->Columns(i).Width(), widths[i]);
+    EXPECT_EQ(captions(f->DataGrid3),
+              QStringList({"ID_NUM", "N°", "ID_MODELLO", "MACCHINA", "MODELLO", "MANUTENZIONE", "ID_MAINT_TIPO"}));
+    EXPECT_EQ(widths(f->DataGrid3), QList<int>({0, 600, 0, 2000, 3000, 1800, 0}));
+    for (int i = 0; i < 7; ++i)
         EXPECT_EQ(f->DataGrid3->Columns(i).Locked(), i > 0);
-    }
     // The unit of the model without assignments is in the scratch table, with no type.
     EXPECT_TRUE(value("SELECT ID_MAINT_TIPO FROM Tbl_Not_Maintenance WHERE ID_NUM = 4").isNull());
     // The group of the walk is put away and Label1 is back.
-    EXPECT_TRUE(f->Lbl_ProgressBar->isHidden());
-    EXPECT_TRUE(f->Shape1->isHidden());
-    EXPECT_FALSE(f->Label1->isHidden());
+    EXPECT_TRUE(f->Lbl_ProgressBar->isHidden() && f->Shape1->isHidden() && !f->Label1->isHidden());
     EXPECT_EQ(f->ProgressBar1->Value(), 0);
 
     f->Lbl_CHIUDI->click();
@@ -112,8 +93,7 @@ TEST_F(Form7Missing, WalkReachesRowsBeyondItsFirstPasses)
     EXPECT_EQ(lines(f), (std::vector<std::string>{"1 Bimestrale", "2 Mensile"}));
     EXPECT_EQ(value("SELECT Maintenance FROM Tbl_Not_Maintenance WHERE ID_NUM = 3").toString(), "3")
         << "a marked pair holds the unit's key";
-    EXPECT_TRUE(f->Shape1->isHidden());
-    EXPECT_FALSE(f->Label1->isHidden());
+    EXPECT_TRUE(f->Shape1->isHidden() && !f->Label1->isHidden());
     EXPECT_EQ(f->ProgressBar1->Value(), 0);
 }
 
@@ -122,14 +102,14 @@ TEST_F(Form7Missing, LinePreparesTheNewRowAndSalvaSavesIt)
     addMaintenance(1, 2, QDate(2026, 10, 20), QDate(2026, 11, 17));
     Form7* f = form7();
     f->Cmd_Senza_Manutenzione->click();
-    selectLine(f, 3, 2);
+    ASSERT_EQ(lines(f).back(), "10 Mensile") << "unit 3's Mensile, last by machine";
+    f->DataGrid3->select(3);
 
     // The New row state.
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
     EXPECT_EQ(kit::enabledOf({f->Cmd_Edit, f->Cmd_Delete, f->Cmd_Add}), QStringList({"Cmd_Edit"}));
     EXPECT_EQ(f->MaskEdBox1->Text(), "15/11/2026");
-    EXPECT_TRUE(f->DTPicker2->isHidden());
-    EXPECT_TRUE(f->MaskEdBox2->isHidden());
+    EXPECT_TRUE(f->DTPicker2->isHidden() && f->MaskEdBox2->isHidden());
     // The keys and names of the pair; txtID holds the unit's key, as there is no register
     // row yet.
     EXPECT_EQ(kit::texts({f->ID_MOD, f->ID_NUM, f->ID_MAINT, f->txtID, f->DataCombo3, f->DataCombo2, f->DataCombo1,
@@ -139,15 +119,9 @@ TEST_F(Form7Missing, LinePreparesTheNewRowAndSalvaSavesIt)
 
     // SALVA is all that is left: the row and its chart row are written.
     f->Cmd_Edit->click();
-    auto r = rows("SELECT ID_MODELLO, ID_NUM, ID_MAINT_TIPO, Numerazione, Frequenza_Sett, Tempo_Minuti, Ultima, "
-                  "Prossima FROM Tbl_Maintenance WHERE ID_NUM = 3");
-    ASSERT_EQ(r.size(), 1u);
-    EXPECT_EQ(r[0][0].toLong(), 2);
-    EXPECT_EQ(r[0][2].toLong(), 2);
-    EXPECT_EQ(r[0][3].toString(), "10");
-    EXPECT_EQ(r[0][5].toLong(), 45);
-    EXPECT_EQ(vb::dateFromSerial(r[0][6].toDate().serial), today());
-    EXPECT_EQ(vb::dateFromSerial(r[0][7].toDate().serial), today().addDays(28));
+    EXPECT_EQ(lines("SELECT ID_MODELLO, ID_MAINT_TIPO, Numerazione, Tempo_Minuti, Ultima, Prossima FROM "
+                    "Tbl_Maintenance WHERE ID_NUM = 3"),
+              QStringList{"2|2|10|45|15/11/2026|13/12/2026"});
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Planned WHERE ID_NUM = 3").toLong(), 1);
 
     // The list is stale until the command runs again.
@@ -171,26 +145,4 @@ TEST_F(Form7Missing, StoppedMachineLineShowsItsStopAndPreparesNothing)
     EXPECT_EQ(f->Txt_Day_Stop->Text(), "5");
     EXPECT_EQ(f->Label16->Caption(), QString::fromUtf8("[TORNIO]-[T200]-[N°10]"));
     EXPECT_EQ(kit::texts({f->ID_NUM, f->DataCombo3, f->txtID, f->Cmd_Edit}), QStringList({"3", "", "", "SALVA"}));
-}
-
-TEST_F(Form7Missing, DrivenFromOutside)
-{
-    addMaintenance(1, 2, QDate(2026, 10, 20), QDate(2026, 11, 17));
-    addMaintenance(1, 3, QDate(2026, 10, 20), QDate(2026, 12, 15));
-    addMaintenance(2, 3, QDate(2026, 10, 20), QDate(2026, 12, 15));
-    InProcessDrive drive;
-    kit::run(drive, {"clock 2026-11-15T08:00:00", "show Form7", "click Form7.Cmd_Senza_Manutenzione"});
-    EXPECT_EQ(drive("get Form7.Frame3.Caption").toString(), "Sono 2 le Manutenzioni Mancanti");
-    const QJsonArray rows = drive("grid Form7.DataGrid3").toObject().value("rows").toArray();
-    ASSERT_EQ(rows.size(), 2);
-    EXPECT_EQ(rows[0].toArray()[1].toString(), "2");
-    drive("select Form7.DataGrid3 0");
-    EXPECT_EQ(drive("get Form7.Label16.Caption").toString(), QString::fromUtf8("[PRESSA]-[AX100]-[N°2]"));
-    drive("click Form7.Cmd_Edit");
-    EXPECT_EQ(drive("sql SELECT Count(*) AS n FROM Tbl_Maintenance WHERE ID_NUM = 2")
-                  .toArray()[0]
-                  .toObject()
-                  .value("n")
-                  .toInt(),
-              2);
 }

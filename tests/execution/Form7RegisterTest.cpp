@@ -14,17 +14,14 @@ TEST_F(Form7Register, ListIsSortedByNextDateWithItsColumnsAndCount)
     addMaintenance(1, 2, today().addDays(-20), today().addDays(8));
     addMaintenance(2, 2, today().addDays(-40), today().addDays(-12));
     Form7* f = form7();
-    ASSERT_TRUE(f);
     ASSERT_EQ(f->DataGrid1->RecordCount(), 2);
     EXPECT_EQ(f->DataGrid1->cellText(0, "Numerazione"), "2");
     EXPECT_EQ(f->Label1->Caption(), "Conteggio Manutenzioni: 2");
-    const char* captions[] = {"ID", "MACCHINA", "MODELLO", "NUM", "MANUTENZIONE TIPO", "ULTIMA", "PROSSIMA"};
-    const int widths[] = {0, 2000, 2800, 600, 1500, 1200, 1200};
-    for (int i = 0; i < 7; ++i) {
-        EXPECT_EQ(f->DataGrid1->Columns(i).Caption(), captions[i]);
-        EXPECT_EQ(f->DataGrid1->Columns(i).Width(), widths[i]);
+    EXPECT_EQ(captions(f->DataGrid1).mid(0, 7),
+              QStringList({"ID", "MACCHINA", "MODELLO", "NUM", "MANUTENZIONE TIPO", "ULTIMA", "PROSSIMA"}));
+    EXPECT_EQ(widths(f->DataGrid1).mid(0, 7), QList<int>({0, 2000, 2800, 600, 1500, 1200, 1200}));
+    for (int i = 0; i < 7; ++i)
         EXPECT_EQ(f->DataGrid1->Columns(i).Locked(), i > 0);
-    }
     // The load puts today in the Ultima fields.
     EXPECT_EQ(f->MaskEdBox1->Text(), "15/11/2026");
 }
@@ -64,17 +61,12 @@ TEST_F(Form7Register, RowChangeLoadsTheRowThroughThePickLists)
     EXPECT_EQ(kit::texts({f->txtFrequenza, f->Txt_Tot_Minuti, f->Txt_Man_Tip, f->MaskEdBox1, f->MaskEdBox2}),
               QStringList({"8", "60", "Bimestrale", "01/09/2026", "27/10/2026"}));
     EXPECT_FALSE(f->DTPicker2->isHidden());
-    EXPECT_EQ(f->Label16->Caption(), "[PRESSA]-[AX100]-[N°2]");
-    EXPECT_EQ(f->Cmd_Edit->Caption(), "Modifica");
-    EXPECT_TRUE(f->Cmd_Add_Note->isEnabled());
-    EXPECT_TRUE(f->Cmd_Stop->isEnabled());
-    // Overdue: red and bold.
-    EXPECT_EQ(f->Label8->Caption(), "Prossima!!:");
-    EXPECT_EQ(f->Label8->ForeColor(), vb::colour::Red);
-    EXPECT_TRUE(f->Label8->FontBold());
-    // Notes of the machine.
+    // Overdue: red and bold. The notes of the machine shown.
+    EXPECT_EQ(kit::texts({f->Label16, f->Cmd_Edit, f->Label8, f->Frame1}),
+              QStringList({"[PRESSA]-[AX100]-[N°2]", "Modifica", "Prossima!!:", "LEGGI NOTE MACCHINA: AX100  N°2"}));
+    EXPECT_TRUE(f->Cmd_Add_Note->isEnabled() && f->Cmd_Stop->isEnabled());
+    EXPECT_TRUE(f->Label8->ForeColor() == vb::colour::Red && f->Label8->FontBold());
     EXPECT_FALSE(f->Frame1->isHidden());
-    EXPECT_EQ(f->Frame1->Caption(), "LEGGI NOTE MACCHINA: AX100  N°2");
     EXPECT_EQ(f->DataGrid1->ToolTipText(), "CI SONO NOTE PRESENTI PER QUESTA MACCHINA!");
     EXPECT_EQ(f->DataGrid2->Columns(1).Caption(), "ID_MAINTENANCE");
     f->Form_MouseMove();
@@ -125,14 +117,12 @@ TEST_F(Form7Register, NewRowTakesNextDateFromUltimaAndMakesThePlanRow)
     Form7* f = form7();
     f->Cmd_Add->click();
     EXPECT_EQ(f->Cmd_Edit->Caption(), "SALVA");
-    EXPECT_FALSE(f->Cmd_Add->isEnabled());
-    EXPECT_TRUE(f->DTPicker2->isHidden());
+    EXPECT_TRUE(!f->Cmd_Add->isEnabled() && f->DTPicker2->isHidden());
     f->DataCombo3->choose("PRESSA");
     f->DataCombo2->choose("AX100");
     f->DataCombo1->choose("2");
     f->DataCombo4->choose("Mensile");
-    EXPECT_EQ(f->txtFrequenza->Text(), "4");
-    EXPECT_EQ(f->ID_NUM->Text(), "2");
+    EXPECT_EQ(kit::texts({f->txtFrequenza, f->ID_NUM}), QStringList({"4", "2"}));
     f->DTPicker1->setValue(vb::Variant::fromDate(QDate(2026, 11, 2)));
     EXPECT_EQ(f->MaskEdBox1->Text(), "02/11/2026");
     // The hidden next date is not read by a new row.
@@ -140,20 +130,10 @@ TEST_F(Form7Register, NewRowTakesNextDateFromUltimaAndMakesThePlanRow)
     f->Cmd_Edit->click();
     EXPECT_TRUE(boxes().empty());
 
-    const auto r = rows("SELECT ID_MODELLO, ID_NUM, ID_MAINT_TIPO, Ultima, Prossima, Tempo_Minuti, Operatore FROM "
-                        "Tbl_Maintenance");
-    ASSERT_EQ(r.size(), 1u);
-    EXPECT_EQ(r[0][0].toLong(), 1);
-    EXPECT_EQ(r[0][1].toLong(), 2);
-    EXPECT_EQ(r[0][2].toLong(), 2);
-    EXPECT_EQ(vb::dateFromSerial(r[0][3].toDate().serial), QDate(2026, 11, 2));
-    EXPECT_EQ(vb::dateFromSerial(r[0][4].toDate().serial), QDate(2026, 11, 30));
-    EXPECT_EQ(r[0][5].toDouble(), 30);
-    EXPECT_EQ(r[0][6].toString(), "");
-    const auto plan = rows("SELECT ID_MODELLO, Macchina, Modello, ID_NUM, Numerazione FROM Tbl_Planned");
-    ASSERT_EQ(plan.size(), 1u);
-    EXPECT_EQ(plan[0][1].toString(), "PRESSA");
-    EXPECT_EQ(plan[0][4].toString(), "2");
+    EXPECT_EQ(lines("SELECT ID_MODELLO, ID_NUM, ID_MAINT_TIPO, Ultima, Prossima, Tempo_Minuti, Operatore FROM "
+                    "Tbl_Maintenance"),
+              QStringList{"1|2|2|02/11/2026|30/11/2026|30|"});
+    EXPECT_EQ(lines("SELECT Macchina, Numerazione FROM Tbl_Planned"), QStringList{"PRESSA|2"});
 
     // The save reloads the screen in browse state.
     Form7* again = form7();
@@ -204,10 +184,8 @@ TEST_F(Form7Register, EditKeepsTheNextDateAsSetAndShowsProgress)
     f->Cmd_Edit->click();
     EXPECT_EQ(f->ProgressBar1->Value(), 100);
     EXPECT_EQ(f->Lbl_ProgressBar->Caption(), "Final Procedure...100,0%");
-    EXPECT_EQ(dateOf(QStringLiteral("SELECT Ultima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2026, 11, 3));
-    EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(id)), QDate(2027, 1, 10));
-    EXPECT_EQ(value(QStringLiteral("SELECT ID_Operatore FROM Tbl_Maintenance WHERE ID = %1").arg(id)),
-              vb::Variant::null());
+    EXPECT_EQ(lines("SELECT Ultima, Prossima FROM Tbl_Maintenance"), QStringList{"03/11/2026|10/01/2027"});
+    EXPECT_TRUE(value("SELECT ID_Operatore FROM Tbl_Maintenance").isNull());
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Planned").toLong(), 1);
 }
 
@@ -227,17 +205,14 @@ TEST_F(Form7Register, DeleteLeavesAnEmptyPlanRowForTheOtherMaintenance)
     EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Maintenance").toLong(), 1);
     const auto plan = rows("SELECT ID_NUM, [1], [9] FROM Tbl_Planned");
     ASSERT_EQ(plan.size(), 1u);
-    EXPECT_EQ(plan[0][0].toLong(), 1);
-    EXPECT_TRUE(plan[0][1].isNull());
-    EXPECT_TRUE(plan[0][2].isNull());
+    EXPECT_TRUE(plan[0][0].toLong() == 1 && plan[0][1].isNull() && plan[0][2].isNull());
 }
 
 TEST_F(Form7Register, UltimaStepsByOneDayAndAsksForADate)
 {
     Form7* f = form7();
     f->Command1->click();
-    EXPECT_EQ(f->MaskEdBox1->Text(), "14/11/2026");
-    EXPECT_EQ(vb::dateFromSerial(f->DTPicker1->Value().toDate().serial), QDate(2026, 11, 14));
+    EXPECT_EQ(kit::texts({f->MaskEdBox1, f->DTPicker1}), QStringList({"14/11/2026", "14/11/2026"}));
     f->Command2->click();
     f->Command2->click();
     EXPECT_EQ(f->MaskEdBox1->Text(), "16/11/2026");

@@ -46,8 +46,7 @@ TEST_F(Form7Stops, FirstStopRestartAndSecondStopPushTheSchedule)
                "Confermi La Fermata di questa Macchina in data 05/11/2026?", vb::mb::YesNo + vb::mb::Question);
     // The confirm reloaded the screen, and the load pushed the date by the days stopped.
     EXPECT_EQ(dateOf("SELECT Prossima FROM Tbl_Maintenance"), ultima.addDays(28 + 10));
-    EXPECT_EQ(value("SELECT Giorni_Stop FROM Tbl_Fermi_Macchina").toLong(), 10);
-    EXPECT_EQ(value("SELECT Numero_Stop FROM Tbl_Fermi_Macchina").toLong(), 1);
+    EXPECT_EQ(lines("SELECT Giorni_Stop, Numero_Stop FROM Tbl_Fermi_Macchina"), QStringList{"10|1"});
 
     Form7* f = form7();
     selectRow(f, id);
@@ -62,8 +61,7 @@ TEST_F(Form7Stops, FirstStopRestartAndSecondStopPushTheSchedule)
     // Restart: the record stays, without a date, and keeps pushing by its total.
     restart(id);
     EXPECT_EQ(oneBox().title, "MACCHINA RIAVVIATE IL **20/11/2026**");
-    EXPECT_TRUE(value("SELECT Ferma_Dal FROM Tbl_Fermi_Macchina").isNull());
-    EXPECT_EQ(value("SELECT TOT_Giorni_Stop FROM Tbl_Fermi_Macchina").toLong(), 15);
+    EXPECT_EQ(lines("SELECT Ferma_Dal, TOT_Giorni_Stop FROM Tbl_Fermi_Macchina"), QStringList{"|15"});
     advance(30);
     reload();
     EXPECT_EQ(dateOf("SELECT Prossima FROM Tbl_Maintenance"), ultima.addDays(28 + 15));
@@ -93,11 +91,8 @@ TEST_F(Form7Stops, CountsRiseOncePerMaintenanceOfTheMachine)
     const int bim = addMaintenance(1, 3, QDate(2026, 10, 20), QDate(2026, 12, 15));
     form7();
     stop(men, today().addDays(-4));
-    auto r = rows("SELECT ID_NUM, ID_MAINT_TIPO, Numero_Stop, Ferma_Dal FROM Tbl_Fermi_Macchina");
-    ASSERT_EQ(r.size(), 1u);
-    EXPECT_EQ(r[0][1].toLong(), 3);
-    EXPECT_EQ(r[0][2].toLong(), 2);
-    EXPECT_EQ(r[0][3].toString(), "11/11/2026");
+    EXPECT_EQ(lines("SELECT ID_MAINT_TIPO, Numero_Stop, Ferma_Dal FROM Tbl_Fermi_Macchina"),
+              QStringList{"3|2|11/11/2026"});
     // Numero_Stop 2 takes the second rule: g + total (0) + frequency.
     EXPECT_EQ(dateOf(QStringLiteral("SELECT Prossima FROM Tbl_Maintenance WHERE ID = %1").arg(bim)),
               QDate(2026, 10, 20).addDays(4 + 56));
@@ -142,17 +137,14 @@ TEST_F(Form7Stops, StoppedListShowsOnlyMachinesStoppedNow)
     addStop(3, 2, QString(), 1, 4); // restarted
     Form7* f = form7();
     f->Command3->click();
-    EXPECT_FALSE(f->Frame3->isHidden());
     EXPECT_EQ(f->Frame3->Caption(), "Sono 1 le Macchine Ferme");
+    EXPECT_FALSE(f->Frame3->isHidden());
     ASSERT_EQ(f->DataGrid3->RecordCount(), 1);
     EXPECT_EQ(f->DataGrid3->cellText(0, 1), "PRESSA");
-    const char* captions[] = {"FERMA DAL", "MACCHINA", "MODELLO", "ID_NUM", "N°"};
-    const int widths[] = {1100, 2500, 2900, 0, 600};
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(f->DataGrid3->Columns(i).Caption(), QString::fromUtf8(captions[i]));
-        EXPECT_EQ(f->DataGrid3->Columns(i).Width(), widths[i]);
+    EXPECT_EQ(captions(f->DataGrid3), QStringList({"FERMA DAL", "MACCHINA", "MODELLO", "ID_NUM", "N°"}));
+    EXPECT_EQ(widths(f->DataGrid3), QList<int>({1100, 2500, 2900, 0, 600}));
+    for (int i = 0; i < 5; ++i)
         EXPECT_TRUE(f->DataGrid3->Columns(i).Locked());
-    }
     f->Lbl_CHIUDI->click();
     EXPECT_TRUE(f->Frame3->isHidden());
 }
