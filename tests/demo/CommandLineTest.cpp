@@ -11,13 +11,8 @@
 
 namespace {
 
-struct Outcome
-{
-    int exitCode = -1;
-    QString err;
-};
-
-Outcome velmora(const QStringList& args)
+/// The program run offscreen: its exit code and what it wrote on the error stream.
+std::pair<int, QString> velmora(const QStringList& args)
 {
     QProcess p;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -37,9 +32,9 @@ QByteArray bytesOf(const QString& path)
 TEST(DemoCommandLine, ScreenshotsOfEveryScreenOnTheDemoPlantThenNoSecondDemo)
 {
     QTemporaryDir home, pictures;
-    const Outcome made = velmora({"--demo", "--screenshot", pictures.path(), "--home", home.path()});
-    EXPECT_EQ(made.exitCode, 0) << qPrintable(made.err);
-    EXPECT_TRUE(made.err.contains("Impianto dimostrativo:")) << qPrintable(made.err);
+    const auto [made, madeErr] = velmora({"--demo", "--screenshot", pictures.path(), "--home", home.path()});
+    EXPECT_EQ(made, 0) << qPrintable(madeErr);
+    EXPECT_TRUE(madeErr.contains("Impianto dimostrativo:")) << qPrintable(madeErr);
 
     // The main screen, the about screen and every working screen built so far (the
     // documents show only from a print command), each a real PNG.
@@ -51,7 +46,7 @@ TEST(DemoCommandLine, ScreenshotsOfEveryScreenOnTheDemoPlantThenNoSecondDemo)
     for (const QString& name : expected) {
         const QByteArray png = bytesOf(QDir(pictures.path()).filePath(name + ".png"));
         EXPECT_TRUE(png.startsWith(QByteArray("\x89PNG\r\n\x1a\n", 8)))
-            << qPrintable(name) << "; " << qPrintable(made.err);
+            << qPrintable(name) << "; " << qPrintable(madeErr);
         EXPECT_GT(png.size(), 1000) << qPrintable(name);
     }
 
@@ -59,9 +54,9 @@ TEST(DemoCommandLine, ScreenshotsOfEveryScreenOnTheDemoPlantThenNoSecondDemo)
     const QString store = QDir(home.path()).filePath("Velmora.sqlite");
     const QByteArray before = bytesOf(store);
     ASSERT_FALSE(before.isEmpty());
-    const Outcome again = velmora({"--demo", "--home", home.path()});
-    EXPECT_EQ(again.exitCode, 1);
-    EXPECT_TRUE(again.err.contains("contiene già dei dati")) << qPrintable(again.err);
+    const auto [again, againErr] = velmora({"--demo", "--home", home.path()});
+    EXPECT_EQ(again, 1);
+    EXPECT_TRUE(againErr.contains("contiene già dei dati")) << qPrintable(againErr);
     EXPECT_EQ(bytesOf(store), before);
 }
 

@@ -44,14 +44,13 @@ protected:
         vb::setAppPath(dir);
     }
 
-    static sqlite3* db() { return store::DataStore::instance().handle(); }
-
     /// The rows of a statement in SQLite's words, each as "v1|v2|...".
     static QStringList rows(const QString& sql)
     {
         QStringList out;
+        sqlite3* db = store::DataStore::instance().handle();
         sqlite3_stmt* st = nullptr;
-        EXPECT_EQ(sqlite3_prepare_v2(db(), sql.toUtf8(), -1, &st, nullptr), SQLITE_OK) << sqlite3_errmsg(db());
+        EXPECT_EQ(sqlite3_prepare_v2(db, sql.toUtf8(), -1, &st, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
         while (st && sqlite3_step(st) == SQLITE_ROW) {
             QStringList cells;
             for (int i = 0; i < sqlite3_column_count(st); ++i) {
@@ -64,11 +63,7 @@ protected:
         return out;
     }
 
-    static int number(const QString& sql)
-    {
-        const QStringList r = rows(sql);
-        return r.isEmpty() ? -1 : r.front().toInt();
-    }
+    static int number(const QString& sql) { return rows(sql).value(0, "-1").toInt(); }
 
     /// Every row of every table, in key order: two equal dumps are two equal stores.
     static QStringList dump()
