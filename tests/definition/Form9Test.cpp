@@ -1,7 +1,4 @@
-// The general procedures: the models and their steps, the register's preselected model,
-// a model's insert and its change of key carried to steps, assignments and assigned steps,
-// the step's insert and edit followed by the assigned steps, the copy of a step onto
-// another model, the deletes, the searches, the print and the menu's road.
+// The general procedures of Form9: models and their steps, edits carried to the assignments.
 #include "definition/Form9.h"
 
 #include "definition/Workload.h"
@@ -46,7 +43,6 @@ protected:
 TEST_F(Form9Test, ListsModelsAndStepsAndSelectsThem)
 {
     Form9* f = form9();
-    EXPECT_EQ(f->Caption(), "PROCEDURE MANUTENZIONI");
     EXPECT_EQ(captions(f->DataGrid2), (QStringList{"ID", "Macchina", "Modello", "ID_MODELLO"}));
     EXPECT_EQ(f->DataGrid2->cellText(2, "Modello"), "T200") << "by kind, then model";
     EXPECT_EQ(f->Label2->Caption(), "N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: ]");
@@ -360,10 +356,11 @@ TEST_F(Form9Test, AStepWhoseOldTitleHasAnApostropheLeavesTheAssignedStepsBehind)
 
 TEST_F(Form9Test, TheWorkloadLineCountsTheModelsListed)
 {
-    exec("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Tot_Minuti_Sett) VALUES (1, 1, '1200')");
-    exec("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Tot_Minuti_Sett) VALUES (3, 1, '1800')");
+    exec("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Tot_Minuti_Sett) VALUES (1, 1, '1.200,00')");
+    exec("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Tot_Minuti_Sett) VALUES (3, 1, '1.800,00')");
     Form9* f = form9();
-    // 3000 minutes: 50 hours are no time of day and read 00:00:00; 1,25 people show as 1,3.
+    // 1.200,00 + 1.800,00 as texts, 3000 minutes: 50 hours are no time of day and read 00:00:00; 1,25 people show as
+    // 1,3.
     EXPECT_EQ(f->Label2->Caption(), "N° 3 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: 1,3]");
     f->Txt_Search_Macc->typeText("TOR");
     EXPECT_EQ(f->Label2->Caption(), "N° 1 Macchine    [-Ore Settimanali: hh:mm:ss 00:00:00 -Persone Necessarie: 1,3]");

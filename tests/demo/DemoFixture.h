@@ -1,6 +1,5 @@
 #pragma once
-// A demo plant made in a temporary program folder with the clock frozen on the demo
-// day, and what the tests read of it through SQLite's own eyes.
+// A demo plant in a temporary program folder on the frozen demo day, read through SQLite.
 
 #include "definition/Workload.h"
 #include "demo/DemoPlant.h"
@@ -45,19 +44,18 @@ protected:
         vb::setAppPath(dir);
     }
 
-    static sqlite3* db() { return store::DataStore::instance().handle(); }
-
     /// The rows of a statement in SQLite's words, each as "v1|v2|...".
-    static QStringList rows(const char* sql)
+    static QStringList rows(const QString& sql)
     {
         QStringList out;
+        sqlite3* db = store::DataStore::instance().handle();
         sqlite3_stmt* st = nullptr;
-        EXPECT_EQ(sqlite3_prepare_v2(db(), sql, -1, &st, nullptr), SQLITE_OK) << sqlite3_errmsg(db());
+        EXPECT_EQ(sqlite3_prepare_v2(db, sql.toUtf8(), -1, &st, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
         while (st && sqlite3_step(st) == SQLITE_ROW) {
             QStringList cells;
             for (int i = 0; i < sqlite3_column_count(st); ++i) {
                 const auto* t = reinterpret_cast<const char*>(sqlite3_column_text(st, i));
-                cells << (t ? QString::fromUtf8(t) : QStringLiteral("<null>"));
+                cells << (t ? QString::fromUtf8(t) : "<null>");
             }
             out << cells.join(QLatin1Char('|'));
         }
@@ -65,22 +63,25 @@ protected:
         return out;
     }
 
-    static int number(const char* sql)
-    {
-        const QStringList r = rows(sql);
-        return r.isEmpty() ? -1 : r.front().toInt();
-    }
+    static int number(const QString& sql) { return rows(sql).value(0, "-1").toInt(); }
 
     /// Every row of every table, in key order: two equal dumps are two equal stores.
     static QStringList dump()
     {
         QStringList out;
         for (const QString& table : rows("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name")) {
-            const QByteArray sql = "SELECT * FROM \"" + table.toUtf8() + "\" ORDER BY rowid";
-            out << QStringLiteral("== ") + table;
-            out << rows(sql.constData());
+            out << "== " + table << rows("SELECT * FROM \"" + table + "\" ORDER BY rowid");
         }
         return out;
+    }
+
+    /// The dump of a store made by make in a fresh folder of its own.
+    template <class Make> static QStringList madeAfresh(Make make)
+    {
+        QTemporaryDir dir;
+        useFolder(dir.path());
+        make();
+        return dump();
     }
 
     QTemporaryDir m_dir;

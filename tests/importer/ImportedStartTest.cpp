@@ -6,30 +6,17 @@
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
-#include "shell/Driver.h"
 #include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
+#include "support/InProcessDrive.h"
 #include "support/TestPaths.h"
 
-#include <QDate>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
 #include <sqlite3.h>
 
 namespace {
-
-QJsonValue answerOf(shell::Driver& driver, const QString& command)
-{
-    const QJsonObject reply = QJsonDocument::fromJson(driver.execute(command).toUtf8()).object();
-    EXPECT_TRUE(reply.value(QStringLiteral("ok")).toBool())
-        << command.toStdString() << " -> " << QJsonDocument(reply).toJson(QJsonDocument::Compact).toStdString();
-    return reply.value(QStringLiteral("value"));
-}
 
 // Due rows of the alert query on the given day, by the days between the day and the date
 // due (negative when past).
@@ -60,8 +47,7 @@ TEST(ImportedStartTest, UpgradeAndDueAlertsOnThePlantsData)
     ASSERT_TRUE(imported.ok) << imported.message.toStdString();
 
     // The plant's reference day, as its summary gives it.
-    const QDate today(2026, 11, 22);
-    const std::vector<int> due = dueOffsets(imported.storePath, today);
+    const std::vector<int> due = dueOffsets(imported.storePath, QDate(2026, 11, 22));
     ASSERT_FALSE(due.empty());
     // One or two days late pass in silence; everything else gets its own box.
     const auto detailBoxes = std::count_if(due.begin(), due.end(), [](int d) { return d != -1 && d != -2; });
@@ -70,25 +56,20 @@ TEST(ImportedStartTest, UpgradeAndDueAlertsOnThePlantsData)
     store::DataStore::reset();
     definition::installWorkloadLine(); // the start as the program makes it
     {
-        shell::Driver driver;
-        answerOf(driver, QStringLiteral("clock 2026-11-22T08:00:00"));
-        answerOf(driver, QStringLiteral("answer yes"));
-        answerOf(driver, QStringLiteral("start"));
-        const QJsonArray boxes = answerOf(driver, QStringLiteral("boxes")).toArray();
+        InProcessDrive drive;
+        drive("clock 2026-11-22T08:00:00");
+        drive("answer yes");
+        drive("start");
+        const QJsonArray boxes = drive("boxes").toArray();
         ASSERT_GE(boxes.size(), 1);
-        const QJsonObject question = boxes.at(0).toObject();
-        EXPECT_EQ(question.value(QStringLiteral("title")).toString(), QStringLiteral("MANUTENZIONE DA ESEGUIRE"));
-        EXPECT_EQ(question.value(QStringLiteral("buttons")).toInt(), 20);
+        EXPECT_EQ(boxes.at(0)["title"].toString(), "MANUTENZIONE DA ESEGUIRE");
+        EXPECT_EQ(boxes.at(0)["buttons"].toInt(), 20);
         EXPECT_EQ(boxes.size(), 1 + detailBoxes);
 
         // The upgrade gave the old file the columns and the sheet table of later versions.
-        EXPECT_EQ(answerOf(driver, QStringLiteral("sql SELECT Images, Percorso FROM Tbl_Ricerca")).toArray().size(),
-                  60);
-        answerOf(driver, QStringLiteral("sql SELECT Tipo_Nota FROM Tbl_Maintenance_Note"));
-        const QJsonArray sheets =
-            answerOf(driver, QStringLiteral("sql SELECT COUNT(*) AS N FROM Tbl_Certif_Proced_Manut")).toArray();
-        ASSERT_EQ(sheets.size(), 1);
-        EXPECT_GT(sheets.at(0).toObject().value(QStringLiteral("N")).toInt(), 0);
+        EXPECT_EQ(drive("sql SELECT Images, Percorso FROM Tbl_Ricerca").toArray().size(), 60);
+        drive("sql SELECT Tipo_Nota FROM Tbl_Maintenance_Note");
+        EXPECT_GT(drive("sql SELECT COUNT(*) AS N FROM Tbl_Certif_Proced_Manut")[0]["N"].toInt(), 0);
         shell::screens().discardAll();
     }
     store::DataStore::reset();

@@ -1,5 +1,5 @@
-// The importer against the old plant file of the shared fixtures and its summary
-// (Velmora.json: every table, column type, row count and the first rows).
+// The importer against the old plant file and its summary (Velmora.json: every table,
+// column type, row count and the first rows).
 #include "importer/Importer.h"
 
 #include "importer/StoreWriter.h"
@@ -8,7 +8,6 @@
 #include "support/TestPaths.h"
 
 #include <QCryptographicHash>
-#include <QDate>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -22,12 +21,9 @@
 
 namespace {
 
-const QString FixtureDir = testpaths::shared(QStringLiteral("fixtures/legacy"));
+const QString FixtureDir = testpaths::shared("fixtures/legacy");
 
-QString fixtureMdb()
-{
-    return FixtureDir + QStringLiteral("/Velmora.mdb");
-}
+const QString FixtureMdb = FixtureDir + "/Velmora.mdb";
 
 // A look at a store, values as SQLite holds them.
 class Store
@@ -35,7 +31,7 @@ class Store
 public:
     explicit Store(const QString& path)
     {
-        sqlite3_open_v2(path.toUtf8().constData(), &m_db, SQLITE_OPEN_READWRITE, nullptr);
+        sqlite3_open_v2(path.toUtf8().constData(), &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
         store::jet::registerFunctions(m_db);
     }
     ~Store() { sqlite3_close(m_db); }
@@ -70,12 +66,9 @@ public:
         const auto r = rows(sql);
         return r.isEmpty() || r.first().isEmpty() ? QVariant() : r.first().first();
     }
-    QStringList columns(const QString& table) const
+    bool exec(const QString& sql) const
     {
-        QStringList names;
-        for (const QVariantList& r : rows(QStringLiteral("SELECT name FROM pragma_table_info('%1')").arg(table)))
-            names << r.first().toString();
-        return names;
+        return sqlite3_exec(m_db, sql.toUtf8(), nullptr, nullptr, nullptr) == SQLITE_OK;
     }
 
 private:
@@ -102,6 +95,21 @@ QByteArray folderState(const QString& dir)
     return hash.result().toHex();
 }
 
+QByteArray bytesOf(const QString& path)
+{
+    QFile f(path);
+    EXPECT_TRUE(f.open(QIODevice::ReadOnly)) << path.toStdString();
+    return f.readAll();
+}
+
+QString written(const QString& path, const QByteArray& bytes)
+{
+    QFile f(path);
+    EXPECT_TRUE(f.open(QIODevice::WriteOnly)) << path.toStdString();
+    f.write(bytes);
+    return path;
+}
+
 QString qi(const QString& name)
 {
     return QLatin1Char('"') + name + QLatin1Char('"');
@@ -112,21 +120,15 @@ class ImporterTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        if (!QFile::exists(fixtureMdb()))
+        if (!QFile::exists(FixtureMdb))
             GTEST_SKIP() << "the old plant file is not beside the clone";
         ASSERT_TRUE(m_home.isValid());
     }
     QString home() const { return m_home.path(); }
-    QString storePath() const { return home() + QStringLiteral("/Velmora.sqlite"); }
-    importer::ImportResult import(bool replace = false, const QString& mdb = fixtureMdb())
+    QString storePath() const { return home() + "/Velmora.sqlite"; }
+    importer::ImportResult import(bool replace = false, const QString& mdb = FixtureMdb)
     {
         return importer::importMdb({mdb, home(), replace});
-    }
-    QJsonObject summary() const
-    {
-        QFile f(FixtureDir + QStringLiteral("/Velmora.json"));
-        EXPECT_TRUE(f.open(QIODevice::ReadOnly));
-        return QJsonDocument::fromJson(f.readAll()).object();
     }
 
     QTemporaryDir m_home;
@@ -140,40 +142,37 @@ TEST_F(ImporterTest, FixtureArrivesTableByTable)
     const importer::ImportResult result = import();
     ASSERT_TRUE(result.ok) << result.message.toStdString();
     Store store(storePath());
-    const QJsonArray tables = summary().value(QStringLiteral("tables")).toArray();
+    const QJsonArray tables =
+        QJsonDocument::fromJson(bytesOf(FixtureDir + "/Velmora.json")).object().value("tables").toArray();
     ASSERT_EQ(result.tables.size(), size_t(tables.size()));
 
     for (const QJsonValue& tv : tables) {
         const QJsonObject t = tv.toObject();
-        const QString name = t.value(QStringLiteral("name")).toString();
+        const QString name = t.value("name").toString();
         SCOPED_TRACE(name.toStdString());
-        const qint64 count = t.value(QStringLiteral("row_count")).toInteger();
+        const qint64 count = t.value("row_count").toInteger();
         EXPECT_EQ(store.value(QStringLiteral("SELECT COUNT(*) FROM %1").arg(qi(name))).toLongLong(), count);
         const auto line = std::find_if(result.tables.begin(), result.tables.end(),
                                        [&](const importer::TableCount& c) { return c.table == name; });
         ASSERT_NE(line, result.tables.end());
-        EXPECT_EQ(line->inOldFile, count);
-        EXPECT_EQ(line->imported, count);
+        EXPECT_EQ(std::pair(line->inOldFile, line->imported), std::pair(count, count));
 
         QHash<QString, QString> types;
-        for (const QJsonValue& cv : t.value(QStringLiteral("columns")).toArray()) {
-            const QString col = cv.toObject().value(QStringLiteral("name")).toString();
-            const QString type = cv.toObject().value(QStringLiteral("type")).toString();
+        for (const QJsonValue& cv : t.value("columns").toArray()) {
+            const QString col = cv.toObject().value("name").toString();
+            const QString type = cv.toObject().value("type").toString();
             types.insert(col, type);
             const store::ColumnType have = store::columnType(store.db(), name, col);
-            SCOPED_TRACE(col.toStdString());
-            if (type == QLatin1String("SHORT_DATE_TIME"))
-                EXPECT_EQ(have, store::ColumnType::Date);
-            else if (type == QLatin1String("TEXT") || type == QLatin1String("MEMO"))
-                EXPECT_TRUE(store::isTextType(have));
-            else
-                EXPECT_TRUE(store::isNumberType(have));
+            EXPECT_TRUE(type == "SHORT_DATE_TIME"          ? have == store::ColumnType::Date
+                        : type == "TEXT" || type == "MEMO" ? store::isTextType(have)
+                                                           : store::isNumberType(have))
+                << col.toStdString() << " " << type.toStdString();
         }
 
         // Samples are the first rows in the old file's order: found by key, or by the
         // order of arrival where the table has none.
-        const QString key = t.value(QStringLiteral("primary_key")).toString();
-        const QJsonArray samples = t.value(QStringLiteral("sample_rows")).toArray();
+        const QString key = t.value("primary_key").toString();
+        const QJsonArray samples = t.value("sample_rows").toArray();
         for (int i = 0; i < samples.size(); ++i) {
             const QJsonObject sample = samples.at(i).toObject();
             const QString where =
@@ -191,12 +190,10 @@ TEST_F(ImporterTest, FixtureArrivesTableByTable)
                 } else if (it.value() == QLatin1String("SHORT_DATE_TIME")) {
                     EXPECT_NEAR(got.toDouble(), dayNumber(want.toString()), 1e-9);
                 } else if (want.isString()) {
-                    const QString text = want.toString();
                     // Samples cut long texts at 300 characters; the store has them whole.
-                    if (text.size() >= 300)
-                        EXPECT_TRUE(got.toString().startsWith(text));
-                    else
-                        EXPECT_EQ(got.toString(), text);
+                    const QString text = want.toString();
+                    EXPECT_TRUE(text.size() >= 300 ? got.toString().startsWith(text) : got.toString() == text)
+                        << got.toString().toStdString();
                 } else {
                     EXPECT_DOUBLE_EQ(got.toDouble(), want.toDouble());
                 }
@@ -214,8 +211,8 @@ TEST_F(ImporterTest, PlantedCasesSurvive)
         // An operator still in service has no end date: Null, not 0 and not "".
         {"SELECT Fine_Rapp FROM Tbl_Operatore WHERE ID_OPERATORE = 5", QVariant()},
         // The operators' dates are text in the old file and stay the text they were.
-        {"SELECT Data_Nascita FROM Tbl_Operatore WHERE ID_OPERATORE = 3", QStringLiteral("23/07/1968")},
-        {"SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = 3", QStringLiteral("Niccolò D'Angelo")},
+        {"SELECT Data_Nascita FROM Tbl_Operatore WHERE ID_OPERATORE = 3", "23/07/1968"},
+        {"SELECT Operatore FROM Tbl_Operatore WHERE ID_OPERATORE = 3", "Niccolò D'Angelo"},
         // The stopped machines: the next date is pushed back beyond the plain interval.
         {"SELECT Prossima - Ultima - 7 * Frequenza_Sett FROM Tbl_Maintenance WHERE ID = 16", 12.0},
         {"SELECT Prossima - Ultima - 7 * Frequenza_Sett FROM Tbl_Maintenance WHERE ID = 25", 6.0},
@@ -224,7 +221,7 @@ TEST_F(ImporterTest, PlantedCasesSurvive)
         {"SELECT Koeff_Settimanale FROM Tbl_Maint_Tipo WHERE ID_MAINT_TIPO = 4", 0.0769},
         // Currency keeps its cents; session times keep their seconds.
         {"SELECT Costo FROM Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = 2", 7.45},
-        {"SELECT Date_Open FROM Tbl_Register ORDER BY rowid LIMIT 1", dayNumber(QStringLiteral("2026-11-16T07:27:34"))},
+        {"SELECT Date_Open FROM Tbl_Register ORDER BY rowid LIMIT 1", dayNumber("2026-11-16T07:27:34")},
     };
     for (const auto& [sql, want] : cases) {
         const QVariant got = store.value(QString::fromUtf8(sql));
@@ -237,12 +234,9 @@ TEST_F(ImporterTest, PlantedCasesSurvive)
     }
     // A line evaded after the import, whose INSERT does not name the arrival column, waits
     // under its default: the receiving of goods looks for that literal.
-    ASSERT_EQ(sqlite3_exec(store.db(), "INSERT INTO Tbl_Historian_Orders (Ricambi) VALUES ('nuovo')", nullptr, nullptr,
-                           nullptr),
-              SQLITE_OK);
-    EXPECT_EQ(store.value(QStringLiteral("SELECT Data_Ricevuto FROM Tbl_Historian_Orders WHERE Ricambi = 'nuovo'"))
-                  .toString(),
-              QStringLiteral("Non Ricevuto"));
+    ASSERT_TRUE(store.exec("INSERT INTO Tbl_Historian_Orders (Ricambi) VALUES ('nuovo')"));
+    EXPECT_EQ(store.value("SELECT Data_Ricevuto FROM Tbl_Historian_Orders WHERE Ricambi = 'nuovo'").toString(),
+              "Non Ricevuto");
 }
 
 // The old file predates the start-up upgrade and arrives as it is: the upgrade's
@@ -252,26 +246,20 @@ TEST_F(ImporterTest, OldFileArrivesAsItIs)
 {
     ASSERT_TRUE(import().ok);
     Store store(storePath());
-    EXPECT_FALSE(store.columns(QStringLiteral("Tbl_Ricerca")).contains(QStringLiteral("Images")));
-    EXPECT_FALSE(store.columns(QStringLiteral("Tbl_Maintenance_Note")).contains(QStringLiteral("Tipo_Nota")));
-    EXPECT_FALSE(
-        store.value(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'Tbl_Certif_Proced_Manut'")).isValid());
+    for (const char* absent : {"pragma_table_info('Tbl_Ricerca') WHERE name = 'Images'",
+                               "pragma_table_info('Tbl_Maintenance_Note') WHERE name = 'Tipo_Nota'",
+                               "sqlite_master WHERE name = 'Tbl_Certif_Proced_Manut'"})
+        EXPECT_FALSE(store.value(QStringLiteral("SELECT 1 FROM ") + absent).isValid()) << absent;
 
-    for (const QString& table : {QStringLiteral("Tbl_Reparto"), QStringLiteral("Tbl_Causa_Intervento")}) {
-        const QString key =
-            table == QLatin1String("Tbl_Reparto") ? QStringLiteral("ID_Reparto") : QStringLiteral("ID_CAUSA");
-        const qlonglong highest = store.value(QStringLiteral("SELECT MAX(%1) FROM %2").arg(key, table)).toLongLong();
-        const QString textColumn =
-            table == QLatin1String("Tbl_Reparto") ? QStringLiteral("Reparto") : QStringLiteral("Causa_Interv");
-        ASSERT_EQ(sqlite3_exec(store.db(),
-                               QStringLiteral("INSERT INTO %1 (%2) VALUES ('nuovo')").arg(table, textColumn).toUtf8(),
-                               nullptr, nullptr, nullptr),
-                  SQLITE_OK);
-        EXPECT_EQ(store.value(QStringLiteral("SELECT MAX(%1) FROM %2").arg(key, table)).toLongLong(), highest + 1);
+    for (const auto& [table, key, text] : {std::tuple{"Tbl_Reparto", "ID_Reparto", "Reparto"},
+                                           std::tuple{"Tbl_Causa_Intervento", "ID_CAUSA", "Causa_Interv"}}) {
+        const QString highest = QStringLiteral("SELECT MAX(%1) FROM %2").arg(key, table);
+        const qlonglong before = store.value(highest).toLongLong();
+        ASSERT_TRUE(store.exec(QStringLiteral("INSERT INTO %1 (%2) VALUES ('nuovo')").arg(table, text)));
+        EXPECT_EQ(store.value(highest).toLongLong(), before + 1) << table;
     }
-    EXPECT_TRUE(store.value(QStringLiteral("SELECT sql FROM sqlite_master WHERE name = 'Tbl_Operatore'"))
-                    .toString()
-                    .contains(QStringLiteral("COLLATE JET")));
+    EXPECT_TRUE(
+        store.value("SELECT sql FROM sqlite_master WHERE name = 'Tbl_Operatore'").toString().contains("COLLATE JET"));
 }
 
 // Columns and tables the store does not know come as the old file declares them: text
@@ -280,18 +268,18 @@ TEST_F(ImporterTest, OldFileArrivesAsItIs)
 TEST(StoreWriterTest, UnknownTablesAndColumnsFollowTheOldFile)
 {
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("new.sqlite"));
+    const QString path = dir.filePath("new.sqlite");
     using importer::JetType;
     importer::StoreWriter writer;
     ASSERT_TRUE(writer.create(path)) << writer.error().toStdString();
 
-    importer::MdbTableInfo extra{QStringLiteral("Tbl_Attrezzi"),
-                                 {{QStringLiteral("ID_ATTREZZO"), JetType::Long, 0, 0, 0, true},
-                                  {QStringLiteral("Nome"), JetType::Text, 40},
-                                  {QStringLiteral("Acquisto"), JetType::DateTime},
-                                  {QStringLiteral("Tarato"), JetType::Boolean},
-                                  {QStringLiteral("Prezzo"), JetType::Currency},
-                                  {QStringLiteral("Note"), JetType::Memo}},
+    importer::MdbTableInfo extra{"Tbl_Attrezzi",
+                                 {{"ID_ATTREZZO", JetType::Long, 0, 0, 0, true},
+                                  {"Nome", JetType::Text, 40},
+                                  {"Acquisto", JetType::DateTime},
+                                  {"Tarato", JetType::Boolean},
+                                  {"Prezzo", JetType::Currency},
+                                  {"Note", JetType::Memo}},
                                  2};
     ASSERT_TRUE(writer.beginTable(extra)) << writer.error().toStdString();
     auto text = [](const char* s) { return importer::MdbValue{importer::MdbValue::Text, 0, 0, QByteArray(s)}; };
@@ -302,30 +290,23 @@ TEST(StoreWriterTest, UnknownTablesAndColumnsFollowTheOldFile)
     ASSERT_TRUE(writer.insert({integer(12), text("Calibro"), {}, integer(0), {}, {}}));
     EXPECT_EQ(writer.endTable(), 2);
 
-    importer::MdbTableInfo reparto{QStringLiteral("TBL_REPARTO"),
-                                   {{QStringLiteral("ID_Reparto"), JetType::Long, 0, 0, 0, true},
-                                    {QStringLiteral("Reparto"), JetType::Text, 255},
-                                    {QStringLiteral("Responsabile"), JetType::Text, 50}},
-                                   1};
-    ASSERT_TRUE(writer.beginTable(reparto)) << writer.error().toStdString();
+    ASSERT_TRUE(writer.beginTable({"TBL_REPARTO",
+                                   {{"ID_Reparto", JetType::Long, 0, 0, 0, true},
+                                    {"Reparto", JetType::Text, 255},
+                                    {"Responsabile", JetType::Text, 50}},
+                                   1}));
     ASSERT_TRUE(writer.insert({integer(3), text("Officina"), text("Bianchi")}));
     EXPECT_EQ(writer.endTable(), 1);
-
     // An old file whose Avvisa is a Yes/No column, where the store has text.
-    importer::MdbTableInfo note{
-        QStringLiteral("Tbl_Maintenance_Note"),
-        {{QStringLiteral("ID"), JetType::Long, 0, 0, 0, true}, {QStringLiteral("Avvisa"), JetType::Boolean}},
-        1};
-    ASSERT_TRUE(writer.beginTable(note)) << writer.error().toStdString();
+    ASSERT_TRUE(writer.beginTable(
+        {"Tbl_Maintenance_Note", {{"ID", JetType::Long, 0, 0, 0, true}, {"Avvisa", JetType::Boolean}}, 1}));
     ASSERT_TRUE(writer.insert({integer(4), integer(-1)}));
     EXPECT_EQ(writer.endTable(), 1);
-
     // An old file whose arrival column is a long text: the rebuilt table keeps its default.
-    importer::MdbTableInfo orders{QStringLiteral("Tbl_Historian_Orders"),
-                                  {{QStringLiteral("ID_Historian_Orders"), JetType::Long, 0, 0, 0, true},
-                                   {QStringLiteral("Data_Ricevuto"), JetType::Memo}},
-                                  0};
-    ASSERT_TRUE(writer.beginTable(orders)) << writer.error().toStdString();
+    ASSERT_TRUE(
+        writer.beginTable({"Tbl_Historian_Orders",
+                           {{"ID_Historian_Orders", JetType::Long, 0, 0, 0, true}, {"Data_Ricevuto", JetType::Memo}},
+                           0}));
     EXPECT_EQ(writer.endTable(), 0);
     ASSERT_TRUE(writer.finish()) << writer.error().toStdString();
 
@@ -346,23 +327,16 @@ TEST(StoreWriterTest, UnknownTablesAndColumnsFollowTheOldFile)
     for (const auto& [table, column, type] : types)
         EXPECT_EQ(store::columnType(store.db(), QString::fromUtf8(table), QString::fromUtf8(column)), type)
             << table << "." << column;
-    const QString ddl =
-        store.value(QStringLiteral("SELECT sql FROM sqlite_master WHERE name = 'Tbl_Attrezzi'")).toString();
-    EXPECT_TRUE(ddl.contains(QStringLiteral("\"Nome\" VARCHAR(40) COLLATE JET"))) << ddl.toStdString();
-    EXPECT_EQ(
-        store.rows(QStringLiteral("SELECT Nome, Acquisto, Tarato, Prezzo FROM Tbl_Attrezzi WHERE ID_ATTREZZO = 7")),
-        (QList<QVariantList>{{QStringLiteral("Chiave dinamometrica “Stahl”"), 45000.5, qlonglong(-1), 129.9}}));
-    ASSERT_EQ(sqlite3_exec(store.db(), "INSERT INTO Tbl_Attrezzi (Nome) VALUES ('Nuovo')", nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    EXPECT_EQ(store.value(QStringLiteral("SELECT MAX(ID_ATTREZZO) FROM Tbl_Attrezzi")).toLongLong(), 13);
+    const QString ddl = store.value("SELECT sql FROM sqlite_master WHERE name = 'Tbl_Attrezzi'").toString();
+    EXPECT_TRUE(ddl.contains("\"Nome\" VARCHAR(40) COLLATE JET")) << ddl.toStdString();
+    EXPECT_EQ(store.rows("SELECT Nome, Acquisto, Tarato, Prezzo FROM Tbl_Attrezzi WHERE ID_ATTREZZO = 7"),
+              (QList<QVariantList>{{"Chiave dinamometrica “Stahl”", 45000.5, qlonglong(-1), 129.9}}));
+    ASSERT_TRUE(store.exec("INSERT INTO Tbl_Attrezzi (Nome) VALUES ('Nuovo')"));
+    EXPECT_EQ(store.value("SELECT MAX(ID_ATTREZZO) FROM Tbl_Attrezzi").toLongLong(), 13);
 
-    EXPECT_EQ(store.value(QStringLiteral("SELECT Responsabile FROM Tbl_Reparto WHERE ID_Reparto = 3")).toString(),
-              QStringLiteral("Bianchi"));
-    ASSERT_EQ(
-        sqlite3_exec(store.db(), "INSERT INTO Tbl_Historian_Orders (Ricambi) VALUES ('x')", nullptr, nullptr, nullptr),
-        SQLITE_OK);
-    EXPECT_EQ(store.value(QStringLiteral("SELECT Data_Ricevuto FROM Tbl_Historian_Orders")).toString(),
-              QStringLiteral("Non Ricevuto"));
+    EXPECT_EQ(store.value("SELECT Responsabile FROM Tbl_Reparto WHERE ID_Reparto = 3").toString(), "Bianchi");
+    ASSERT_TRUE(store.exec("INSERT INTO Tbl_Historian_Orders (Ricambi) VALUES ('x')"));
+    EXPECT_EQ(store.value("SELECT Data_Ricevuto FROM Tbl_Historian_Orders").toString(), "Non Ricevuto");
 }
 
 // A store with the plant's data is never overwritten without --replace; with it, the
@@ -372,42 +346,30 @@ TEST_F(ImporterTest, ExistingStoreIsRefusedOrKeptAsBackup)
     ASSERT_TRUE(import().ok);
     {
         Store store(storePath());
-        ASSERT_EQ(sqlite3_exec(store.db(), "INSERT INTO Tbl_Reparto (Reparto) VALUES ('Solo qui')", nullptr, nullptr,
-                               nullptr),
-                  SQLITE_OK);
+        ASSERT_TRUE(store.exec("INSERT INTO Tbl_Reparto (Reparto) VALUES ('Solo qui')"));
     }
     const QByteArray before = folderState(home());
-    QFile old(storePath());
-    ASSERT_TRUE(old.open(QIODevice::ReadOnly));
-    const QByteArray oldBytes = old.readAll();
-    old.close();
+    const QByteArray oldBytes = bytesOf(storePath());
 
     const importer::ImportResult refused = import();
     EXPECT_FALSE(refused.ok);
-    EXPECT_TRUE(refused.message.contains(QStringLiteral("--replace"))) << refused.message.toStdString();
+    EXPECT_TRUE(refused.message.contains("--replace")) << refused.message.toStdString();
     EXPECT_EQ(folderState(home()), before);
 
     const importer::ImportResult replaced = import(true);
     ASSERT_TRUE(replaced.ok) << replaced.message.toStdString();
     ASSERT_FALSE(replaced.backupPath.isEmpty());
-    EXPECT_TRUE(QFileInfo(replaced.backupPath).fileName().startsWith(QStringLiteral("Velmora-")));
-    QFile backup(replaced.backupPath);
-    ASSERT_TRUE(backup.open(QIODevice::ReadOnly));
-    EXPECT_EQ(backup.readAll(), oldBytes);
+    EXPECT_TRUE(QFileInfo(replaced.backupPath).fileName().startsWith("Velmora-"));
+    EXPECT_EQ(bytesOf(replaced.backupPath), oldBytes);
     Store store(storePath());
-    EXPECT_EQ(store.value(QStringLiteral("SELECT COUNT(*) FROM Tbl_Reparto WHERE Reparto = 'Solo qui'")).toInt(), 0);
+    EXPECT_EQ(store.value("SELECT COUNT(*) FROM Tbl_Reparto WHERE Reparto = 'Solo qui'").toInt(), 0);
     EXPECT_EQ(QDir(home()).entryList(QDir::Files).size(), 2);
 }
 
 // A store the program made but nobody filled is no obstacle; it is still kept aside.
 TEST_F(ImporterTest, EmptyStoreGivesWay)
 {
-    {
-        sqlite3* db = nullptr;
-        ASSERT_EQ(sqlite3_open(storePath().toUtf8().constData(), &db), SQLITE_OK);
-        store::createSchema(db);
-        sqlite3_close(db);
-    }
+    store::createSchema(Store(storePath()).db());
     EXPECT_FALSE(importer::storeHasData(storePath()));
     const importer::ImportResult result = import();
     ASSERT_TRUE(result.ok) << result.message.toStdString();
@@ -419,44 +381,26 @@ TEST_F(ImporterTest, EmptyStoreGivesWay)
 TEST_F(ImporterTest, BadOldFilesLeaveNothingBehind)
 {
     QTemporaryDir sources;
-    const QString text = sources.filePath(QStringLiteral("Velmora.mdb"));
-    {
-        QFile f(text);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write("ID;Reparto\n1;Stampaggio\n");
-    }
-    QFile fixture(fixtureMdb());
-    ASSERT_TRUE(fixture.open(QIODevice::ReadOnly));
-    const QByteArray whole = fixture.readAll();
+    const QByteArray whole = bytesOf(FixtureMdb);
     auto cutAt = [&](qint64 size) {
-        const QString path = sources.filePath(QStringLiteral("cut-%1.mdb").arg(size));
-        QFile f(path);
-        EXPECT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(whole.left(size));
-        return path;
+        return written(sources.filePath(QStringLiteral("cut-%1.mdb").arg(size)), whole.left(size));
     };
-
-    struct Case
-    {
-        QString file;
-        QString says;
-    };
-    const Case cases[] = {
-        {sources.filePath(QStringLiteral("assente.mdb")), QStringLiteral("non esiste")},
-        {text, QStringLiteral("non è un database Access")},
-        {cutAt(100000), QStringLiteral("danneggiato")},                         // not a whole number of pages
-        {cutAt(whole.size() / 2 / 4096 * 4096), QStringLiteral("danneggiato")}, // whole pages, half the file
+    const std::pair<QString, QString> cases[] = {
+        {sources.filePath("assente.mdb"), "non esiste"},
+        {written(sources.filePath("Velmora.mdb"), "ID;Reparto\n1;Stampaggio\n"), "non è un database Access"},
+        {cutAt(100000), "danneggiato"},                         // not a whole number of pages
+        {cutAt(whole.size() / 2 / 4096 * 4096), "danneggiato"}, // whole pages, half the file
     };
     const QString before = QString::fromLatin1(folderState(home()));
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.file.toStdString());
-        const importer::ImportResult result = import(false, c.file);
+    for (const auto& [file, says] : cases) {
+        SCOPED_TRACE(file.toStdString());
+        const importer::ImportResult result = import(false, file);
         EXPECT_FALSE(result.ok);
-        EXPECT_TRUE(result.message.contains(c.says)) << result.message.toStdString();
+        EXPECT_TRUE(result.message.contains(says)) << result.message.toStdString();
         EXPECT_EQ(QString::fromLatin1(folderState(home())), before);
 
-        const QString unborn = home() + QStringLiteral("/nuova");
-        EXPECT_FALSE(importer::importMdb({c.file, unborn, false}).ok);
+        const QString unborn = home() + "/nuova";
+        EXPECT_FALSE(importer::importMdb({file, unborn, false}).ok);
         EXPECT_FALSE(QFileInfo::exists(unborn));
     }
 }
@@ -465,39 +409,29 @@ TEST_F(ImporterTest, BadOldFilesLeaveNothingBehind)
 TEST_F(ImporterTest, CommandLine)
 {
     QString out, err;
-    QTextStream o(&out), e(&err);
-    EXPECT_EQ(importer::runImport({QStringLiteral("velmora"), QStringLiteral("--import")}, o, e), 2);
-    EXPECT_TRUE(err.contains(QStringLiteral("Uso: velmora --import")));
-    err.clear();
-    EXPECT_EQ(
-        importer::runImport(
-            {QStringLiteral("velmora"), QStringLiteral("--import"), fixtureMdb(), QStringLiteral("--colore")}, o, e),
-        2);
-    err.clear();
+    const auto run = [&](const QStringList& more) {
+        out.clear();
+        err.clear();
+        QTextStream o(&out), e(&err);
+        return importer::runImport(QStringList{"velmora", "--import"} + more, o, e);
+    };
+    EXPECT_EQ(run({}), 2);
+    EXPECT_TRUE(err.contains("Uso: velmora --import"));
+    EXPECT_EQ(run({FixtureMdb, "--colore"}), 2);
 
-    ASSERT_EQ(importer::runImport({QStringLiteral("velmora"), QStringLiteral("--import"), fixtureMdb(),
-                                   QStringLiteral("--home"), home()},
-                                  o, e),
-              0)
-        << err.toStdString();
-    EXPECT_TRUE(err.contains(QStringLiteral("Tbl_Numerazione: 33 righe...")));
+    ASSERT_EQ(run({FixtureMdb, "--home", home()}), 0) << err.toStdString();
+    EXPECT_TRUE(err.contains("Tbl_Numerazione: 33 righe..."));
     const QStringList lines = out.split(QLatin1Char('\n'));
-    EXPECT_TRUE(lines.first().startsWith(QStringLiteral("Tabella")));
-    EXPECT_TRUE(lines.first().contains(QStringLiteral("Righe nel file  Righe importate")));
-    const auto numerazione = std::find_if(
-        lines.begin(), lines.end(), [](const QString& l) { return l.startsWith(QStringLiteral("Tbl_Numerazione ")); });
+    EXPECT_TRUE(lines.first().startsWith("Tabella") && lines.first().contains("Righe nel file  Righe importate"));
+    const auto numerazione =
+        std::find_if(lines.begin(), lines.end(), [](const QString& l) { return l.startsWith("Tbl_Numerazione "); });
     ASSERT_NE(numerazione, lines.end()) << out.toStdString();
-    EXPECT_EQ(numerazione->simplified(), QStringLiteral("Tbl_Numerazione 33 33"));
-    EXPECT_TRUE(out.contains(QStringLiteral("Importazione completata: 25 tabelle")));
+    EXPECT_EQ(numerazione->simplified(), "Tbl_Numerazione 33 33");
+    EXPECT_TRUE(out.contains("Importazione completata: 25 tabelle"));
 
-    out.clear();
-    err.clear();
-    EXPECT_EQ(importer::runImport({QStringLiteral("velmora"), QStringLiteral("--import"), fixtureMdb(),
-                                   QStringLiteral("--home"), home()},
-                                  o, e),
-              1);
+    EXPECT_EQ(run({FixtureMdb, "--home", home()}), 1);
     EXPECT_TRUE(out.isEmpty());
-    EXPECT_TRUE(err.contains(QStringLiteral("esiste già")));
+    EXPECT_TRUE(err.contains("esiste già"));
 }
 
 } // namespace

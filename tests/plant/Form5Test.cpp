@@ -1,6 +1,4 @@
-// The machine models: the list and its selection, insert and edit with the names carried
-// to every copy, delete with its kept asymmetry, the searches as the user types, the
-// department looked up by name, the prints and the menu's road through the driver.
+// The machine models of Form5: insert, edits carried to every copy, delete, searches, prints.
 #include "plant/Form5.h"
 
 #include "reports/ReportViewer.h"
@@ -71,7 +69,6 @@ protected:
 TEST_F(Form5Test, ListListsAndTheSelectionOfAModel)
 {
     Form5* f = form5();
-    EXPECT_EQ(f->Caption(), "INSERISCI MACCHINE");
     EXPECT_EQ(f->Label1->Caption(), "Conteggio Macchine: 3");
     EXPECT_EQ(captions(f->DataGrid1),
               QStringList({"ID_MODELLO", "MACCHINA", "MODELLO", "STATO", "REPARTO", "COSTRUTTORE"}));
@@ -184,10 +181,10 @@ TEST_F(Form5Test, DeleteAsksFirstAndLeavesUnitsStepsNotesAndInterventions)
     f->Cmd_Delete->click(); // answered No
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[0].title, "NESSUNA MACCHINA SELEZIONATA");
-    EXPECT_EQ(shown[0].prompt, "Non è stato selezionato nessun dato!");
-    EXPECT_EQ(shown[1].title, "Eliminazione Macchina **AX100** e Corrispettivi Dati");
-    EXPECT_EQ(shown[1].prompt, "Vuoi Veramente eliminare la Macchina selezionata e tutti i suoi Dati?");
+    EXPECT_BOX(shown[0], "NESSUNA MACCHINA SELEZIONATA", "Non è stato selezionato nessun dato!", vb::mb::Exclamation);
+    EXPECT_BOX(shown[1], "Eliminazione Macchina **AX100** e Corrispettivi Dati",
+               "Vuoi Veramente eliminare la Macchina selezionata e tutti i suoi Dati?",
+               vb::mb::YesNo + vb::mb::Question);
     EXPECT_EQ(column("SELECT Modello FROM Tbl_Macchina").size(), 3);
 
     answer({answer::Yes});
