@@ -194,6 +194,7 @@ TEST_F(Form1Test, LoadedPictureIsAddedAndHandedToTheRegister)
     EXPECT_EQ(image4->Picture(), nuova);
     // Fitted into the photo button's place, by its width.
     EXPECT_EQ(std::pair(image4->Width(), image4->Height()), std::pair(1500, 375));
+    EXPECT_TRUE(QFileInfo::exists(nuova));
 }
 
 TEST_F(Form1Test, ReplaceRewritesThePictureShownOrAddsWhenThereIsNone)
