@@ -42,8 +42,7 @@ TEST_F(Form11Road, TheThreeTopLevelsDrillDownToPartsDatesAndPlaces)
               (QStringList{"PRESSA|AX100|1|Usura|2", "PRESSA|AX100|1|Rottura|1", "TORNIO|T200|10|Usura|1"}));
     EXPECT_EQ(get("Label1.Caption"), "Conteggio Cause: 3");
     drive("select Form11.DataGrid1 0");
-    EXPECT_EQ(get("Txt_Modello.Text"), "AX100");
-    EXPECT_EQ(get("txt_Causa.Text"), "Usura");
+    EXPECT_EQ(get("Txt_Modello.Text") + get("txt_Causa.Text"), "AX100Usura");
     EXPECT_EQ(grid("Form11.DataGrid2"), QStringList{"PRESSA|AX100|Usura|CUSCINETTI|Radiale 6204|2"});
     drive("select Form11.DataGrid2 0");
     EXPECT_EQ(get("Txt_Ricambio.Text"), "CUSCINETTI");
@@ -54,8 +53,7 @@ TEST_F(Form11Road, TheThreeTopLevelsDrillDownToPartsDatesAndPlaces)
     EXPECT_EQ(grid("Form11.DataGrid1"), QStringList{"PRESSA|AX100|1|Rottura|1"});
     EXPECT_EQ(grid("Form11.DataGrid2"), QStringList{"PRESSA|AX100|Rottura|CUSCINETTI|Assiale 51105|1"});
     drive("set Form11.DataCombo7.Text Visualizza Tutto");
-    EXPECT_EQ(get("Label1.Caption"), "Conteggio Cause: 3");
-    EXPECT_EQ(get("Label2.Caption"), "Conteggio Interventi: 3");
+    EXPECT_EQ(get("Label1.Caption") + "; " + get("Label2.Caption"), "Conteggio Cause: 3; Conteggio Interventi: 3");
 
     // By destination. Emptying the cause runs its change, which empties this field too:
     // the first key typed after a cause is lost, as it always was.
@@ -67,8 +65,7 @@ TEST_F(Form11Road, TheThreeTopLevelsDrillDownToPartsDatesAndPlaces)
     drive("select Form11.DataGrid2 0");
     EXPECT_EQ(grid("Form11.DataGrid3"), (QStringList{"04/03/2025|Mandrino", "09/03/2026|Mandrino"}));
     drive("select Form11.DataGrid3 1");
-    EXPECT_EQ(get("Txt_DATA.Text"), "09/03/2026");
-    EXPECT_EQ(get("Txt_Destinazione.Text"), "Mandrino");
+    EXPECT_EQ(get("Txt_DATA.Text") + " " + get("Txt_Destinazione.Text"), "09/03/2026 Mandrino");
 
     // A model from its start.
     drive("type Form11.Txt_Search_Mod_Macc T2");
@@ -91,8 +88,7 @@ TEST_F(Form11Road, TheChartsDrawTheGridsFiguresAndSaveThroughTheFileDialog)
     drive("click Form11.Cmd_Grafico");
     spares::InterventionCharts* charts = form11()->charts();
     ASSERT_NE(charts, nullptr);
-    ASSERT_EQ(charts->count(), 3);
-    EXPECT_EQ(charts->current(), 0);
+    ASSERT_EQ(std::pair(charts->count(), charts->current()), std::pair(3, 0));
 
     // Every machine of the list: the grid's counts summed by cause.
     const spares::ChartFigures& causes = charts->figures(0);

@@ -5,6 +5,7 @@
 #include "runtime/Clock.h"
 #include "runtime/OpenFile.h"
 #include "spares/Form2.h"
+#include "support/GoldenFile.h"
 #include "support/ScreenTest.h"
 #include "support/SparesTest.h"
 
@@ -21,18 +22,7 @@ protected:
         ScreenTest::SetUp();
         kit::partsRegister(plant);
     }
-
-    /// RICAMBI.txt's lines, up to the last line's end.
-    QStringList saved() const
-    {
-        QStringList lines = linesOf("RICAMBI.txt");
-        lines.removeLast();
-        return lines;
-    }
 };
-
-const QString Rule = QStringLiteral("°°°°°°°°°°°°°°°°°°°°°°°°°°°°°°°");
-const QString Header = QStringLiteral("COSTO\t\tRICAMBI\t\t\t\t\t\tDESCRIZIONE\tGIACENZA");
 
 } // namespace
 
@@ -69,24 +59,17 @@ TEST(RicambiFile, PartLineJoinsCostCategoryDescriptionAndStock)
 TEST_F(RicambiFileTest, SaveTxtWritesEveryPartByCategoryAndCostThenTheTotal)
 {
     screen<spares::Form2>("Form2")->Cmd_Save_txt->click();
-    const QString file = path() + QStringLiteral("/RICAMBI.txt");
-    const QString pad4 = QString(49, QLatin1Char(' ')); // "OLIO" reaches 53
-    const QString pad7 = QString(46, QLatin1Char(' ')); // "VITE M8" too
-    EXPECT_EQ(saved(), QStringList({QStringLiteral("DATA 15/11/2026"), QString(), Header, QString(),
-                                    QStringLiteral("1.234,50\t\tOLIO") + pad4 + QStringLiteral("Idraulico\t4"),
-                                    QStringLiteral("0,35\t\tVITE M8") + pad7 + QStringLiteral("Testa esagonale\t100"),
-                                    QStringLiteral("0,50\t\tVITE M8") + pad7 + QStringLiteral("Brugola\t50"), QString(),
-                                    Rule, QStringLiteral("TOTALE RICAMBI PRESENTI 3"), Rule, QString()}));
+    // By category, then by cost; "OLIO" and "VITE M8" are both padded to 53.
+    golden::expectMatches("texts/RICAMBI.txt", linesOf("RICAMBI.txt").join(u'\n'));
     EXPECT_BOX(oneBox(), "RICAMBI --",
                "Il File 'RICAMBI.txt' che verrà aperto automaticamente dopo il Click, è stato salvato in:  " + path(),
                vb::mb::Information);
-    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{file});
+    EXPECT_EQ(vb::OpenFileService::takeOpened(), std::vector<QString>{path() + QStringLiteral("/RICAMBI.txt")});
 
     // A second save replaces the first; with no parts the heading and a total of 0 remain.
     exec("Delete * from Tbl_Descrizione_Ricambi");
     vb::Clock::advance(86400);
     screen<spares::Form2>("Form2")->Cmd_Save_txt->click();
-    EXPECT_EQ(saved(), QStringList({QStringLiteral("DATA 16/11/2026"), QString(), Header, QString(), QString(), Rule,
-                                    QStringLiteral("TOTALE RICAMBI PRESENTI 0"), Rule, QString()}));
+    golden::expectMatches("texts/RICAMBI-empty.txt", linesOf("RICAMBI.txt").join(u'\n'));
     EXPECT_EQ(boxes().size(), 1u);
 }
