@@ -4,6 +4,7 @@
 #include "runtime/VBError.h"
 #include "shell/frmAbout.h"
 #include "store/StoreErrors.h"
+#include "support/ErrorOf.h"
 #include "support/ScreenTest.h"
 #include "support/Shown.h"
 
@@ -20,7 +21,7 @@ protected:
     {
         ScreenTest::SetUp();
         // The register stands in for Form7, so that only its opening is seen here.
-        standIn(QStringLiteral("Form7"), QStringList{}, &form7Loads);
+        standIn("Form7", QStringList{}, &form7Loads);
     }
 
     /// A register row of a model AX100 due on Prossima (Null: no date).
@@ -34,25 +35,24 @@ protected:
                            {"Tempo_Minuti", minuti},
                            {"Prossima", prossima}});
     }
-    void dueIn(int days, const QString& numerazione, const QString& tipo = QStringLiteral("Mensile"))
+    void dueIn(int days, const QString& numerazione, const QString& tipo = "Mensile")
     {
-        due(QStringLiteral("PRESSA"), numerazione, tipo, 90, Variant::fromDate(vb::Clock::today().addDays(days)));
+        due("PRESSA", numerazione, tipo, 90, Variant::fromDate(vb::Clock::today().addDays(days)));
     }
 
     /// frmAbout's load, as a start runs it (frmMain not visible).
-    void loadAbout() { screens().form(QStringLiteral("frmAbout")); }
+    void loadAbout() { screens().form("frmAbout"); }
 
     int form7Loads = 0;
 };
 
-const QString Question =
-    QStringLiteral("Attenzione!! Oggi sono in programma delle Manutenzioni, Vuoi vedere i dettagli?");
+const QString Question = "Attenzione!! Oggi sono in programma delle Manutenzioni, Vuoi vedere i dettagli?";
 
 } // namespace
 
 TEST_F(AlertsTest, NothingDueShowsNoBoxAndLeavesTheRegisterClosed)
 {
-    dueIn(2, QStringLiteral("1")); // the day after tomorrow is not due yet
+    dueIn(2, "1"); // the day after tomorrow is not due yet
     loadAbout();
     EXPECT_TRUE(boxes().empty());
     EXPECT_EQ(form7Loads, 0);
@@ -64,42 +64,41 @@ TEST_F(AlertsTest, OneBoxPerRowByTheDayCountInDateOrder)
 {
     // Late in the evening: the time of day plays no part in the count.
     vb::Clock::freeze(QDateTime(QDate(2026, 11, 15), QTime(23, 59, 0)));
-    dueIn(1, QStringLiteral("7"), QStringLiteral("Bimestrale"));
-    dueIn(-2, QStringLiteral("2"));
-    dueIn(0, QStringLiteral("4"));
-    dueIn(-5, QStringLiteral("10"));
-    dueIn(-1, QStringLiteral("3"));
-    dueIn(-3, QStringLiteral("11"));
-    dueIn(2, QStringLiteral("12"));
-    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
+    dueIn(1, "7", "Bimestrale");
+    dueIn(-2, "2");
+    dueIn(0, "4");
+    dueIn(-5, "10");
+    dueIn(-1, "3");
+    dueIn(-3, "11");
+    dueIn(2, "12");
+    answer({vb::answer::Yes});
     loadAbout();
 
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 5u);
-    EXPECT_BOX(shown[0], QStringLiteral("MANUTENZIONE DA ESEGUIRE"), Question, 20);
-    EXPECT_BOX(shown[1],
-               QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10"),
-               QStringLiteral(" Attenzione!! La Manutezione: Mensile Tempo richiesto minuti: 90 era programmata in "
-                              "data 10/11/2026 sono trascorsi 5 giorni ma non è ancora stata eseguita!!"),
+    EXPECT_BOX(shown[0], "MANUTENZIONE DA ESEGUIRE", Question, 20);
+    EXPECT_BOX(shown[1], "PERIODO DI MANUTENZIONE SCADUTO DA 5 GIORNI PER LA MACCHINA: PRESSA AX100 N°10",
+               " Attenzione!! La Manutezione: Mensile Tempo richiesto minuti: 90 era programmata in "
+               "data 10/11/2026 sono trascorsi 5 giorni ma non è ancora stata eseguita!!",
                48);
-    EXPECT_EQ(shown[2].title,
-              QStringLiteral("PERIODO DI MANUTENZIONE SCADUTO DA 3 GIORNI PER LA MACCHINA: PRESSA AX100 N°11"));
-    EXPECT_TRUE(shown[2].prompt.contains(QStringLiteral("in data 12/11/2026 sono trascorsi 3 giorni")));
-    EXPECT_BOX(shown[3], QStringLiteral("MANUTENZIONE ODIERNA:"),
-               QStringLiteral("MACCHINA:[PRESSA AX100 N°4] Frequenza:[Mensile] Tempo richiesto minuti:[90]"), 64);
-    EXPECT_BOX(shown[4], QStringLiteral("MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7"),
-               QStringLiteral(" Attenzione!! Domani è Prevista la Manutezione [Bimestrale] alla Macchina [PRESSA "
-                              "AX100 N°7] Tempo richiesto minuti:[90] ... O R G A N I Z Z A T I!"),
+    EXPECT_EQ(shown[2].title, "PERIODO DI MANUTENZIONE SCADUTO DA 3 GIORNI PER LA MACCHINA: PRESSA AX100 N°11");
+    EXPECT_TRUE(shown[2].prompt.contains("in data 12/11/2026 sono trascorsi 3 giorni"));
+    EXPECT_BOX(shown[3],
+               "MANUTENZIONE ODIERNA:", "MACCHINA:[PRESSA AX100 N°4] Frequenza:[Mensile] Tempo richiesto minuti:[90]",
+               64);
+    EXPECT_BOX(shown[4], "MANUTENZIONE PREVISTA DOMANI: MACCHINA: PRESSA AX100 N°7",
+               " Attenzione!! Domani è Prevista la Manutezione [Bimestrale] alla Macchina [PRESSA "
+               "AX100 N°7] Tempo richiesto minuti:[90] ... O R G A N I Z Z A T I!",
                64);
 
     EXPECT_EQ(form7Loads, 1);
-    EXPECT_TRUE(screens().loaded(QStringLiteral("Form7"))->isVisible());
+    EXPECT_TRUE(screens().loaded("Form7")->isVisible());
 }
 
 TEST_F(AlertsTest, NoToTheQuestionShowsNothingMoreAndNoRegister)
 {
-    dueIn(-10, QStringLiteral("1"));
-    vb::MsgBoxService::queueAnswers({vb::answer::No});
+    dueIn(-10, "1");
+    answer({vb::answer::No});
     loadAbout();
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(form7Loads, 0);
@@ -109,24 +108,22 @@ TEST_F(AlertsTest, NoToTheQuestionShowsNothingMoreAndNoRegister)
 // and the register opens all the same.
 TEST_F(AlertsTest, OnlyOneOrTwoDaysLateAsksButShowsNoDetail)
 {
-    dueIn(-1, QStringLiteral("1"));
-    dueIn(-2, QStringLiteral("2"));
-    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
+    dueIn(-1, "1");
+    dueIn(-2, "2");
+    answer({vb::answer::Yes});
     loadAbout();
-    EXPECT_EQ(oneBox().title, QStringLiteral("MANUTENZIONE DA ESEGUIRE"));
+    EXPECT_EQ(oneBox().title, "MANUTENZIONE DA ESEGUIRE");
     EXPECT_EQ(form7Loads, 1);
 }
 
 TEST_F(AlertsTest, EmptyValuesJoinAsNothing)
 {
-    due(QStringLiteral("TORNIO"), QString(), QStringLiteral("Annuale"), Variant::null(),
-        Variant::fromDate(vb::Clock::today()));
-    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
+    due("TORNIO", QString(), "Annuale", Variant::null(), Variant::fromDate(vb::Clock::today()));
+    answer({vb::answer::Yes});
     loadAbout();
     const auto shown = boxes();
     ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[1].prompt,
-              QStringLiteral("MACCHINA:[TORNIO AX100 N°] Frequenza:[Annuale] Tempo richiesto minuti:[]"));
+    EXPECT_EQ(shown[1].prompt, "MACCHINA:[TORNIO AX100 N°] Frequenza:[Annuale] Tempo richiesto minuti:[]");
 }
 
 // A row without Prossima is never due: Jet's "Prossima <= Date()+1" is not true for Null.
@@ -134,19 +131,13 @@ TEST_F(AlertsTest, EmptyValuesJoinAsNothing)
 // up to frmMain's load (below).
 TEST_F(AlertsTest, ProssimaNullIsNotDueAndGivesNoDayCount)
 {
-    due(QStringLiteral("PRESSA"), QStringLiteral("1"), QStringLiteral("Mensile"), 90, Variant::null());
+    due("PRESSA", "1", "Mensile", 90, Variant::null());
     loadAbout();
     EXPECT_TRUE(boxes().empty());
 
-    try {
-        shell::dueDayCount(shell::alertToday(), Variant::null());
-        ADD_FAILURE() << "a Null Prossima gave a day count";
-    } catch (const vb::VBError& e) {
-        EXPECT_EQ(e.number(), vb::err::TypeMismatch);
-    }
-    EXPECT_EQ(shell::alertToday(), QStringLiteral("15,11,2026"));
-    EXPECT_EQ(shell::dueDayCount(QStringLiteral("15,11,2026"),
-                                 Variant::fromDateTime(QDateTime(QDate(2026, 11, 12), QTime(18, 0)))),
+    EXPECT_EQ(errorOf([] { shell::dueDayCount(shell::alertToday(), Variant::null()); }), vb::err::TypeMismatch);
+    EXPECT_EQ(shell::alertToday(), "15,11,2026");
+    EXPECT_EQ(shell::dueDayCount("15,11,2026", Variant::fromDateTime(QDateTime(QDate(2026, 11, 12), QTime(18, 0)))),
               -3);
 }
 
@@ -155,12 +146,12 @@ TEST_F(AlertsTest, ProssimaNullIsNotDueAndGivesNoDayCount)
 TEST_F(AlertsTest, AFailureOfTheAlertsEndsTheMainLoad)
 {
     definition::installWorkloadLine();
-    exec(QStringLiteral("DROP TABLE Tbl_Maintenance"));
+    exec("DROP TABLE Tbl_Maintenance");
     shell::frmMain* main = start();
     ASSERT_NE(main, nullptr);
     EXPECT_TRUE(kit::errorBox(oneBox(), store::errors::NotFound));
     EXPECT_TRUE(main->Txt_Apertura->Text().isEmpty());
-    EXPECT_EQ(main->Label1->Caption(), QStringLiteral("Label1"));
+    EXPECT_EQ(main->Label1->Caption(), "Label1");
 }
 
 // The whole start: the alerts, then the register named in the main title, then the
@@ -168,21 +159,21 @@ TEST_F(AlertsTest, AFailureOfTheAlertsEndsTheMainLoad)
 TEST_F(AlertsTest, StartShowsTheAlertsOpensTheRegisterAndWritesTheWorkloadLine)
 {
     definition::installWorkloadLine();
-    dueIn(0, QStringLiteral("1"));
-    vb::MsgBoxService::queueAnswers({vb::answer::Yes});
+    dueIn(0, "1");
+    answer({vb::answer::Yes});
     shell::frmMain* main = start();
     ASSERT_NE(main, nullptr);
     EXPECT_EQ(boxes().size(), 2u);
     EXPECT_EQ(form7Loads, 1);
-    EXPECT_EQ(main->Caption(), QStringLiteral("VELMORA <Esegui Manutenzioni>"));
+    EXPECT_EQ(main->Caption(), "VELMORA <Esegui Manutenzioni>");
     EXPECT_FALSE(main->Img_Indicatore->isVisibleTo(main));
-    EXPECT_EQ(main->Label1->Caption(), QStringLiteral("Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: "
-                                                      "hh:mm:ss 00:00:00 -Persone Necessarie: ]"));
+    EXPECT_EQ(main->Label1->Caption(), "Tempo previsto per le Manutenzioni inserite [-Ore Settimanali: "
+                                       "hh:mm:ss 00:00:00 -Persone Necessarie: ]");
 
     // Opened again from the logo with the main screen up: no query, no box.
-    screens().unload(QStringLiteral("frmAbout"));
+    screens().unload("frmAbout");
     main->Image6_Click();
-    EXPECT_TRUE(screens().isLoaded(QStringLiteral("frmAbout")));
+    EXPECT_TRUE(screens().isLoaded("frmAbout"));
     EXPECT_TRUE(boxes().empty());
 }
 
@@ -191,7 +182,7 @@ TEST_F(AlertsTest, StartShowsTheAlertsOpensTheRegisterAndWritesTheWorkloadLine)
 TEST_F(AlertsTest, FadeInStopsAt251AndFadeOutUnloads)
 {
     loadAbout();
-    auto* about = screens().formAs<frmAbout>(QStringLiteral("frmAbout"));
+    auto* about = screens().formAs<frmAbout>("frmAbout");
     ASSERT_NE(about, nullptr);
     about->show();
     EXPECT_EQ(about->Opacity(), 1);
@@ -202,7 +193,7 @@ TEST_F(AlertsTest, FadeInStopsAt251AndFadeOutUnloads)
     EXPECT_EQ(about->Opacity(), 251);
     about->timeInc->tick();
     EXPECT_FALSE(about->timeInc->Enabled());
-    EXPECT_EQ(about->vbProperty(QStringLiteral("Opacity")).toLong(), 251);
+    EXPECT_EQ(about->vbProperty("Opacity").toLong(), 251);
 
     about->Image6->click();
     EXPECT_FALSE(about->timeInc->Enabled());
@@ -210,18 +201,18 @@ TEST_F(AlertsTest, FadeInStopsAt251AndFadeOutUnloads)
     for (int i = 0; i < 25; ++i)
         about->timeDec->tick();
     EXPECT_EQ(about->Opacity(), 1);
-    EXPECT_TRUE(screens().isLoaded(QStringLiteral("frmAbout")));
+    EXPECT_TRUE(screens().isLoaded("frmAbout"));
     about->timeDec->tick();
-    EXPECT_FALSE(screens().isLoaded(QStringLiteral("frmAbout")));
+    EXPECT_FALSE(screens().isLoaded("frmAbout"));
 }
 
 TEST_F(AlertsTest, HoverSwapsThePairsAndImage2OpensTheAccessScreen)
 {
     loadAbout();
-    auto* about = screens().formAs<frmAbout>(QStringLiteral("frmAbout"));
+    auto* about = screens().formAs<frmAbout>("frmAbout");
     ASSERT_NE(about, nullptr);
-    EXPECT_EQ(about->Label1->Caption(), QStringLiteral("V3.5.5"));
-    EXPECT_EQ(about->Caption(), QStringLiteral("Developers"));
+    EXPECT_EQ(about->Label1->Caption(), "V3.5.5");
+    EXPECT_EQ(about->Caption(), "Developers");
     about->Image1->MouseMove();
     EXPECT_TRUE(about->Image1->isHidden());
     EXPECT_FALSE(about->Image4->isHidden());
@@ -233,7 +224,7 @@ TEST_F(AlertsTest, HoverSwapsThePairsAndImage2OpensTheAccessScreen)
 
     about->show();
     about->Image2->click();
-    vb::Form* form20 = screens().loaded(QStringLiteral("Form20"));
+    vb::Form* form20 = screens().loaded("Form20");
     ASSERT_NE(form20, nullptr);
     EXPECT_TRUE(form20->isVisible());
 }

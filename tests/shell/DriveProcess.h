@@ -4,6 +4,7 @@
 
 #include "support/TestPaths.h"
 
+#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -17,10 +18,9 @@ inline std::vector<QJsonObject> drive(const QString& home, const QStringList& sc
 {
     QProcess p;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    env.insert("QT_QPA_PLATFORM", "offscreen");
     p.setProcessEnvironment(env);
-    p.start(testpaths::velmoraBinary(),
-            {QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-")});
+    p.start(testpaths::velmoraBinary(), {"--home", home, "--drive", "-"});
     EXPECT_TRUE(p.waitForStarted());
     p.write((script.join(u'\n') + u'\n').toUtf8());
     p.closeWriteChannel();
@@ -39,9 +39,17 @@ inline std::vector<QJsonObject> drive(const QString& home, const QStringList& sc
     return out;
 }
 
+/// The program run on the script of a file of tests/data.
+inline std::vector<QJsonObject> driveFile(const QString& home, const QString& name)
+{
+    QFile f(testpaths::data(name));
+    EXPECT_TRUE(f.open(QIODevice::ReadOnly)) << name.toStdString();
+    return drive(home, QString::fromUtf8(f.readAll()).split(u'\n'));
+}
+
 /// The value of a successful answer; an error answer fails the test.
 inline QJsonValue value(const QJsonObject& o)
 {
-    EXPECT_TRUE(o.value(QStringLiteral("ok")).toBool()) << QJsonDocument(o).toJson().toStdString();
-    return o.value(QStringLiteral("value"));
+    EXPECT_TRUE(o.value("ok").toBool()) << QJsonDocument(o).toJson().toStdString();
+    return o.value("value");
 }

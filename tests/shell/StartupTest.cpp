@@ -4,6 +4,8 @@
 #include "runtime/Clock.h"
 #include "runtime/OpenFile.h"
 #include "runtime/VBError.h"
+#include "support/ErrorOf.h"
+#include "support/GoldenFile.h"
 #include "support/ScreenTest.h"
 
 #include <QFile>
@@ -18,13 +20,7 @@ namespace {
 
 bool columnExists(const QString& table, const QString& column)
 {
-    try {
-        store::Recordset rs;
-        rs.Open(QStringLiteral("SELECT %1 FROM %2").arg(column, table));
-        return true;
-    } catch (const vb::VBError&) {
-        return false;
-    }
+    return errorOf([&] { store::Recordset().Open(QStringLiteral("SELECT %1 FROM %2").arg(column, table)); }) == 0;
 }
 
 } // namespace
@@ -35,34 +31,31 @@ bool columnExists(const QString& table, const QString& column)
 TEST_F(StartupTest, LoadRunsItsStepsInOrder)
 {
     std::vector<QString> seen;
-    standIn(QStringLiteral("frmAbout"), [&](QWidget* owner) -> vb::Form* {
-        auto* f = new StandIn(owner, QStringLiteral("frmAbout"), nullptr);
+    standIn("frmAbout", [&](QWidget* owner) -> vb::Form* {
+        auto* f = new StandIn(owner, "frmAbout", nullptr);
         f->onLoad = [&] {
-            seen.push_back(columnExists(QStringLiteral("Tbl_Certif_Proced_Manut"), QStringLiteral("Scheda"))
-                               ? QStringLiteral("about after upgrade")
-                               : QStringLiteral("about before upgrade"));
-            auto* main = screens().formAs<frmMain>(QStringLiteral("frmMain"));
-            seen.push_back(main->Txt_Apertura->Text().isEmpty() ? QStringLiteral("not stamped")
-                                                                : QStringLiteral("stamped"));
-            seen.push_back(main->isVisible() ? QStringLiteral("main visible") : QStringLiteral("main hidden"));
+            seen.push_back(columnExists("Tbl_Certif_Proced_Manut", "Scheda") ? "about after upgrade"
+                                                                             : "about before upgrade");
+            auto* main = screens().formAs<frmMain>("frmMain");
+            seen.push_back(main->Txt_Apertura->Text().isEmpty() ? "not stamped" : "stamped");
+            seen.push_back(main->isVisible() ? "main visible" : "main hidden");
             vb::Clock::advance(90); // the user reads the alert boxes
         };
         return f;
     });
     shell::setWorkloadTotal([&] {
-        auto* main = screens().formAs<frmMain>(QStringLiteral("frmMain"));
-        seen.push_back(QStringLiteral("workload ") + main->Txt_Apertura->Text());
+        auto* main = screens().formAs<frmMain>("frmMain");
+        seen.push_back("workload " + main->Txt_Apertura->Text());
     });
 
     frmMain* main = start();
     ASSERT_NE(main, nullptr);
-    EXPECT_EQ(seen,
-              (std::vector<QString>{QStringLiteral("about after upgrade"), QStringLiteral("not stamped"),
-                                    QStringLiteral("main hidden"), QStringLiteral("workload 15/11/2026  8.1.30")}));
-    EXPECT_EQ(main->Txt_Apertura->Text(), QStringLiteral("15/11/2026  8.1.30"));
+    EXPECT_EQ(seen, (std::vector<QString>{"about after upgrade", "not stamped", "main hidden",
+                                          "workload 15/11/2026  8.1.30"}));
+    EXPECT_EQ(main->Txt_Apertura->Text(), "15/11/2026  8.1.30");
     EXPECT_TRUE(main->isVisible());
-    EXPECT_EQ(main->Caption(), QStringLiteral("VELMORA"));
-    vb::Form* about = screens().loaded(QStringLiteral("frmAbout"));
+    EXPECT_EQ(main->Caption(), "VELMORA");
+    vb::Form* about = screens().loaded("frmAbout");
     ASSERT_NE(about, nullptr);
     EXPECT_TRUE(about->isVisible());
     // frmAbout's placement has no 300 twips added.
@@ -76,8 +69,8 @@ TEST_F(StartupTest, LoadRunsItsStepsInOrder)
 // a second start finds them there, swallows six failures and shows nothing.
 TEST_F(StartupTest, UpgradeRunsOnAnOldStoreAndIsHarmlessTheSecondTime)
 {
-    EXPECT_FALSE(columnExists(QStringLiteral("Tbl_Ricerca"), QStringLiteral("Images")));
-    EXPECT_FALSE(columnExists(QStringLiteral("Tbl_Maintenance_Note"), QStringLiteral("Tipo_Nota")));
+    EXPECT_FALSE(columnExists("Tbl_Ricerca", "Images"));
+    EXPECT_FALSE(columnExists("Tbl_Maintenance_Note", "Tipo_Nota"));
     start();
     for (const auto& [table, column] :
          std::vector<std::pair<const char*, const char*>>{{"Tbl_Ricerca", "Images"},
@@ -88,71 +81,67 @@ TEST_F(StartupTest, UpgradeRunsOnAnOldStoreAndIsHarmlessTheSecondTime)
                                                           {"Tbl_Certif_Proced_Manut", "Data_Rev"}})
         EXPECT_TRUE(columnExists(QString::fromLatin1(table), QString::fromLatin1(column))) << table << "." << column;
 
-    exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, Manutenzione_Tipo) "
-                        "VALUES (1, 1, 'TORNIO', 'T200', 'Settimanale')"));
+    plant.assignment(1, 1, {{"Macchina", "TORNIO"}, {"Modello", "T200"}, {"Manutenzione_Tipo", "Settimanale"}});
     shell::screens().discardAll();
     start();
     EXPECT_TRUE(boxes().empty());
     // No assignment existed at the first start, so the table stayed empty; the copy is
     // guarded by emptiness, not by the table being new, so this start copies.
-    EXPECT_EQ(rows(QStringLiteral("SELECT * FROM Tbl_Certif_Proced_Manut")).size(), 1u);
+    EXPECT_EQ(rows("SELECT * FROM Tbl_Certif_Proced_Manut").size(), 1u);
     shell::screens().discardAll();
-    exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, Manutenzione_Tipo) "
-                        "VALUES (2, 1, 'FRESA', 'F1', 'Mensile')"));
+    plant.assignment(2, 1, {{"Macchina", "FRESA"}, {"Modello", "F1"}, {"Manutenzione_Tipo", "Mensile"}});
     start();
     // With a row present, even one, nothing is copied, also for assignments added since.
-    EXPECT_EQ(rows(QStringLiteral("SELECT * FROM Tbl_Certif_Proced_Manut")).size(), 1u);
+    EXPECT_EQ(rows("SELECT * FROM Tbl_Certif_Proced_Manut").size(), 1u);
     EXPECT_TRUE(boxes().empty());
 }
 
 // The sheet code joins the type and the machine without "_": the codes in use have that form.
 TEST_F(StartupTest, SheetCopyBuildsOneRowPerAssignment)
 {
-    exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, Manutenzione_Tipo) "
-                        "VALUES (12, 3, 'PRESSA', 'AX100', 'Mensile')"));
-    exec(QStringLiteral("INSERT INTO Tbl_Assegna_M (ID_MODELLO, ID_MAINT_TIPO, Macchina, Modello, Manutenzione_Tipo) "
-                        "VALUES (7, 1, 'PR', 'B', 'Annuale')"));
+    plant.assignment(12, 3, {{"Macchina", "PRESSA"}, {"Modello", "AX100"}, {"Manutenzione_Tipo", "Mensile"}});
+    plant.assignment(7, 1, {{"Macchina", "PR"}, {"Modello", "B"}, {"Manutenzione_Tipo", "Annuale"}});
     start();
-    const auto r = rows(QStringLiteral("SELECT ID_Assegna_M, Scheda, Data_Scheda, Rev, Data_Rev FROM "
-                                       "Tbl_Certif_Proced_Manut ORDER BY ID_Assegna_M"));
+    const auto r = rows("SELECT ID_Assegna_M, Scheda, Data_Scheda, Rev, Data_Rev FROM "
+                        "Tbl_Certif_Proced_Manut ORDER BY ID_Assegna_M");
     ASSERT_EQ(r.size(), 2u);
     const Variant today = Variant::fromDate(QDate(2026, 11, 15));
-    EXPECT_EQ(r[0][1].toString().trimmed(), QStringLiteral("12_3PRE_AX1_Men"));
-    EXPECT_EQ(r[1][1].toString().trimmed(), QStringLiteral("7_1PR_B_Ann")); // short texts are taken whole
+    EXPECT_EQ(r[0][1].toString().trimmed(), "12_3PRE_AX1_Men");
+    EXPECT_EQ(r[1][1].toString().trimmed(), "7_1PR_B_Ann"); // short texts are taken whole
     for (const auto& row : r) {
         EXPECT_EQ(row[3].toLong(), 0);
         EXPECT_EQ(row[2].toDate(), today.toDate());
         EXPECT_EQ(row[4].toDate(), today.toDate());
     }
     EXPECT_EQ(shell::sheetCode(Variant(12), Variant(3), Variant::null(), Variant("AX100"), Variant("Mensile")),
-              QStringLiteral("12_3_AX1_Men"));
+              "12_3_AX1_Men");
 }
 
 TEST_F(StartupTest, StampHasNoLeadingZeros)
 {
     vb::Clock::freeze(QDateTime(QDate(2016, 7, 3), QTime(9, 5, 0)));
-    EXPECT_EQ(start()->Txt_Apertura->Text(), QStringLiteral("3/7/2016  9.5.0"));
+    EXPECT_EQ(start()->Txt_Apertura->Text(), "3/7/2016  9.5.0");
 }
 
 TEST_F(StartupTest, MenuIsStackedAndAClickOpensOneScreen)
 {
     int loads15 = 0;
-    standIn(QStringLiteral("Form15"), QStringList{}, &loads15);
-    standIn(QStringLiteral("Form4"), QStringList{});
+    standIn("Form15", QStringList{}, &loads15);
+    standIn("Form4", QStringList{});
     frmMain* main = start();
     const auto labels = main->menuLabels();
     ASSERT_EQ(labels.size(), 13u);
     EXPECT_EQ(labels[0]->Top(), 120);
     for (size_t i = 1; i < labels.size(); ++i)
         EXPECT_EQ(labels[i]->Top(), labels[i - 1]->Top() + labels[i - 1]->Height() + 165);
-    EXPECT_EQ(main->lblInterventi->Caption(), QStringLiteral("Interventi a Macchine"));
-    EXPECT_EQ(main->Label9->Caption(), QStringLiteral("V3.0.3"));
+    EXPECT_EQ(main->lblInterventi->Caption(), "Interventi a Macchine");
+    EXPECT_EQ(main->Label9->Caption(), "V3.0.3");
 
-    screens().show(QStringLiteral("Form4"));
+    screens().show("Form4");
     main->lblRicambi->click();
-    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form4")));    // unloaded by the click
-    EXPECT_FALSE(screens().isLoaded(QStringLiteral("frmAbout"))); // also the About screen
-    vb::Form* f = screens().loaded(QStringLiteral("Form15"));
+    EXPECT_FALSE(screens().isLoaded("Form4"));    // unloaded by the click
+    EXPECT_FALSE(screens().isLoaded("frmAbout")); // also the About screen
+    vb::Form* f = screens().loaded("Form15");
     ASSERT_NE(f, nullptr);
     EXPECT_EQ(loads15, 1);
     EXPECT_TRUE(f->isVisible());
@@ -160,18 +149,18 @@ TEST_F(StartupTest, MenuIsStackedAndAClickOpensOneScreen)
     EXPECT_EQ(f->Top(), 2200);
     EXPECT_EQ(f->Width(), main->Width() - main->PicMenu->Width());
     EXPECT_EQ(f->Height(), main->Image2->Height() - 2200 + 300);
-    EXPECT_EQ(main->Caption(), QStringLiteral("VELMORA <Ricambi>"));
+    EXPECT_EQ(main->Caption(), "VELMORA <Ricambi>");
     EXPECT_TRUE(main->Img_Indicatore->isVisibleTo(main));
     EXPECT_EQ(main->Img_Indicatore->Top(), main->lblRicambi->Top() + 40);
 
     // A label whose screen is not built yet changes title and marker and opens nothing.
     main->lblOperatore->click();
-    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form15")));
-    EXPECT_EQ(main->Caption(), QStringLiteral("VELMORA <Operatori>"));
+    EXPECT_FALSE(screens().isLoaded("Form15"));
+    EXPECT_EQ(main->Caption(), "VELMORA <Operatori>");
 
     // The logo shows the About screen again and hides the marker.
     main->Image6->click();
-    EXPECT_TRUE(screens().loaded(QStringLiteral("frmAbout"))->isVisible());
+    EXPECT_TRUE(screens().loaded("frmAbout")->isVisible());
     EXPECT_FALSE(main->Img_Indicatore->isVisibleTo(main));
 }
 
@@ -179,53 +168,51 @@ TEST_F(StartupTest, MenuIsStackedAndAClickOpensOneScreen)
 TEST_F(StartupTest, AssignMenuClearsThePreselection)
 {
     int loads7 = 0;
-    standIn(QStringLiteral("Form7"),
-            QStringList{QStringLiteral("T:ID_MOD"), QStringLiteral("T:ID_MAINT"), QStringLiteral("T:DataCombo4")},
-            &loads7);
-    standIn(QStringLiteral("Form13"), [](QWidget* owner) -> vb::Form* {
-        auto* f = new StandIn(owner, QStringLiteral("Form13"), nullptr);
-        auto* model = new vb::TextBox(f, QStringLiteral("Txt_ID_MODELLO"));
-        auto* type = new vb::TextBox(f, QStringLiteral("Txt_ID_MAINT_TIPO"));
+    standIn("Form7", QStringList{"T:ID_MOD", "T:ID_MAINT", "T:DataCombo4"}, &loads7);
+    standIn("Form13", [](QWidget* owner) -> vb::Form* {
+        auto* f = new StandIn(owner, "Form13", nullptr);
+        auto* model = new vb::TextBox(f, "Txt_ID_MODELLO");
+        auto* type = new vb::TextBox(f, "Txt_ID_MAINT_TIPO");
         f->onLoad = [model, type] {
-            model->setText(QStringLiteral("12"));
-            type->setText(QStringLiteral("3"));
+            model->setText("12");
+            type->setText("3");
         };
         return f;
     });
     frmMain* main = start();
     main->lblAss_Manut->click();
     EXPECT_EQ(loads7, 1);
-    EXPECT_FALSE(screens().loaded(QStringLiteral("Form7"))->isVisible());
-    vb::Form* f13 = screens().loaded(QStringLiteral("Form13"));
+    EXPECT_FALSE(screens().loaded("Form7")->isVisible());
+    vb::Form* f13 = screens().loaded("Form13");
     ASSERT_NE(f13, nullptr);
     EXPECT_TRUE(f13->isVisible());
-    EXPECT_EQ(f13->control(QStringLiteral("Txt_ID_MODELLO"))->vbProperty(QStringLiteral("Text")).toString(), QString());
+    EXPECT_EQ(f13->control("Txt_ID_MODELLO")->vbProperty("Text").toString(), QString());
     EXPECT_EQ(f13->Top(), 2200);
-    EXPECT_EQ(main->Caption(), QStringLiteral("VELMORA <Assegna Manutenzioni>"));
+    EXPECT_EQ(main->Caption(), "VELMORA <Assegna Manutenzioni>");
 }
 
 // Closing writes one register row and recomputes Tempo of every row (no WHERE), hours
 // taken as a time of day; lblExit writes nothing.
 TEST_F(StartupTest, CloseWritesTheSessionRowAndExitDoesNot)
 {
-    exec(QStringLiteral("INSERT INTO Tbl_Register (Date_Open, Date_Close, Tempo) VALUES "
-                        "(#11/10/2026 08:00:00#, #11/11/2026 10:30:15#, 'x')"));
+    exec("INSERT INTO Tbl_Register (Date_Open, Date_Close, Tempo) VALUES "
+         "(#11/10/2026 08:00:00#, #11/11/2026 10:30:15#, 'x')");
     frmMain* main = start();
     vb::Clock::advance(3600 + 2 * 60 + 3);
     main->lblExit->click();
-    EXPECT_EQ(rows(QStringLiteral("SELECT * FROM Tbl_Register")).size(), 1u);
+    EXPECT_EQ(rows("SELECT * FROM Tbl_Register").size(), 1u);
 
     shell::screens().discardAll();
     start();
     vb::Clock::advance(3600 + 2 * 60 + 3);
-    screens().unload(QStringLiteral("frmMain"));
-    const auto r = rows(QStringLiteral("SELECT Date_Open, Date_Close, Tempo FROM Tbl_Register ORDER BY Date_Open"));
+    screens().unload("frmMain");
+    const auto r = rows("SELECT Date_Open, Date_Close, Tempo FROM Tbl_Register ORDER BY Date_Open");
     ASSERT_EQ(r.size(), 2u);
     // The old row of 26 h 30 m 15 s shows only what is over the whole day.
-    EXPECT_EQ(r[0][2].toString(), QStringLiteral("2.30.15"));
+    EXPECT_EQ(r[0][2].toString(), "2.30.15");
     EXPECT_EQ(r[1][0].toDate().serial, vb::toSerial(QDateTime(QDate(2026, 11, 15), QTime(9, 2, 3))));
     EXPECT_EQ(r[1][1].toDate().serial, vb::toSerial(QDateTime(QDate(2026, 11, 15), QTime(10, 4, 6))));
-    EXPECT_EQ(r[1][2].toString(), QStringLiteral("1.2.3"));
+    EXPECT_EQ(r[1][2].toString(), "1.2.3");
 }
 
 TEST_F(StartupTest, ProcedureGuideIsWrittenAndOpened)
@@ -234,20 +221,6 @@ TEST_F(StartupTest, ProcedureGuideIsWrittenAndOpened)
     main->Lbl_Procedure->click();
     const auto opened = vb::OpenFileService::takeOpened();
     ASSERT_EQ(opened.size(), 1u);
-    EXPECT_EQ(opened[0], path() + QStringLiteral("/PROCEDURA.txt"));
-    QFile f(opened[0]);
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly | QIODevice::Text));
-    const QStringList lines = QString::fromUtf8(f.readAll()).split(u'\n');
-    ASSERT_EQ(lines.size(), 38); // 37 lines, each ended
-    EXPECT_EQ(lines[0], QStringLiteral("DATA 15/11/2026"));
-    EXPECT_EQ(lines[1], QString());
-    EXPECT_EQ(lines[6], QStringLiteral("\t\tSeleziona un dato da Modificare, Modifica i valori e Premi 'MODIFICA'"));
-    EXPECT_TRUE(lines[29].endsWith(QStringLiteral("presenti nel vostro guppo macchine;")));
-    EXPECT_TRUE(lines[26].endsWith(QStringLiteral("tutti i lavori riguardanti quel tipo di Manutenzione")));
-    EXPECT_EQ(lines[31], QString(31, QChar(0x00B0)));
-    EXPECT_EQ(lines[32],
-              QStringLiteral("Per Ulteriori Anomalie o Suggerimenti scrivete una Email a ") + vb::SupportAddress());
-    EXPECT_EQ(lines[34], QStringLiteral("Verifica Aggiornamenti Software ") + vb::SupportSite() +
-                             QStringLiteral("/il_Tromvero_Download.asp"));
-    EXPECT_EQ(lines[36], QString());
+    EXPECT_EQ(opened[0], path() + "/PROCEDURA.txt");
+    golden::expectMatches("procedure_guide.txt", linesOf("PROCEDURA.txt").join(u'\n'));
 }

@@ -16,17 +16,13 @@ protected:
     void SetUp() override
     {
         ScreenTest::SetUp();
-        standIn(QStringLiteral("Form14"), QStringList{QStringLiteral("T:Txt_Giac"), QStringLiteral("T:Txt_Scorta")},
-                &loads14);
-        standIn(QStringLiteral("Form13"),
-                QStringList{QStringLiteral("T:Txt_Control_Min"), QStringLiteral("T:Txt_Min"),
-                            QStringLiteral("T:Txt_Num"), QStringLiteral("F:Frame10")},
-                &loads13);
-        standIn(QStringLiteral("Form7"), [this](QWidget* owner) -> vb::Form* {
-            auto* f = new StandIn(owner, QStringLiteral("Form7"), &loads7);
-            auto* picker = new vb::DTPicker(f, QStringLiteral("DTPicker2"));
+        standIn("Form14", QStringList{"T:Txt_Giac", "T:Txt_Scorta"}, &loads14);
+        standIn("Form13", QStringList{"T:Txt_Control_Min", "T:Txt_Min", "T:Txt_Num", "F:Frame10"}, &loads13);
+        standIn("Form7", [this](QWidget* owner) -> vb::Form* {
+            auto* f = new StandIn(owner, "Form7", &loads7);
+            auto* picker = new vb::DTPicker(f, "DTPicker2");
             picker->setValue(Variant::fromDate(QDate(2026, 11, 20)));
-            auto* label = new vb::Label(f, QStringLiteral("Label8"), QStringLiteral("Prossima:"));
+            auto* label = new vb::Label(f, "Label8", "Prossima:");
             label->setForeColor(colour::Red);
             label->setBackStyle(0);
             return f;
@@ -40,12 +36,12 @@ protected:
     }
     void setText(const char* screen, const char* name, const QString& text)
     {
-        ctl(screen, name)->setVbProperty(QStringLiteral("Text"), text);
+        ctl(screen, name)->setVbProperty("Text", text);
     }
     /// One tick of Timer2 on giacenza/minimum, from a starting background; the colours after.
     std::pair<int, int> stock(const QString& giac, const QString& min, int back)
     {
-        screens().form(QStringLiteral("Form14"));
+        screens().form("Form14");
         setText("Form14", "Txt_Giac", giac);
         setText("Form14", "Txt_Scorta", min);
         vb::Control* s = ctl("Form14", "Txt_Scorta");
@@ -67,33 +63,33 @@ using P = std::pair<int, int>;
 // screen not built is inert.
 TEST_F(TimersTest, TicksLoadTheWatchedScreensHidden)
 {
-    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form7")));
+    EXPECT_FALSE(screens().isLoaded("Form7"));
     main->Timer1->tick();
     main->Timer3->tick();
     main->Timer1->tick();
     EXPECT_EQ(loads7, 1);
     EXPECT_EQ(loads13, 1);
-    EXPECT_FALSE(screens().loaded(QStringLiteral("Form7"))->isVisible());
+    EXPECT_FALSE(screens().loaded("Form7")->isVisible());
 
     // Timer4 discards the hidden Form7 once, and never again.
     main->Timer4->tick();
-    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form7")));
-    EXPECT_EQ(main->Txt_Form7->Text(), QStringLiteral("1"));
+    EXPECT_FALSE(screens().isLoaded("Form7"));
+    EXPECT_EQ(main->Txt_Form7->Text(), "1");
     main->Timer1->tick();
     EXPECT_EQ(loads7, 2);
     main->Timer4->tick();
-    EXPECT_TRUE(screens().isLoaded(QStringLiteral("Form7")));
+    EXPECT_TRUE(screens().isLoaded("Form7"));
 
-    EXPECT_EQ(screens().control(QStringLiteral("Form12"), QStringLiteral("Label2")), nullptr);
-    screens().show(QStringLiteral("Form12"));
-    EXPECT_FALSE(screens().isLoaded(QStringLiteral("Form12")));
+    EXPECT_EQ(screens().control("Form12", "Label2"), nullptr);
+    screens().show("Form12");
+    EXPECT_FALSE(screens().isLoaded("Form12"));
 
     // Timer2 has no trap of its own: the stand-in's empty fields are no numbers, and the
     // run time's box ends the program. The real Form14 holds "0" in both by design.
     main->Timer2->tick();
     EXPECT_EQ(loads14, 1);
-    EXPECT_FALSE(screens().loaded(QStringLiteral("Form14"))->isVisible());
-    EXPECT_EQ(vb::MsgBoxService::takeShown().back().prompt, QStringLiteral("13 Tipo non corrispondente"));
+    EXPECT_FALSE(screens().loaded("Form14")->isVisible());
+    EXPECT_EQ(vb::MsgBoxService::takeShown().back().prompt, "13 Tipo non corrispondente");
 }
 
 TEST_F(TimersTest, ClockLineAndOverdueFlash)
@@ -101,20 +97,20 @@ TEST_F(TimersTest, ClockLineAndOverdueFlash)
     vb::Clock::freeze(QDateTime(QDate(2026, 1, 3), QTime(9, 5, 7)));
     main->Timer1->tick();
     // Week 1 is the week of 1 January, weeks start on Sunday.
-    EXPECT_EQ(main->Lbl_Time->Caption(), QStringLiteral("Settimana N°1  03/01/2026 Ore: 09.05.07"));
+    EXPECT_EQ(main->Lbl_Time->Caption(), "Settimana N°1  03/01/2026 Ore: 09.05.07");
     vb::Clock::freeze(QDateTime(QDate(2026, 1, 4), QTime(0, 0, 0)));
     main->Timer1->tick();
-    EXPECT_EQ(main->Lbl_Time->Caption(), QStringLiteral("Settimana N°2  04/01/2026 Ore: 00.00.00"));
+    EXPECT_EQ(main->Lbl_Time->Caption(), "Settimana N°2  04/01/2026 Ore: 00.00.00");
 
     auto* label = dynamic_cast<vb::Label*>(ctl("Form7", "Label8"));
     auto* picker = ctl("Form7", "DTPicker2");
     // Due today: no flash.
-    picker->setVbProperty(QStringLiteral("Value"), Variant::fromDate(QDate(2026, 1, 4)));
+    picker->setVbProperty("Value", Variant::fromDate(QDate(2026, 1, 4)));
     main->Timer1->tick();
     EXPECT_EQ(label->ForeColor(), colour::Red);
     EXPECT_EQ(label->BackStyle(), 0);
     // Overdue: white on opaque red, then red on transparent, and so on.
-    picker->setVbProperty(QStringLiteral("Value"), Variant::fromDate(QDate(2026, 1, 3)));
+    picker->setVbProperty("Value", Variant::fromDate(QDate(2026, 1, 3)));
     main->Timer1->tick();
     EXPECT_EQ(label->ForeColor(), colour::White);
     EXPECT_EQ(label->BackColor(), colour::Red);
@@ -128,18 +124,18 @@ TEST_F(TimersTest, ClockLineAndOverdueFlash)
 // below flashes red; the colour of the other alarm stays for that tick.
 TEST_F(TimersTest, StockFlashCycles)
 {
-    EXPECT_EQ(stock(QStringLiteral("0"), QStringLiteral("0"), colour::Red), P(colour::Red, colour::White));
-    EXPECT_EQ(stock(QStringLiteral("5"), QStringLiteral("2"), colour::Orange), P(colour::White, colour::Black));
-    EXPECT_EQ(stock(QStringLiteral("5"), QStringLiteral("2"), colour::Red), P(colour::White, colour::Black));
-    EXPECT_EQ(stock(QStringLiteral("5"), QStringLiteral("2"), colour::White), P(colour::White, colour::Black));
-    EXPECT_EQ(stock(QStringLiteral("3"), QStringLiteral("2"), colour::White), P(colour::Orange, colour::White));
-    EXPECT_EQ(stock(QStringLiteral("3"), QStringLiteral("2"), colour::Orange), P(colour::White, colour::Black));
-    EXPECT_EQ(stock(QStringLiteral("3"), QStringLiteral("2"), colour::Red), P(colour::Red, colour::White));
-    EXPECT_EQ(stock(QStringLiteral("2"), QStringLiteral("2"), colour::White), P(colour::Red, colour::White));
-    EXPECT_EQ(stock(QStringLiteral("1"), QStringLiteral("2"), colour::Red), P(colour::White, colour::Black));
-    EXPECT_EQ(stock(QStringLiteral("2"), QStringLiteral("2"), colour::Orange), P(colour::Orange, colour::White));
+    EXPECT_EQ(stock("0", "0", colour::Red), P(colour::Red, colour::White));
+    EXPECT_EQ(stock("5", "2", colour::Orange), P(colour::White, colour::Black));
+    EXPECT_EQ(stock("5", "2", colour::Red), P(colour::White, colour::Black));
+    EXPECT_EQ(stock("5", "2", colour::White), P(colour::White, colour::Black));
+    EXPECT_EQ(stock("3", "2", colour::White), P(colour::Orange, colour::White));
+    EXPECT_EQ(stock("3", "2", colour::Orange), P(colour::White, colour::Black));
+    EXPECT_EQ(stock("3", "2", colour::Red), P(colour::Red, colour::White));
+    EXPECT_EQ(stock("2", "2", colour::White), P(colour::Red, colour::White));
+    EXPECT_EQ(stock("1", "2", colour::Red), P(colour::White, colour::Black));
+    EXPECT_EQ(stock("2", "2", colour::Orange), P(colour::Orange, colour::White));
     // 2,6 - 1 = 1,6 rounds to 2: no alarm.
-    EXPECT_EQ(stock(QStringLiteral("2,6"), QStringLiteral("1"), colour::Orange), P(colour::White, colour::Black));
+    EXPECT_EQ(stock("2,6", "1", colour::Orange), P(colour::White, colour::Black));
 }
 
 // Missing minutes flash Frame10's caption between red and the system window colour, only
@@ -147,7 +143,7 @@ TEST_F(TimersTest, StockFlashCycles)
 // falls into the flash under the trap).
 TEST_F(TimersTest, MissingMinutesFlash)
 {
-    screens().form(QStringLiteral("Form13"));
+    screens().form("Form13");
     vb::Control* frame = ctl("Form13", "Frame10");
     auto tick = [&](const char* control, const char* min, const char* num, int fore) {
         setText("Form13", "Txt_Control_Min", QString::fromLatin1(control));

@@ -12,10 +12,10 @@ namespace kit {
 
 /// What each control shows: its text, or its caption when it has no text (a label, a
 /// frame, a button).
-inline QStringList texts(std::initializer_list<vb::Control*> controls)
+inline QStringList texts(std::initializer_list<const vb::Control*> controls)
 {
     QStringList out;
-    for (vb::Control* c : controls) {
+    for (const vb::Control* c : controls) {
         try {
             out << c->vbProperty(QStringLiteral("Text")).toString();
         } catch (const vb::VBError&) {

@@ -136,16 +136,6 @@ shell::ScreenRegistry::Factory ScreenTest::original(const QString& name) const
     return it != m_saved.end() ? it->second : shell::ScreenRegistry::factory(name);
 }
 
-void ScreenTest::answer(std::initializer_list<int> answers)
-{
-    vb::MsgBoxService::queueAnswers(answers);
-}
-
-std::vector<vb::ShownBox> ScreenTest::boxes()
-{
-    return vb::MsgBoxService::takeShown();
-}
-
 vb::ShownBox ScreenTest::oneBox()
 {
     const auto shown = boxes();
@@ -245,24 +235,6 @@ QStringList ScreenTest::linesOf(const QString& name) const
     QString all = QString::fromUtf8(f.readAll());
     all.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     return all.split(u'\n');
-}
-
-void ScreenTest::setToday(const QDate& day)
-{
-    vb::Clock::freeze(QDateTime(day, QTime(8, 0, 0)));
-}
-
-QStringList ScreenTest::texts(std::initializer_list<const vb::Control*> controls)
-{
-    QStringList out;
-    for (const vb::Control* c : controls) {
-        try {
-            out << c->vbProperty(QStringLiteral("Text")).toString();
-        } catch (const vb::VBError&) {
-            out << c->vbProperty(QStringLiteral("Caption")).toString();
-        }
-    }
-    return out;
 }
 
 QList<int> ScreenTest::widths(vb::DataGrid* grid)

@@ -7,10 +7,12 @@
 #include "controls/Controls.h"
 #include "controls/DataControls.h"
 #include "controls/DateControls.h"
+#include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
 #include "shell/ScreenRegistry.h"
 #include "shell/frmMain.h"
 #include "support/Boxes.h"
+#include "support/Fields.h"
 #include "support/Plant.h"
 
 #include <QCoreApplication>
@@ -49,7 +51,6 @@ protected:
         QCoreApplication::processEvents();
         return screen<F>(name);
     }
-    /// A fresh load of a screen.
     template <class F> static F* reload(const QString& name)
     {
         shell::screens().unload(name);
@@ -68,9 +69,9 @@ protected:
 
     // ---- the boxes --------------------------------------------------------------------
     /// The answers of the next boxes, in order (vb::answer::Yes...).
-    static void answer(std::initializer_list<int> answers);
+    static void answer(std::initializer_list<int> answers) { vb::MsgBoxService::queueAnswers(answers); }
     /// The boxes shown since the last call.
-    static std::vector<vb::ShownBox> boxes();
+    static std::vector<vb::ShownBox> boxes() { return vb::MsgBoxService::takeShown(); }
     /// The one box shown since the last call; a failure when there were none or more.
     static vb::ShownBox oneBox();
 
@@ -98,12 +99,11 @@ protected:
     /// search as you type runs once on the whole text.
     static void typeLastKey(vb::TextBox* field, const QString& text);
 
-    /// What each control shows: its Text, or its Caption when it has none (labels, frames).
-    static QStringList texts(std::initializer_list<const vb::Control*> controls);
+    static QStringList texts(std::initializer_list<const vb::Control*> controls) { return kit::texts(controls); }
 
     // ---- the clock --------------------------------------------------------------------
     /// Moves the frozen clock to 08:00 of another day (the tests start on 15/11/2026).
-    static void setToday(const QDate& day);
+    static void setToday(const QDate& day) { vb::Clock::freeze(QDateTime(day, QTime(8, 0, 0))); }
 
     // ---- files ------------------------------------------------------------------------
     /// The temporary data folder (the program's path).
