@@ -333,6 +333,19 @@ void ListBox::choose(const QString& text)
     select(row(found.first()));
 }
 
+// A list filled by its load has no selected line until the user clicks one. Qt's view
+// makes the first line current when the list takes the focus by the keyboard or at
+// the screen's opening, which would be a Click the user never made.
+void ListBox::focusInEvent(QFocusEvent* event)
+{
+    const bool hadLine = currentRow() >= 0;
+    m_silent = true;
+    QListWidget::focusInEvent(event);
+    if (!hadLine && currentRow() >= 0)
+        selectionModel()->clearCurrentIndex();
+    m_silent = false;
+}
+
 void ListBox::applyColours()
 {
     paintRoles(this, QPalette::Base, QPalette::Text, BackColor(), ForeColor(), false);

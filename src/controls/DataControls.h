@@ -85,6 +85,7 @@ protected:
     std::optional<Variant> getProp(const QString& n) const override;
     bool setProp(const QString& n, const Variant& v) override;
     void applyColours() override;
+    void focusInEvent(QFocusEvent* event) override;
 
 private:
     bool m_silent = false;

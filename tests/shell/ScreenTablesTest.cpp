@@ -1,7 +1,9 @@
 // What the screens share: the menu entry that opens a screen under the main screen's
-// title, the focus colours of fields and lists, and the box that refuses a command given
-// before anything is selected.
+// title, the focus colours of fields and lists, the box that refuses a command given
+// before anything is selected, and lists that choose nothing by themselves.
+#include "controls/DataControls.h"
 #include "support/ScreenTest.h"
+#include "support/SparesTest.h"
 
 using shell::screens;
 
@@ -98,3 +100,29 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return std::string(info.param.screen) + "_" + info.param.button; });
 
 } // namespace
+
+// A list filled by a screen's load has no selected line until the user clicks one, even
+// after the screen is shown and the list takes the focus: nothing is chosen for the user
+// (no entry fields filled, no box for a category without parts, no delete offered).
+class NoChoiceOnOpeningTest : public ScreenTest, public ::testing::WithParamInterface<const char*>
+{
+};
+
+TEST_P(NoChoiceOnOpeningTest, ListsStartWithoutASelection)
+{
+    kit::partsRegister(plant);
+    screens().show(GetParam());
+    vb::Form* f = screens().loaded(GetParam());
+    ASSERT_TRUE(f);
+    f->activateWindow();
+    QCoreApplication::processEvents();
+    for (vb::ListBox* list : f->findChildren<vb::ListBox*>()) {
+        list->setFocus(Qt::TabFocusReason);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(list->ListIndex(), -1) << list->Name().toStdString();
+    }
+    EXPECT_TRUE(boxes().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Screens, NoChoiceOnOpeningTest,
+                         ::testing::Values("Form2", "Form15", "Form4", "Form10", "Form14", "Form19"));
