@@ -6,9 +6,12 @@
 #include <QtEndian>
 
 #include <charconv>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <mdbtools.h>
+#include <unistd.h>
 
 namespace importer {
 
@@ -17,6 +20,37 @@ namespace {
 constexpr int JetHeaderSize = 0x20;
 // What libmdb's OLE reader may copy into a bound buffer at once.
 constexpr size_t OleChunk = MDB_BIND_SIZE * 64;
+
+/// libmdb writes its own English lines to standard error on a damaged file ("Unable to
+/// read table ..."); the user gets our Italian message instead. Standard error goes to
+/// the null device while libmdb reads.
+class LibraryQuiet
+{
+public:
+    LibraryQuiet()
+    {
+        std::fflush(stderr);
+        m_saved = ::dup(STDERR_FILENO);
+        const int null = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+        if (m_saved >= 0 && null >= 0)
+            ::dup2(null, STDERR_FILENO);
+        if (null >= 0)
+            ::close(null);
+    }
+    ~LibraryQuiet()
+    {
+        std::fflush(stderr);
+        if (m_saved >= 0) {
+            ::dup2(m_saved, STDERR_FILENO);
+            ::close(m_saved);
+        }
+    }
+    LibraryQuiet(const LibraryQuiet&) = delete;
+    LibraryQuiet& operator=(const LibraryQuiet&) = delete;
+
+private:
+    int m_saved = -1;
+};
 
 JetType jetType(int mdbType)
 {
@@ -182,6 +216,7 @@ bool MdbReader::open(const QString& path)
         return fail(MdbProblem::Damaged, QStringLiteral("il file è troncato"));
     file.close();
 
+    const LibraryQuiet quiet;
     d->mdb = mdb_open(QFile::encodeName(path).constData(), MDB_NOFLAGS);
     if (!d->mdb)
         return fail(MdbProblem::Damaged, QStringLiteral("l'intestazione del file è illeggibile"));
@@ -226,6 +261,7 @@ bool MdbReader::open(const QString& path)
 
 qint64 MdbReader::readRows(const MdbTableInfo& table, const std::function<bool(const std::vector<MdbValue>&)>& onRow)
 {
+    const LibraryQuiet quiet;
     MdbCatalogEntry* entry = d->entries.value(table.name);
     MdbTableDef* def = entry ? mdb_read_table(entry) : nullptr;
     if (!def || !mdb_read_columns(def) || def->num_cols != table.columns.size()) {

@@ -6,7 +6,10 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFontDatabase>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QPushButton>
+#include <QTranslator>
 #include <QUrl>
 
 static void initFontResources()
@@ -87,6 +90,22 @@ void registerBundledFonts()
                                         ":/fonts/LiberationSans-Italic.ttf", ":/fonts/LiberationSans-BoldItalic.ttf"};
     for (const char* face : faces)
         QFontDatabase::addApplicationFont(QString::fromLatin1(face));
+}
+
+bool installItalianTranslations()
+{
+    static QTranslator* qtWords = nullptr;
+    if (qtWords)
+        return true;
+    auto* t = new QTranslator(QCoreApplication::instance());
+    if (!t->load(QLocale(QLocale::Italian, QLocale::Italy), QStringLiteral("qtbase"), QStringLiteral("_"),
+                 QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        delete t;
+        return false;
+    }
+    QCoreApplication::installTranslator(t);
+    qtWords = t;
+    return true;
 }
 
 } // namespace shell

@@ -1,7 +1,7 @@
 #pragma once
 /// @file DesktopServices.h
 /// The desktop side of the program's services: message boxes on screen, documents
-/// opened by the desktop's default program, the bundled fonts.
+/// opened by the desktop's default program, the bundled fonts, Qt's words in Italian.
 
 #include <QMessageBox>
 
@@ -14,6 +14,11 @@ void installDesktopServices();
 /// Registers the bundled Liberation Sans faces, so that screens and pages measure the
 /// same on every machine.
 void registerBundledFonts();
+
+/// Makes Qt's own words Italian whatever the desktop's language: the standard buttons of
+/// the boxes ("Sì", "No", "Annulla"), the file and print dialogs, the preview. Uses the
+/// translations the system's Qt ships; returns false when they are not installed.
+bool installItalianTranslations();
 
 /// The buttons of a VB flags value (the low three bits), in VB's order.
 QMessageBox::StandardButtons buttonsFor(int vbFlags);

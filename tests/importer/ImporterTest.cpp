@@ -14,10 +14,12 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTextStream>
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 namespace {
 
@@ -390,17 +392,28 @@ TEST_F(ImporterTest, BadOldFilesLeaveNothingBehind)
         {written(sources.filePath("Velmora.mdb"), "ID;Reparto\n1;Stampaggio\n"), "non è un database Access"},
         {cutAt(100000), "danneggiato"},                         // not a whole number of pages
         {cutAt(whole.size() / 2 / 4096 * 4096), "danneggiato"}, // whole pages, half the file
+        {written(sources.filePath("catalogo.mdb"), QByteArray(whole).replace(8192, 2000, QByteArray(2000, '\xA7'))),
+         "danneggiato"}, // the table catalogue's page overwritten
     };
     const QString before = QString::fromLatin1(folderState(home()));
     for (const auto& [file, says] : cases) {
         SCOPED_TRACE(file.toStdString());
+        // libmdb's own English lines never reach the user ahead of the Italian message.
+        QTemporaryFile libraryLines;
+        ASSERT_TRUE(libraryLines.open());
+        std::fflush(stderr);
+        const int savedErr = ::dup(STDERR_FILENO);
+        ::dup2(libraryLines.handle(), STDERR_FILENO);
         const importer::ImportResult result = import(false, file);
+        const QString unborn = home() + "/nuova";
+        EXPECT_FALSE(importer::importMdb({file, unborn, false}).ok);
+        std::fflush(stderr);
+        ::dup2(savedErr, STDERR_FILENO);
+        ::close(savedErr);
+        EXPECT_EQ(bytesOf(libraryLines.fileName()), QByteArray());
         EXPECT_FALSE(result.ok);
         EXPECT_TRUE(result.message.contains(says)) << result.message.toStdString();
         EXPECT_EQ(QString::fromLatin1(folderState(home())), before);
-
-        const QString unborn = home() + "/nuova";
-        EXPECT_FALSE(importer::importMdb({file, unborn, false}).ok);
         EXPECT_FALSE(QFileInfo::exists(unborn));
     }
 }
