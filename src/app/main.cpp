@@ -1,10 +1,12 @@
 // Velmora: the maintenance-management program of the maintenance department.
 //
-//   velmora [--home DIR] [--drive FILE|-]
+//   velmora [--home DIR] [--demo | --demo-if-new] [--screenshot DIR] [--drive FILE|-]
 //   velmora --import OLD.mdb [--home DIR] [--replace]
+//   velmora --help | --version
 //
 // The data folder is --home, else VELMORA_HOME, else the per-user data folder. With
 // --drive the program is driven by the line protocol of docs/automation.md.
+#include "app/CommandLine.h"
 #include "definition/Workload.h"
 #include "demo/CommandLine.h"
 #include "importer/Importer.h"
@@ -18,50 +20,12 @@
 #include <QDir>
 #include <QStandardPaths>
 
-#include <cstdio>
-#include <cstring>
-#include <optional>
-
 namespace {
 
-struct Arguments
-{
-    QString home;
-    std::optional<QString> drive;
-    QString error;
-};
-
-Arguments parseArguments(int argc, char** argv)
-{
-    Arguments a;
-    for (int i = 1; i < argc; ++i) {
-        const char* arg = argv[i];
-        auto value = [&](const char* name) -> QString {
-            if (i + 1 >= argc) {
-                a.error = QStringLiteral("Manca il valore di %1").arg(QLatin1String(name));
-                return {};
-            }
-            return QString::fromLocal8Bit(argv[++i]);
-        };
-        if (std::strcmp(arg, "--home") == 0)
-            a.home = value("--home");
-        else if (std::strncmp(arg, "--home=", 7) == 0)
-            a.home = QString::fromLocal8Bit(arg + 7);
-        else if (std::strcmp(arg, "--drive") == 0)
-            a.drive = value("--drive");
-        else if (std::strncmp(arg, "--drive=", 8) == 0)
-            a.drive = QString::fromLocal8Bit(arg + 8);
-        // Anything else (Qt's own options such as -platform) passes through to Qt.
-        if (!a.error.isEmpty())
-            break;
-    }
-    return a;
-}
-
 /// --home, else VELMORA_HOME, else the platform's per-user data folder; created when missing.
-QString dataFolder(const Arguments& args)
+QString dataFolder(const app::Options& options)
 {
-    QString dir = args.home;
+    QString dir = options.home;
     if (dir.isEmpty())
         dir = qEnvironmentVariable("VELMORA_HOME");
     if (dir.isEmpty())
@@ -74,15 +38,15 @@ QString dataFolder(const Arguments& args)
 
 int main(int argc, char** argv)
 {
+    const std::variant<app::Options, int> parsed = app::parseCommandLine(argc, argv);
+    if (const int* rc = std::get_if<int>(&parsed))
+        return *rc;
+    const app::Options& options = std::get<app::Options>(parsed);
     // An old Velmora.mdb is taken over without starting the program (docs/importer.md).
-    if (importer::wantsImport(argc, argv))
+    if (options.importFile)
         return importer::runImport(argc, argv);
-    const Arguments args = parseArguments(argc, argv);
-    if (!args.error.isEmpty()) {
-        std::fprintf(stderr, "velmora: %s\n", qPrintable(args.error));
-        return 2;
-    }
-    const bool driving = args.drive.has_value();
+
+    const bool driving = options.drive.has_value();
     // Driven runs never put a window on a real display unless the caller asked for one.
     if (driving && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -91,8 +55,9 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Velmora"));
     QApplication::setOrganizationName(QStringLiteral("Velmora"));
-    QApplication::setApplicationVersion(QStringLiteral("3.0.3"));
-    vb::setAppPath(dataFolder(args));
+    QApplication::setApplicationVersion(QString::fromLatin1(app::Version));
+    shell::installItalianTranslations();
+    vb::setAppPath(dataFolder(options));
     shell::registerBundledFonts();
     // frmMain's load ends with the workload line, whichever way it is started.
     definition::installWorkloadLine();
@@ -101,7 +66,7 @@ int main(int argc, char** argv)
         return *rc;
 
     if (driving) {
-        shell::Driver driver(*args.drive);
+        shell::Driver driver(*options.drive);
         return driver.run();
     }
 
