@@ -7,7 +7,7 @@ here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 "$here/scripts/setup.sh" "$here/build"
 args=(--demo-if-new "$@")
 for a in "$@"; do
-    case "$a" in --drive* | --demo* | --screenshot*) args=("$@") ;; esac
+    case "$a" in --drive* | --demo* | --screenshot* | --import* | --help | --version) args=("$@") ;; esac
 done
 if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -z "${QT_QPA_PLATFORM:-}" ]; then
     exec xvfb-run -a "$here/build/velmora" "${args[@]}"

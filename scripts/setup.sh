@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what Velmora needs to build, test and run, when it is missing (Debian/Ubuntu),
-# then configures and builds. Usage: scripts/setup.sh [build-dir]
+# then configures and builds. Usage: scripts/setup.sh [build-dir | --packages-only]
 set -euo pipefail
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 build="${1:-$here/build}"
@@ -22,5 +22,6 @@ if ((${#missing[@]})); then
     DEBIAN_FRONTEND=noninteractive "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 fi
 
+[ "$build" = --packages-only ] && exit 0
 cmake -S "$here" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >&2
 cmake --build "$build" -j "$(nproc)" >&2
