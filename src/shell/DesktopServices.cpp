@@ -104,6 +104,8 @@ bool installItalianTranslations()
         return false;
     }
     QCoreApplication::installTranslator(t);
+    // The date pickers' calendars name months and days by the default locale.
+    QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
     qtWords = t;
     return true;
 }

@@ -16,7 +16,7 @@ void installDesktopServices();
 void registerBundledFonts();
 
 /// Makes Qt's own words Italian whatever the desktop's language: the standard buttons of
-/// the boxes ("Sì", "No", "Annulla"), the file and print dialogs, the preview. Uses the
+/// the boxes ("Sì", "No", "Annulla"), the file and print dialogs, the calendars. Uses the
 /// translations the system's Qt ships; returns false when they are not installed.
 bool installItalianTranslations();
 

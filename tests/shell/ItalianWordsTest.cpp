@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -39,6 +40,7 @@ TEST(ItalianWordsTest, BoxesAndDialogsSpeakItalian)
         buttons << b->text().remove(QLatin1Char('&'));
     buttons.sort();
     EXPECT_EQ(buttons, QStringList({"Annulla", "No", "Sì"}));
+    EXPECT_EQ(QLocale().monthName(1), "gennaio"); // the date pickers' calendars
 
     QFileDialog files(nullptr, "Apri");
     files.setOption(QFileDialog::DontUseNativeDialog);
