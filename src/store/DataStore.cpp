@@ -394,9 +394,11 @@ DataStore::DataStore(const QString& path, Kind kind) : m_path(path), m_cache(std
     }
     m_cache->db = m_db;
     m_cache->schema = std::make_unique<jet::SqliteSchema>(m_db);
-    sqlite3_busy_timeout(m_db, 5000);
+    sqlite3_busy_timeout(m_db, LockWaitMs);
     sqlite3_extended_result_codes(m_db, 0);
-    exec(m_db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=OFF");
+    // A committed statement is on the disk before the screen goes on: it survives a power
+    // cut, not only the end of the program.
+    exec(m_db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF");
     jet::registerFunctions(m_db);
 
     sqlite3_stmt* st = nullptr;
