@@ -3,6 +3,7 @@
 #include "runtime/AppPath.h"
 #include "runtime/Regional.h"
 #include "runtime/VBError.h"
+#include "store/Batch.h"
 #include "store/Filter.h"
 #include "store/Schema.h"
 #include "store/Shape.h"
@@ -495,6 +496,7 @@ void DataStore::RunForEachRow(const QString& keys, const QString& perRow, vb::Tr
     Recordset rs;
     if (!trap.step([&] { rs.Open(keys, *this); }))
         return;
+    Batch batch(*this);
     while (!trap.ended()) {
         bool more = false;
         trap.step([&] { more = !rs.Eof(); });
