@@ -2,9 +2,11 @@
 //
 //   velmora [--home DIR] [--drive FILE|-]
 //   velmora --import OLD.mdb [--home DIR] [--replace]
+//   velmora --backup FILE | --restore FILE [--home DIR]
 //
 // The data folder is --home, else VELMORA_HOME, else the per-user data folder. With
 // --drive the program is driven by the line protocol of docs/automation.md.
+#include "app/Backup.h"
 #include "definition/Workload.h"
 #include "demo/CommandLine.h"
 #include "importer/Importer.h"
@@ -13,6 +15,8 @@
 #include "shell/Driver.h"
 #include "shell/Program.h"
 #include "shell/ScreenRegistry.h"
+#include "shell/StoreCheck.h"
+#include "store/Backup.h"
 
 #include <QApplication>
 #include <QDir>
@@ -83,8 +87,9 @@ int main(int argc, char** argv)
         return 2;
     }
     const bool driving = args.drive.has_value();
-    // Driven runs never put a window on a real display unless the caller asked for one.
-    if (driving && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    // Driven runs and the store's copies never put a window on a real display unless the
+    // caller asked for one.
+    if ((driving || app::wantsBackupCommandLine(argc, argv)) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     demo::prepareCommandLine(argc, argv);
 
@@ -93,6 +98,9 @@ int main(int argc, char** argv)
     QApplication::setOrganizationName(QStringLiteral("Velmora"));
     QApplication::setApplicationVersion(QStringLiteral("3.0.3"));
     vb::setAppPath(dataFolder(args));
+    // --backup and --restore work on the store and end there.
+    if (const std::optional<int> rc = app::runBackupCommandLine(argc, argv))
+        return *rc;
     shell::registerBundledFonts();
     // frmMain's load ends with the workload line, whichever way it is started.
     definition::installWorkloadLine();
@@ -101,11 +109,13 @@ int main(int argc, char** argv)
         return *rc;
 
     if (driving) {
+        store::backup::holdFolder(vb::AppPath());
         shell::Driver driver(*args.drive);
         return driver.run();
     }
 
     shell::installDesktopServices();
+    shell::checkStoreAtStart();
     // The program ends through frmMain: its close or lblExit. Other windows closing
     // (frmAbout, a report preview) do not end it.
     QApplication::setQuitOnLastWindowClosed(false);
