@@ -1,9 +1,10 @@
 // The program killed at random moments while it writes: every write it answered for is
 // in the store afterwards, and the store passes SQLite's whole check.
 
+#include "runtime/AppPath.h"
 #include "store/Backup.h"
-#include "store/DataStore.h"
 #include "support/LiveDrive.h"
+#include "support/StoreSnapshot.h"
 
 #include <QTemporaryDir>
 #include <QThread>
@@ -25,24 +26,21 @@ TEST(KillLoop, EveryAcknowledgedWriteSurvivesTheKills)
             const QString name = QStringLiteral("R%1-%2").arg(kill).arg(w);
             program.send(QStringLiteral("exec INSERT INTO Tbl_Reparto (Reparto) VALUES ('%1')").arg(name));
             ++sent;
-            if (w + 1 == writes) // the last write is killed at a random moment of its run
-                QThread::usleep(std::uniform_int_distribution<unsigned>(0, 3000)(random));
-            else if (program.answer().value(QStringLiteral("ok")).toBool())
+            if (w + 1 < writes && program.answer().value(QStringLiteral("ok")).toBool())
                 acknowledged << name;
         }
+        // The last write is killed at a random moment of its run; answered before, it counts.
+        QThread::usleep(std::uniform_int_distribution<unsigned>(0, 3000)(random));
         program.kill();
-        // An answer already written before the kill counts as given.
         if (program.answer(0).value(QStringLiteral("ok")).toBool())
             acknowledged << QStringLiteral("R%1-%2").arg(kill).arg(writes - 1);
     }
-
     const QString file = home.filePath(QStringLiteral("Velmora.sqlite"));
     EXPECT_EQ(store::backup::problemOf(file), QString());
-    store::DataStore db(file);
-    auto rs = db.Query(QStringLiteral("SELECT Reparto FROM Tbl_Reparto"));
-    QStringList stored;
-    for (; !rs->Eof(); rs->MoveNext())
-        stored << rs->Fields(0).Value().toString();
+    store::DataStore::reset();
+    vb::setAppPath(home.path());
+    const QStringList stored = testkit::storeRows(QStringLiteral("SELECT Reparto FROM Tbl_Reparto"));
+    store::DataStore::reset();
     int lost = 0;
     for (const QString& name : std::as_const(acknowledged))
         lost += stored.contains(name) ? 0 : 1;

@@ -1,14 +1,12 @@
 #pragma once
-// The real program under the driver, kept running: one command sent, its answer line
-// awaited; or the process killed at any moment, as a failing machine ends it.
+// The real program under the driver, kept running: a command sent, its answer awaited,
+// or the process killed at any moment, as a failing machine ends it.
 
 #include "support/TestPaths.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-
-#include <gtest/gtest.h>
 
 class LiveDrive
 {
@@ -20,13 +18,9 @@ public:
         m_process.setProcessEnvironment(env);
         m_process.start(testpaths::velmoraBinary(),
                         {QStringLiteral("--home"), home, QStringLiteral("--drive"), QStringLiteral("-")});
-        m_process.waitForStarted();
     }
     ~LiveDrive() { kill(); }
-
-    /// Sends a command without waiting for its answer.
     void send(const QString& line) { m_process.write((line + QLatin1Char('\n')).toUtf8()); }
-
     /// The next answer line; an empty object when none comes in time.
     QJsonObject answer(int waitMs = 10000)
     {
@@ -35,12 +29,8 @@ public:
                 return {};
         return QJsonDocument::fromJson(m_process.readLine()).object();
     }
-
-    /// SIGKILL: nothing of the program runs after it.
-    void kill()
+    void kill() // SIGKILL: nothing of the program runs after it
     {
-        if (m_process.state() == QProcess::NotRunning)
-            return;
         m_process.kill();
         m_process.waitForFinished();
     }
