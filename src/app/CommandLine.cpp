@@ -9,8 +9,10 @@ namespace app {
 
 namespace {
 
-const char* const UsageLine = "Uso: velmora [--home CARTELLA] [--demo | --demo-if-new] [--screenshot CARTELLA] "
-                              "[--drive FILE|-] | --import VECCHIO.mdb [--replace] | --help | --version";
+const char* const UsageLine =
+    "Uso: velmora [--home CARTELLA] [--demo | --demo-if-new] [--screenshot CARTELLA] "
+    "[--drive FILE|-] | --import VECCHIO.mdb [--replace] | --backup FILE | --restore FILE | --help | "
+    "--version";
 
 const char* const Help = R"(
 Velmora, la gestione della manutenzione del reparto manutenzione.
@@ -26,6 +28,10 @@ Opzioni:
                          avviare il programma
   --replace              con --import: sostituisce un archivio che contiene già dati,
                          tenendone una copia
+  --backup FILE          scrive in FILE una copia dell'archivio, anche mentre il
+                         programma è aperto, e termina
+  --restore FILE         rimette FILE al posto dell'archivio, dopo averlo controllato;
+                         l'archivio sostituito resta accanto come copia datata
   --drive FILE|-         guida il programma con i comandi di FILE (- è lo standard
                          input), senza finestre a video
   --help                 mostra questo aiuto
@@ -85,7 +91,9 @@ std::variant<Options, int> parseCommandLine(int argc, char** argv)
     const QCommandLineOption demo(QStringLiteral("demo"));
     const QCommandLineOption demoIfNew(QStringLiteral("demo-if-new"));
     const QCommandLineOption screenshot(QStringLiteral("screenshot"), QString(), QStringLiteral("CARTELLA"));
-    parser.addOptions({help, version, home, drive, import, replace, demo, demoIfNew, screenshot});
+    const QCommandLineOption backup(QStringLiteral("backup"), QString(), QStringLiteral("FILE"));
+    const QCommandLineOption restore(QStringLiteral("restore"), QString(), QStringLiteral("FILE"));
+    parser.addOptions({help, version, home, drive, import, replace, demo, demoIfNew, screenshot, backup, restore});
 
     const QStringList args = ours(argc, argv);
     if (!parser.parse(args)) {

@@ -2,10 +2,12 @@
 //
 //   velmora [--home DIR] [--demo | --demo-if-new] [--screenshot DIR] [--drive FILE|-]
 //   velmora --import OLD.mdb [--home DIR] [--replace]
+//   velmora --backup FILE | --restore FILE [--home DIR]
 //   velmora --help | --version
 //
 // The data folder is --home, else VELMORA_HOME, else the per-user data folder. With
 // --drive the program is driven by the line protocol of docs/automation.md.
+#include "app/Backup.h"
 #include "app/CommandLine.h"
 #include "definition/Workload.h"
 #include "demo/CommandLine.h"
@@ -15,6 +17,8 @@
 #include "shell/Driver.h"
 #include "shell/Program.h"
 #include "shell/ScreenRegistry.h"
+#include "shell/StoreCheck.h"
+#include "store/Backup.h"
 
 #include <QApplication>
 #include <QDir>
@@ -34,6 +38,13 @@ QString dataFolder(const app::Options& options)
     return dir;
 }
 
+void nameApplication()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Velmora"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Velmora"));
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(app::Version));
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -45,6 +56,13 @@ int main(int argc, char** argv)
     // An old Velmora.mdb is taken over without starting the program (docs/importer.md).
     if (options.importFile)
         return importer::runImport(argc, argv);
+    // --backup and --restore work on the store and end there, with no screen.
+    if (app::wantsBackupCommandLine(argc, argv)) {
+        QCoreApplication core(argc, argv);
+        nameApplication();
+        vb::setAppPath(dataFolder(options));
+        return app::runBackupCommandLine(argc, argv).value_or(0);
+    }
 
     const bool driving = options.drive.has_value();
     // Driven runs never put a window on a real display unless the caller asked for one.
@@ -53,9 +71,7 @@ int main(int argc, char** argv)
     demo::prepareCommandLine(argc, argv);
 
     QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Velmora"));
-    QApplication::setOrganizationName(QStringLiteral("Velmora"));
-    QApplication::setApplicationVersion(QString::fromLatin1(app::Version));
+    nameApplication();
     shell::installItalianTranslations();
     vb::setAppPath(dataFolder(options));
     shell::registerBundledFonts();
@@ -66,11 +82,13 @@ int main(int argc, char** argv)
         return *rc;
 
     if (driving) {
+        store::backup::holdFolder(vb::AppPath());
         shell::Driver driver(*options.drive);
         return driver.run();
     }
 
     shell::installDesktopServices();
+    shell::checkStoreAtStart();
     // The program ends through frmMain: its close or lblExit. Other windows closing
     // (frmAbout, a report preview) do not end it.
     QApplication::setQuitOnLastWindowClosed(false);

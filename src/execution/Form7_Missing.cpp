@@ -5,6 +5,7 @@
 #include "execution/Form7.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
+#include "store/Batch.h"
 #include "store/DataStore.h"
 
 namespace execution {
@@ -79,6 +80,7 @@ void Form7::Cmd_Senza_Manutenzione_Click()
     auto field = [&rs](const char* name) { return rs.Fields(QString::fromLatin1(name)).Value(); };
     bool eof = true;
     trap.step([&] { eof = rs.Eof(); });
+    store::Batch batch;
     while (!eof) {
         for (int i = 1; i <= PassSteps; ++i) {
             trap.step([&] { idNum = field("ID_NUM"); });

@@ -4,6 +4,7 @@
 #include "runtime/Clock.h"
 #include "runtime/MsgBox.h"
 #include "runtime/VBFunctions.h"
+#include "store/Batch.h"
 #include "store/DataStore.h"
 
 #include <cmath>
@@ -114,6 +115,7 @@ void Form7::Apply_Stop_Shift()
 
     bool eof = true;
     trap.step([&] { eof = rs.Eof(); });
+    store::Batch batch;
     while (!eof) {
         trap.step([&] { idNum = field("ID_NUM").toInteger(); });
         trap.step([&] { frequenza = field("Frequenza_Sett").toInteger(); });

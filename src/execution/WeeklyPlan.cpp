@@ -9,6 +9,7 @@
 #include "runtime/Trap.h"
 #include "runtime/VBError.h"
 #include "runtime/VBFunctions.h"
+#include "store/Batch.h"
 #include "store/DataStore.h"
 
 #include <QFileInfo>
@@ -77,6 +78,7 @@ void Update_Planned_Row(Form7& form)
 
     int x = 0;
     trap.step([&] { x = int(vb::Val(form.Txt_Week->Text())) + 5; });
+    store::Batch batch;
     while (x > 0 && x <= LastWeekColumn) {
         trap.step([&] { form.Txt_Db->setText(rs.Fields(x).Value()); });
         store::Recordset fresh;
@@ -118,6 +120,7 @@ void Clear_Planned_Tokens(Form7& form)
         store::DataStore::instance().Execute(
             QStringLiteral("SELECT Tbl_Planned.* INTO Tbl_Planned_2 FROM Tbl_Planned;"));
     });
+    store::Batch batch;
     for (int x = FirstWeekColumn; x <= LastWeekColumn; ++x) {
         QString c;
         {

@@ -3,6 +3,7 @@
 #include "runtime/AppPath.h"
 #include "runtime/Regional.h"
 #include "runtime/VBError.h"
+#include "store/Batch.h"
 #include "store/Filter.h"
 #include "store/Schema.h"
 #include "store/Shape.h"
@@ -12,6 +13,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <QUrl>
 
 #include <cmath>
 #include <span>
@@ -382,10 +384,16 @@ DataStore::DataStore(const QString& path, Kind kind) : m_path(path), m_cache(std
 {
     if (path != QLatin1String(":memory:"))
         QDir().mkpath(QFileInfo(path).absolutePath());
-    const QByteArray file = path.toUtf8();
+    // A store that cannot be written (the file or its folder) opens to be read as it
+    // stands on the disk: SQLite could not keep its side files beside it.
+    const QFileInfo info(path);
+    const bool readOnly = info.exists() && !(info.isWritable() && QFileInfo(info.absolutePath()).isWritable());
+    const QByteArray file =
+        readOnly ? QUrl::fromLocalFile(info.absoluteFilePath()).toEncoded() + "?immutable=1" : path.toUtf8();
     // One thread runs everything: the connection does without SQLite's per-call locking,
     // which otherwise costs a lock and an unlock on every value a recordset reads.
-    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+    const int flags = SQLITE_OPEN_NOMUTEX |
+                      (readOnly ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     if (sqlite3_open_v2(file.constData(), &m_db, flags, nullptr) != SQLITE_OK) {
         const QString message = QString::fromUtf8(sqlite3_errmsg(m_db));
         sqlite3_close(m_db);
@@ -394,9 +402,12 @@ DataStore::DataStore(const QString& path, Kind kind) : m_path(path), m_cache(std
     }
     m_cache->db = m_db;
     m_cache->schema = std::make_unique<jet::SqliteSchema>(m_db);
-    sqlite3_busy_timeout(m_db, 5000);
+    sqlite3_busy_timeout(m_db, LockWaitMs);
     sqlite3_extended_result_codes(m_db, 0);
-    exec(m_db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=OFF");
+    // A committed statement is on the disk before the screen goes on: it survives a power
+    // cut, not only the end of the program.
+    exec(m_db, readOnly ? "PRAGMA foreign_keys=OFF"
+                        : "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF");
     jet::registerFunctions(m_db);
 
     sqlite3_stmt* st = nullptr;
@@ -493,6 +504,7 @@ void DataStore::RunForEachRow(const QString& keys, const QString& perRow, vb::Tr
     Recordset rs;
     if (!trap.step([&] { rs.Open(keys, *this); }))
         return;
+    Batch batch(*this);
     while (!trap.ended()) {
         bool more = false;
         trap.step([&] { more = !rs.Eof(); });

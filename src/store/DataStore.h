@@ -25,6 +25,9 @@ using vb::Variant;
 
 class Recordset;
 
+/// How long a statement waits for a store that another program is writing (ms).
+inline constexpr int LockWaitMs = 5000;
+
 /// One result column as the grids need it.
 struct Column
 {
@@ -33,7 +36,8 @@ struct Column
 };
 
 /// The one connection of the program to Velmora.sqlite in the program's folder.
-/// Every action statement commits at once; there are no transactions across statements.
+/// Every action statement commits at once, synchronised to the disk; only the loops
+/// that write row after row group their statements (store::Batch).
 class DataStore
 {
 public:

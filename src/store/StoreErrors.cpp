@@ -50,7 +50,9 @@ VBError fromSqlite(sqlite3* db)
     if (message.contains(QLatin1String("datatype mismatch")))
         return VBError(TypeMismatchInCriteria,
                        QStringLiteral("Tipo di dati non corrispondente nell'espressione criterio."));
-    if (message.startsWith(QLatin1String("database is locked")) || message.contains(QLatin1String("busy")))
+    // A store that cannot be written answers as a locked one: Jet's text names both.
+    if (message.startsWith(QLatin1String("database is locked")) || message.contains(QLatin1String("busy")) ||
+        message.contains(QLatin1String("readonly database")))
         return VBError(Unspecified, QStringLiteral("Impossibile aggiornare. Database o oggetto di sola lettura o "
                                                    "bloccato da un altro utente."));
     return VBError(Unspecified, QStringLiteral("Errore del motore di database: %1").arg(message));

@@ -14,3 +14,14 @@ inline int errorOf(const std::function<void()>& f)
     }
     return 0;
 }
+
+/// The text of the VBError that @p f raises; "" when it raises none.
+inline QString errorTextOf(const std::function<void()>& f)
+{
+    try {
+        f();
+    } catch (const vb::VBError& e) {
+        return e.description();
+    }
+    return {};
+}
