@@ -1,18 +1,13 @@
 #include "shell/DesktopServices.h"
 
+#include "controls/ScreenFont.h"
 #include "runtime/MsgBox.h"
 #include "runtime/OpenFile.h"
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QFontDatabase>
 #include <QPushButton>
 #include <QUrl>
-
-static void initFontResources()
-{
-    Q_INIT_RESOURCE(fonts);
-}
 
 namespace shell {
 
@@ -82,11 +77,7 @@ void installDesktopServices()
 
 void registerBundledFonts()
 {
-    initFontResources();
-    static const char* const faces[] = {":/fonts/LiberationSans-Regular.ttf", ":/fonts/LiberationSans-Bold.ttf",
-                                        ":/fonts/LiberationSans-Italic.ttf", ":/fonts/LiberationSans-BoldItalic.ttf"};
-    for (const char* face : faces)
-        QFontDatabase::addApplicationFont(QString::fromLatin1(face));
+    vb::useScreenFont();
 }
 
 } // namespace shell
