@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QPalette>
 #include <QPointer>
+#include <QRect>
+#include <QScreen>
 #include <QThread>
 #include <QWidget>
 
@@ -167,9 +169,21 @@ private:
     Control* m_control;
 };
 
-int twipsToPixels(int twips)
+double twipsPerPixel(const QWidget* on)
 {
-    return static_cast<int>(std::lround(twips / double(TwipsPerPixel)));
+    const QScreen* screen = on ? on->screen() : QGuiApplication::primaryScreen();
+    const double dpi = screen ? screen->logicalDotsPerInch() : 0;
+    return dpi > 0 ? 1440.0 / dpi : 15.0;
+}
+
+int twipsToPixels(int twips, const QWidget* on)
+{
+    return static_cast<int>(std::lround(twips / twipsPerPixel(on)));
+}
+
+int pixelsToTwips(int pixels, const QWidget* on)
+{
+    return static_cast<int>(std::lround(pixels * twipsPerPixel(on)));
 }
 
 Rgb colourToRgb(int vbColour)
@@ -228,11 +242,12 @@ void Control::applyGeometry(int left, int top, int width, int height)
     m_twips.width = width;
     m_twips.height = height;
     m_twipsSet = true;
+    m_grownRight = m_grownDown = 0;
     if (QWidget* w = widget()) {
-        m_twips.px = twipsToPixels(left);
-        m_twips.py = twipsToPixels(top);
-        m_twips.pw = std::max(0, twipsToPixels(width));
-        m_twips.ph = std::max(0, twipsToPixels(height));
+        m_twips.px = twipsToPixels(left, w);
+        m_twips.py = twipsToPixels(top, w);
+        m_twips.pw = std::max(0, twipsToPixels(width, w));
+        m_twips.ph = std::max(0, twipsToPixels(height, w));
         if (w->isWindow()) {
             w->move(m_twips.px, m_twips.py);
             w->resize(m_twips.pw, m_twips.ph);
@@ -249,7 +264,7 @@ int Control::Left() const
     const QWidget* w = widget();
     if (!w || (m_twipsSet && w->x() == m_twips.px))
         return m_twips.left;
-    return w->x() * TwipsPerPixel;
+    return pixelsToTwips(w->x(), w);
 }
 
 int Control::Top() const
@@ -257,23 +272,38 @@ int Control::Top() const
     const QWidget* w = widget();
     if (!w || (m_twipsSet && w->y() == m_twips.py))
         return m_twips.top;
-    return w->y() * TwipsPerPixel;
+    return pixelsToTwips(w->y(), w);
 }
 
 int Control::Width() const
 {
     const QWidget* w = widget();
-    if (!w || (m_twipsSet && w->width() == m_twips.pw))
+    if (!w || (m_twipsSet && w->width() == m_twips.pw + m_grownRight))
         return m_twips.width;
-    return w->width() * TwipsPerPixel;
+    return pixelsToTwips(w->width(), w);
 }
 
 int Control::Height() const
 {
     const QWidget* w = widget();
-    if (!w || (m_twipsSet && w->height() == m_twips.ph))
+    if (!w || (m_twipsSet && w->height() == m_twips.ph + m_grownDown))
         return m_twips.height;
-    return w->height() * TwipsPerPixel;
+    return pixelsToTwips(w->height(), w);
+}
+
+QRect Control::placedRect() const
+{
+    return m_twipsSet ? QRect(m_twips.px, m_twips.py, m_twips.pw, m_twips.ph) : QRect();
+}
+
+void Control::growBy(int pixelsRight, int pixelsDown)
+{
+    QWidget* w = widget();
+    if (!w || !m_twipsSet)
+        return;
+    m_grownRight = pixelsRight;
+    m_grownDown = pixelsDown;
+    w->resize(m_twips.pw + pixelsRight, m_twips.ph + pixelsDown);
 }
 
 void Control::setLeft(int twips)

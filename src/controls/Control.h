@@ -45,6 +45,7 @@
 #include <vector>
 
 class QObject;
+class QRect;
 class QWidget;
 
 namespace vb {
@@ -127,9 +128,12 @@ constexpr int ButtonFace = -2147483633;       ///< &H8000000F
 constexpr int ButtonText = -2147483630;       ///< &H80000012
 } // namespace colour
 
-/// 15 twips are one pixel at 96 dpi.
-constexpr int TwipsPerPixel = 15;
-int twipsToPixels(int twips);
+/// Twips in one pixel of the screen @p on stands on (the primary screen when none):
+/// 1440 over its logical dpi, 15 at 96 dpi. The old screens' twips keep their size in
+/// inches, as the type does, whatever the desktop's scale.
+double twipsPerPixel(const QWidget* on = nullptr);
+int twipsToPixels(int twips, const QWidget* on = nullptr);
+int pixelsToTwips(int pixels, const QWidget* on = nullptr);
 
 /// The colour a VB colour value stands for (system colours from the application palette).
 struct Rgb
@@ -167,6 +171,14 @@ public:
     void setHeight(int twips);
     /// VB's Move: the four in twips; a negative width or height keeps the current one.
     void Move(int left, int top, int width = -1, int height = -1);
+
+    /// Where the program put the control, in pixels, before any room given on a larger
+    /// screen; empty when the program never placed it.
+    QRect placedRect() const;
+    /// Widens and lengthens the control by so many pixels beyond where the program put
+    /// it (a grid or a list given the room of a larger screen). The program still reads
+    /// the width and height it gave.
+    void growBy(int pixelsRight, int pixelsDown);
     int BackColor() const { return m_backColour; }
     int ForeColor() const { return m_foreColour; }
     void setBackColor(int vbColour);
@@ -256,6 +268,7 @@ private:
     QString m_tag;
     Twips m_twips;
     bool m_twipsSet = false;
+    int m_grownRight = 0, m_grownDown = 0;
     bool m_clickOnRelease = false;
 };
 

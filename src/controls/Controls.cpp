@@ -6,6 +6,8 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 #include <QVBoxLayout>
 
 namespace vb {
@@ -309,6 +311,31 @@ CommandButton::CommandButton(QWidget* parent, const QString& name, const QString
     initColours(colour::ButtonFace, colour::ButtonText);
 }
 
+QRect CommandButton::face() const
+{
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    const QRect contents = style()->subElementRect(QStyle::SE_PushButtonContents, &option, this);
+    // The style's own margins around a caption, without its least width for a button.
+    const int margins = style()->sizeFromContents(QStyle::CT_PushButton, &option, QSize(1000, 0), this).width() - 1000;
+    return contents & rect().adjusted(margins / 2, 0, -(margins - margins / 2), 0);
+}
+
+void CommandButton::paintEvent(QPaintEvent* e)
+{
+    if (fontMetrics().horizontalAdvance(text()) <= face().width()) {
+        QPushButton::paintEvent(e);
+        return;
+    }
+    QStylePainter painter(this);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    option.text.clear();
+    painter.drawControl(QStyle::CE_PushButton, option);
+    painter.drawItemText(face(), Qt::AlignCenter | Qt::TextWordWrap, palette(), isEnabled(), text(),
+                         QPalette::ButtonText);
+}
+
 void CommandButton::setCaption(const Variant& caption)
 {
     setText(caption.toString());
@@ -505,12 +532,12 @@ void Image::setStretch(bool on)
 
 int Image::pictureWidth() const
 {
-    return m_pixmap.width() * TwipsPerPixel;
+    return pixelsToTwips(m_pixmap.width(), this);
 }
 
 int Image::pictureHeight() const
 {
-    return m_pixmap.height() * TwipsPerPixel;
+    return pixelsToTwips(m_pixmap.height(), this);
 }
 
 void Image::showPicture()

@@ -83,7 +83,8 @@ private:
     int m_maxLength = 0;
 };
 
-/// CommandButton: Caption; Click.
+/// CommandButton: Caption; Click. A caption wider than the face wraps at its spaces onto
+/// more lines, centred, as VB's buttons did.
 class CommandButton : public QPushButton, public Control
 {
 public:
@@ -92,8 +93,11 @@ public:
     void setCaption(const Variant& caption);
     /// The user's click (Qt's own click() of the button is hidden here).
     void click() override { Control::click(); }
+    /// Where the caption is drawn, inside the style's margins.
+    QRect face() const;
 
 protected:
+    void paintEvent(QPaintEvent* e) override;
     std::optional<Variant> getProp(const QString& n) const override;
     bool setProp(const QString& n, const Variant& v) override;
 };

@@ -690,7 +690,7 @@ void DataGrid::reload()
     m_silent = true;
     m_model->beginReset();
     m_columns.clear();
-    const int defaultWidth = horizontalHeader()->defaultSectionSize() * TwipsPerPixel;
+    const int defaultWidth = pixelsToTwips(horizontalHeader()->defaultSectionSize(), this);
     const int count = m_source ? m_source->ColumnCount() : 0;
     for (int i = 0; i < count; ++i) {
         GridColumn c;
@@ -717,7 +717,7 @@ void DataGrid::applyColumn(int index)
     const GridColumn& c = m_columns[index];
     setColumnHidden(index, !c.m_visible || c.m_width == 0);
     if (c.m_width > 0)
-        horizontalHeader()->resizeSection(index, twipsToPixels(c.m_width));
+        horizontalHeader()->resizeSection(index, twipsToPixels(c.m_width, this));
 }
 
 GridColumn& DataGrid::Columns(int index)

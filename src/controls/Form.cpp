@@ -1,8 +1,15 @@
 #include "controls/Form.h"
 
+#include "controls/Controls.h"
+#include "controls/DataControls.h"
+#include "controls/ScreenFont.h"
+
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QScreen>
+
+#include <algorithm>
+#include <vector>
 
 namespace vb {
 
@@ -12,24 +19,78 @@ std::function<void(Form*)>& closeHandler()
     static std::function<void(Form*)> handler;
     return handler;
 }
+
+/// Grids and lists, which show more rows in more room, and the frames that hold one.
+bool takesRoom(QWidget* w)
+{
+    if (dynamic_cast<DataGrid*>(w) || dynamic_cast<ListBox*>(w))
+        return true;
+    if (!dynamic_cast<Frame*>(w))
+        return false;
+    const auto inside = w->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    return std::any_of(inside.begin(), inside.end(), takesRoom);
+}
+
+/// Where a child of a screen or frame stands for the others: where it is, hidden or not,
+/// since what is hidden now may show later. A control the program never placed (a key
+/// kept in an unseen field) stands nowhere.
+QRect standing(QWidget* w)
+{
+    const Control* c = asControl(w);
+    if (w->isWindow() || (c && c->placedRect().isNull()) || (!c && w->isHidden()))
+        return {};
+    return w->geometry();
+}
+
+/// Gives the grids and lists of a screen or frame @p right and @p down pixels more than
+/// the program drew them, each in full where it covers no other child, else none of it;
+/// a frame that grows gives its own the same room.
+void giveRoom(QWidget* container, int right, int down)
+{
+    const auto children = container->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    std::vector<QWidget*> growing;
+    for (QWidget* w : children) {
+        if (Control* c = asControl(w); c && !c->placedRect().isNull() && takesRoom(w)) {
+            c->growBy(0, 0);
+            growing.push_back(w);
+        }
+    }
+    for (QWidget* w : growing) {
+        Control* c = asControl(w);
+        const QRect drawn = c->placedRect();
+        auto clear = [&](int r, int d) {
+            const QRect wanted = drawn.adjusted(0, 0, r, d);
+            return std::none_of(children.begin(), children.end(),
+                                [&](QWidget* other) { return other != w && wanted.intersects(standing(other)); });
+        };
+        int r = right > 0 && clear(right, 0) ? right : 0;
+        int d = down > 0 && clear(0, down) ? down : 0;
+        if (r > 0 && d > 0 && !clear(r, d))
+            (r * drawn.height() >= d * drawn.width() ? d : r) = 0; // the larger of the two
+        c->growBy(r, d);
+        if (dynamic_cast<Frame*>(w))
+            giveRoom(w, r, d);
+    }
+}
 } // namespace
 
 int Screen::Width()
 {
     const QScreen* s = QGuiApplication::primaryScreen();
-    return s ? s->geometry().width() * TwipsPerPixel : 0;
+    return s ? pixelsToTwips(s->geometry().width()) : 0;
 }
 
 int Screen::Height()
 {
     const QScreen* s = QGuiApplication::primaryScreen();
-    return s ? s->geometry().height() * TwipsPerPixel : 0;
+    return s ? pixelsToTwips(s->geometry().height()) : 0;
 }
 
 Form::Form(QWidget* parent, const QString& name, const QString& caption) : QWidget(parent, Qt::Window), Control(this)
 {
     setObjectName(name);
     setWindowTitle(caption);
+    setFont(screenFont());
     initColours(colour::ButtonFace, colour::ButtonText);
 }
 
@@ -77,6 +138,20 @@ void Form::closeEvent(QCloseEvent* e)
     }
     runEvent([this] { Form_Unload(); });
     e->accept();
+}
+
+void Form::showEvent(QShowEvent* e)
+{
+    if (!m_drawnSize.isValid())
+        m_drawnSize = placedRect().isNull() ? size() : placedRect().size();
+    QWidget::showEvent(e);
+}
+
+void Form::resizeEvent(QResizeEvent* e)
+{
+    QWidget::resizeEvent(e);
+    if (m_drawnSize.isValid())
+        giveRoom(this, std::max(0, width() - m_drawnSize.width()), std::max(0, height() - m_drawnSize.height()));
 }
 
 void Form::applyColours()

@@ -1,7 +1,12 @@
 #pragma once
 /// @file Form.h
 /// A screen of the program: a top-level window with VB's Caption, position and size in
-/// twips, its load and unload, and its controls found by name.
+/// twips, its load and unload, and its controls found by name. Every screen draws with
+/// the screens' type (ScreenFont.h). Shown larger than the program drew it (placed on a
+/// larger desktop), a screen keeps every control where the program put it and lets its
+/// grids and lists grow right and down into the room, each as far as the screen grew,
+/// where that covers no other control: their columns keep their widths, and the room
+/// shows more rows.
 
 #include "controls/Control.h"
 
@@ -48,6 +53,12 @@ protected:
     bool setProp(const QString& n, const Variant& v) override;
     void applyColours() override;
     void closeEvent(QCloseEvent* e) override;
+    void showEvent(QShowEvent* e) override;
+    /// A screen larger than the program drew it gives its grids and lists the room.
+    void resizeEvent(QResizeEvent* e) override;
+
+private:
+    QSize m_drawnSize; ///< the size the program gave the screen before it first showed, in pixels
 };
 
 } // namespace vb

@@ -1,7 +1,8 @@
 #include "reports/ReportRender.h"
 
+#include "controls/ScreenFont.h"
+
 #include <QFile>
-#include <QFontDatabase>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
 #include <QPainter>
@@ -9,28 +10,11 @@
 
 #include <cmath>
 
-static void initFontResources()
-{
-    Q_INIT_RESOURCE(fonts);
-}
-
 namespace reports {
 
 QString reportFontFamily()
 {
-    static const QString family = [] {
-        initFontResources();
-        QString name;
-        for (const char* face : {"Regular", "Bold", "Italic", "BoldItalic"}) {
-            const int id = QFontDatabase::addApplicationFont(
-                QStringLiteral(":/fonts/LiberationSans-%1.ttf").arg(QLatin1String(face)));
-            const QStringList families = QFontDatabase::applicationFontFamilies(id);
-            if (name.isEmpty() && !families.isEmpty())
-                name = families.front();
-        }
-        return name.isEmpty() ? QStringLiteral("Liberation Sans") : name;
-    }();
-    return family;
+    return vb::bundledSansFamily();
 }
 
 QFont qtFont(const Font& font)

@@ -1,21 +1,16 @@
 #include "shell/DesktopServices.h"
 
+#include "controls/ScreenFont.h"
 #include "runtime/MsgBox.h"
 #include "runtime/OpenFile.h"
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QFontDatabase>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QPushButton>
 #include <QTranslator>
 #include <QUrl>
-
-static void initFontResources()
-{
-    Q_INIT_RESOURCE(fonts);
-}
 
 namespace shell {
 
@@ -85,11 +80,7 @@ void installDesktopServices()
 
 void registerBundledFonts()
 {
-    initFontResources();
-    static const char* const faces[] = {":/fonts/LiberationSans-Regular.ttf", ":/fonts/LiberationSans-Bold.ttf",
-                                        ":/fonts/LiberationSans-Italic.ttf", ":/fonts/LiberationSans-BoldItalic.ttf"};
-    for (const char* face : faces)
-        QFontDatabase::addApplicationFont(QString::fromLatin1(face));
+    vb::useScreenFont();
 }
 
 bool installItalianTranslations()

@@ -11,8 +11,8 @@ namespace shell {
 /// the automation driver scripts and records them instead).
 void installDesktopServices();
 
-/// Registers the bundled Liberation Sans faces, so that screens and pages measure the
-/// same on every machine.
+/// Registers the bundled Liberation Sans faces and makes the screens' type the
+/// application's, so that screens, boxes and pages measure the same on every machine.
 void registerBundledFonts();
 
 /// Makes Qt's own words Italian whatever the desktop's language: the standard buttons of

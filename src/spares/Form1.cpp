@@ -160,7 +160,7 @@ void Form1::Form_Resize()
     Trap trap = Trap::ignoreAll();
     trap.step([&] { MenuBar->setGeometry(0, 0, width(), MenuBar->sizeHint().height()); });
     trap.step([&] {
-        Label1->Move(120, MenuBar->sizeHint().height() * vb::TwipsPerPixel + 60, std::max(Width() - 240, 0), 285);
+        Label1->Move(120, vb::pixelsToTwips(MenuBar->sizeHint().height(), this) + 60, std::max(Width() - 240, 0), 285);
     });
     trap.step([&] { Image1->setTop(Label1->Top() + Label1->Height() + 120); });
     fitPicture();

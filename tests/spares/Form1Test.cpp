@@ -122,7 +122,7 @@ TEST_F(Form1Test, OnePictureShowsWithoutAPosition)
     EXPECT_EQ(f->Image1->Picture(), file("uno.bmp"));
     // A small picture keeps its own size and is centred in the width.
     EXPECT_EQ(f->Image1->ToolTipText(), "100%");
-    EXPECT_EQ(f->Image1->Width(), 40 * vb::TwipsPerPixel);
+    EXPECT_EQ(f->Image1->Width(), vb::pixelsToTwips(40));
     EXPECT_EQ(f->Image1->Left(), (f->Width() - f->Image1->Width() - 150) / 2);
 }
 
