@@ -21,6 +21,7 @@ namespace bench {
 struct ProcessRun
 {
     double ms = 0;     ///< from the spawn to the reaping of the process
+    double cpuMs = 0;  ///< its processor time, user and system
     double peakMb = 0; ///< the kernel's high-water mark of its resident memory
     int exitCode = -1;
     QByteArray output; ///< its standard output
@@ -79,6 +80,9 @@ inline ProcessRun runProcess(const QString& program, const QStringList& args, co
     rusage usage{};
     wait4(pid, &status, 0, &usage);
     run.ms = double(timer.nsecsElapsed()) / 1e6;
+    run.cpuMs = (double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e6 + double(usage.ru_utime.tv_usec) +
+                 double(usage.ru_stime.tv_usec)) /
+                1e3;
     run.peakMb = double(usage.ru_maxrss) / 1024.0;
     run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return run;
@@ -108,7 +112,7 @@ inline void tableRow(const QString& title, double ours, double baseline, const c
     if (baseline > 0)
         std::printf("row: %s | %.1f %s | %.1f %s\n", qPrintable(title), ours, unit, baseline, unit);
     else
-        std::printf("row: %s | %.1f %s | - |\n", qPrintable(title), ours, unit);
+        std::printf("row: %s | %.1f %s | -\n", qPrintable(title), ours, unit);
 }
 
 } // namespace bench

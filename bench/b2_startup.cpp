@@ -38,6 +38,7 @@ int main(int argc, char** argv)
     // Alternating runs, best of each: the machine's other work weighs on both alike.
     const int rounds = 3;
     bench::ProcessRun ours, raw;
+    double oursCpu = 0, rawCpu = 0;
     for (int r = 0; r < rounds; ++r) {
         const bench::ProcessRun o = bench::runProcess(velmora, drive, startScript());
         const bench::ProcessRun b = bench::runProcess(bare, {storePath});
@@ -49,6 +50,8 @@ int main(int argc, char** argv)
             ours = o;
         if (r == 0 || b.ms < raw.ms)
             raw = b;
+        oursCpu = r == 0 ? o.cpuMs : std::min(oursCpu, o.cpuMs);
+        rawCpu = r == 0 ? b.cpuMs : std::min(rawCpu, b.cpuMs);
     }
     const QString plant = QStringLiteral("%1k register rows, %2M interventions")
                               .arg(made.registerRows / 1000)
@@ -57,7 +60,10 @@ int main(int argc, char** argv)
     std::printf("  velmora: main screen, alerts, Form7 listed: %8.1f ms\n", ours.ms);
     std::printf("  bare Qt window, the list by SQLite C API:   %8.1f ms\n", raw.ms);
     std::printf("  ratio: %.2fx (goal <= 1.5x)\n", ours.ms / raw.ms);
+    // On a machine shared with other work the processor time is the steadier figure.
+    std::printf("  processor time: %.1f ms against %.1f ms, %.2fx\n", oursCpu, rawCpu, oursCpu / rawCpu);
     bench::tableRow(QStringLiteral("B2 start-up (100k register, 1M interventions)"), ours.ms, raw.ms, "ms");
+    bench::tableRow(QStringLiteral("B2 start-up, processor time"), oursCpu, rawCpu, "ms");
 
     // Every screen's load on the same plant, as after a menu click: the main screen is
     // there, the screen before is gone.
