@@ -14,6 +14,7 @@
 #include <QHash>
 
 #include <cmath>
+#include <cstring>
 #include <span>
 #include <sqlite3.h>
 
@@ -212,9 +213,40 @@ void bindAll(sqlite3_stmt* st, const std::vector<Variant>& params)
         bindValue(st, int(i) + 1, params[i]);
 }
 
+/// Texts that repeat down a column (a machine's name on every row of the machine) held
+/// once: per column a small table of the texts read last, found by their bytes. A list of
+/// 100k register rows holds a few hundred names, not 400k copies.
+class SharedTexts
+{
+public:
+    explicit SharedTexts(int columns) : m_columns(size_t(columns)) { }
+
+    QString text(int column, const char* p, int n)
+    {
+        if (m_slots.empty())
+            m_slots.resize(m_columns * Slots);
+        Slot& slot = m_slots[size_t(column) * Slots + (qHashBits(p, size_t(n)) & (Slots - 1))];
+        if (slot.bytes.size() != size_t(n) || std::memcmp(slot.bytes.data(), p, size_t(n)) != 0) {
+            slot.bytes.assign(p, size_t(n));
+            slot.text = QString::fromUtf8(p, n);
+        }
+        return slot.text;
+    }
+
+private:
+    static constexpr size_t Slots = 256;
+    struct Slot
+    {
+        std::string bytes;
+        QString text;
+    };
+    size_t m_columns;
+    std::vector<Slot> m_slots;
+};
+
 /// A stored value as the recordset shows it: Date columns (and date expressions) as
 /// dates, Yes/No columns as booleans.
-Variant readValue(sqlite3_stmt* st, int i, ColumnType type, bool date)
+Variant readValue(sqlite3_stmt* st, int i, ColumnType type, bool date, SharedTexts* texts = nullptr)
 {
     switch (sqlite3_column_type(st, i)) {
     case SQLITE_NULL: return Variant::null();
@@ -236,7 +268,8 @@ Variant readValue(sqlite3_stmt* st, int i, ColumnType type, bool date)
     }
     default: {
         const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(st, i));
-        QString s = QString::fromUtf8(p, sqlite3_column_bytes(st, i));
+        const int n = sqlite3_column_bytes(st, i);
+        QString s = texts ? texts->text(i, p, n) : QString::fromUtf8(p, n);
         if (date && !s.isEmpty()) {
             if (const auto serial = vb::regional::parseDateTime(s))
                 return Variant(JetDate{*serial});
@@ -710,12 +743,15 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
     // time, so that the values are not moved as the array grows.
     rows.reserve(lease.rowsLastTime());
     cells.reserve(lease.rowsLastTime() * size_t(n));
+    SharedTexts texts(n);
     int rc;
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
+        // A short result is read as it comes; sharing pays from a list's length on.
+        const bool share = rows.size() >= 64;
         RowData& row = rows.emplace_back();
         row.first = cells.size();
         for (int i = 0; i < n; ++i)
-            cells.push_back(readValue(stmt, i, types[i], isDate[size_t(i)]));
+            cells.push_back(readValue(stmt, i, types[i], isDate[size_t(i)], share ? &texts : nullptr));
         if (shape.rowidColumn >= 0) {
             row.rowid = sqlite3_column_int64(stmt, shape.rowidColumn);
             row.hasRowid = true;
@@ -1235,7 +1271,7 @@ QStringList Recordset::ChildNames() const
     return names;
 }
 
-Variant Recordset::value(int row, int column) const
+const Variant& Recordset::value(int row, int column) const
 {
     d->requireOpen();
     if (row < 0 || row >= d->size() || column < 0 || column >= FieldCount())
