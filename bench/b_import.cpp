@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -20,7 +19,7 @@ namespace {
 /// The old plant file of the fixtures: in a "shared" folder beside the clone, or above it.
 QString plantFile()
 {
-    QDir dir = QFileInfo(QStringLiteral(__FILE__)).dir();
+    QDir dir(QStringLiteral(VELMORA_BENCH_DIR));
     do {
         const QString candidate = dir.filePath(QStringLiteral("shared/fixtures/legacy/Velmora.mdb"));
         if (QFile::exists(candidate))
