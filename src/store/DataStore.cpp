@@ -606,7 +606,6 @@ struct Recordset::Impl
     std::vector<int> view;      // rows visible under the filter, in order
     int pos = 0;                // index into view; view.size() is EOF, -1 BOF
     bool afterDelete = false;
-    mutable QHash<QString, int> names;
     std::vector<ChildSpec> children;
 
     void reset()
@@ -623,7 +622,6 @@ struct Recordset::Impl
         view.clear();
         pos = 0;
         afterDelete = false;
-        names.clear();
         children.clear();
     }
 
@@ -649,20 +647,24 @@ struct Recordset::Impl
 
     int columnIndex(const QString& name) const
     {
-        if (names.isEmpty()) {
-            for (int i = int(columns.size()) - 1; i >= 0; --i)
-                names.insert(columns[size_t(i)].name.toLower(), i);
-        }
-        const QString key = name.toLower();
-        if (auto it = names.constFind(key); it != names.constEnd())
-            return *it;
+        // The first column of that name, case ignored. Found without building a key: a
+        // name of another length is passed over at once.
+        auto find = [this](QStringView key) {
+            for (size_t i = 0; i < columns.size(); ++i)
+                if (columns[i].name.size() == key.size() &&
+                    QStringView(columns[i].name).compare(key, Qt::CaseInsensitive) == 0)
+                    return int(i);
+            return -1;
+        };
+        if (const int i = find(name); i >= 0)
+            return i;
         // "Tbl_X.Col" or "[Tbl_X]![Col]" for a column the store names "Col".
-        const qsizetype dot = std::max(key.lastIndexOf(u'.'), key.lastIndexOf(u'!'));
+        const qsizetype dot = std::max(name.lastIndexOf(u'.'), name.lastIndexOf(u'!'));
         if (dot >= 0) {
-            QString tail = key.mid(dot + 1);
+            QString tail = name.mid(dot + 1);
             tail.remove(u'[').remove(u']');
-            if (auto it = names.constFind(tail); it != names.constEnd())
-                return *it;
+            if (const int i = find(tail); i >= 0)
+                return i;
         }
         throw VBError(3265);
     }
