@@ -19,7 +19,7 @@ namespace bench {
 
 inline QString testData(const QString& name)
 {
-    return QFileInfo(QStringLiteral(__FILE__)).dir().filePath(QStringLiteral("../tests/data/") + name);
+    return QStringLiteral(VELMORA_BENCH_DIR "/../tests/data/") + name;
 }
 
 inline void exec(sqlite3* db, const QByteArray& sql)

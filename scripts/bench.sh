@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # Builds Velmora and runs every benchmark in bench/, then prints one table: benchmark,
-# our time, the baseline's time, their ratio and the machine's cores. Each benchmark
-# prints our time first and the baseline's second ("... 12.3 ms ... 4.5 ms"); a
-# benchmark that fails or prints no figures shows as such and the others go on.
+# our figure, the baseline's, their ratio and the machine's cores. A benchmark prints our
+# time first and the baseline's second ("... 12.3 ms ... 4.5 ms"), or one line per figure
+# ("row: title | 12.3 ms | 4.5 ms", memory in MB); one that fails or prints no figures
+# shows as such and the others go on. The whole-program baselines (bare_window) are not
+# benchmarks of their own.
 # Usage: scripts/bench.sh [build-dir]   (VELMORA_BENCH_BUILT=1: the build dir is up to date)
 set -uo pipefail
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
@@ -24,6 +26,17 @@ for src in "$here"/bench/*.cpp; do
     echo "running $name ..." >&2
     if ! (cd "$here" && "$exe") >"$logs/$name.txt" 2>"$logs/$name.err"; then
         rows+=("$name|-|-|failed (see stderr of $exe)")
+        continue
+    fi
+    # A benchmark with several figures prints each as "row: title | ours unit | baseline unit".
+    if grep -q '^row: ' "$logs/$name.txt"; then
+        while IFS='|' read -r t o b; do
+            t="$(echo "${t#row: }" | sed 's/ *$//' | cut -c1-50)"
+            o="$(echo "$o" | xargs)"
+            b="$(echo "$b" | xargs)"
+            ratio="$(awk -v a="${o%% *}" -v b="${b%% *}" 'BEGIN { if (b + 0 > 0) printf "%.2fx", a / b; else print "-" }')"
+            rows+=("$t|$o|${b:--}|$ratio")
+        done < <(grep '^row: ' "$logs/$name.txt")
         continue
     fi
     title="$(head -n 1 "$logs/$name.txt" | cut -d: -f1 | cut -c1-50)"

@@ -382,7 +382,7 @@ Adodc::~Adodc() = default;
 void Adodc::clearRows()
 {
     m_columns.clear();
-    m_rows.clear();
+    m_rowCount = 0;
     m_current = -1;
 }
 
@@ -417,18 +417,10 @@ void Adodc::load()
         return; // an action statement leaves no rows
     for (const store::Column& c : m_rs->Columns())
         m_columns.push_back(c.name);
-    const int fields = m_rs->FieldCount();
-    if (!m_rs->Eof() || !m_rs->Bof())
-        m_rs->MoveFirst();
-    while (!m_rs->Eof()) {
-        std::vector<Variant> row;
-        row.reserve(fields);
-        for (int i = 0; i < fields; ++i)
-            row.push_back(m_rs->Fields(i).Value());
-        m_rows.push_back(std::move(row));
-        m_rs->MoveNext();
-    }
-    if (!m_rows.empty()) {
+    // The rows stay in the recordset (the screens only read it): a list of 100k rows is
+    // held once.
+    m_rowCount = m_rs->RecordCount();
+    if (m_rowCount > 0) {
         m_rs->MoveFirst();
         m_current = 0;
     }
@@ -450,9 +442,9 @@ int Adodc::columnIndex(const QString& name) const
 const Variant& Adodc::value(int row, int column) const
 {
     static const Variant none = Variant::null();
-    if (row < 0 || row >= RecordCount() || column < 0 || column >= int(m_rows[row].size()))
+    if (row < 0 || row >= RecordCount() || column < 0 || column >= ColumnCount())
         return none;
-    return m_rows[row][column];
+    return m_rs->value(row, column);
 }
 
 void Adodc::moveTo(int row, bool rowChange)

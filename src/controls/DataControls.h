@@ -116,7 +116,7 @@ public:
     /// The recordset of the last Refresh (nullptr before one), at the current row.
     store::Recordset* Recordset() const { return m_rs.get(); }
 
-    int RecordCount() const { return int(m_rows.size()); }
+    int RecordCount() const { return m_rowCount; }
     int ColumnCount() const { return int(m_columns.size()); }
     QString columnName(int column) const;
     int columnIndex(const QString& name) const; ///< -1 when none (case-insensitive)
@@ -149,7 +149,7 @@ private:
     QString m_source;
     std::unique_ptr<store::Recordset> m_rs;
     std::vector<QString> m_columns;
-    std::vector<std::vector<Variant>> m_rows;
+    int m_rowCount = 0; ///< the recordset's rows when it was read
     int m_current = -1;
     bool m_moveFires = true;
 };

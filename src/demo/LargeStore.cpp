@@ -174,9 +174,11 @@ LargeSummary makeLargeStore(std::uint64_t seed, const LargeSizes& sizes)
 
     {
         Bulk bulk;
-        // Stop records: a third of them machines standing now, the rest restarted.
-        std::vector<int> stopped =
-            rng.sample(0, int(units.size()) - 1, std::min<int>(sizes.stopRecords, int(units.size())));
+        // Stop records: a third of them machines standing now, the rest restarted. Only
+        // on machine numbers that fit VB's Integer: the register's load keeps them in one
+        // and ends in an overflow on a larger one, as the old program did.
+        const int stoppable = std::min<int>(int(units.size()), 32767);
+        std::vector<int> stopped = rng.sample(0, stoppable - 1, std::min<int>(sizes.stopRecords, stoppable));
         for (int i : stopped) {
             const Unit& u = units[size_t(i)];
             const bool now = rng.between(0, 2) == 0;

@@ -2,6 +2,8 @@
 
 #include "runtime/VBFunctions.h"
 
+#include <QHash>
+
 #include <algorithm>
 
 namespace reports {
@@ -186,10 +188,33 @@ bool isText(ControlKind k)
     return k == ControlKind::Label || k == ControlKind::Field || k == ControlKind::Function;
 }
 
+/// The lines of the texts wrapped so far in one layout, by field width, font and
+/// breaking: a long report prints the same names, dates and quantities on every page.
+class WrapMemo
+{
+public:
+    QStringList wrap(const QString& text, int width, const Font& font, TextMeasurer& m, bool breakWords)
+    {
+        const quint64 key = (quint64(quint32(width)) << 32) | (quint64(quint32(font.size)) << 2) |
+                            (font.bold ? 2u : 0u) | (breakWords ? 1u : 0u);
+        QHash<QString, QStringList>& lines = m_lines[key];
+        if (const auto it = lines.constFind(text); it != lines.constEnd())
+            return *it;
+        QStringList wrapped = wrapText(text, width, font, m, breakWords);
+        if (lines.size() < 100000)
+            lines.insert(text, wrapped);
+        return wrapped;
+    }
+
+private:
+    QHash<quint64, QHash<QString, QStringList>> m_lines;
+};
+
 /// Grows a band around its texts. A growing field takes as many lines as its text
 /// needs; everything that lies wholly below it in the band moves down by its growth;
 /// rules and boxes that reach the band's bottom stretch with it.
-MeasuredBand measure(const ReportLayout& layout, const BoundBand& bb, TextMeasurer& m, bool pageBand)
+MeasuredBand measure(const ReportLayout& layout, const BoundBand& bb, TextMeasurer& m, bool pageBand,
+                     WrapMemo* memo = nullptr)
 {
     const Band& band = *bb.band;
     const auto& controls = band.controls;
@@ -212,7 +237,8 @@ MeasuredBand measure(const ReportLayout& layout, const BoundBand& bb, TextMeasur
         }
         // A fixed-height field keeps its first lines; a word is never cut there, so a
         // value a little wider than its column still prints whole.
-        lines[i] = wrapText(text, c.width, c.font, m, c.canGrow && !pageBand);
+        lines[i] = memo ? memo->wrap(text, c.width, c.font, m, c.canGrow && !pageBand)
+                        : wrapText(text, c.width, c.font, m, c.canGrow && !pageBand);
         const int needed = static_cast<int>(lines[i].size()) * lh;
         if (c.canGrow && !pageBand) {
             growth[i] = std::max(0, needed - c.height);
@@ -302,7 +328,7 @@ public:
         std::vector<bool> done(flow.size(), false);
         auto get = [&](size_t i) -> MeasuredBand& {
             if (!done[i]) {
-                measured[i] = measure(m_layout, flow[i], m_m, false);
+                measured[i] = measure(m_layout, flow[i], m_m, false, &m_wraps);
                 done[i] = true;
             }
             return measured[i];
@@ -376,6 +402,7 @@ private:
 
     const ReportLayout& m_layout;
     TextMeasurer& m_m;
+    WrapMemo m_wraps;
     MeasuredBand m_header, m_footer;
     Document m_doc;
     int m_y = 0;

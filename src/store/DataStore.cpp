@@ -16,6 +16,7 @@
 #include <QUrl>
 
 #include <cmath>
+#include <cstring>
 #include <span>
 #include <sqlite3.h>
 
@@ -214,9 +215,40 @@ void bindAll(sqlite3_stmt* st, const std::vector<Variant>& params)
         bindValue(st, int(i) + 1, params[i]);
 }
 
+/// Texts that repeat down a column (a machine's name on every row of the machine) held
+/// once: per column a small table of the texts read last, found by their bytes. A list of
+/// 100k register rows holds a few hundred names, not 400k copies.
+class SharedTexts
+{
+public:
+    explicit SharedTexts(int columns) : m_columns(size_t(columns)) { }
+
+    QString text(int column, const char* p, int n)
+    {
+        if (m_slots.empty())
+            m_slots.resize(m_columns * Slots);
+        Slot& slot = m_slots[size_t(column) * Slots + (qHashBits(p, size_t(n)) & (Slots - 1))];
+        if (slot.bytes.size() != size_t(n) || std::memcmp(slot.bytes.data(), p, size_t(n)) != 0) {
+            slot.bytes.assign(p, size_t(n));
+            slot.text = QString::fromUtf8(p, n);
+        }
+        return slot.text;
+    }
+
+private:
+    static constexpr size_t Slots = 256;
+    struct Slot
+    {
+        std::string bytes;
+        QString text;
+    };
+    size_t m_columns;
+    std::vector<Slot> m_slots;
+};
+
 /// A stored value as the recordset shows it: Date columns (and date expressions) as
 /// dates, Yes/No columns as booleans.
-Variant readValue(sqlite3_stmt* st, int i, ColumnType type, bool date)
+Variant readValue(sqlite3_stmt* st, int i, ColumnType type, bool date, SharedTexts* texts = nullptr)
 {
     switch (sqlite3_column_type(st, i)) {
     case SQLITE_NULL: return Variant::null();
@@ -238,7 +270,8 @@ Variant readValue(sqlite3_stmt* st, int i, ColumnType type, bool date)
     }
     default: {
         const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(st, i));
-        QString s = QString::fromUtf8(p, sqlite3_column_bytes(st, i));
+        const int n = sqlite3_column_bytes(st, i);
+        QString s = texts ? texts->text(i, p, n) : QString::fromUtf8(p, n);
         if (date && !s.isEmpty()) {
             if (const auto serial = vb::regional::parseDateTime(s))
                 return Variant(JetDate{*serial});
@@ -585,7 +618,6 @@ struct Recordset::Impl
     std::vector<int> view;      // rows visible under the filter, in order
     int pos = 0;                // index into view; view.size() is EOF, -1 BOF
     bool afterDelete = false;
-    mutable QHash<QString, int> names;
     std::vector<ChildSpec> children;
 
     void reset()
@@ -602,7 +634,6 @@ struct Recordset::Impl
         view.clear();
         pos = 0;
         afterDelete = false;
-        names.clear();
         children.clear();
     }
 
@@ -628,20 +659,24 @@ struct Recordset::Impl
 
     int columnIndex(const QString& name) const
     {
-        if (names.isEmpty()) {
-            for (int i = int(columns.size()) - 1; i >= 0; --i)
-                names.insert(columns[size_t(i)].name.toLower(), i);
-        }
-        const QString key = name.toLower();
-        if (auto it = names.constFind(key); it != names.constEnd())
-            return *it;
+        // The first column of that name, case ignored. Found without building a key: a
+        // name of another length is passed over at once.
+        auto find = [this](QStringView key) {
+            for (size_t i = 0; i < columns.size(); ++i)
+                if (columns[i].name.size() == key.size() &&
+                    QStringView(columns[i].name).compare(key, Qt::CaseInsensitive) == 0)
+                    return int(i);
+            return -1;
+        };
+        if (const int i = find(name); i >= 0)
+            return i;
         // "Tbl_X.Col" or "[Tbl_X]![Col]" for a column the store names "Col".
-        const qsizetype dot = std::max(key.lastIndexOf(u'.'), key.lastIndexOf(u'!'));
+        const qsizetype dot = std::max(name.lastIndexOf(u'.'), name.lastIndexOf(u'!'));
         if (dot >= 0) {
-            QString tail = key.mid(dot + 1);
+            QString tail = name.mid(dot + 1);
             tail.remove(u'[').remove(u']');
-            if (auto it = names.constFind(tail); it != names.constEnd())
-                return *it;
+            if (const int i = find(tail); i >= 0)
+                return i;
         }
         throw VBError(3265);
     }
@@ -722,12 +757,15 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
     // time, so that the values are not moved as the array grows.
     rows.reserve(lease.rowsLastTime());
     cells.reserve(lease.rowsLastTime() * size_t(n));
+    SharedTexts texts(n);
     int rc;
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
+        // A short result is read as it comes; sharing pays from a list's length on.
+        const bool share = rows.size() >= 64;
         RowData& row = rows.emplace_back();
         row.first = cells.size();
         for (int i = 0; i < n; ++i)
-            cells.push_back(readValue(stmt, i, types[i], isDate[size_t(i)]));
+            cells.push_back(readValue(stmt, i, types[i], isDate[size_t(i)], share ? &texts : nullptr));
         if (shape.rowidColumn >= 0) {
             row.rowid = sqlite3_column_int64(stmt, shape.rowidColumn);
             row.hasRowid = true;
@@ -1247,7 +1285,7 @@ QStringList Recordset::ChildNames() const
     return names;
 }
 
-Variant Recordset::value(int row, int column) const
+const Variant& Recordset::value(int row, int column) const
 {
     d->requireOpen();
     if (row < 0 || row >= d->size() || column < 0 || column >= FieldCount())

@@ -147,7 +147,7 @@ public:
     QStringList ChildNames() const;
 
     /// The current row's values (for grids).
-    Variant value(int row, int column) const;
+    const Variant& value(int row, int column) const;
 
     struct Impl;
 
