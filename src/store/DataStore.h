@@ -20,6 +20,9 @@ namespace store {
 namespace jet {
 struct Translation;
 }
+namespace backend {
+class Connection;
+}
 
 using vb::Variant;
 
@@ -71,7 +74,9 @@ public:
     void RunForEachRow(const QString& keys, const QString& perRow, vb::Trap& trap);
 
     QString path() const { return m_path; }
+    /// The embedded store's SQLite handle (null on a server).
     sqlite3* handle() const { return m_db; }
+    backend::Connection& connection() const { return *m_conn; }
 
     /// What the store knows of its tables and its prepared statements (internal).
     struct Cache;
@@ -80,6 +85,7 @@ public:
 private:
     friend class Recordset;
     QString m_path;
+    std::unique_ptr<backend::Connection> m_conn;
     sqlite3* m_db = nullptr;
     std::unique_ptr<Cache> m_cache;
 };
