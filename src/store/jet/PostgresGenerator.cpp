@@ -31,15 +31,17 @@ QString postgresType(const QString& sqliteDecl)
     const QString upper = type.toUpper();
     static const std::pair<const char*, const char*> domains[] = {
         {"LONG", "jet_long"},         {"SMALLINT", "jet_smallint"}, {"BYTE", "jet_byte"}, {"DOUBLE", "jet_double"},
-        {"CURRENCY", "jet_currency"}, {"DATE", "jet_date"},         {"BIT", "jet_bit"},   {"LONGTEXT", "jet_memo"}};
+        {"CURRENCY", "jet_currency"}, {"DATE", "jet_date"},         {"BIT", "jet_bit"},   {"LONGTEXT", "jet_memo"},
+        {"COUNTER", "jet_long"},      {"INTEGER", "jet_long"}};
     for (const auto& [jet, pg] : domains)
         if (upper == QLatin1String(jet)) {
             if (upper == QLatin1String("LONGTEXT"))
                 rest.remove(QLatin1String(" COLLATE jet")); // the domain carries it
             return QLatin1String(pg) + rest;
         }
+    // CHAR(n) as SQLite keeps it: the text as written, not padded.
     if (upper.startsWith(QLatin1String("VARCHAR")) || upper.startsWith(QLatin1String("CHAR")))
-        return type.toLower() + rest;
+        return QStringLiteral("varchar") + type.mid(upper.startsWith(QLatin1String("VAR")) ? 7 : 4) + rest;
     return type + rest;
 }
 
@@ -87,7 +89,7 @@ const char* const FunctionSql[] = {
 EXCEPTION WHEN duplicate_object THEN NULL; END $$)",
     // An autonumber keeps its sequence ahead of any value written into it.
     R"(CREATE OR REPLACE FUNCTION jet_counter() RETURNS trigger LANGUAGE plpgsql AS $$
-DECLARE col text := TG_ARGV[0]; seq text; v bigint;
+DECLARE col text COLLATE "und-x-icu" := TG_ARGV[0]; seq text COLLATE "und-x-icu"; v bigint;
 BEGIN
   seq := pg_get_serial_sequence(format('%I.%I', TG_TABLE_SCHEMA, TG_TABLE_NAME), col);
   v := (to_jsonb(NEW) ->> col)::bigint;
@@ -102,7 +104,7 @@ END $$)",
 BEGIN RAISE EXCEPTION 'jet-error:%:', n; END $$)",
     // Numbers as Jet reads a text under Italian settings ("1.234,50"); empty is Null.
     R"(CREATE OR REPLACE FUNCTION jet_num(v text) RETURNS float8 LANGUAGE plpgsql IMMUTABLE AS $$
-DECLARE s text := btrim(v COLLATE "und-x-icu"); neg boolean := false;
+DECLARE s text COLLATE "und-x-icu" := btrim(v COLLATE "und-x-icu"); neg boolean := false;
 BEGIN
   IF s IS NULL OR s = '' THEN RETURN NULL; END IF;
   IF s ~ '^\(.*\)$' THEN neg := true; s := btrim(substr(s, 2, length(s) - 2)); END IF;
@@ -139,13 +141,13 @@ BEGIN
   END IF;
   RETURN replace(trim_scale(n)::text, '.', ',');
 END $$)",
-    R"(CREATE OR REPLACE FUNCTION jet_day(v float8) RETURNS date LANGUAGE sql IMMUTABLE AS $$
+    R"(CREATE OR REPLACE FUNCTION jet_dayof(v float8) RETURNS date LANGUAGE sql IMMUTABLE AS $$
 SELECT date '1899-12-30' + (trunc(v) + CASE WHEN round(abs(v - trunc(v)) * 86400) >= 86400 THEN sign(v) ELSE 0 END)::int $$)",
     R"(CREATE OR REPLACE FUNCTION jet_secs(v float8) RETURNS int LANGUAGE sql IMMUTABLE AS $$
 SELECT (round(abs(v - trunc(v)) * 86400)::int) % 86400 $$)",
     // CStr of a date: dd/mm/yyyy, the time after it unless midnight, the time alone on day 0.
     R"(CREATE OR REPLACE FUNCTION jet_datetext(v float8) RETURNS text LANGUAGE plpgsql IMMUTABLE AS $$
-DECLARE d date := jet_day(v); s int := jet_secs(v); t text;
+DECLARE d date := jet_dayof(v); s int := jet_secs(v); t text COLLATE "und-x-icu";
 BEGIN
   IF v IS NULL THEN RETURN NULL; END IF;
   t := lpad((s / 3600)::text, 2, '0') || '.' || lpad((s / 60 % 60)::text, 2, '0') || '.' || lpad((s % 60)::text, 2, '0');
@@ -163,7 +165,7 @@ SELECT CASE WHEN bool_and(x IS NULL) THEN NULL ELSE string_agg(coalesce(x, ''), 
 FROM unnest(p) WITH ORDINALITY AS t(x, i) $$)",
     // Like with Jet's wildcards: % _ [abc] [a-z] [!...]; case ignored, accents kept.
     R"(CREATE OR REPLACE FUNCTION jet_like(a text, p text) RETURNS boolean LANGUAGE plpgsql IMMUTABLE AS $$
-DECLARE re text := '^'; i int := 1; c text; j int; n int := length(p);
+DECLARE re text COLLATE "und-x-icu" := '^'; i int := 1; c text COLLATE "und-x-icu"; j int; n int := length(p);
 BEGIN
   IF a IS NULL OR p IS NULL THEN RETURN NULL; END IF;
   WHILE i <= n LOOP
@@ -186,7 +188,7 @@ BEGIN
 END $$)",
     // Val: the leading number of a text, "." as the decimal point, blanks skipped.
     R"(CREATE OR REPLACE FUNCTION jet_val(v text) RETURNS float8 LANGUAGE plpgsql IMMUTABLE AS $$
-DECLARE s text; m text;
+DECLARE s text COLLATE "und-x-icu"; m text COLLATE "und-x-icu";
 BEGIN
   IF v IS NULL THEN PERFORM jet_fail(94); END IF;
   s := regexp_replace(v COLLATE "und-x-icu", '[ \t\r\n]', '', 'g');
@@ -232,7 +234,7 @@ FROM (SELECT strpos(lower(substr(s, greatest(jet_count_arg(st)::int, 1)) COLLATE
 $$SELECT replace(s COLLATE "und-x-icu", f COLLATE "und-x-icu", coalesce(r, ''))$$)",
     // CDate: Italian day/month/year (or year-month-day), an optional time h.n[.s] or h:n[:s].
     R"(CREATE OR REPLACE FUNCTION jet_cdate(v text) RETURNS float8 LANGUAGE plpgsql STABLE AS $$
-DECLARE s text := btrim(v COLLATE "und-x-icu"); t float8 := 0; m text[]; p text[]; y int; mo int; d int; h int;
+DECLARE s text COLLATE "und-x-icu" := btrim(v COLLATE "und-x-icu"); t float8 := 0; m text[] COLLATE "und-x-icu"; p text[] COLLATE "und-x-icu"; y int; mo int; d int; h int;
 BEGIN
   IF v IS NULL THEN RETURN NULL; END IF;
   m := regexp_match(s, '(?:^|\s)(\d{1,2})[.:](\d{1,2})(?:[.:](\d{1,2}))?\s*([AaPp][Mm]?)?$');
@@ -249,7 +251,7 @@ BEGIN
   p := regexp_split_to_array(s, '[/\-,\s]+');
   IF s = '' OR array_length(p, 1) NOT IN (2, 3) OR array_to_string(p, '') !~ '^\d+$' THEN PERFORM jet_fail(13); END IF;
   IF array_length(p, 1) = 2 THEN
-    d := p[1]::int; mo := p[2]::int; y := extract(year from jet_day(jet_now()));
+    d := p[1]::int; mo := p[2]::int; y := extract(year from jet_dayof(jet_now()));
   ELSIF length(p[1]) >= 3 THEN
     y := p[1]::int; mo := p[2]::int; d := p[3]::int;
   ELSE
@@ -270,14 +272,14 @@ SELECT coalesce(nullif(current_setting('jet.now', true), '')::float8,
   round(extract(epoch from localtimestamp - timestamp '1899-12-30'))::float8 / 86400) $$)",
     R"(CREATE OR REPLACE FUNCTION jet_date() RETURNS float8 LANGUAGE sql STABLE AS 'SELECT floor(jet_now())')",
     R"(CREATE OR REPLACE FUNCTION jet_time() RETURNS float8 LANGUAGE sql STABLE AS 'SELECT jet_now() - floor(jet_now())')",
-    R"(CREATE OR REPLACE FUNCTION jet_year(v float8) RETURNS int LANGUAGE sql IMMUTABLE AS 'SELECT extract(year from jet_day(v))::int')",
-    R"(CREATE OR REPLACE FUNCTION jet_month(v float8) RETURNS int LANGUAGE sql IMMUTABLE AS 'SELECT extract(month from jet_day(v))::int')",
-    R"(CREATE OR REPLACE FUNCTION jet_day(v text) RETURNS date LANGUAGE sql STABLE AS 'SELECT jet_day(jet_cdate(v))')",
+    R"(CREATE OR REPLACE FUNCTION jet_year(v float8) RETURNS int LANGUAGE sql IMMUTABLE AS 'SELECT extract(year from jet_dayof(v))::int')",
+    R"(CREATE OR REPLACE FUNCTION jet_month(v float8) RETURNS int LANGUAGE sql IMMUTABLE AS 'SELECT extract(month from jet_dayof(v))::int')",
+    R"(CREATE OR REPLACE FUNCTION jet_day(v float8) RETURNS int LANGUAGE sql IMMUTABLE AS 'SELECT extract(day from jet_dayof(v))::int')",
     R"(CREATE OR REPLACE FUNCTION jet_hour(v float8) RETURNS int LANGUAGE sql IMMUTABLE AS 'SELECT jet_secs(v) / 3600')",
     R"(CREATE OR REPLACE FUNCTION jet_minute(v float8) RETURNS int LANGUAGE sql IMMUTABLE AS 'SELECT jet_secs(v) / 60 % 60')",
     R"(CREATE OR REPLACE FUNCTION jet_second(v float8) RETURNS int LANGUAGE sql IMMUTABLE AS 'SELECT jet_secs(v) % 60')",
     R"(CREATE OR REPLACE FUNCTION jet_weekday(v float8, first float8 DEFAULT 1) RETURNS int LANGUAGE sql IMMUTABLE AS
-'SELECT (extract(dow from jet_day(v))::int + 1 - coalesce(round(first)::int, 1) + 7) % 7 + 1')",
+'SELECT (extract(dow from jet_dayof(v))::int + 1 - coalesce(round(first)::int, 1) + 7) % 7 + 1')",
     R"(CREATE OR REPLACE FUNCTION jet_int(v float8) RETURNS float8 LANGUAGE sql IMMUTABLE AS 'SELECT floor(v)')",
     R"(CREATE OR REPLACE FUNCTION jet_fix(v float8) RETURNS float8 LANGUAGE sql IMMUTABLE AS 'SELECT trunc(v)')",
     R"(CREATE OR REPLACE FUNCTION jet_cdbl(v float8) RETURNS float8 LANGUAGE sql IMMUTABLE AS 'SELECT v')",
@@ -295,13 +297,13 @@ BEGIN IF abs(jet_round(v)) > 32767 AND jet_round(v) <> -32768 THEN PERFORM jet_f
     // Format: the date tokens (d dd m mm yyyy yy h hh n nn s ss), and the number patterns
     // "Standard", "Fixed", "0.00", "#,##0.00" with Italian separators.
     R"(CREATE OR REPLACE FUNCTION jet_format(flags bigint, v float8, f text DEFAULT '') RETURNS text LANGUAGE plpgsql IMMUTABLE AS $$
-DECLARE out text := ''; i int := 1; c text; run int; n int; d date; s int; dec int; grp boolean; num text; ip text; fp text;
-  pat text := coalesce(f COLLATE "und-x-icu", ''); afterHour boolean := false;
+DECLARE out text COLLATE "und-x-icu" := ''; i int := 1; c text COLLATE "und-x-icu"; run int; n int; d date; s int; dec int; grp boolean; num text COLLATE "und-x-icu"; ip text COLLATE "und-x-icu"; fp text COLLATE "und-x-icu";
+  pat text COLLATE "und-x-icu" := coalesce(f COLLATE "und-x-icu", ''); afterHour boolean := false;
 BEGIN
   IF v IS NULL THEN RETURN NULL; END IF;
   IF pat = '' THEN RETURN CASE WHEN flags & 1 = 1 THEN jet_datetext(v) ELSE jet_numtext(v) END; END IF;
-  IF flags & 1 = 1 OR pat ~* '^[^0#]*[dmyhns]' THEN
-    d := jet_day(v); s := jet_secs(v); n := length(pat);
+  IF flags & 1 = 1 OR (pat ~* '[dmyhns]' AND pat !~ '[0#]' AND lower(pat) NOT IN ('standard', 'fixed', 'general number')) THEN
+    d := jet_dayof(v); s := jet_secs(v); n := length(pat);
     WHILE i <= n LOOP
       c := substr(pat, i, 1); run := 1;
       WHILE i + run <= n AND lower(substr(pat, i + run, 1)) = lower(c) LOOP run := run + 1; END LOOP;

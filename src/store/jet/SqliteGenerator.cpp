@@ -3,6 +3,7 @@
 #include "store/jet/PostgresGenerator.h"
 
 #include <QHash>
+#include <QRegularExpression>
 
 #include <sqlite3.h>
 
@@ -573,13 +574,18 @@ private:
                     flags |= qint64(1) << i;
             parts << QString::number(flags);
         }
-        for (const G& a : args) {
+        // The string functions take texts where VBA takes any value (Left(123, 2)).
+        const bool strings = name == "jet_left" || name == "jet_right" || name == "jet_mid" || name == "jet_len" ||
+                             name == "jet_trim" || name == "jet_ltrim" || name == "jet_rtrim" || name == "jet_ucase" ||
+                             name == "jet_lcase" || name == "jet_replace" || name == "jet_instr";
+        for (size_t i = 0; i < args.size(); ++i) {
+            const bool textArg =
+                strings && (name == "jet_replace" || (name == "jet_instr" ? i + 2 >= args.size() : i == 0));
+            const G& a = textArg ? asText(args[i]) : args[i];
             if (a.ty == Ty::Null)
                 parts << (numericFn ? QStringLiteral("NULL::float8") : QStringLiteral("NULL::text"));
             else if (numericFn && !numeric(a.ty) && a.sql != u'*')
                 parts << QStringLiteral("jet_num(") + a.sql + u')';
-            else if ((name == "min" || name == "max") && a.ty == Ty::Text && !a.column)
-                parts << a.sql + collate();
             else
                 parts << a.sql;
         }
@@ -693,6 +699,7 @@ private:
             sql += QStringLiteral("DISTINCT ");
         QStringList items;
         size_t position = 0;
+        QHash<QString, size_t> itemPositions; // on the server: the select item a GROUP/ORDER BY term repeats
         for (const SelectItem& item : s.items) {
             if (item.expr.kind == Expr::Kind::Star) {
                 std::vector<const ColumnInfo*> cols;
@@ -723,7 +730,9 @@ private:
                 g.sql = QStringLiteral("(-") + g.sql + u')';
             QString name = item.alias;
             QString text = g.sql;
-            if (s.distinct && g.ty != Ty::Number && g.ty != Ty::Date && !g.column && (!m_pg || g.ty == Ty::Text))
+            if (m_pg)
+                itemPositions.insert(withLiteralValues(g.sql), position + 1);
+            if (s.distinct && g.ty != Ty::Number && g.ty != Ty::Date && !g.column && !m_pg)
                 text += collate();
             if (!item.alias.isEmpty()) {
                 text += QStringLiteral(" AS ") + ident(item.alias);
@@ -752,7 +761,7 @@ private:
         if (!s.groupBy.empty()) {
             QStringList terms;
             for (const Expr& e : s.groupBy)
-                terms << sortTerm(gen(e, scope));
+                terms << sortTerm(itemOrTerm(gen(e, scope), itemPositions));
             sql += QStringLiteral(" GROUP BY ") + terms.join(QStringLiteral(", "));
         }
         if (s.having)
@@ -760,7 +769,10 @@ private:
         if (!s.orderBy.empty()) {
             QStringList terms;
             for (const OrderItem& o : s.orderBy)
-                terms << sortTerm(gen(o.expr, scope)) + (o.descending ? QStringLiteral(" DESC") : QString());
+                terms << sortTerm(itemOrTerm(gen(o.expr, scope), itemPositions)) +
+                             (o.descending ? QStringLiteral(" DESC") : QString()) +
+                             (m_pg ? (o.descending ? QStringLiteral(" NULLS LAST") : QStringLiteral(" NULLS FIRST"))
+                                   : QString()); // Null sorts first, as in Jet and SQLite
             sql += QStringLiteral(" ORDER BY ") + terms.join(QStringLiteral(", "));
         }
         if (s.topLiteral >= 0) {
@@ -775,9 +787,37 @@ private:
     // GROUP BY and ORDER BY terms group and sort texts as Jet does.
     QString sortTerm(const G& g) const
     {
-        if (g.ty == Ty::Number || g.ty == Ty::Date || g.ty == Ty::Bool || (m_pg && g.ty != Ty::Text))
+        // The server's texts carry the collation of their columns into expressions too,
+        // and a GROUP BY term must read as its select item does.
+        if (g.ty == Ty::Number || g.ty == Ty::Date || g.ty == Ty::Bool || m_pg)
             return g.sql;
         return g.sql + collate();
+    }
+
+    // The server binds each literal of the statement apart, so "Left(M, 1)" in the select
+    // and in its GROUP BY differ there; a term that repeats a select item names its position.
+    QString withLiteralValues(const QString& sql) const
+    {
+        static const QRegularExpression marker(QStringLiteral("\\$(\\d+)"));
+        QString out;
+        qsizetype at = 0;
+        for (auto it = marker.globalMatch(sql); it.hasNext();) {
+            const auto m = it.next();
+            const vb::Variant& v = m_lx.literals[size_t(m.captured(1).toInt() - 1)];
+            out += sql.mid(at, m.capturedStart() - at) + u'<' + QString::number(int(v.type())) + u':' +
+                   (v.isNull() ? QString() : v.toString()) + u'>';
+            at = m.capturedEnd();
+        }
+        return out + sql.mid(at);
+    }
+    G itemOrTerm(const G& g, const QHash<QString, size_t>& itemPositions) const
+    {
+        if (!m_pg || !g.sql.contains(u'$'))
+            return g;
+        const auto it = itemPositions.constFind(withLiteralValues(g.sql));
+        if (it == itemPositions.constEnd())
+            return g;
+        return {QString::number(*it), g.ty};
     }
 
     // "*" spelled out as the store's columns, table by table.
