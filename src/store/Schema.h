@@ -38,6 +38,14 @@ void createSchema(sqlite3* db);
 /// Creates the report store's empty file (it holds the copy of the plan only).
 void createReportSchema(sqlite3* db);
 
+/// The same tables, seed rows and report schema (rpt) for the server store (PostgreSQL),
+/// after jet::postgresFunctionStatements(): one statement an entry.
+QStringList postgresSchemaStatements();
+
+/// The stored queries of the notes reports on the server: the server checks a view's
+/// columns when it is made, so these run once the start-up upgrade has added them.
+QStringList postgresViewStatements();
+
 /// The type of table.column on a connection (names compared without regard to case);
 /// Unknown when the table or column does not exist.
 ColumnType columnType(sqlite3* db, const QString& table, const QString& column);

@@ -137,11 +137,15 @@ private:
     mutable std::unordered_map<std::string, std::unique_ptr<TableInfo>> m_tables;
 };
 
+/// The SQL a translation is written in: the embedded store's, or the server's.
+enum class Dialect { Sqlite, Postgres };
+
 /// Translates one Jet statement. Raises vb::VBError with the provider's syntax error
 /// (number err::SyntaxError, Jet's Italian text) for what Jet refuses; an unknown
 /// function is refused here too. Unknown tables and columns are left to SQLite's
-/// prepare. Not thread-safe (one thread runs everything).
-Translation translate(const QString& jetSql, const SchemaInfo* schema = nullptr);
+/// prepare. Not thread-safe (one thread runs everything). On the server the parameters
+/// are $1, $2, ... bound in the same order, and "IN file" targets the report schema.
+Translation translate(const QString& jetSql, const SchemaInfo* schema = nullptr, Dialect dialect = Dialect::Sqlite);
 
 /// Empties the translation cache (tests and benchmarks).
 void clearCache();
