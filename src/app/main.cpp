@@ -2,13 +2,17 @@
 //
 //   velmora [--home DIR] [--drive FILE|-]
 //   velmora --import OLD.mdb [--home DIR] [--replace]
+//   velmora --store postgresql://user@host/db ...   (the plant's server: docs/server.md)
+//   velmora --import OLD.mdb --store URL [--replace], velmora --copy-to URL [--replace]
 //
 // The data folder is --home, else VELMORA_HOME, else the per-user data folder. With
 // --drive the program is driven by the line protocol of docs/automation.md.
+#include "app/StoreChoice.h"
 #include "definition/Workload.h"
 #include "demo/CommandLine.h"
 #include "importer/Importer.h"
 #include "runtime/AppPath.h"
+#include "runtime/MsgBox.h"
 #include "shell/DesktopServices.h"
 #include "shell/Driver.h"
 #include "shell/Program.h"
@@ -74,6 +78,12 @@ QString dataFolder(const Arguments& args)
 
 int main(int argc, char** argv)
 {
+    QStringList commandLine;
+    for (int i = 0; i < argc; ++i)
+        commandLine << QString::fromLocal8Bit(argv[i]);
+    // A plant moved onto its server (docs/server.md).
+    if (const int rc = app::runServerMove(commandLine, [&] { return dataFolder(parseArguments(argc, argv)); }); rc >= 0)
+        return rc;
     // An old Velmora.mdb is taken over without starting the program (docs/importer.md).
     if (importer::wantsImport(argc, argv))
         return importer::runImport(argc, argv);
@@ -99,6 +109,19 @@ int main(int argc, char** argv)
     // --demo, --demo-if-new and --screenshot (src/demo).
     if (const std::optional<int> rc = demo::runCommandLine(argc, argv))
         return *rc;
+    // The plant's server, when this workstation names one; else the data folder's file.
+    QString storeError;
+    const QString server = app::optionValue(commandLine, QStringLiteral("--store"), storeError);
+    if (storeError.isEmpty())
+        storeError = app::openChosenStore(app::chosenStore(server, vb::AppPath()));
+    if (!storeError.isEmpty()) {
+        std::fprintf(stderr, "velmora: %s\n", qPrintable(storeError));
+        if (!driving) {
+            shell::installDesktopServices();
+            vb::MsgBox(storeError, vb::mb::Critical, QStringLiteral("Velmora"));
+        }
+        return 1;
+    }
 
     if (driving) {
         shell::Driver driver(*args.drive);

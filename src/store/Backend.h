@@ -69,7 +69,7 @@ public:
     virtual void exec(const QString& sql) = 0;
     virtual jet::Translation translate(const QString& jetSql) = 0;
     /// The key the last INSERT gave its row, and the rows the last action changed.
-    virtual std::int64_t lastInsertKey() = 0;
+    virtual std::int64_t lastInsertKey(const StoredTable& table) = 0;
     virtual std::int64_t changes() = 0;
     /// A stored table, null when there is none of that name.
     virtual std::shared_ptr<StoredTable> table(const QString& name) = 0;
@@ -103,5 +103,13 @@ public:
 
 /// The embedded store at path (":memory:" for one in memory), opened or created.
 std::unique_ptr<Connection> openSqlite(const QString& path);
+
+/// Whether a store's name is a server's libpq URI ("postgresql://...") rather than a file.
+bool isServerUri(const QString& store);
+
+/// The server database at a libpq URI: an empty one gets the full schema (the report
+/// store's included) first; one holding another program's tables is refused with an
+/// Italian text, nothing written. The report store is its rpt schema.
+std::unique_ptr<Connection> openPostgres(const QString& uri, bool report);
 
 } // namespace store::backend

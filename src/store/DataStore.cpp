@@ -55,6 +55,7 @@ struct CachedStatement
 
 std::unique_ptr<DataStore> g_main;
 std::unique_ptr<DataStore> g_report;
+QString g_server;
 
 constexpr int kMaxCachedStatements = 256;
 
@@ -230,14 +231,15 @@ void runActions(DataStore& store, const jet::Translation& tr, size_t count)
 DataStore& DataStore::instance()
 {
     if (!g_main)
-        g_main = std::make_unique<DataStore>(vb::AppFile(QLatin1String(StoreFileName)));
+        g_main = std::make_unique<DataStore>(g_server.isEmpty() ? vb::AppFile(QLatin1String(StoreFileName)) : g_server);
     return *g_main;
 }
 
 DataStore& DataStore::report()
 {
     if (!g_report)
-        g_report = std::make_unique<DataStore>(vb::AppFile(QLatin1String(ReportStoreFileName)), Kind::Report);
+        g_report = std::make_unique<DataStore>(
+            g_server.isEmpty() ? vb::AppFile(QLatin1String(ReportStoreFileName)) : g_server, Kind::Report);
     return *g_report;
 }
 
@@ -247,8 +249,25 @@ void DataStore::reset()
     g_report.reset();
 }
 
+void DataStore::setServer(const QString& uri)
+{
+    if (uri != g_server)
+        reset();
+    g_server = uri;
+}
+
+QString DataStore::server()
+{
+    return g_server;
+}
+
 DataStore::DataStore(const QString& path, Kind kind) : m_path(path), m_cache(std::make_unique<Cache>())
 {
+    if (backend::isServerUri(path)) {
+        m_conn = backend::openPostgres(path, kind == Kind::Report);
+        m_cache->conn = m_conn.get();
+        return;
+    }
     if (path != QLatin1String(":memory:"))
         QDir().mkpath(QFileInfo(path).absolutePath());
     m_conn = backend::openSqlite(path);
@@ -705,7 +724,7 @@ void Recordset::Impl::writeRow(RowData& row)
             lease.get()->bind(values);
             lease.get()->run();
         }
-        row.rowid = conn.lastInsertKey();
+        row.rowid = conn.lastInsertKey(*table);
         row.hasRowid = true;
         row.isNew = false;
         // The row as stored: the defaults of the columns not written show up at once.
@@ -775,6 +794,15 @@ void Recordset::Open(const QString& jetSql, DataStore& store)
         return;
     }
     openTranslated(store.cache().translate(jetSql), store);
+}
+
+void Recordset::OpenLocked(const QString& jetSql, DataStore& store)
+{
+    jet::Translation tr = store.cache().translate(jetSql);
+    const QString lock = store.connection().rowLock();
+    if (tr.kind == jet::StatementKind::Select && !tr.statements.empty() && !lock.isEmpty())
+        tr.statements.back().sql += lock;
+    openTranslated(tr, store);
 }
 
 void Recordset::openTranslated(const jet::Translation& tr, DataStore& store)
@@ -1041,6 +1069,30 @@ Variant Recordset::value(int row, int column) const
     if (row < 0 || row >= d->size() || column < 0 || column >= FieldCount())
         throw VBError(vb::err::NoCurrentRecord);
     return d->values(d->rows[size_t(d->view[size_t(row)])])[size_t(column)];
+}
+
+// ---------------------------------------------------------------------------------------
+// RowLock
+
+RowLock::RowLock(DataStore& store) : m_store(store)
+{
+    try {
+        m_store.connection().begin();
+        m_open = true;
+    } catch (const VBError&) {
+        // Already inside a transaction: its end commits these writes too.
+    }
+}
+
+RowLock::~RowLock()
+{
+    if (!m_open)
+        return;
+    try {
+        m_store.connection().commit();
+    } catch (const VBError&) {
+        m_store.connection().rollback();
+    }
 }
 
 // ---------------------------------------------------------------------------------------

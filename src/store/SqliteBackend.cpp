@@ -145,7 +145,7 @@ public:
     }
 
     jet::Translation translate(const QString& jetSql) override { return jet::translate(jetSql, m_schema.get()); }
-    std::int64_t lastInsertKey() override { return sqlite3_last_insert_rowid(m_db); }
+    std::int64_t lastInsertKey(const StoredTable&) override { return sqlite3_last_insert_rowid(m_db); }
     std::int64_t changes() override { return sqlite3_changes(m_db); }
 
     std::shared_ptr<StoredTable> table(const QString& name) override

@@ -21,10 +21,16 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
+#include <memory>
+
+namespace testserver {
+class ScratchDatabase;
+}
 
 class ScreenTest : public ::testing::Test
 {
 protected:
+    ~ScreenTest() override;
     void SetUp() override;
     void TearDown() override;
 
@@ -133,4 +139,5 @@ protected:
 private:
     QTemporaryDir m_dir;
     std::map<QString, shell::ScreenRegistry::Factory> m_saved;
+    std::unique_ptr<testserver::ScratchDatabase> m_server; ///< the test's database on the server store
 };
