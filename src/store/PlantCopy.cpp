@@ -75,7 +75,11 @@ std::vector<std::pair<QString, qint64>> copyPlant(DataStore& fromStore, DataStor
                 for (const int i : positions)
                     values.push_back(source->value(i, ColumnType::Unknown, false));
                 insert->bind(values);
-                insert->run();
+                try {
+                    insert->run();
+                } catch (const vb::VBError& e) {
+                    throw vb::VBError(e.number(), QStringLiteral("Tabella '%1': %2").arg(name, e.description()));
+                }
                 insert->reset();
                 ++rows;
             }

@@ -7,11 +7,8 @@
 #include "runtime/VBError.h"
 #include "shell/Driver.h"
 #include "store/DataStore.h"
-#include "support/TestServer.h"
 
 #include <QFile>
-
-ScreenTest::~ScreenTest() = default;
 
 void ScreenTest::SetUp()
 {

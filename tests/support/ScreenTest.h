@@ -14,6 +14,7 @@
 #include "support/Boxes.h"
 #include "support/Fields.h"
 #include "support/Plant.h"
+#include "support/TestServer.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -23,14 +24,9 @@
 #include <map>
 #include <memory>
 
-namespace testserver {
-class ScratchDatabase;
-}
-
 class ScreenTest : public ::testing::Test
 {
 protected:
-    ~ScreenTest() override;
     void SetUp() override;
     void TearDown() override;
 
