@@ -129,7 +129,7 @@ QString connectionFailureText(const QString& message, const QString& uri)
                           "raggiungibile.");
 }
 
-PgSession::PgSession(const QString& uri)
+PgSession::PgSession(const QString& uri, Store store)
 {
     m_conn = PQconnectdb(uri.toUtf8().constData());
     if (PQstatus(m_conn) != CONNECTION_OK) {
@@ -142,6 +142,10 @@ PgSession::PgSession(const QString& uri)
     // Notices (a table that already exists for IF NOT EXISTS...) are not the user's business.
     PQsetNoticeProcessor(
         m_conn, [](void*, const char*) {}, nullptr);
+    // The plant's tables, or the report store's; the dialect's functions beside either.
+    const QByteArray path = store == Store::Report ? QByteArray("SET search_path = ") + jet::ReportSchema + ", jet"
+                                                   : QByteArray("SET search_path = public, jet");
+    PQclear(PQexec(m_conn, path.constData()));
     m_schema = std::make_unique<PgSchema>(*this);
 }
 
@@ -197,7 +201,7 @@ PgResult PgSession::exec(const QString& sql, const std::vector<vb::Variant>& par
         const vb::Variant& v = params[i];
         using T = vb::Variant::Type;
         switch (v.type()) {
-        case T::Null: continue;
+        case T::Null: types[i] = 0; continue; // the server takes the type the statement gives it
         case T::Empty: values[i] = QByteArray(); break;
         case T::Boolean:
             values[i] = v.rawBool() ? "-1" : "0";

@@ -36,10 +36,15 @@ enum class DatabaseContents { Empty, Plant, OtherProgram };
 class PgSession
 {
 public:
+    /// Which store the session's unqualified names reach: the plant's tables (schema
+    /// public) or the report store's (schema rpt); the dialect's functions (schema jet)
+    /// either way.
+    enum class Store { Main, Report };
+
     /// Connects by a libpq URI ("postgresql://user@host/db", "postgresql://user@/db?host=/run/dir&port=5433").
     /// A server that is down, a refused password or a missing database raise
     /// vb::VBError(errors::Unspecified) with a clear Italian text.
-    explicit PgSession(const QString& uri);
+    explicit PgSession(const QString& uri, Store store = Store::Main);
     ~PgSession();
     PgSession(const PgSession&) = delete;
     PgSession& operator=(const PgSession&) = delete;
