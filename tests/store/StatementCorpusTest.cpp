@@ -116,12 +116,7 @@ public:
     {
         for (const QString& v : postgresViewStatements())
             session().exec(v);
-        sqlite3_stmt* tables = nullptr;
-        sqlite3_prepare_v2(from, "SELECT name FROM sqlite_schema WHERE type = 'table' AND name <> 'sqlite_sequence'",
-                           -1, &tables, nullptr);
-        while (sqlite3_step(tables) == SQLITE_ROW)
-            copyTable(from, QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(tables, 0))));
-        sqlite3_finalize(tables);
+        pg::copyRows(from, session());
     }
 
     QString outcome(const QString& jetSql, bool onReport, const std::vector<vb::Variant>& user)
@@ -151,40 +146,6 @@ public:
     }
 
 private:
-    void copyTable(sqlite3* from, const QString& table)
-    {
-        sqlite3_stmt* st = nullptr;
-        sqlite3_prepare_v2(from, QStringLiteral("SELECT * FROM \"%1\"").arg(table).toUtf8().constData(), -1, &st,
-                           nullptr);
-        QStringList cols, markers;
-        for (int c = 0; c < sqlite3_column_count(st); ++c) {
-            cols << jet::postgresIdent(QString::fromUtf8(sqlite3_column_name(st, c)));
-            markers << QStringLiteral("$%1").arg(c + 1);
-        }
-        const QString insert = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                                   .arg(jet::postgresIdent(table), cols.join(u','), markers.join(u','));
-        session().exec(QStringLiteral("DELETE FROM ") + jet::postgresIdent(table)); // the seed rows come again
-        while (sqlite3_step(st) == SQLITE_ROW) {
-            std::vector<vb::Variant> values;
-            for (int c = 0; c < cols.size(); ++c) {
-                switch (sqlite3_column_type(st, c)) {
-                case SQLITE_INTEGER: values.emplace_back(std::int64_t(sqlite3_column_int64(st, c))); break;
-                case SQLITE_FLOAT: values.emplace_back(sqlite3_column_double(st, c)); break;
-                case SQLITE_NULL: values.push_back(vb::Variant::null()); break;
-                default:
-                    values.emplace_back(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, c))));
-                }
-            }
-            try {
-                session().exec(insert, values);
-            } catch (const vb::VBError& e) {
-                ADD_FAILURE() << table.toStdString() << ": " << e.description().toStdString();
-                break;
-            }
-        }
-        sqlite3_finalize(st);
-    }
-
     testserver::ScratchDatabase m_db;
     pg::PgSession m_report{m_db.uri(), pg::PgSession::Store::Report};
 };
