@@ -77,6 +77,10 @@ TEST(ServerSession, KnowsAPlantFromAnotherProgramsDatabaseAndCountsAtOnce)
               QStringLiteral("-2147467259 Il campo 'A' è già presente nella tabella."));
     EXPECT_EQ(errorOf(s, QStringLiteral("SELECT * INTO T FROM Tbl_Reparto")),
               QStringLiteral("3010 La tabella 'T' esiste già."));
+    // A SELECT ... INTO whose rows fail leaves no table behind.
+    EXPECT_EQ(errorOf(s, QStringLiteral("SELECT Val(Null) AS V INTO T2 FROM Tbl_Reparto")),
+              QStringLiteral("94 ") + vb::VBError(94).description());
+    EXPECT_EQ(s.schema().table(QStringLiteral("T2")), nullptr);
 }
 
 } // namespace

@@ -261,8 +261,20 @@ PgResult PgSession::run(const jet::Translation& t)
         exec(QStringLiteral("SELECT set_config('jet.now', $1, false)"), {vb::Variant(QString::number(now, 'g', 17))});
     }
     PgResult out;
-    for (const jet::SqliteStatement& s : t.statements)
-        out = exec(s.sql, s.params, t.kind == jet::StatementKind::Select ? t.dateColumns : std::vector<bool>{});
+    // SELECT ... INTO is two statements: all or nothing, unless the caller holds a transaction.
+    const bool together = t.statements.size() > 1 && PQtransactionStatus(m_conn) == PQTRANS_IDLE;
+    if (together)
+        execScript(QStringLiteral("BEGIN"));
+    try {
+        for (const jet::SqliteStatement& s : t.statements)
+            out = exec(s.sql, s.params, t.kind == jet::StatementKind::Select ? t.dateColumns : std::vector<bool>{});
+    } catch (...) {
+        if (together)
+            PQclear(PQexec(m_conn, "ROLLBACK"));
+        throw;
+    }
+    if (together)
+        execScript(QStringLiteral("COMMIT"));
     switch (t.kind) {
     case jet::StatementKind::SelectInto:
     case jet::StatementKind::CreateTable:
