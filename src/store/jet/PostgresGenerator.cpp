@@ -80,6 +80,8 @@ namespace {
 // functions: the server refuses LIKE, regular expressions and substring searches under
 // the nondeterministic "jet" collation the columns carry.
 const char* const FunctionSql[] = {
+    "CREATE SCHEMA IF NOT EXISTS jet",
+    "SET LOCAL search_path = jet",
     R"(CREATE COLLATION IF NOT EXISTS jet (provider = icu, locale = 'und-u-ks-level2', deterministic = false))",
     R"(DO $$ BEGIN
   CREATE DOMAIN jet_long AS integer; CREATE DOMAIN jet_smallint AS smallint; CREATE DOMAIN jet_byte AS smallint;
@@ -405,6 +407,7 @@ QStringList postgresFunctionStatements()
                    "'SELECT %1(a, jet_n(b))'")
                    .arg(QLatin1String(f));
     }
+    out << QStringLiteral("SET LOCAL search_path = public, jet"); // the plant's tables go to public
     return out;
 }
 

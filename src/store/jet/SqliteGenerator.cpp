@@ -539,13 +539,8 @@ private:
         if (m_pg)
             return postgresCall(f, args);
         QStringList parts;
-        if (f->dateFlags) {
-            qint64 flags = 0;
-            for (size_t i = 0; i < args.size(); ++i)
-                if (args[i].ty == Ty::Date)
-                    flags |= qint64(1) << i;
-            parts << QString::number(flags);
-        }
+        if (f->dateFlags)
+            parts << QString::number(dateFlags(args));
         for (const G& a : args) {
             // Min and Max of a text compare as Jet compares texts.
             if ((f->sql == std::string_view("min") || f->sql == std::string_view("max")) && a.ty != Ty::Number &&
@@ -560,6 +555,16 @@ private:
         return {QLatin1String(f->sql) + u'(' + parts.join(QStringLiteral(", ")) + u')', ty};
     }
 
+    // The first argument of the functions that must know which values are dates.
+    static qint64 dateFlags(const std::vector<G>& args)
+    {
+        qint64 flags = 0;
+        for (size_t i = 0; i < args.size(); ++i)
+            if (args[i].ty == Ty::Date)
+                flags |= qint64(1) << i;
+        return flags;
+    }
+
     // The same functions on the server: texts where the server's functions want texts,
     // the aggregates over Italian numeric texts read with jet_num.
     G postgresCall(const Fn* f, std::vector<G>& args) const
@@ -567,13 +572,8 @@ private:
         const std::string_view name(f->sql);
         const bool numericFn = name == "abs" || name == "sign" || name == "jet_sum" || name == "jet_avg";
         QStringList parts;
-        if (f->dateFlags) {
-            qint64 flags = 0;
-            for (size_t i = 0; i < args.size(); ++i)
-                if (args[i].ty == Ty::Date)
-                    flags |= qint64(1) << i;
-            parts << QString::number(flags);
-        }
+        if (f->dateFlags)
+            parts << QString::number(dateFlags(args));
         // The string functions take texts where VBA takes any value (Left(123, 2)).
         const bool strings = name == "jet_left" || name == "jet_right" || name == "jet_mid" || name == "jet_len" ||
                              name == "jet_trim" || name == "jet_ltrim" || name == "jet_rtrim" || name == "jet_ucase" ||

@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <libpq-fe.h>
+#include <sqlite3.h>
 
 namespace store::pg {
 
@@ -129,7 +130,7 @@ QString connectionFailureText(const QString& message, const QString& uri)
                           "raggiungibile.");
 }
 
-PgSession::PgSession(const QString& uri)
+PgSession::PgSession(const QString& uri, Store store)
 {
     m_conn = PQconnectdb(uri.toUtf8().constData());
     if (PQstatus(m_conn) != CONNECTION_OK) {
@@ -142,6 +143,10 @@ PgSession::PgSession(const QString& uri)
     // Notices (a table that already exists for IF NOT EXISTS...) are not the user's business.
     PQsetNoticeProcessor(
         m_conn, [](void*, const char*) {}, nullptr);
+    // The plant's tables, or the report store's; the dialect's functions beside either.
+    const QByteArray path = store == Store::Report ? QByteArray("SET search_path = ") + jet::ReportSchema + ", jet"
+                                                   : QByteArray("SET search_path = public, jet");
+    PQclear(PQexec(m_conn, path.constData()));
     m_schema = std::make_unique<PgSchema>(*this);
 }
 
@@ -197,7 +202,7 @@ PgResult PgSession::exec(const QString& sql, const std::vector<vb::Variant>& par
         const vb::Variant& v = params[i];
         using T = vb::Variant::Type;
         switch (v.type()) {
-        case T::Null: continue;
+        case T::Null: types[i] = 0; continue; // the server takes the type the statement gives it
         case T::Empty: values[i] = QByteArray(); break;
         case T::Boolean:
             values[i] = v.rawBool() ? "-1" : "0";
@@ -256,8 +261,20 @@ PgResult PgSession::run(const jet::Translation& t)
         exec(QStringLiteral("SELECT set_config('jet.now', $1, false)"), {vb::Variant(QString::number(now, 'g', 17))});
     }
     PgResult out;
-    for (const jet::SqliteStatement& s : t.statements)
-        out = exec(s.sql, s.params, t.kind == jet::StatementKind::Select ? t.dateColumns : std::vector<bool>{});
+    // SELECT ... INTO is two statements: all or nothing, unless the caller holds a transaction.
+    const bool together = t.statements.size() > 1 && PQtransactionStatus(m_conn) == PQTRANS_IDLE;
+    if (together)
+        execScript(QStringLiteral("BEGIN"));
+    try {
+        for (const jet::SqliteStatement& s : t.statements)
+            out = exec(s.sql, s.params, t.kind == jet::StatementKind::Select ? t.dateColumns : std::vector<bool>{});
+    } catch (...) {
+        if (together)
+            PQclear(PQexec(m_conn, "ROLLBACK"));
+        throw;
+    }
+    if (together)
+        execScript(QStringLiteral("COMMIT"));
     switch (t.kind) {
     case jet::StatementKind::SelectInto:
     case jet::StatementKind::CreateTable:
@@ -292,6 +309,13 @@ DatabaseContents PgSession::contents()
     return ours == 3 ? DatabaseContents::Plant : DatabaseContents::OtherProgram;
 }
 
+qint64 PgSession::nextCounter(const QString& table, const QString& column)
+{
+    const PgResult r = exec(QStringLiteral("SELECT nextval(pg_get_serial_sequence($1, $2))"),
+                            {vb::Variant(jet::postgresIdent(table)), vb::Variant(column)});
+    return r.rows.empty() ? 0 : r.rows[0][0].rawLong();
+}
+
 QString PgSession::databaseName() const
 {
     return QString::fromUtf8(PQdb(m_conn));
@@ -318,6 +342,54 @@ void createPostgresSchema(PgSession& session)
 void createPostgresFunctions(PgSession& session)
 {
     runInOneTransaction(session, jet::postgresFunctionStatements());
+}
+
+namespace {
+void copyTable(sqlite3* from, PgSession& to, const QString& table)
+{
+    sqlite3_stmt* st = nullptr;
+    sqlite3_prepare_v2(from, QStringLiteral("SELECT * FROM \"%1\"").arg(table).toUtf8().constData(), -1, &st, nullptr);
+    QStringList cols, markers;
+    for (int c = 0; c < sqlite3_column_count(st); ++c) {
+        cols << jet::postgresIdent(QString::fromUtf8(sqlite3_column_name(st, c)));
+        markers << QStringLiteral("$%1").arg(c + 1);
+    }
+    const QString insert = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                               .arg(jet::postgresIdent(table), cols.join(u','), markers.join(u','));
+    to.exec(QStringLiteral("DELETE FROM ") + jet::postgresIdent(table));
+    try {
+        while (sqlite3_step(st) == SQLITE_ROW) {
+            std::vector<vb::Variant> values;
+            for (int c = 0; c < cols.size(); ++c) {
+                switch (sqlite3_column_type(st, c)) {
+                case SQLITE_INTEGER: values.emplace_back(std::int64_t(sqlite3_column_int64(st, c))); break;
+                case SQLITE_FLOAT: values.emplace_back(sqlite3_column_double(st, c)); break;
+                case SQLITE_NULL: values.push_back(vb::Variant::null()); break;
+                default:
+                    values.emplace_back(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, c))));
+                }
+            }
+            to.exec(insert, values);
+        }
+    } catch (...) {
+        sqlite3_finalize(st);
+        throw;
+    }
+    sqlite3_finalize(st);
+}
+} // namespace
+
+void copyRows(sqlite3* from, PgSession& to)
+{
+    sqlite3_stmt* tables = nullptr;
+    sqlite3_prepare_v2(from, "SELECT name FROM sqlite_schema WHERE type = 'table' AND name <> 'sqlite_sequence'", -1,
+                       &tables, nullptr);
+    QStringList names;
+    while (sqlite3_step(tables) == SQLITE_ROW)
+        names << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(tables, 0)));
+    sqlite3_finalize(tables);
+    for (const QString& table : names)
+        copyTable(from, to, table);
 }
 
 } // namespace store::pg

@@ -18,6 +18,7 @@
 #include <vector>
 
 struct pg_conn;
+struct sqlite3;
 struct pg_result;
 
 namespace store::pg {
@@ -36,10 +37,15 @@ enum class DatabaseContents { Empty, Plant, OtherProgram };
 class PgSession
 {
 public:
+    /// Which store the session's unqualified names reach: the plant's tables (schema
+    /// public) or the report store's (schema rpt); the dialect's functions (schema jet)
+    /// either way.
+    enum class Store { Main, Report };
+
     /// Connects by a libpq URI ("postgresql://user@host/db", "postgresql://user@/db?host=/run/dir&port=5433").
     /// A server that is down, a refused password or a missing database raise
     /// vb::VBError(errors::Unspecified) with a clear Italian text.
-    explicit PgSession(const QString& uri);
+    explicit PgSession(const QString& uri, Store store = Store::Main);
     ~PgSession();
     PgSession(const PgSession&) = delete;
     PgSession& operator=(const PgSession&) = delete;
@@ -62,6 +68,10 @@ public:
 
     /// Whether the database is empty, holds a plant, or holds another program's tables.
     DatabaseContents contents();
+    /// The next autonumber of table.column, taken at once and never handed out again
+    /// (the recordset's AddNew shows it before the row is written).
+    qint64 nextCounter(const QString& table, const QString& column);
+
     /// The database's name (for messages).
     QString databaseName() const;
 
@@ -81,6 +91,11 @@ void createPostgresSchema(PgSession& session);
 
 /// Only what the generated SQL calls (collation, domains, functions), with no tables.
 void createPostgresFunctions(PgSession& session);
+
+/// Copies every row of every table of an embedded store (an open SQLite connection)
+/// into the same tables on the server, replacing what they hold (the seed rows):
+/// values as stored, autonumbers kept, their sequences moved past them.
+void copyRows(sqlite3* from, PgSession& to);
 
 /// The text of a connection failure, in Italian, from libpq's message.
 QString connectionFailureText(const QString& libpqMessage, const QString& uri);
