@@ -531,16 +531,21 @@ std::shared_ptr<const ResultShape> resultShape(DataStore& st, const backend::Sta
     shape->columns.reserve(size_t(n));
     for (int i = 0; i < n; ++i) {
         Column c{i < tr.columnNames.size() ? tr.columnNames[i] : stmt.columnName(i), stmt.declType(i)};
-        const ColumnType type = columnTypeOfDecl(c.declType);
+        ColumnType type = columnTypeOfDecl(c.declType);
+        int base = -1;
+        if (table) {
+            // The server names a column but not its table: the select's one table is meant,
+            // and the column's type is the table's.
+            const auto origin = stmt.origin(i);
+            const bool unnamed = origin && origin->first.isEmpty();
+            if (origin && (unnamed || table->name.compare(origin->first, Qt::CaseInsensitive) == 0))
+                base = table->index.value(origin->second.toLower(), -1);
+            if (unnamed && base >= 0)
+                type = table->types[size_t(base)];
+        }
         shape->readTypes.push_back(type);
         shape->dates.push_back(type == ColumnType::Date ||
                                (size_t(i) < tr.dateColumns.size() && tr.dateColumns[size_t(i)]));
-        int base = -1;
-        if (table) {
-            const auto origin = stmt.origin(i);
-            if (origin && table->name.compare(origin->first, Qt::CaseInsensitive) == 0)
-                base = table->index.value(origin->second.toLower(), -1);
-        }
         shape->baseIndex.push_back(base);
         if (table && base >= 0 && base == table->key && shape->keyColumn < 0)
             shape->keyColumn = i;

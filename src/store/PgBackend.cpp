@@ -80,7 +80,7 @@ QString quoted(const QString& name)
 class PgConnection final : public Connection
 {
 public:
-    explicit PgConnection(const QString& uri) : session(uri) { }
+    PgConnection(const QString& uri, pg::PgSession::Store store) : session(uri, store) { }
 
     std::unique_ptr<Statement> prepare(const QString& sql) override
     {
@@ -129,12 +129,8 @@ public:
 
     std::int64_t reserveKey(const StoredTable& table) override
     {
-        // The sequence hands a number to one workstation only, and the counter's trigger
-        // keeps it ahead of numbers written by hand.
-        const pg::PgResult r = session.exec(
-            QStringLiteral("SELECT nextval(pg_get_serial_sequence($1, $2))"),
-            {Variant(quoted(schemaName) + QLatin1Char('.') + quoted(table.name)), Variant(table.columns[table.key])});
-        return std::int64_t(r.rows.at(0).at(0).toDouble());
+        // The sequence hands a number to one workstation only.
+        return session.nextCounter(table.name, table.columns[table.key]);
     }
 
     // The report store is the rpt schema of the same database: nothing to attach.
@@ -196,7 +192,7 @@ bool isServerUri(const QString& store)
 
 std::unique_ptr<Connection> openPostgres(const QString& uri, bool report)
 {
-    auto conn = std::make_unique<PgConnection>(uri);
+    auto conn = std::make_unique<PgConnection>(uri, pg::PgSession::Store::Main);
     switch (conn->session.contents()) {
     case pg::DatabaseContents::OtherProgram:
         throw VBError(errors::Unspecified,
@@ -207,9 +203,8 @@ std::unique_ptr<Connection> openPostgres(const QString& uri, bool report)
     case pg::DatabaseContents::Plant: break;
     }
     if (report) {
-        conn->exec(QStringLiteral("SET search_path TO %1, public").arg(QLatin1String(jet::ReportSchema)));
+        conn = std::make_unique<PgConnection>(uri, pg::PgSession::Store::Report);
         conn->schemaName = QString::fromLatin1(jet::ReportSchema);
-        conn->session.schemaChanged();
     }
     return conn;
 }

@@ -80,7 +80,7 @@ TEST_F(Workstations, TwoWithdrawingThePartAHundredTimesEachLoseNone)
     EXPECT_EQ(a.finish(), 0);
     EXPECT_EQ(b.finish(), 0);
     EXPECT_EQ(stock(1), 800);
-    EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 1").toInteger(), 200 + 0);
+    EXPECT_EQ(value("SELECT Count(*) FROM Tbl_Ricerca WHERE ID_DESCRIZIONE_RICAMBI = 1").toInteger(), 200);
 }
 
 TEST_F(Workstations, AMaintenanceExecutedElsewhereShowsAfterTheRefresh)
