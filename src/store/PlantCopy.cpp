@@ -3,6 +3,7 @@
 #include "runtime/VBError.h"
 #include "store/Backend.h"
 #include "store/DataStore.h"
+#include "store/Schema.h"
 #include "store/StoreErrors.h"
 
 namespace store {
@@ -34,6 +35,38 @@ QStringList storedTables(backend::Connection& conn)
     return tables;
 }
 
+/// The target's table as the source declares it, when their columns' types differ (an
+/// old file's texts where the program keeps dates): made again, empty.
+std::shared_ptr<backend::StoredTable> sameTable(backend::Connection& from, backend::Connection& to, const QString& name)
+{
+    const auto source = from.table(name);
+    auto target = to.table(name);
+    if (!source)
+        return target;
+    if (target) {
+        bool same = true;
+        for (qsizetype i = 0; i < source->columns.size() && same; ++i) {
+            const int t = target->index.value(source->columns[i].toLower(), -1);
+            same = t >= 0 && target->types[size_t(t)] == source->types[size_t(i)];
+        }
+        if (same)
+            return target;
+        to.exec(QStringLiteral("DROP TABLE \"%1\" CASCADE").arg(target->name));
+    }
+    std::vector<std::pair<QString, QString>> columns;
+    auto info = from.prepare(QStringLiteral("SELECT name, type, pk FROM pragma_table_info(?1)"));
+    info->bind({vb::Variant(name)});
+    while (info->step()) {
+        QString decl = info->value(1, ColumnType::Text, false).toString();
+        if (info->integer(2) == 1 && source->autoincrement)
+            decl += QStringLiteral(" PRIMARY KEY AUTOINCREMENT");
+        columns.emplace_back(info->value(0, ColumnType::Text, false).toString(), decl);
+    }
+    for (const QString& statement : postgresTable(source->name, columns))
+        to.exec(statement);
+    return to.table(name);
+}
+
 } // namespace
 
 std::vector<std::pair<QString, qint64>> copyPlant(DataStore& fromStore, DataStore& toStore, bool replace)
@@ -49,7 +82,7 @@ std::vector<std::pair<QString, qint64>> copyPlant(DataStore& fromStore, DataStor
     to.begin();
     try {
         for (const QString& name : tables) {
-            const auto target = to.table(name);
+            const auto target = sameTable(from, to, name);
             if (!target)
                 throw vb::VBError(errors::Unspecified,
                                   QStringLiteral("La tabella '%1' non esiste sul server.").arg(name));
@@ -84,6 +117,14 @@ std::vector<std::pair<QString, qint64>> copyPlant(DataStore& fromStore, DataStor
                 ++rows;
             }
             result.emplace_back(name, rows);
+        }
+        // The reports' stored queries over tables made again.
+        for (const QString& view : postgresViewStatements()) {
+            try {
+                to.exec(QStringLiteral("SAVEPOINT jet_view; %1; RELEASE jet_view").arg(view));
+            } catch (const vb::VBError&) {
+                to.exec(QStringLiteral("ROLLBACK TO jet_view"));
+            }
         }
         to.commit();
     } catch (...) {

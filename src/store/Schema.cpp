@@ -252,21 +252,6 @@ QString createTable(const Table& t)
     return QStringLiteral("CREATE TABLE \"%1\" (%2)").arg(QLatin1String(t.name), cols.join(QStringLiteral(", ")));
 }
 
-// A table on the server: the same columns, the hidden key, the autonumber's trigger.
-QStringList postgresTable(const QString& name, const std::vector<std::pair<QString, QString>>& columns)
-{
-    QStringList cols;
-    QStringList out;
-    for (const auto& [column, decl] : columns) {
-        cols << jet::postgresIdent(column) + u' ' + jet::postgresType(decl);
-        if (decl.contains(QLatin1String("AUTOINCREMENT")))
-            out << jet::postgresCounterTrigger(name, column);
-    }
-    cols << QLatin1String(jet::RowidColumn);
-    out.prepend(QStringLiteral("CREATE TABLE %1 (%2)").arg(jet::postgresIdent(name), cols.join(QStringLiteral(", "))));
-    return out;
-}
-
 // The stored queries of the notes reports, in SQLite's words. A new store lacks
 // Tipo_Nota, Images and Percorso until the start-up upgrade adds them; SQLite resolves
 // a view's columns when it is used, so the views work from then on.
@@ -396,6 +381,21 @@ void createReportSchema(sqlite3* db)
     jet::registerFunctions(db);
     // Nothing to create: the plan's copy arrives with "SELECT * INTO Tbl_Planned IN".
     exec(db, QStringLiteral("PRAGMA user_version = 1"));
+}
+
+// A table on the server: the same columns, the hidden key, the autonumber's trigger.
+QStringList postgresTable(const QString& name, const std::vector<std::pair<QString, QString>>& columns)
+{
+    QStringList cols;
+    QStringList out;
+    for (const auto& [column, decl] : columns) {
+        cols << jet::postgresIdent(column) + u' ' + jet::postgresType(decl);
+        if (decl.contains(QLatin1String("AUTOINCREMENT")))
+            out << jet::postgresCounterTrigger(name, column);
+    }
+    cols << QLatin1String(jet::RowidColumn);
+    out.prepend(QStringLiteral("CREATE TABLE %1 (%2)").arg(jet::postgresIdent(name), cols.join(QStringLiteral(", "))));
+    return out;
 }
 
 QStringList postgresSchemaStatements()
