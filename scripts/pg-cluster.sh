@@ -64,12 +64,17 @@ start() {
     mkdir -p "$tmp/data" "$tmp/sock"
     [ "$(id -u)" -eq 0 ] && chown -R postgres "$tmp"
     user="$(as_owner id -un)"
+    # Everyone is trusted on the socket but velmora_pw, who must give a password (the
+    # tests of a refused password).
     if ! as_owner "$b/initdb" -D "$tmp/data" -U "$user" -A trust -E UTF8 --locale=C.UTF-8 --no-sync \
             >"$tmp/initdb.log" 2>&1 ||
+       ! as_owner sed -i '1i local all velmora_pw scram-sha-256' "$tmp/data/pg_hba.conf" ||
        ! as_owner "$b/pg_ctl" -D "$tmp/data" -l "$tmp/server.log" -w -t 60 \
             -o "-c listen_addresses='' -k $tmp/sock -c fsync=off -c full_page_writes=off -c max_connections=40" \
             start >/dev/null 2>&1 ||
-       ! as_owner "$b/createdb" -h "$tmp/sock" -U "$user" velmora >/dev/null 2>&1; then
+       ! as_owner "$b/createdb" -h "$tmp/sock" -U "$user" velmora >/dev/null 2>&1 ||
+       ! as_owner "$b/psql" -h "$tmp/sock" -U "$user" -d velmora -q \
+            -c "CREATE ROLE velmora_pw LOGIN PASSWORD 'giusta'" >/dev/null 2>&1; then
         echo "pg-cluster: the server did not start (see $tmp); the server store's tests skip" >&2
         cat "$tmp/initdb.log" "$tmp/server.log" 2>/dev/null | tail -5 >&2
         exit 0

@@ -15,6 +15,9 @@
 ///  4. A failing step: errorFromMessage(sqlite3_errmsg(db)) gives the VB error that one
 ///     of our SQL functions raised (94 for Val(Null), ...); anything else is the store's
 ///     to map (no such column, no such table, ...).
+///
+/// On the server store the same translation comes with Dialect::Postgres (parameters
+/// $1..$n in the same order); store/pg/PgSession runs it (PostgresGenerator.h).
 
 #include "runtime/VBError.h"
 #include "runtime/Variant.h"

@@ -5,7 +5,9 @@
 #include <QHash>
 #include <QRegularExpression>
 
+#include <functional>
 #include <sqlite3.h>
+#include <tuple>
 
 namespace store::jet {
 
@@ -314,6 +316,9 @@ private:
                 g.sql = e.qualifier.isEmpty() ? ident(e.name) : ident(e.qualifier) + u'.' + ident(e.name);
             g.column = col;
             g.ty = col ? tyOf(col->kind) : Ty::Unknown;
+            if (m_bareColumns && m_insideAggregate == 0 && table &&
+                std::any_of(scope.tables.begin(), scope.tables.end(), [&](const ScopeTable& t) { return &t == table; }))
+                return bareColumn(g);
             return g;
         }
         case Expr::Kind::Star:
@@ -527,6 +532,7 @@ private:
         if (aggregate)
             m_aggregate = true;
         std::vector<G> args;
+        m_insideAggregate += aggregate ? 1 : 0;
         for (const Expr& a : e.args) {
             if (a.kind == Expr::Kind::Star) {
                 if (!aggregate)
@@ -536,6 +542,7 @@ private:
                 args.push_back(gen(a, scope));
             }
         }
+        m_insideAggregate -= aggregate ? 1 : 0;
         if (m_pg)
             return postgresCall(f, args);
         QStringList parts;
@@ -553,6 +560,40 @@ private:
         if (ty == Ty::Unknown && !args.empty())
             ty = args[0].ty;
         return {QLatin1String(f->sql) + u'(' + parts.join(QStringLiteral(", ")) + u')', ty};
+    }
+
+    // A column beside an aggregate without GROUP BY: SQLite takes it from the row of the
+    // one Min or Max, else from any row; the server refuses the bare column, so it gets
+    // the same value through array_agg.
+    void bareColumnsOf(const Select& s, const Scope& scope)
+    {
+        std::vector<const Expr*> extremes;
+        std::function<void(const Expr&)> find = [&](const Expr& e) {
+            if (e.kind == Expr::Kind::Call && e.args.size() == 1 &&
+                (e.op.compare(QLatin1String("Min"), Qt::CaseInsensitive) == 0 ||
+                 e.op.compare(QLatin1String("Max"), Qt::CaseInsensitive) == 0))
+                extremes.push_back(&e);
+            for (const Expr& a : e.args)
+                find(a);
+        };
+        for (const SelectItem& i : s.items)
+            find(i.expr);
+        m_bareOrder.clear();
+        if (extremes.size() == 1 && extremes[0]->args[0].kind != Expr::Kind::Star) {
+            ++m_insideAggregate;
+            m_bareOrder = gen(extremes[0]->args[0], scope).sql +
+                          (extremes[0]->op.compare(QLatin1String("Max"), Qt::CaseInsensitive) == 0
+                               ? QStringLiteral(" DESC NULLS LAST")
+                               : QStringLiteral(" ASC NULLS LAST"));
+            --m_insideAggregate;
+        }
+        m_bareColumns = true;
+    }
+    G bareColumn(G g) const
+    {
+        g.sql = QStringLiteral("(array_agg(%1%2))[1]")
+                    .arg(g.sql, m_bareOrder.isEmpty() ? QString() : QStringLiteral(" ORDER BY ") + m_bareOrder);
+        return g;
     }
 
     // The first argument of the functions that must know which values are dates.
@@ -686,6 +727,9 @@ private:
     {
         const bool outerAggregate = m_aggregate;
         m_aggregate = false;
+        const auto outerBare = std::tuple(m_bareColumns, m_bareOrder, m_insideAggregate);
+        m_bareColumns = false;
+        m_insideAggregate = 0;
         Scope scope;
         scope.parent = parent;
         for (const TableRef& t : s.from)
@@ -700,6 +744,8 @@ private:
         QStringList items;
         size_t position = 0;
         QHash<QString, size_t> itemPositions; // on the server: the select item a GROUP/ORDER BY term repeats
+        if (m_pg && s.groupBy.empty() && hasAggregate(s))
+            bareColumnsOf(s, scope);
         for (const SelectItem& item : s.items) {
             if (item.expr.kind == Expr::Kind::Star) {
                 std::vector<const ColumnInfo*> cols;
@@ -753,6 +799,7 @@ private:
         }
         if (!rowidOf.isEmpty())
             items << ident(rowidOf) + u'.' + rowid() + QStringLiteral(" AS jet_rowid");
+        m_bareColumns = false;
         sql += items.join(QStringLiteral(", "));
         if (!fromParts.isEmpty())
             sql += QStringLiteral(" FROM ") + fromParts.join(QStringLiteral(", "));
@@ -781,6 +828,7 @@ private:
             sql += QStringLiteral(" LIMIT ") + param(s.topLiteral);
         }
         m_aggregate = outerAggregate;
+        std::tie(m_bareColumns, m_bareOrder, m_insideAggregate) = outerBare;
         return sql;
     }
 
@@ -1231,7 +1279,10 @@ private:
     int m_exprCounter = 1000;
     bool m_aggregate = false;
     bool m_qualifyMain = false;
-    bool m_pg = false; ///< writing for the server (PostgreSQL) rather than SQLite
+    bool m_pg = false;          ///< writing for the server (PostgreSQL) rather than SQLite
+    bool m_bareColumns = false; ///< server: columns of this select's items stand beside aggregates
+    QString m_bareOrder;        ///< the row they come from (the one Min/Max), "" for any row
+    int m_insideAggregate = 0;
 };
 
 } // namespace
