@@ -4,6 +4,7 @@
 // is VELMORA_BENCH_PG (scripts/bench.sh starts a throwaway one); without it, a line says
 // the run was skipped.
 #include "BenchStore.h"
+#include "store/Backend.h"
 #include "store/PlantCopy.h"
 #include "store/pg/PgSession.h"
 

@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 
 namespace {
 
@@ -108,9 +109,12 @@ TEST(ServerStart, ADatabaseOfAnotherProgramOrNoServerStopsTheStartWritingNothing
     testserver::ScratchDatabase other;
     other.session().exec("CREATE TABLE fatture (n int)");
     const QString down = "postgresql://nobody@/velmora?host=/nonexistent-socket-dir";
+    QString refused = testserver::uri();
+    refused.replace(QRegularExpression("^postgresql://[^@]*@"), "postgresql://velmora_pw:sbagliata@");
     for (const auto& [store, message] : std::initializer_list<std::pair<QString, QString>>{
              {other.uri(), "contiene già le tabelle di un altro programma"},
              {down, "Impossibile connettersi al server del database"},
+             {refused, "nome utente o password errati"},
              {"mysql://x/y", "Indirizzo del server del database non valido"}}) {
         QTemporaryDir home;
         QProcess p;
