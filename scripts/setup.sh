@@ -8,7 +8,7 @@ build="${1:-$here/build}"
 packages=(build-essential cmake ninja-build pkg-config
           qt6-base-dev qt6-qpa-plugins libqt6printsupport6 qt6-charts-dev libqt6opengl6-dev libgl-dev
           libsqlite3-dev libgtest-dev fonts-liberation2
-          mdbtools-dev mdbtools xvfb xauth poppler-utils clang-format
+          mdbtools-dev mdbtools xvfb xauth poppler-utils clang-format libpq-dev postgresql
           qt6-translations-l10n)
 missing=()
 for p in "${packages[@]}"; do

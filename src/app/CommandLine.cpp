@@ -10,9 +10,9 @@ namespace app {
 namespace {
 
 const char* const UsageLine =
-    "Uso: velmora [--home CARTELLA] [--demo | --demo-if-new] [--screenshot CARTELLA] "
-    "[--drive FILE|-] | --import VECCHIO.mdb [--replace] | --backup FILE | --restore FILE | --help | "
-    "--version";
+    "Uso: velmora [--home CARTELLA] [--demo | --demo-if-new] [--screenshot CARTELLA] [--drive FILE|-] [--store URL] "
+    "| --import VECCHIO.mdb [--store URL] [--replace] | --copy-to URL [--replace] | --backup FILE | --restore FILE "
+    "| --help | --version";
 
 const char* const Help = R"(
 Velmora, la gestione della manutenzione del reparto manutenzione.
@@ -26,7 +26,11 @@ Opzioni:
                          termina
   --import VECCHIO.mdb   importa l'archivio del vecchio programma e termina, senza
                          avviare il programma
-  --replace              con --import: sostituisce un archivio che contiene già dati,
+  --store URL            lavora sull'archivio del server dell'impianto (PostgreSQL),
+                         per esempio postgresql://utente@server/velmora; senza,
+                         VELMORA_STORE, altrimenti la riga url= di velmora.ini
+  --copy-to URL          copia l'archivio della cartella dei dati sul server e termina
+  --replace              con --import o --copy-to: sostituisce un archivio che contiene già dati,
                          tenendone una copia
   --backup FILE          scrive in FILE una copia dell'archivio, anche mentre il
                          programma è aperto, e termina
@@ -93,7 +97,10 @@ std::variant<Options, int> parseCommandLine(int argc, char** argv)
     const QCommandLineOption screenshot(QStringLiteral("screenshot"), QString(), QStringLiteral("CARTELLA"));
     const QCommandLineOption backup(QStringLiteral("backup"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption restore(QStringLiteral("restore"), QString(), QStringLiteral("FILE"));
-    parser.addOptions({help, version, home, drive, import, replace, demo, demoIfNew, screenshot, backup, restore});
+    const QCommandLineOption store(QStringLiteral("store"), QString(), QStringLiteral("URL"));
+    const QCommandLineOption copyTo(QStringLiteral("copy-to"), QString(), QStringLiteral("URL"));
+    parser.addOptions(
+        {help, version, home, drive, import, replace, demo, demoIfNew, screenshot, backup, restore, store, copyTo});
 
     const QStringList args = ours(argc, argv);
     if (!parser.parse(args)) {

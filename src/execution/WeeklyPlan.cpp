@@ -177,9 +177,10 @@ void Print_Week()
 
 void Print_Plan()
 {
-    // The report store lies beside the main one; without it nothing is copied or shown.
+    // The report store lies beside the main one (on a server, its second schema); without
+    // it nothing is copied or shown.
     const QString path = vb::AppFile(QStringLiteral("RPT_Velmora.sqlite"));
-    if (path.isEmpty() || !QFileInfo::exists(path))
+    if (store::DataStore::server().isEmpty() && (path.isEmpty() || !QFileInfo::exists(path)))
         return;
     Trap trap = Trap::ignoreAll();
     trap.step([&] { store::DataStore::report().Execute(QStringLiteral("Drop TABLE Tbl_Planned")); });

@@ -82,6 +82,8 @@ QString defaultHome()
     return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
 }
 
+} // namespace
+
 void printTable(QTextStream& out, const std::vector<TableCount>& tables)
 {
     const QString h1 = QStringLiteral("Tabella"), h2 = QStringLiteral("Righe nel file"),
@@ -94,8 +96,6 @@ void printTable(QTextStream& out, const std::vector<TableCount>& tables)
         out << t.table.leftJustified(w1) << "  " << QString::number(t.inOldFile).rightJustified(int(h2.size())) << "  "
             << QString::number(t.imported).rightJustified(int(h3.size())) << '\n';
 }
-
-} // namespace
 
 bool storeHasData(const QString& path)
 {

@@ -38,6 +38,9 @@ struct ImportResult
     QString backupPath; ///< "" when no store was there before
 };
 
+/// The closing table: each table's rows in the old file and rows taken over.
+void printTable(QTextStream& out, const std::vector<TableCount>& tables);
+
 /// Runs the import. progress receives one Italian line per table (and per block of rows
 /// of a long table). On failure the data folder is left exactly as it was.
 ImportResult importMdb(const ImportRequest& request, const std::function<void(const QString&)>& progress = {});

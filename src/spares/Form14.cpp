@@ -15,6 +15,7 @@
 #include "store/DataStore.h"
 
 #include <cmath>
+#include <optional>
 
 namespace spares {
 
@@ -441,7 +442,10 @@ void Form14::DataGrid2_RowColChange()
                                "Tbl_Descrizione_Ricambi.Giacenza, Tbl_Descrizione_Ricambi.Scorta, "
                                "Tbl_Ricerca.Quantita, Tbl_Ricerca.ID HAVING (((Tbl_Ricerca.ID)=") +
                 key(TXT_ID_IMG) + QStringLiteral("));"));
-        trap.step([&] { Txt_Giac->setText(rs.Fields(QStringLiteral("Giacenza")).Value()); });
+        trap.step([&] {
+            m_stockRead = rs.Fields(QStringLiteral("Giacenza")).Value();
+            Txt_Giac->setText(m_stockRead);
+        });
         trap.step([&] { Txt_Scorta->setText(rs.Fields(QStringLiteral("Scorta")).Value()); });
         trap.step([&] { Txt_prelievo->setText(rs.Fields(QStringLiteral("Quantita")).Value()); });
         trap.step([&] { Txt_prelievo_OLD->setText(rs.Fields(QStringLiteral("Quantita")).Value()); });
@@ -648,7 +652,10 @@ void Form14::lookUpDescription(const QString& text, bool destinations)
         return;
     }
     trap.step([&] { Txt_ID_DESCRIZIONE_RIC->setText(rs.Fields(QStringLiteral("ID_DESCRIZIONE_RICAMBI")).Value()); });
-    trap.step([&] { Txt_Giac->setText(rs.Fields(QStringLiteral("Giacenza")).Value()); });
+    trap.step([&] {
+        m_stockRead = rs.Fields(QStringLiteral("Giacenza")).Value();
+        Txt_Giac->setText(m_stockRead);
+    });
     trap.step([&] { Txt_Scorta->setText(rs.Fields(QStringLiteral("Scorta")).Value()); });
     if (!destinations)
         return;
@@ -828,14 +835,21 @@ void Form14::Update_Stock()
 
     // A lookup that fails goes on as if the part were there: each write fails in silence
     // and the box says the store was updated all the same.
+    std::optional<store::RowLock> lock(std::in_place);
     store::Recordset rs;
     bool found = true;
     trap.step([&] {
-        rs.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = ") +
-                key(Txt_ID_DESCRIZIONE_RIC));
+        rs.OpenLocked(QStringLiteral("Select * from Tbl_Descrizione_Ricambi WHERE ID_DESCRIZIONE_RICAMBI = ") +
+                      key(Txt_ID_DESCRIZIONE_RIC));
         found = !rs.Eof();
     });
     if (found) {
+        // What other workstations withdrew since the screen read the stock (none on one
+        // workstation, and never on the embedded store).
+        double elsewhere = 0;
+        if (!store::DataStore::server().isEmpty())
+            trap.step(
+                [&] { elsewhere = rs.Fields(QStringLiteral("Giacenza")).Value().toDouble() - m_stockRead.toDouble(); });
         if (Q == O) {
             trap.step([&] { rs.Fields(QStringLiteral("Giacenza")) = G; });
         } else {
@@ -844,19 +858,22 @@ void Form14::Update_Stock()
             std::int16_t stock = 0;
             trap.step([&] {
                 stock =
-                    vb::CInt(Variant(number(Txt_Giac) + number(Txt_prelievo_OLD) - number(Txt_prelievo))).toInteger();
+                    vb::CInt(Variant(number(Txt_Giac) + number(Txt_prelievo_OLD) - number(Txt_prelievo) + elsewhere))
+                        .toInteger();
             });
             trap.step([&] { rs.Fields(QStringLiteral("Giacenza")) = Variant(stock); });
         }
         trap.step([&] { rs.Fields(QStringLiteral("Scorta")) = S; });
         trap.step([&] { rs.UpdateBatch(); });
         trap.step([&] { rs.Close(); });
+        lock.reset();
         vb::MsgBox(QStringLiteral("Aggiornato Magazzino Ricambi [") + DataCombo1->Text() + QStringLiteral("] Tipo [") +
                        DataCombo5->Text() + QStringLiteral("] !!!"),
                    mb::Exclamation, QStringLiteral("MAGAZZINO RICAMBI AGGIORNATO"));
         return;
     }
 
+    lock.reset();
     // The part has gone since it was read: it is made again under a new key, its stock
     // the withdrawal from what the screen shows.
     store::Recordset all;

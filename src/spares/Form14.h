@@ -82,7 +82,10 @@ public:
     vb::TextBox* Txt_ID_DESCRIZIONE_RIC; ///< empty: the description is no known part
     vb::TextBox* Txt_ID_CAUSA;
     vb::TextBox* Txt_prelievo_OLD; ///< quantity of the row last chosen in DataGrid2
-    vb::TextBox* TXT_ID_IMG;       ///< the row whose picture is shown
+    /// The stored stock Txt_Giac was filled from: on a shared server, a withdrawal made
+    /// meanwhile at another workstation moves the stock written too.
+    vb::Variant m_stockRead;
+    vb::TextBox* TXT_ID_IMG; ///< the row whose picture is shown
     vb::TextBox* Txt_Images;
     vb::TextBox* Txt_Percorso;
 

@@ -555,10 +555,13 @@ void Form19::Cmd_Confirm_Click()
                    key(Txt_ID_Historian_Orders));
     });
     {
+        // The stock is read and written back with the part's row locked: goods received
+        // at two workstations at once both count.
+        store::RowLock lock;
         store::Recordset rs;
         trap.step([&] {
-            rs.Open(QStringLiteral("Select * from Tbl_Descrizione_Ricambi Where ID_DESCRIZIONE_RICAMBI= ") +
-                    key(Txt_ID_DR));
+            rs.OpenLocked(QStringLiteral("Select * from Tbl_Descrizione_Ricambi Where ID_DESCRIZIONE_RICAMBI= ") +
+                          key(Txt_ID_DR));
         });
         trap.step([&] {
             rs.Fields(QStringLiteral("Giacenza")) = rs.Fields(QStringLiteral("Giacenza")).Value().toDouble() +

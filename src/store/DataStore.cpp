@@ -3,6 +3,7 @@
 #include "runtime/AppPath.h"
 #include "runtime/Regional.h"
 #include "runtime/VBError.h"
+#include "store/Backend.h"
 #include "store/Batch.h"
 #include "store/Filter.h"
 #include "store/Schema.h"
@@ -18,7 +19,6 @@
 #include <cmath>
 #include <cstring>
 #include <span>
-#include <sqlite3.h>
 
 namespace store {
 
@@ -30,15 +30,7 @@ using vb::VBError;
 
 namespace {
 
-struct TableInfo
-{
-    QString name; ///< as the store spells it
-    QStringList columns;
-    std::vector<ColumnType> types;
-    QHash<QString, int> index; ///< lower-case column name -> position
-    int key = -1;              ///< the INTEGER PRIMARY KEY (rowid) column
-    bool autoincrement = false;
-};
+using TableInfo = backend::StoredTable;
 
 /// What a prepared SELECT gives: its columns as the recordset shows them, worked out
 /// once per statement and kept with it.
@@ -57,7 +49,7 @@ struct ResultShape
 /// cache is emptied is finalized by its user when done.
 struct CachedStatement
 {
-    sqlite3_stmt* stmt = nullptr;
+    std::unique_ptr<backend::Statement> stmt;
     std::shared_ptr<const ResultShape> shape;
     size_t rowsLastTime = 0; ///< rows read at the last use: the room set aside for the next
     bool inUse = false;
@@ -66,6 +58,7 @@ struct CachedStatement
 
 std::unique_ptr<DataStore> g_main;
 std::unique_ptr<DataStore> g_report;
+QString g_server;
 
 constexpr int kMaxCachedStatements = 256;
 
@@ -73,27 +66,18 @@ constexpr int kMaxCachedStatements = 256;
 
 struct DataStore::Cache
 {
-    sqlite3* db = nullptr;
-    std::unique_ptr<jet::SqliteSchema> schema;         ///< what the dialect knows of the tables
+    backend::Connection* conn = nullptr;
     QHash<QString, std::shared_ptr<TableInfo>> tables; // lower-case name
     QHash<QString, std::shared_ptr<CachedStatement>> statements;
 
-    ~Cache()
-    {
-        clearStatements();
-        schema.reset();
-    }
-
-    jet::Translation translate(const QString& jetSql) { return jet::translate(jetSql, schema.get()); }
+    jet::Translation translate(const QString& jetSql) { return conn->translate(jetSql); }
 
     void clearStatements()
     {
-        for (const auto& s : std::as_const(statements)) {
+        // One in use is finalized by its user when done.
+        for (const auto& s : std::as_const(statements))
             if (s->inUse)
                 s->orphan = true;
-            else
-                sqlite3_finalize(s->stmt);
-        }
         statements.clear();
     }
 
@@ -108,34 +92,9 @@ struct DataStore::Cache
         const QString key = name.toLower();
         if (auto it = tables.constFind(key); it != tables.constEnd())
             return *it;
-        auto info = std::make_shared<TableInfo>();
-        sqlite3_stmt* st = nullptr;
-        const char* sql = "SELECT m.name, p.name, p.type, p.pk, instr(upper(m.sql), 'AUTOINCREMENT') > 0 "
-                          "FROM sqlite_master AS m, pragma_table_info(m.name) AS p "
-                          "WHERE m.type = 'table' AND m.name = ?1 COLLATE NOCASE ORDER BY p.cid";
-        if (sqlite3_prepare_v2(db, sql, -1, &st, nullptr) == SQLITE_OK) {
-            const QByteArray n = name.toUtf8();
-            sqlite3_bind_text(st, 1, n.constData(), n.size(), SQLITE_TRANSIENT);
-            while (sqlite3_step(st) == SQLITE_ROW) {
-                info->name = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
-                const QString col = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 1)));
-                const QString decl = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 2)));
-                ColumnType type = columnTypeOfDecl(decl);
-                if (sqlite3_column_int(st, 3) == 1 &&
-                    decl.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0) {
-                    info->key = int(info->columns.size());
-                    type = ColumnType::Counter;
-                }
-                info->autoincrement = sqlite3_column_int(st, 4) != 0;
-                info->index.insert(col.toLower(), int(info->columns.size()));
-                info->columns << col;
-                info->types.push_back(type);
-            }
-        }
-        sqlite3_finalize(st);
-        if (info->columns.isEmpty())
-            return nullptr;
-        tables.insert(key, info);
+        auto info = conn->table(name);
+        if (info)
+            tables.insert(key, info);
         return info;
     }
 };
@@ -154,12 +113,7 @@ public:
             m_slot = *it;
         } else {
             m_slot = std::make_shared<CachedStatement>();
-            const QByteArray utf8 = sql.toUtf8();
-            if (sqlite3_prepare_v2(cache.db, utf8.constData(), int(utf8.size()), &m_slot->stmt, nullptr) != SQLITE_OK) {
-                sqlite3_finalize(m_slot->stmt);
-                m_slot->stmt = nullptr;
-                throw errors::fromSqlite(cache.db);
-            }
+            m_slot->stmt = cache.conn->prepare(sql);
             if (it == cache.statements.constEnd()) {
                 if (cache.statements.size() >= kMaxCachedStatements)
                     cache.clearStatements();
@@ -173,16 +127,12 @@ public:
     ~Lease()
     {
         m_slot->inUse = false;
-        if (m_slot->orphan) {
-            sqlite3_finalize(m_slot->stmt);
-        } else {
-            sqlite3_reset(m_slot->stmt);
-            sqlite3_clear_bindings(m_slot->stmt);
-        }
+        if (!m_slot->orphan)
+            m_slot->stmt->reset();
     }
     Lease(const Lease&) = delete;
     Lease& operator=(const Lease&) = delete;
-    sqlite3_stmt* get() const { return m_slot->stmt; }
+    backend::Statement* get() const { return m_slot->stmt.get(); }
     /// The result shape kept with the statement (null until first worked out).
     std::shared_ptr<const ResultShape>& shape() { return m_slot->shape; }
     size_t& rowsLastTime() { return m_slot->rowsLastTime; }
@@ -190,104 +140,6 @@ public:
 private:
     std::shared_ptr<CachedStatement> m_slot;
 };
-
-void bindValue(sqlite3_stmt* st, int i, const Variant& v)
-{
-    switch (v.type()) {
-    case Variant::Type::Empty:
-    case Variant::Type::Null: sqlite3_bind_null(st, i); break;
-    case Variant::Type::Boolean: sqlite3_bind_int64(st, i, v.rawBool() ? -1 : 0); break;
-    case Variant::Type::Integer:
-    case Variant::Type::Long: sqlite3_bind_int64(st, i, v.rawLong()); break;
-    case Variant::Type::Double:
-    case Variant::Type::Date: sqlite3_bind_double(st, i, v.rawDouble()); break;
-    case Variant::Type::String: {
-        const QByteArray b = v.rawString().toUtf8();
-        sqlite3_bind_text(st, i, b.constData(), int(b.size()), SQLITE_TRANSIENT);
-        break;
-    }
-    }
-}
-
-void bindAll(sqlite3_stmt* st, const std::vector<Variant>& params)
-{
-    for (size_t i = 0; i < params.size(); ++i)
-        bindValue(st, int(i) + 1, params[i]);
-}
-
-/// Texts that repeat down a column (a machine's name on every row of the machine) held
-/// once: per column a small table of the texts read last, found by their bytes. A list of
-/// 100k register rows holds a few hundred names, not 400k copies.
-class SharedTexts
-{
-public:
-    explicit SharedTexts(int columns) : m_columns(size_t(columns)) { }
-
-    QString text(int column, const char* p, int n)
-    {
-        if (m_slots.empty())
-            m_slots.resize(m_columns * Slots);
-        Slot& slot = m_slots[size_t(column) * Slots + (qHashBits(p, size_t(n)) & (Slots - 1))];
-        if (slot.bytes.size() != size_t(n) || std::memcmp(slot.bytes.data(), p, size_t(n)) != 0) {
-            slot.bytes.assign(p, size_t(n));
-            slot.text = QString::fromUtf8(p, n);
-        }
-        return slot.text;
-    }
-
-private:
-    static constexpr size_t Slots = 256;
-    struct Slot
-    {
-        std::string bytes;
-        QString text;
-    };
-    size_t m_columns;
-    std::vector<Slot> m_slots;
-};
-
-/// A stored value as the recordset shows it: Date columns (and date expressions) as
-/// dates, Yes/No columns as booleans.
-Variant readValue(sqlite3_stmt* st, int i, ColumnType type, bool date, SharedTexts* texts = nullptr)
-{
-    switch (sqlite3_column_type(st, i)) {
-    case SQLITE_NULL: return Variant::null();
-    case SQLITE_INTEGER: {
-        const sqlite3_int64 v = sqlite3_column_int64(st, i);
-        if (date)
-            return Variant(JetDate{double(v)});
-        if (type == ColumnType::Boolean)
-            return Variant(v != 0);
-        return Variant(std::int64_t(v));
-    }
-    case SQLITE_FLOAT: {
-        const double d = sqlite3_column_double(st, i);
-        if (date)
-            return Variant(JetDate{d});
-        if (type == ColumnType::Boolean)
-            return Variant(d != 0.0);
-        return Variant(d);
-    }
-    default: {
-        const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(st, i));
-        const int n = sqlite3_column_bytes(st, i);
-        QString s = texts ? texts->text(i, p, n) : QString::fromUtf8(p, n);
-        if (date && !s.isEmpty()) {
-            if (const auto serial = vb::regional::parseDateTime(s))
-                return Variant(JetDate{*serial});
-        }
-        return Variant(std::move(s));
-    }
-    }
-}
-
-void stepToEnd(sqlite3* db, sqlite3_stmt* st)
-{
-    int rc;
-    while ((rc = sqlite3_step(st)) == SQLITE_ROW) { }
-    if (rc != SQLITE_DONE)
-        throw errors::fromSqlite(db);
-}
 
 bool isRowidName(const QString& n)
 {
@@ -302,76 +154,68 @@ QString quoteName(const QString& n)
     return QLatin1Char('"') + QString(n).replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
 }
 
+/// The WHERE that finds a row of a table without a key again by the values it was read
+/// with (the first such row); the values go after those already in `values`.
+QString rowByValues(const backend::Connection& conn, const TableInfo& table, const std::vector<int>& baseIndex,
+                    const std::vector<Variant>& read, std::vector<Variant>& values)
+{
+    QStringList match;
+    for (size_t i = 0; i < baseIndex.size(); ++i) {
+        if (baseIndex[i] < 0)
+            continue;
+        match << QStringLiteral("%1 %2 %3")
+                     .arg(quoteName(table.columns[baseIndex[i]]), conn.sameValue(),
+                          conn.marker(int(values.size()) + 1));
+        values.push_back(read[i]);
+    }
+    const QString rowid = conn.rowIdentity(table);
+    return QStringLiteral("%1 = (SELECT %1 FROM %2 WHERE %3 LIMIT 1)")
+        .arg(rowid, quoteName(table.name), match.join(QLatin1String(" AND ")));
+}
+
 bool isDdl(jet::StatementKind k)
 {
     using K = jet::StatementKind;
     return k == K::SelectInto || k == K::CreateTable || k == K::AlterTable || k == K::DropTable || k == K::Other;
 }
 
-const char* const kAttachedAlias = jet::IntoDatabase;
-
 /// "SELECT ... INTO T IN 'file'": the other store is attached for the one statement.
 class Attachment
 {
 public:
-    Attachment(sqlite3* db, const QString& file) : m_db(db)
+    Attachment(backend::Connection& conn, const QString& file) : m_conn(conn)
     {
         if (file.isEmpty())
             return;
-        sqlite3_stmt* st = nullptr;
-        const QByteArray sql = QByteArray("ATTACH DATABASE ?1 AS ") + kAttachedAlias;
-        sqlite3_prepare_v2(db, sql.constData(), -1, &st, nullptr);
-        const QByteArray f = file.toUtf8();
-        sqlite3_bind_text(st, 1, f.constData(), int(f.size()), SQLITE_TRANSIENT);
-        const int rc = sqlite3_step(st);
-        sqlite3_finalize(st);
-        if (rc != SQLITE_DONE)
-            throw errors::fromSqlite(db);
+        m_conn.attach(file);
         m_attached = true;
     }
     ~Attachment()
     {
         if (m_attached)
-            sqlite3_exec(m_db, (QByteArray("DETACH DATABASE ") + kAttachedAlias).constData(), nullptr, nullptr,
-                         nullptr);
+            m_conn.detach();
     }
+    Attachment(const Attachment&) = delete;
+    Attachment& operator=(const Attachment&) = delete;
 
 private:
-    sqlite3* m_db;
+    backend::Connection& m_conn;
     bool m_attached = false;
 };
-
-bool tableExists(sqlite3* db, const QString& schema, const QString& table)
-{
-    const QString sql = QStringLiteral("SELECT 1 FROM %1.sqlite_master WHERE type IN ('table','view') AND name = ?1 "
-                                       "COLLATE NOCASE")
-                            .arg(schema);
-    sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(db, sql.toUtf8().constData(), -1, &st, nullptr) != SQLITE_OK)
-        return false;
-    const QByteArray t = table.toUtf8();
-    sqlite3_bind_text(st, 1, t.constData(), int(t.size()), SQLITE_TRANSIENT);
-    const bool found = sqlite3_step(st) == SQLITE_ROW;
-    sqlite3_finalize(st);
-    return found;
-}
 
 /// Runs the statements of a translation that read nothing (all of them for an action).
 void runActions(DataStore& store, const jet::Translation& tr, size_t count)
 {
-    sqlite3* db = store.handle();
     if (tr.kind == jet::StatementKind::SelectInto) {
-        const bool exists = tr.intoFile.isEmpty() ? tableExists(db, QStringLiteral("main"), tr.intoTable)
-                                                  : tableExists(db, QLatin1String(kAttachedAlias), tr.intoTable);
-        if (exists)
+        if (store.connection().tableExists(tr.intoTable, !tr.intoFile.isEmpty()))
             throw errors::tableExists(tr.intoTable);
     }
     for (size_t i = 0; i < count; ++i) {
         const jet::SqliteStatement& s = tr.statements[i];
         try {
             Lease lease(store.cache(), s.sql);
-            bindAll(lease.get(), s.params);
-            stepToEnd(db, lease.get());
+            lease.get()->bind(s.params);
+            lease.get()->run();
         } catch (const VBError& e) {
             if (isDdl(tr.kind))
                 store.cache().schemaChanged();
@@ -382,12 +226,6 @@ void runActions(DataStore& store, const jet::Translation& tr, size_t count)
         store.cache().schemaChanged();
 }
 
-void exec(sqlite3* db, const char* sql)
-{
-    if (sqlite3_exec(db, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw errors::fromSqlite(db);
-}
-
 } // namespace
 
 // ---------------------------------------------------------------------------------------
@@ -396,14 +234,15 @@ void exec(sqlite3* db, const char* sql)
 DataStore& DataStore::instance()
 {
     if (!g_main)
-        g_main = std::make_unique<DataStore>(vb::AppFile(QLatin1String(StoreFileName)));
+        g_main = std::make_unique<DataStore>(g_server.isEmpty() ? vb::AppFile(QLatin1String(StoreFileName)) : g_server);
     return *g_main;
 }
 
 DataStore& DataStore::report()
 {
     if (!g_report)
-        g_report = std::make_unique<DataStore>(vb::AppFile(QLatin1String(ReportStoreFileName)), Kind::Report);
+        g_report = std::make_unique<DataStore>(
+            g_server.isEmpty() ? vb::AppFile(QLatin1String(ReportStoreFileName)) : g_server, Kind::Report);
     return *g_report;
 }
 
@@ -413,58 +252,47 @@ void DataStore::reset()
     g_report.reset();
 }
 
+void DataStore::setServer(const QString& uri)
+{
+    if (uri != g_server)
+        reset();
+    g_server = uri;
+}
+
+QString DataStore::server()
+{
+    return g_server;
+}
+
 DataStore::DataStore(const QString& path, Kind kind) : m_path(path), m_cache(std::make_unique<Cache>())
 {
+    if (backend::isServerUri(path)) {
+        m_conn = backend::openPostgres(path, kind == Kind::Report);
+        m_cache->conn = m_conn.get();
+        return;
+    }
     if (path != QLatin1String(":memory:"))
         QDir().mkpath(QFileInfo(path).absolutePath());
-    // A store that cannot be written (the file or its folder) opens to be read as it
-    // stands on the disk: SQLite could not keep its side files beside it.
-    const QFileInfo info(path);
-    const bool readOnly = info.exists() && !(info.isWritable() && QFileInfo(info.absolutePath()).isWritable());
-    const QByteArray file =
-        readOnly ? QUrl::fromLocalFile(info.absoluteFilePath()).toEncoded() + "?immutable=1" : path.toUtf8();
-    // One thread runs everything: the connection does without SQLite's per-call locking,
-    // which otherwise costs a lock and an unlock on every value a recordset reads.
-    const int flags = SQLITE_OPEN_NOMUTEX |
-                      (readOnly ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-    if (sqlite3_open_v2(file.constData(), &m_db, flags, nullptr) != SQLITE_OK) {
-        const QString message = QString::fromUtf8(sqlite3_errmsg(m_db));
-        sqlite3_close(m_db);
-        m_db = nullptr;
-        throw VBError(errors::Unspecified, QStringLiteral("Impossibile aprire il file '%1' (%2).").arg(path, message));
-    }
-    m_cache->db = m_db;
-    m_cache->schema = std::make_unique<jet::SqliteSchema>(m_db);
-    sqlite3_busy_timeout(m_db, LockWaitMs);
-    sqlite3_extended_result_codes(m_db, 0);
-    // A committed statement is on the disk before the screen goes on: it survives a power
-    // cut, not only the end of the program.
-    exec(m_db, readOnly ? "PRAGMA foreign_keys=OFF"
-                        : "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF");
-    jet::registerFunctions(m_db);
-
-    sqlite3_stmt* st = nullptr;
-    sqlite3_prepare_v2(m_db, "SELECT count(*) FROM sqlite_master", -1, &st, nullptr);
-    const bool empty = sqlite3_step(st) == SQLITE_ROW && sqlite3_column_int(st, 0) == 0;
-    sqlite3_finalize(st);
-    if (empty && kind == Kind::Main) {
-        createSchema(m_db);
+    m_conn = backend::openSqlite(path);
+    m_db = m_conn->sqliteHandle();
+    m_cache->conn = m_conn.get();
+    if (m_conn->empty() && kind == Kind::Main) {
+        m_conn->createSchema(false);
         // A new program folder gets its report store beside the main one, as the program
         // always came with both files; the whole chart's print finds it there.
         const QFileInfo main(path);
         const QString report = main.absoluteDir().filePath(QLatin1String(ReportStoreFileName));
         if (main.fileName() == QLatin1String(StoreFileName) && !QFileInfo::exists(report))
             DataStore(report, Kind::Report);
-    } else if (empty) {
-        createReportSchema(m_db);
+    } else if (m_conn->empty()) {
+        m_conn->createSchema(true);
     }
 }
 
 DataStore::~DataStore()
 {
     m_cache.reset();
-    if (m_db)
-        sqlite3_close_v2(m_db);
+    m_conn.reset();
 }
 
 void DataStore::Execute(const QString& jetSql)
@@ -478,7 +306,7 @@ namespace {
 /// The one statement of a walk over every key of `keys`: perRow with its "= ?N" on the
 /// key turned into "IN (the keys)". Empty when the two do not have that shape (the key's
 /// marker must be perRow's last, so that no other marker moves).
-QString walkAsOneStatement(const jet::Translation& keys, const jet::Translation& perRow, sqlite3* db)
+QString walkAsOneStatement(const jet::Translation& keys, const jet::Translation& perRow, backend::Connection& conn)
 {
     if (keys.kind != jet::StatementKind::Select || keys.statements.size() != 1 || !keys.statements[0].params.empty())
         return {};
@@ -487,7 +315,7 @@ QString walkAsOneStatement(const jet::Translation& keys, const jet::Translation&
         size_t(perRow.userParams[0]) + 1 != perRow.statements[0].params.size())
         return {};
     const QString& sql = perRow.statements[0].sql;
-    const QString marker = QStringLiteral("?%1").arg(perRow.userParams[0] + 1);
+    const QString marker = conn.marker(perRow.userParams[0] + 1);
     const QString equals = QStringLiteral(" = ") + marker;
     const qsizetype at = sql.indexOf(equals);
     if (at < 0 || sql.indexOf(marker, at + equals.size()) >= 0)
@@ -495,13 +323,15 @@ QString walkAsOneStatement(const jet::Translation& keys, const jet::Translation&
     const qsizetype end = at + equals.size();
     if (end < sql.size() && sql.at(end).isDigit())
         return {};
-    // The key column's name as SQLite gives it for the first column of the select.
-    sqlite3_stmt* st = nullptr;
-    const QByteArray select = keys.statements[0].sql.toUtf8();
-    if (sqlite3_prepare_v2(db, select.constData(), int(select.size()), &st, nullptr) != SQLITE_OK || !st)
+    // The key column's name as the store gives it for the first column of the select.
+    QString keyName;
+    try {
+        const auto st = conn.prepare(keys.statements[0].sql);
+        if (st->columnCount() > 0)
+            keyName = st->columnName(0);
+    } catch (const VBError&) {
         return {};
-    const QString keyName = sqlite3_column_count(st) > 0 ? QString::fromUtf8(sqlite3_column_name(st, 0)) : QString();
-    sqlite3_finalize(st);
+    }
     if (keyName.isEmpty())
         return {};
     return sql.left(at) + QStringLiteral(" IN (SELECT \"") +
@@ -518,7 +348,7 @@ void DataStore::RunForEachRow(const QString& keys, const QString& perRow, vb::Tr
     trap.step([&] {
         const jet::Translation keysTr = m_cache->translate(keys);
         jet::Translation rowTr = m_cache->translate(QString(perRow).replace(placeholder, QStringLiteral("?")));
-        const QString whole = walkAsOneStatement(keysTr, rowTr, m_db);
+        const QString whole = walkAsOneStatement(keysTr, rowTr, *m_conn);
         if (whole.isEmpty())
             return;
         // The key's marker was the last: its value goes, the others keep their places.
@@ -585,7 +415,7 @@ struct RowData
     size_t first = 0;
     std::vector<Variant> original; ///< as read, for rows found again by their values
     std::vector<bool> changed;
-    sqlite3_int64 rowid = 0;
+    std::int64_t rowid = 0;
     bool hasRowid = false;
     bool isNew = false;
     bool deleted = false;
@@ -686,39 +516,42 @@ struct Recordset::Impl
     void rebuildView();
     void writeRow(RowData& row);
     void flushPending();
-    sqlite3_int64 reserveKey();
+    std::int64_t reserveKey();
     Variant toStored(const Variant& v, int column) const;
 };
 
 namespace {
 
-std::shared_ptr<const ResultShape> resultShape(DataStore& st, sqlite3_stmt* stmt, const jet::Translation& tr)
+std::shared_ptr<const ResultShape> resultShape(DataStore& st, const backend::Statement& stmt,
+                                               const jet::Translation& tr)
 {
     auto shape = std::make_shared<ResultShape>();
-    int n = sqlite3_column_count(stmt);
+    int n = stmt.columnCount();
     if (!tr.baseTable.isEmpty())
         shape->table = st.cache().table(tr.baseTable);
     const auto& table = shape->table;
-    if (table && n > 0 && isRowidName(QString::fromUtf8(sqlite3_column_name(stmt, n - 1)))) {
+    if (table && n > 0 && isRowidName(stmt.columnName(n - 1))) {
         shape->rowidColumn = n - 1;
         --n;
     }
     shape->columns.reserve(size_t(n));
     for (int i = 0; i < n; ++i) {
-        const char* decl = sqlite3_column_decltype(stmt, i);
-        Column c{i < tr.columnNames.size() ? tr.columnNames[i] : QString::fromUtf8(sqlite3_column_name(stmt, i)),
-                 decl ? QString::fromUtf8(decl) : QString()};
-        const ColumnType type = columnTypeOfDecl(c.declType);
+        Column c{i < tr.columnNames.size() ? tr.columnNames[i] : stmt.columnName(i), stmt.declType(i)};
+        ColumnType type = columnTypeOfDecl(c.declType);
+        int base = -1;
+        if (table) {
+            // The server names a column but not its table: the select's one table is meant,
+            // and the column's type is the table's.
+            const auto origin = stmt.origin(i);
+            const bool unnamed = origin && origin->first.isEmpty();
+            if (origin && (unnamed || table->name.compare(origin->first, Qt::CaseInsensitive) == 0))
+                base = table->index.value(origin->second.toLower(), -1);
+            if (unnamed && base >= 0)
+                type = table->types[size_t(base)];
+        }
         shape->readTypes.push_back(type);
         shape->dates.push_back(type == ColumnType::Date ||
                                (size_t(i) < tr.dateColumns.size() && tr.dateColumns[size_t(i)]));
-        int base = -1;
-        if (table) {
-            const char* origin = sqlite3_column_origin_name(stmt, i);
-            const char* originTable = sqlite3_column_table_name(stmt, i);
-            if (origin && originTable && table->name.compare(QString::fromUtf8(originTable), Qt::CaseInsensitive) == 0)
-                base = table->index.value(QString::fromUtf8(origin).toLower(), -1);
-        }
         shape->baseIndex.push_back(base);
         if (table && base >= 0 && base == table->key && shape->keyColumn < 0)
             shape->keyColumn = i;
@@ -736,12 +569,11 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
         return;
     runActions(st, tr, tr.statements.size() - 1);
     const jet::SqliteStatement& s = tr.statements.back();
-    sqlite3* db = st.handle();
     Lease lease(st.cache(), s.sql);
-    sqlite3_stmt* stmt = lease.get();
-    bindAll(stmt, s.params);
+    backend::Statement* stmt = lease.get();
+    stmt->bind(s.params);
     if (!lease.shape())
-        lease.shape() = resultShape(st, stmt, tr);
+        lease.shape() = resultShape(st, *stmt, tr);
     const ResultShape& shape = *lease.shape();
     columns = shape.columns;
     readTypes = shape.readTypes;
@@ -757,25 +589,19 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
     // time, so that the values are not moved as the array grows.
     rows.reserve(lease.rowsLastTime());
     cells.reserve(lease.rowsLastTime() * size_t(n));
-    SharedTexts texts(n);
-    int rc;
-    while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
-        // A short result is read as it comes; sharing pays from a list's length on.
-        const bool share = rows.size() >= 64;
+    while (stmt->step()) {
         RowData& row = rows.emplace_back();
         row.first = cells.size();
         for (int i = 0; i < n; ++i)
-            cells.push_back(readValue(stmt, i, types[i], isDate[size_t(i)], share ? &texts : nullptr));
+            cells.push_back(stmt->value(i, types[i], isDate[size_t(i)]));
         if (shape.rowidColumn >= 0) {
-            row.rowid = sqlite3_column_int64(stmt, shape.rowidColumn);
+            row.rowid = stmt->integer(shape.rowidColumn);
             row.hasRowid = true;
         } else if (keyColumn >= 0 && !cells[row.first + size_t(keyColumn)].isNull()) {
             row.rowid = cells[row.first + size_t(keyColumn)].rawLong();
             row.hasRowid = true;
         }
     }
-    if (rc != SQLITE_DONE)
-        throw errors::fromSqlite(db);
     if (rows.size() < lease.rowsLastTime() / 2) {
         // Far fewer rows than last time: the room left over is given back.
         rows.shrink_to_fit();
@@ -811,40 +637,11 @@ void Recordset::Impl::rebuildView()
     afterDelete = false;
 }
 
-sqlite3_int64 Recordset::Impl::reserveKey()
+std::int64_t Recordset::Impl::reserveKey()
 {
     // The next number is taken now, so that the screens can show it before saving, and
     // recorded at once as used: a number is never handed out twice, as Jet's counter.
-    sqlite3* db = store->handle();
-    const QString sql =
-        QStringLiteral("SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ?1 COLLATE NOCASE), 0), "
-                       "coalesce((SELECT max(rowid) FROM %1), 0)) + 1")
-            .arg(quoteName(table->name));
-    sqlite3_int64 next = 1;
-    {
-        Lease lease(store->cache(), sql);
-        bindValue(lease.get(), 1, Variant(table->name));
-        if (sqlite3_step(lease.get()) == SQLITE_ROW)
-            next = sqlite3_column_int64(lease.get(), 0);
-        else
-            throw errors::fromSqlite(db);
-    }
-    if (table->autoincrement) {
-        {
-            Lease update(store->cache(),
-                         QStringLiteral("UPDATE sqlite_sequence SET seq = ?2 WHERE name = ?1 COLLATE NOCASE"));
-            bindValue(update.get(), 1, Variant(table->name));
-            bindValue(update.get(), 2, Variant(std::int64_t(next)));
-            stepToEnd(db, update.get());
-        }
-        if (sqlite3_changes(db) == 0) {
-            Lease insert(store->cache(), QStringLiteral("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)"));
-            bindValue(insert.get(), 1, Variant(table->name));
-            bindValue(insert.get(), 2, Variant(std::int64_t(next)));
-            stepToEnd(db, insert.get());
-        }
-    }
-    return next;
+    return store->connection().reserveKey(*table);
 }
 
 Variant Recordset::Impl::toStored(const Variant& v, int column) const
@@ -909,8 +706,9 @@ void Recordset::Impl::writeRow(RowData& row)
         return;
     if (!table)
         throw VBError(3251, QStringLiteral("L'operazione richiesta non è supportata dall'oggetto o dal provider."));
-    sqlite3* db = store->handle();
+    backend::Connection& conn = store->connection();
     const QString tableName = quoteName(table->name);
+    const QString rowid = conn.rowIdentity(*table);
     const std::span<Variant> rowValues = values(row);
     QStringList names;
     std::vector<Variant> values;
@@ -927,17 +725,17 @@ void Recordset::Impl::writeRow(RowData& row)
         }
         QStringList marks;
         for (size_t i = 0; i < values.size(); ++i)
-            marks << QStringLiteral("?%1").arg(i + 1);
+            marks << conn.marker(int(i) + 1);
         const QString sql = names.isEmpty()
                                 ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(tableName)
                                 : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
                                       .arg(tableName, names.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
         {
             Lease lease(store->cache(), sql);
-            bindAll(lease.get(), values);
-            stepToEnd(db, lease.get());
+            lease.get()->bind(values);
+            lease.get()->run();
         }
-        row.rowid = sqlite3_last_insert_rowid(db);
+        row.rowid = conn.lastInsertKey(*table);
         row.hasRowid = true;
         row.isNew = false;
         // The row as stored: the defaults of the columns not written show up at once.
@@ -950,43 +748,33 @@ void Recordset::Impl::writeRow(RowData& row)
             }
         }
         if (!all.isEmpty()) {
-            Lease reread(
-                store->cache(),
-                QStringLiteral("SELECT %1 FROM %2 WHERE rowid = ?1").arg(all.join(QLatin1Char(',')), tableName));
-            sqlite3_bind_int64(reread.get(), 1, row.rowid);
-            if (sqlite3_step(reread.get()) == SQLITE_ROW) {
+            Lease reread(store->cache(), QStringLiteral("SELECT %1 FROM %2 WHERE %3 = %4")
+                                             .arg(all.join(QLatin1Char(',')), tableName, rowid, conn.marker(1)));
+            reread.get()->bind({Variant(std::int64_t(row.rowid))});
+            if (reread.get()->step()) {
                 for (size_t k = 0; k < positions.size(); ++k) {
                     const size_t i = size_t(positions[k]);
-                    rowValues[i] = readValue(reread.get(), int(k), readTypes[i], dates[i]);
+                    rowValues[i] = reread.get()->value(int(k), readTypes[i], dates[i]);
                 }
             }
         }
     } else if (!names.isEmpty()) {
         QStringList sets;
         for (int i = 0; i < names.size(); ++i)
-            sets << QStringLiteral("%1 = ?%2").arg(names[i]).arg(i + 1);
+            sets << QStringLiteral("%1 = %2").arg(names[i], conn.marker(i + 1));
         const int idx = int(values.size()) + 1;
         QString where;
         if (row.hasRowid) {
-            where = QStringLiteral("rowid = ?%1").arg(idx);
+            where = QStringLiteral("%1 = %2").arg(rowid, conn.marker(idx));
             values.push_back(Variant(std::int64_t(row.rowid)));
         } else {
             // A table without a key: the row is found again by the values it was read with.
-            QStringList match;
-            for (size_t i = 0; i < columns.size(); ++i) {
-                if (baseIndex[i] < 0)
-                    continue;
-                match
-                    << QStringLiteral("%1 IS ?%2").arg(quoteName(table->columns[baseIndex[i]])).arg(values.size() + 1);
-                values.push_back(row.original[i]);
-            }
-            where = QStringLiteral("rowid = (SELECT rowid FROM %1 WHERE %2 LIMIT 1)")
-                        .arg(tableName, match.join(QLatin1String(" AND ")));
+            where = rowByValues(conn, *table, baseIndex, row.original, values);
         }
         Lease lease(store->cache(),
                     QStringLiteral("UPDATE %1 SET %2 WHERE %3").arg(tableName, sets.join(QLatin1Char(',')), where));
-        bindAll(lease.get(), values);
-        stepToEnd(db, lease.get());
+        lease.get()->bind(values);
+        lease.get()->run();
     }
     row.dirty = false;
     std::fill(row.changed.begin(), row.changed.end(), false);
@@ -1019,6 +807,15 @@ void Recordset::Open(const QString& jetSql, DataStore& store)
     openTranslated(store.cache().translate(jetSql), store);
 }
 
+void Recordset::OpenLocked(const QString& jetSql, DataStore& store)
+{
+    jet::Translation tr = store.cache().translate(jetSql);
+    const QString lock = store.connection().rowLock();
+    if (tr.kind == jet::StatementKind::Select && !tr.statements.empty() && !lock.isEmpty())
+        tr.statements.back().sql += lock;
+    openTranslated(tr, store);
+}
+
 void Recordset::openTranslated(const jet::Translation& tr, DataStore& store)
 {
     d->reset();
@@ -1028,7 +825,7 @@ void Recordset::openTranslated(const jet::Translation& tr, DataStore& store)
         return;
     }
     // An action statement runs at once and leaves the recordset closed.
-    Attachment attached(store.handle(), tr.intoFile);
+    Attachment attached(store.connection(), tr.intoFile);
     runActions(store, tr, tr.statements.size());
 }
 
@@ -1104,26 +901,18 @@ void Recordset::Delete()
     if (!d->table)
         throw VBError(3251, QStringLiteral("L'operazione richiesta non è supportata dall'oggetto o dal provider."));
     if (!row.isNew) {
-        QString where = QStringLiteral("rowid = ?1");
+        backend::Connection& conn = d->store->connection();
+        QString where = QStringLiteral("%1 = %2").arg(conn.rowIdentity(*d->table), conn.marker(1));
         std::vector<Variant> values;
         if (row.hasRowid) {
             values.push_back(Variant(std::int64_t(row.rowid)));
         } else {
-            QStringList match;
-            for (size_t i = 0; i < d->columns.size(); ++i) {
-                if (d->baseIndex[i] < 0)
-                    continue;
-                match << QStringLiteral("%1 IS ?%2")
-                             .arg(quoteName(d->table->columns[d->baseIndex[i]]))
-                             .arg(values.size() + 1);
-                values.push_back(row.original.empty() ? d->values(row)[i] : row.original[i]);
-            }
-            where = QStringLiteral("rowid = (SELECT rowid FROM %1 WHERE %2 LIMIT 1)")
-                        .arg(quoteName(d->table->name), match.join(QLatin1String(" AND ")));
+            std::vector<Variant> read(d->values(row).begin(), d->values(row).end());
+            where = rowByValues(conn, *d->table, d->baseIndex, row.original.empty() ? read : row.original, values);
         }
         Lease lease(d->store->cache(), QStringLiteral("DELETE FROM %1 WHERE %2").arg(quoteName(d->table->name), where));
-        bindAll(lease.get(), values);
-        stepToEnd(d->store->handle(), lease.get());
+        lease.get()->bind(values);
+        lease.get()->run();
     }
     row.deleted = true;
     d->view.erase(d->view.begin() + d->pos);
@@ -1291,6 +1080,30 @@ const Variant& Recordset::value(int row, int column) const
     if (row < 0 || row >= d->size() || column < 0 || column >= FieldCount())
         throw VBError(vb::err::NoCurrentRecord);
     return d->values(d->rows[size_t(d->view[size_t(row)])])[size_t(column)];
+}
+
+// ---------------------------------------------------------------------------------------
+// RowLock
+
+RowLock::RowLock(DataStore& store) : m_store(store)
+{
+    try {
+        m_store.connection().begin();
+        m_open = true;
+    } catch (const VBError&) {
+        // Already inside a transaction: its end commits these writes too.
+    }
+}
+
+RowLock::~RowLock()
+{
+    if (!m_open)
+        return;
+    try {
+        m_store.connection().commit();
+    } catch (const VBError&) {
+        m_store.connection().rollback();
+    }
 }
 
 // ---------------------------------------------------------------------------------------

@@ -20,6 +20,9 @@ namespace store {
 namespace jet {
 struct Translation;
 }
+namespace backend {
+class Connection;
+}
 
 using vb::Variant;
 
@@ -46,6 +49,10 @@ public:
     static DataStore& instance();
     /// Closes the current stores; the next instance() opens AppPath()'s store again.
     static void reset();
+    /// The program's store on a server (a libpq URI, "postgresql://user@host/db") instead
+    /// of the program's folder's file; "" for the file. Takes effect at the next instance().
+    static void setServer(const QString& uri);
+    static QString server();
 
     /// Which file a DataStore stands for: the main store gets the full schema when it is
     /// new; the report store holds only what "SELECT ... INTO ... IN" puts there.
@@ -54,7 +61,8 @@ public:
     /// The report store of the program's folder (RPT_Velmora.sqlite), opened on first use.
     static DataStore& report();
 
-    /// Opens (creating if missing) the store at path.
+    /// Opens (creating if missing) the store at path, or the server database at a libpq
+    /// URI (its report store the rpt schema).
     explicit DataStore(const QString& path, Kind kind = Kind::Main);
     ~DataStore();
     DataStore(const DataStore&) = delete;
@@ -75,7 +83,9 @@ public:
     void RunForEachRow(const QString& keys, const QString& perRow, vb::Trap& trap);
 
     QString path() const { return m_path; }
+    /// The embedded store's SQLite handle (null on a server).
     sqlite3* handle() const { return m_db; }
+    backend::Connection& connection() const { return *m_conn; }
 
     /// What the store knows of its tables and its prepared statements (internal).
     struct Cache;
@@ -84,6 +94,7 @@ public:
 private:
     friend class Recordset;
     QString m_path;
+    std::unique_ptr<backend::Connection> m_conn;
     sqlite3* m_db = nullptr;
     std::unique_ptr<Cache> m_cache;
 };
@@ -117,6 +128,9 @@ public:
     /// Open: a SELECT, a SHAPE command or any action statement (which runs at once and
     /// leaves an empty, closed recordset).
     void Open(const QString& jetSql, DataStore& store = DataStore::instance());
+    /// Open of a SELECT whose rows stay locked against other workstations until the
+    /// store's RowLock ends: the read of a read-modify-write. The same rows as Open.
+    void OpenLocked(const QString& jetSql, DataStore& store = DataStore::instance());
 
     bool Eof() const;
     bool Bof() const;
@@ -156,6 +170,22 @@ private:
     void openTranslated(const jet::Translation& tr, DataStore& store);
     friend class Field;
     std::unique_ptr<Impl> d;
+};
+
+/// A short transaction around one read-modify-write (the stock of a part): the rows read
+/// with OpenLocked stay locked against other workstations until it ends, and what was
+/// written commits then. On one workstation the store ends as without it.
+class RowLock
+{
+public:
+    explicit RowLock(DataStore& store = DataStore::instance());
+    ~RowLock();
+    RowLock(const RowLock&) = delete;
+    RowLock& operator=(const RowLock&) = delete;
+
+private:
+    DataStore& m_store;
+    bool m_open = false;
 };
 
 /// Runs an action statement on the program's store, as the screens run theirs: through a

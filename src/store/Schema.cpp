@@ -2,6 +2,7 @@
 
 #include "runtime/VBError.h"
 #include "store/jet/Jet.h"
+#include "store/jet/PostgresGenerator.h"
 
 #include <QHash>
 
@@ -380,6 +381,75 @@ void createReportSchema(sqlite3* db)
     jet::registerFunctions(db);
     // Nothing to create: the plan's copy arrives with "SELECT * INTO Tbl_Planned IN".
     exec(db, QStringLiteral("PRAGMA user_version = 1"));
+}
+
+// A table on the server: the same columns, the hidden key, the autonumber's trigger.
+QStringList postgresTable(const QString& name, const std::vector<std::pair<QString, QString>>& columns)
+{
+    QStringList cols;
+    QStringList out;
+    for (const auto& [column, decl] : columns) {
+        cols << jet::postgresIdent(column) + u' ' + jet::postgresType(decl);
+        if (decl.contains(QLatin1String("AUTOINCREMENT")))
+            out << jet::postgresCounterTrigger(name, column);
+    }
+    cols << QLatin1String(jet::RowidColumn);
+    out.prepend(QStringLiteral("CREATE TABLE %1 (%2)").arg(jet::postgresIdent(name), cols.join(QStringLiteral(", "))));
+    return out;
+}
+
+QStringList postgresSchemaStatements()
+{
+    QStringList out;
+    for (const Table& t : tables()) {
+        std::vector<std::pair<QString, QString>> cols;
+        for (const Col& c : t.columns)
+            cols.emplace_back(QLatin1String(c.name),
+                              declFor(c.type) + (c.extra ? u' ' + QLatin1String(c.extra) : QString()));
+        out << postgresTable(QLatin1String(t.name), cols);
+    }
+    std::vector<std::pair<QString, QString>> planned = {
+        {QStringLiteral("ID"), declFor(T::Counter)},    {QStringLiteral("ID_MODELLO"), declFor(T::Long)},
+        {QStringLiteral("Macchina"), declFor(T::Text)}, {QStringLiteral("Modello"), declFor(T::Text)},
+        {QStringLiteral("ID_NUM"), declFor(T::Long)},   {QStringLiteral("Numerazione"), declFor(T::Text)}};
+    for (int week = 1; week <= 145; ++week)
+        planned.emplace_back(QString::number(week), declFor(T::Text));
+    out << postgresTable(QStringLiteral("Tbl_Planned"), planned);
+    const std::pair<const char*, int> kinds[] = {{"Settimanale", 1},  {"Mensile", 4},     {"Bimestrale", 8},
+                                                 {"Trimestrale", 13}, {"Semestrale", 26}, {"Annuale", 52},
+                                                 {"Biennale", 104}};
+    for (const auto& [name, weeks] : kinds)
+        out << QStringLiteral("INSERT INTO \"Tbl_Maint_Tipo\" (\"Maint_Tipo\", \"Frequenza_Sett\", "
+                              "\"Koeff_Settimanale\") VALUES ('%1', %2, 1.0 / %2)")
+                   .arg(QLatin1String(name))
+                   .arg(weeks);
+    out << QStringLiteral("CREATE SCHEMA IF NOT EXISTS ") + QLatin1String(jet::ReportSchema);
+    return out;
+}
+
+QStringList postgresViewStatements()
+{
+    QStringList out;
+    const QString nota = QStringLiteral("N.\"Tipo_Nota\"");
+    const QString nota2 = QStringLiteral("N.\"Tipo_Nota2\"");
+    const std::pair<const char*, QString> views[] = {{"Qry_Report10", nota},
+                                                     {"Qry_Report18", nota},
+                                                     {"Qry_Report19", nota2},
+                                                     {"Qry_Report20", nota + QStringLiteral(", ") + nota2},
+                                                     {"Qry_Report21", nota + QStringLiteral(", ") + nota2}};
+    for (const auto& [name, classification] : views) {
+        const QString group = QStringLiteral("N.\"ID\", N.\"Ultima\", %1, M.\"Macchina\", M.\"Modello\", "
+                                             "U.\"Numerazione\", N.\"Images\", N.\"Percorso\"")
+                                  .arg(classification);
+        out << QStringLiteral(
+                   "CREATE OR REPLACE VIEW \"%1\" AS SELECT %2, COUNT(N.\"Tipo_Nota\") AS "
+                   "\"ConteggioDiTipo_Nota\" FROM \"Tbl_Macchina\" AS M RIGHT JOIN (\"Tbl_Maintenance_Note\" AS N "
+                   "LEFT JOIN \"Tbl_Numerazione\" AS U ON N.\"ID_NUM\" = U.\"ID_NUM\") ON M.\"ID_MODELLO\" = "
+                   "N.\"ID_MODELLO\" GROUP BY %2 ORDER BY right(N.\"Ultima\", 4) DESC, right(N.\"Ultima\", 7) DESC, "
+                   "N.\"Ultima\" DESC")
+                   .arg(QLatin1String(name), group);
+    }
+    return out;
 }
 
 ColumnType columnType(sqlite3* db, const QString& table, const QString& column)

@@ -7,6 +7,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <utility>
+#include <vector>
+
 struct sqlite3;
 
 namespace store {
@@ -37,6 +40,19 @@ void createSchema(sqlite3* db);
 
 /// Creates the report store's empty file (it holds the copy of the plan only).
 void createReportSchema(sqlite3* db);
+
+/// The same tables, seed rows and report schema (rpt) for the server store (PostgreSQL),
+/// after jet::postgresFunctionStatements(): one statement an entry.
+QStringList postgresSchemaStatements();
+
+/// The stored queries of the notes reports on the server: the server checks a view's
+/// columns when it is made, so these run once the start-up upgrade has added them.
+QStringList postgresViewStatements();
+
+/// A table on the server with columns declared the SQLite way ("VARCHAR(50) COLLATE JET",
+/// "INTEGER PRIMARY KEY AUTOINCREMENT"...): the table, its hidden key and the autonumber's
+/// trigger.
+QStringList postgresTable(const QString& name, const std::vector<std::pair<QString, QString>>& columns);
 
 /// The type of table.column on a connection (names compared without regard to case);
 /// Unknown when the table or column does not exist.

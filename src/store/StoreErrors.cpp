@@ -8,6 +8,8 @@ namespace store::errors {
 
 using vb::VBError;
 
+VBError fromSqliteMessage(const QString& message);
+
 namespace {
 
 /// The name SQLite quotes after a prefix ("no such table: main.T" gives "T").
@@ -24,7 +26,57 @@ QString nameAfter(const QString& message, QLatin1String prefix)
 
 VBError fromSqlite(sqlite3* db)
 {
-    const QString message = QString::fromUtf8(sqlite3_errmsg(db));
+    return fromSqliteMessage(QString::fromUtf8(sqlite3_errmsg(db)));
+}
+
+namespace {
+/// The first "quoted" name of a server message.
+QString quoted(const QString& message, int which = 0)
+{
+    static const QRegularExpression re(QStringLiteral("\"([^\"]*)\""));
+    auto it = re.globalMatch(message);
+    for (int i = 0; it.hasNext(); ++i) {
+        const auto m = it.next();
+        if (i == which)
+            return m.captured(1);
+    }
+    return {};
+}
+} // namespace
+
+VBError fromPostgres(const QString& sqlState, const QString& message, const QString& detail)
+{
+    if (auto raised = jet::errorFromMessage(message))
+        return raised->description().isEmpty() ? VBError(raised->number()) : *raised;
+    // Each server fault worded as SQLite words it, so that both stores give one text.
+    const QString table = quoted(message, 1);
+    if (sqlState == QLatin1String("42P01"))
+        return fromSqliteMessage(QStringLiteral("no such table: ") + quoted(message));
+    if (sqlState == QLatin1String("42703"))
+        return fromSqliteMessage(QStringLiteral("no such column: ") + quoted(message));
+    if (sqlState == QLatin1String("42P07"))
+        return tableExists(quoted(message));
+    if (sqlState == QLatin1String("42701"))
+        return fromSqliteMessage(QStringLiteral("duplicate column name: ") + quoted(message));
+    if (sqlState == QLatin1String("23502"))
+        return fromSqliteMessage(QStringLiteral("NOT NULL constraint failed: %1.%2").arg(table, quoted(message)));
+    if (sqlState == QLatin1String("23505")) {
+        static const QRegularExpression key(QStringLiteral("^Key \\(\"?([^)\"]*)\"?\\)"));
+        return fromSqliteMessage(
+            QStringLiteral("UNIQUE constraint failed: %1.%2")
+                .arg(message.section(u'"', 1, 1).section(u'_', 0, -2), key.match(detail).captured(1)));
+    }
+    if (sqlState == QLatin1String("42601"))
+        return fromSqliteMessage(QStringLiteral("syntax error"));
+    if (sqlState == QLatin1String("42804") || sqlState == QLatin1String("42883") || sqlState == QLatin1String("22P02"))
+        return fromSqliteMessage(QStringLiteral("datatype mismatch"));
+    if (sqlState == QLatin1String("55P03") || sqlState == QLatin1String("40P01") || sqlState == QLatin1String("57014"))
+        return fromSqliteMessage(QStringLiteral("database is locked"));
+    return fromSqliteMessage(message);
+}
+
+VBError fromSqliteMessage(const QString& message)
+{
     if (auto raised = jet::errorFromMessage(message))
         return *raised;
     if (message.startsWith(QLatin1String("no such table:")))

@@ -18,6 +18,10 @@ constexpr int Unspecified = -2147467259;            ///< 0x80004005
 /// The error of the connection's last failed call.
 vb::VBError fromSqlite(sqlite3* db);
 
+/// The same faults met on the server store: its SQLSTATE, primary message and detail
+/// (PostgreSQL's words) to the number and text the embedded store gives for them.
+vb::VBError fromPostgres(const QString& sqlState, const QString& message, const QString& detail);
+
 /// 3010 for a SELECT INTO onto a table that exists.
 vb::VBError tableExists(const QString& table);
 

@@ -3,6 +3,7 @@
 // results compared with Jet's; then what a translation carries besides its rows.
 
 #include "JetTestSupport.h"
+#include "ServerJet.h"
 #include "support/TestPaths.h"
 
 #include <QDate>
@@ -53,15 +54,25 @@ QString kindsOf(const SchemaInfo* schema, const QString& table)
     return out.join(u',');
 }
 
+// Each section on the embedded store (Dialect/...) and on the server (Server/...).
 class JetCorpus : public ::testing::TestWithParam<std::string>
 {
 protected:
     void SetUp() override
     {
+        const bool server =
+            std::string_view(::testing::UnitTest::GetInstance()->current_test_suite()->name()).starts_with("Server");
+        if (server) {
+            SKIP_WITHOUT_SERVER();
+            runner = std::make_unique<ServerJet>();
+        } else {
+            runner = std::make_unique<JetConnection>();
+        }
         vb::Clock::freeze(QDateTime(QDate(2026, 11, 15), QTime(8, 0)));
-        jet.run(QStringLiteral("CREATE TABLE Uno (ID COUNTER, X Integer)"));
-        jet.run(QStringLiteral("INSERT INTO Uno (X) VALUES (1)"));
+        jet().run(QStringLiteral("CREATE TABLE Uno (ID COUNTER, X Integer)"));
+        jet().run(QStringLiteral("INSERT INTO Uno (X) VALUES (1)"));
     }
+    JetRunner& jet() { return *runner; }
     void TearDown() override { vb::Clock::unfreeze(); }
 
     void runSection(const QString& name)
@@ -87,32 +98,32 @@ protected:
         if (line.startsWith(QLatin1String("= ")))
             return expectRows(QStringLiteral("SELECT ") + line.mid(2) + QStringLiteral(" AS V FROM Uno"), expected);
         if (verb == QLatin1String("refused")) {
-            const QString why = refusal(jetSql, jet.schema());
+            const QString why = refusal(jetSql, jet().schema(), jet().dialect());
             EXPECT_FALSE(why.isEmpty()) << "accepted";
             EXPECT_FALSE(why.startsWith(u'<')) << why.toStdString();
             if (!expected.isEmpty()) {
                 EXPECT_EQ(why.toStdString(), expected.toStdString());
             }
         } else if (verb == QLatin1String("unprepared")) {
-            EXPECT_TRUE(refusal(jetSql, jet.schema()).isEmpty());
-            EXPECT_FALSE(jet.prepareOnly(jetSql).isEmpty()) << "prepared";
+            EXPECT_TRUE(refusal(jetSql, jet().schema(), jet().dialect()).isEmpty());
+            EXPECT_FALSE(jet().prepareOnly(jetSql).isEmpty()) << "prepared";
         } else if (verb == QLatin1String("prepares")) {
-            EXPECT_EQ(jet.prepareOnly(jetSql).toStdString(), "");
+            EXPECT_EQ(jet().prepareOnly(jetSql).toStdString(), "");
         } else if (verb.startsWith(QLatin1String("error "))) {
             try {
-                jet.run(jetSql);
+                jet().run(jetSql);
                 ADD_FAILURE() << "ran";
             } catch (const vb::VBError& e) {
                 EXPECT_EQ(e.number(), verb.mid(6).toInt());
             }
         } else if (verb == QLatin1String("kinds")) {
-            EXPECT_EQ(kindsOf(jet.schema(), jetSql).toStdString(), expected.toStdString());
+            EXPECT_EQ(kindsOf(jet().schema(), jetSql).toStdString(), expected.toStdString());
         } else if (verb == QLatin1String("dates") || verb == QLatin1String("columns")) {
             expectRows(jetSql, std::nullopt);
             QStringList got;
-            for (size_t i = 0; i < jet.last().dateColumns.size(); ++i)
-                got << (verb == QLatin1String("dates") ? QString::number(int(jet.last().dateColumns[i]))
-                                                       : jet.last().columnNames.value(int(i)));
+            for (size_t i = 0; i < jet().last().dateColumns.size(); ++i)
+                got << (verb == QLatin1String("dates") ? QString::number(int(jet().last().dateColumns[i]))
+                                                       : jet().last().columnNames.value(int(i)));
             EXPECT_EQ(got.join(verb == QLatin1String("dates") ? QString() : QStringLiteral(",")).toStdString(),
                       expected.toStdString());
         } else {
@@ -123,7 +134,7 @@ protected:
     void expectRows(const QString& jetSql, const std::optional<QString>& expected)
     {
         try {
-            const QString rows = jet.run(jetSql);
+            const QString rows = jet().run(jetSql);
             if (expected) {
                 EXPECT_EQ(rows.toStdString(), expected->toStdString());
             }
@@ -132,7 +143,7 @@ protected:
         }
     }
 
-    JetConnection jet;
+    std::unique_ptr<JetRunner> runner;
 };
 
 } // namespace
@@ -143,6 +154,8 @@ TEST_P(JetCorpus, GivesJetsResults)
 }
 
 INSTANTIATE_TEST_SUITE_P(Dialect, JetCorpus, ::testing::ValuesIn(sectionNames()),
+                         [](const auto& info) { return info.param; });
+INSTANTIATE_TEST_SUITE_P(Server, JetCorpus, ::testing::ValuesIn(sectionNames()),
                          [](const auto& info) { return info.param; });
 
 TEST(JetTranslation, OneShapeServesEveryValueAndTheCallersParameters)

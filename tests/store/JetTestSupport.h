@@ -15,8 +15,30 @@
 
 namespace store::jet::testing {
 
+/// What the dialect's corpus runs on: the embedded store, or the server (ServerJet).
+class JetRunner
+{
+public:
+    virtual ~JetRunner() = default;
+    virtual QString run(const QString& jetSql, const std::vector<vb::Variant>& user = {}) = 0;
+    virtual QString prepareOnly(const QString& jetSql) const = 0;
+    virtual const SchemaInfo* schema() const = 0;
+    virtual const Translation& last() const = 0;
+    virtual Dialect dialect() const { return Dialect::Sqlite; }
+};
+
+/// A translation with the caller's values in its "?" parameters.
+inline Translation withUserParams(Translation t, const std::vector<vb::Variant>& user)
+{
+    for (size_t i = 0; i < user.size() && i < t.userParams.size(); ++i)
+        for (SqliteStatement& s : t.statements)
+            if (size_t(t.userParams[i]) < s.params.size())
+                s.params[size_t(t.userParams[i])] = user[i];
+    return t;
+}
+
 /// One open connection and its schema; closes both on destruction.
-class JetConnection
+class JetConnection : public JetRunner
 {
 public:
     JetConnection()
@@ -26,7 +48,7 @@ public:
         registerFunctions(m_db);
         m_schema = std::make_unique<SqliteSchema>(m_db);
     }
-    ~JetConnection()
+    ~JetConnection() override
     {
         m_schema.reset();
         sqlite3_close(m_db);
@@ -35,11 +57,11 @@ public:
     JetConnection& operator=(const JetConnection&) = delete;
 
     sqlite3* db() const { return m_db; }
-    const SqliteSchema* schema() const { return m_schema.get(); }
+    const SqliteSchema* schema() const override { return m_schema.get(); }
 
     /// Prepares every generated statement without running it; "" when all prepare,
     /// else SQLite's message for the first that does not.
-    QString prepareOnly(const QString& jetSql) const
+    QString prepareOnly(const QString& jetSql) const override
     {
         const Translation t = translate(jetSql, m_schema.get());
         for (const SqliteStatement& s : t.statements) {
@@ -57,13 +79,9 @@ public:
     /// of the dialect's functions comes back as that VBError; any other failure of
     /// SQLite as a VBError numbered -1 with SQLite's message. `user` fills the
     /// statement's "?" parameters, as the parameter commands do.
-    QString run(const QString& jetSql, const std::vector<vb::Variant>& user = {})
+    QString run(const QString& jetSql, const std::vector<vb::Variant>& user = {}) override
     {
-        m_last = translate(jetSql, m_schema.get());
-        for (size_t i = 0; i < user.size() && i < m_last.userParams.size(); ++i)
-            for (SqliteStatement& s : m_last.statements)
-                if (size_t(m_last.userParams[i]) < s.params.size())
-                    s.params[size_t(m_last.userParams[i])] = user[i];
+        m_last = withUserParams(translate(jetSql, m_schema.get()), user);
         QStringList rows;
         for (const SqliteStatement& s : m_last.statements) {
             rows.clear();
@@ -92,7 +110,7 @@ public:
     }
 
     /// The translation of the last statement run.
-    const Translation& last() const { return m_last; }
+    const Translation& last() const override { return m_last; }
 
 private:
     static void bindValue(sqlite3_stmt* st, int i, const vb::Variant& v)
@@ -129,10 +147,10 @@ private:
 };
 
 /// The syntax error translate() raises for a statement, "" when it accepts it.
-inline QString refusal(const QString& jetSql, const SchemaInfo* schema)
+inline QString refusal(const QString& jetSql, const SchemaInfo* schema, Dialect dialect = Dialect::Sqlite)
 {
     try {
-        translate(jetSql, schema);
+        translate(jetSql, schema, dialect);
     } catch (const vb::VBError& e) {
         if (e.number() != vb::err::SyntaxError)
             return QStringLiteral("<error %1> ").arg(e.number()) + e.description();

@@ -15,6 +15,13 @@ void ScreenTest::SetUp()
     ASSERT_TRUE(m_dir.isValid());
     vb::setAppPath(m_dir.path());
     store::DataStore::reset();
+    // VELMORA_TEST_STORE=server: the same test on a new database of the test server.
+    if (qEnvironmentVariable("VELMORA_TEST_STORE") == QLatin1String("server")) {
+        if (testserver::uri().isEmpty())
+            GTEST_SKIP() << "no PostgreSQL server for the server store";
+        m_server = std::make_unique<testserver::ScratchDatabase>();
+        store::DataStore::setServer(m_server->uri());
+    }
     shell::Driver::setUpServices();
     vb::Clock::freeze(QDateTime(QDate(2026, 11, 15), QTime(8, 0, 0)));
     vb::MsgBoxService::clear();
@@ -38,6 +45,8 @@ void ScreenTest::TearDown()
     }
     shell::setWorkloadTotal({});
     store::DataStore::reset();
+    store::DataStore::setServer({});
+    m_server.reset();
     vb::Clock::unfreeze();
     vb::MsgBoxService::clear();
 }

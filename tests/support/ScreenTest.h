@@ -14,6 +14,7 @@
 #include "support/Boxes.h"
 #include "support/Fields.h"
 #include "support/Plant.h"
+#include "support/TestServer.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -21,6 +22,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
+#include <memory>
 
 class ScreenTest : public ::testing::Test
 {
@@ -133,4 +135,5 @@ protected:
 private:
     QTemporaryDir m_dir;
     std::map<QString, shell::ScreenRegistry::Factory> m_saved;
+    std::unique_ptr<testserver::ScratchDatabase> m_server; ///< the test's database on the server store
 };

@@ -15,6 +15,9 @@
 ///  4. A failing step: errorFromMessage(sqlite3_errmsg(db)) gives the VB error that one
 ///     of our SQL functions raised (94 for Val(Null), ...); anything else is the store's
 ///     to map (no such column, no such table, ...).
+///
+/// On the server store the same translation comes with Dialect::Postgres (parameters
+/// $1..$n in the same order); store/pg/PgSession runs it (PostgresGenerator.h).
 
 #include "runtime/VBError.h"
 #include "runtime/Variant.h"
@@ -137,11 +140,15 @@ private:
     mutable std::unordered_map<std::string, std::unique_ptr<TableInfo>> m_tables;
 };
 
+/// The SQL a translation is written in: the embedded store's, or the server's.
+enum class Dialect { Sqlite, Postgres };
+
 /// Translates one Jet statement. Raises vb::VBError with the provider's syntax error
 /// (number err::SyntaxError, Jet's Italian text) for what Jet refuses; an unknown
 /// function is refused here too. Unknown tables and columns are left to SQLite's
-/// prepare. Not thread-safe (one thread runs everything).
-Translation translate(const QString& jetSql, const SchemaInfo* schema = nullptr);
+/// prepare. Not thread-safe (one thread runs everything). On the server the parameters
+/// are $1, $2, ... bound in the same order, and "IN file" targets the report schema.
+Translation translate(const QString& jetSql, const SchemaInfo* schema = nullptr, Dialect dialect = Dialect::Sqlite);
 
 /// Empties the translation cache (tests and benchmarks).
 void clearCache();

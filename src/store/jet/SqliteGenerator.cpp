@@ -1,8 +1,13 @@
 #include "store/jet/SqliteGenerator.h"
 
-#include <QHash>
+#include "store/jet/PostgresGenerator.h"
 
+#include <QHash>
+#include <QRegularExpression>
+
+#include <functional>
 #include <sqlite3.h>
+#include <tuple>
 
 namespace store::jet {
 
@@ -40,11 +45,12 @@ struct G
     QString sql;
     Ty ty = Ty::Unknown;
     const ColumnInfo* column = nullptr; ///< a plain table column
+    bool condition = false;             ///< a truth value (the server keeps those apart from numbers)
 };
 
 const QString CollateJet = QStringLiteral(" COLLATE JET");
 
-QString ident(const QString& name)
+QString sqliteIdent(const QString& name)
 {
     bool simple = !name.isEmpty() && (name[0].isLetter() || name[0] == u'_') && name[0].unicode() < 128;
     for (QChar c : name)
@@ -146,7 +152,10 @@ struct Scope
 class Generator
 {
 public:
-    Generator(const Lexed& lx, const SchemaInfo* schema) : m_lx(lx), m_schema(schema) { }
+    Generator(const Lexed& lx, const SchemaInfo* schema, Dialect dialect)
+        : m_lx(lx), m_schema(schema), m_pg(dialect == Dialect::Postgres)
+    {
+    }
 
     Generated run(const Statement& st)
     {
@@ -181,6 +190,53 @@ private:
 
     const TableInfo* lookup(const QString& table) const { return m_schema ? m_schema->table(table) : nullptr; }
 
+    // ---- what differs between the embedded store and the server -----------------------
+    QString ident(const QString& name) const { return m_pg ? postgresIdent(name) : sqliteIdent(name); }
+    /// The server's names keep their case: a table or column as the store spells it.
+    QString tableName(const QString& written) const
+    {
+        const TableInfo* info = m_pg ? lookup(written) : nullptr;
+        return ident(info ? info->name : written);
+    }
+    QString columnName(const TableInfo* info, const QString& written) const
+    {
+        const ColumnInfo* c = m_pg && info ? info->column(written) : nullptr;
+        return ident(c ? c->name : written);
+    }
+    QString collate() const { return m_pg ? QStringLiteral(" COLLATE jet") : CollateJet; }
+    QString rowid() const { return m_pg ? QStringLiteral("jet_rowid") : QStringLiteral("rowid"); }
+    /// A value where SQL wants a truth value: the server does not read numbers as such.
+    G truth(const G& g) const
+    {
+        if (!m_pg || g.condition)
+            return g;
+        return {u'(' + g.sql + QStringLiteral(" <> 0)"), Ty::Bool, nullptr, true};
+    }
+    /// A truth value where a number is wanted (1/0, as SQLite gives it).
+    G number(const G& g) const
+    {
+        if (!m_pg || !g.condition)
+            return g;
+        return {u'(' + g.sql + QStringLiteral(")::integer"), Ty::Bool};
+    }
+    /// A value the server's text functions take: numbers and dates as the Italian CStr.
+    G asText(const G& g) const
+    {
+        if (!m_pg)
+            return g;
+        switch (g.ty) {
+        case Ty::Text: return g;
+        case Ty::Date: return {QStringLiteral("jet_cstr(1, ") + g.sql + u')', Ty::Text};
+        case Ty::Number:
+        case Ty::Bool: return {QStringLiteral("jet_cstr(0, ") + number(g).sql + u')', Ty::Text};
+        case Ty::Null: return {QStringLiteral("NULL::text"), Ty::Text};
+        case Ty::Unknown: break;
+        }
+        return {QStringLiteral("jet_text(") + g.sql + u')', Ty::Text};
+    }
+    G cond(const Expr& e, const Scope& scope) { return truth(anyGen(e, scope)); }
+    G gen(const Expr& e, const Scope& scope) { return number(anyGen(e, scope)); }
+
     // ---- scopes --------------------------------------------------------------------
     void collect(const TableRef& t, Scope& scope)
     {
@@ -188,8 +244,8 @@ private:
         case TableRef::Kind::Table: {
             ScopeTable st;
             st.name = t.name;
-            st.ref = t.alias.isEmpty() ? t.name : t.alias;
             st.info = lookup(t.name);
+            st.ref = t.alias.isEmpty() ? (m_pg && st.info ? st.info->name : t.name) : t.alias;
             scope.tables.push_back(std::move(st));
             break;
         }
@@ -231,7 +287,7 @@ private:
     QString param(int literal)
     {
         m_maxParam = std::max(m_maxParam, literal + 1);
-        return u'?' + QString::number(literal + 1);
+        return (m_pg ? u'$' : u'?') + QString::number(literal + 1);
     }
 
     Ty literalTy(int literal) const
@@ -245,7 +301,7 @@ private:
         }
     }
 
-    G gen(const Expr& e, const Scope& scope)
+    G anyGen(const Expr& e, const Scope& scope)
     {
         switch (e.kind) {
         case Expr::Kind::Literal: return {param(e.literal), literalTy(e.literal)};
@@ -255,11 +311,14 @@ private:
             const auto [table, col] = resolve(e, scope);
             G g;
             if (table)
-                g.sql = ident(table->ref) + u'.' + ident(e.name);
+                g.sql = ident(table->ref) + u'.' + (col ? ident(m_pg ? col->name : e.name) : ident(e.name));
             else
                 g.sql = e.qualifier.isEmpty() ? ident(e.name) : ident(e.qualifier) + u'.' + ident(e.name);
             g.column = col;
             g.ty = col ? tyOf(col->kind) : Ty::Unknown;
+            if (m_bareColumns && m_insideAggregate == 0 && table &&
+                std::any_of(scope.tables.begin(), scope.tables.end(), [&](const ScopeTable& t) { return &t == table; }))
+                return bareColumn(g);
             return g;
         }
         case Expr::Kind::Star:
@@ -268,7 +327,7 @@ private:
         case Expr::Kind::Unary: {
             G a = gen(e.args[0], scope);
             if (e.op == QLatin1String("NOT"))
-                return {QStringLiteral("(NOT ") + a.sql + u')', Ty::Bool};
+                return {QStringLiteral("(NOT ") + truth(a).sql + u')', Ty::Bool, nullptr, true};
             if (e.op == QLatin1String("+"))
                 return a;
             if (numeric(a.ty))
@@ -280,42 +339,51 @@ private:
         case Expr::Kind::IsNull: {
             G a = gen(e.args[0], scope);
             return {u'(' + a.sql + (e.negated ? QStringLiteral(" IS NOT NULL)") : QStringLiteral(" IS NULL)")),
-                    Ty::Bool};
+                    Ty::Bool, nullptr, true};
         }
         case Expr::Kind::Between: {
             G a = gen(e.args[0], scope), lo = gen(e.args[1], scope), hi = gen(e.args[2], scope);
             lo = asComparable(lo, a.ty);
             hi = asComparable(hi, a.ty);
             const bool text = isTextCompare(a.ty, lo.ty) || isTextCompare(a.ty, hi.ty);
-            return {u'(' + a.sql + (text ? CollateJet : QString()) + (e.negated ? QStringLiteral(" NOT") : QString()) +
+            if (m_pg && text) {
+                a = asText(a);
+                lo = asText(lo);
+                hi = asText(hi);
+            }
+            return {u'(' + a.sql + (text ? collate() : QString()) + (e.negated ? QStringLiteral(" NOT") : QString()) +
                         QStringLiteral(" BETWEEN ") + lo.sql + QStringLiteral(" AND ") + hi.sql + u')',
-                    Ty::Bool};
+                    Ty::Bool, nullptr, true};
         }
         case Expr::Kind::InList: {
             G a = gen(e.args[0], scope);
-            QStringList items;
+            std::vector<G> values;
             bool text = false;
             for (size_t i = 1; i < e.args.size(); ++i) {
-                G v = asComparable(gen(e.args[i], scope), a.ty);
-                text = text || isTextCompare(a.ty, v.ty);
-                items << v.sql;
+                values.push_back(asComparable(gen(e.args[i], scope), a.ty));
+                text = text || isTextCompare(a.ty, values.back().ty);
             }
-            return {u'(' + a.sql + (text ? CollateJet : QString()) +
+            QStringList items;
+            for (const G& v : values)
+                items << (m_pg && text ? asText(v) : v).sql;
+            if (m_pg && text)
+                a = asText(a);
+            return {u'(' + a.sql + (text ? collate() : QString()) +
                         (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN (")) +
                         items.join(QStringLiteral(", ")) + QStringLiteral("))"),
-                    Ty::Bool};
+                    Ty::Bool, nullptr, true};
         }
         case Expr::Kind::InSelect: {
             G a = gen(e.args[0], scope);
             const QString sub = selectSql(*e.select, &scope, nullptr, nullptr);
-            return {u'(' + a.sql + (a.ty == Ty::Text ? CollateJet : QString()) +
+            return {u'(' + a.sql + (a.ty == Ty::Text ? collate() : QString()) +
                         (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN (")) + sub +
                         QStringLiteral("))"),
-                    Ty::Bool};
+                    Ty::Bool, nullptr, true};
         }
         case Expr::Kind::Exists:
             return {QStringLiteral("(EXISTS (") + selectSql(*e.select, &scope, nullptr, nullptr) + QStringLiteral("))"),
-                    Ty::Bool};
+                    Ty::Bool, nullptr, true};
         case Expr::Kind::Subquery: {
             std::vector<Ty> types;
             const QString sub = selectSql(*e.select, &scope, nullptr, &types);
@@ -325,9 +393,11 @@ private:
         return {};
     }
 
-    static bool isTextCompare(Ty a, Ty b)
+    // The server's texts carry the collation with their columns; a collation on a
+    // number is an error there, so it only goes where a side is known to be text.
+    bool isTextCompare(Ty a, Ty b) const
     {
-        return a == Ty::Text || b == Ty::Text || (a == Ty::Unknown && b == Ty::Unknown);
+        return a == Ty::Text || b == Ty::Text || (!m_pg && a == Ty::Unknown && b == Ty::Unknown);
     }
 
     // A text compared with a date is read as a date, as Jet converts it.
@@ -360,30 +430,40 @@ private:
             for (size_t i = 0; i < parts.size(); ++i) {
                 if (parts[i].ty == Ty::Date && i < 62)
                     flags |= qint64(1) << i;
-                sql += QStringLiteral(", ") + parts[i].sql;
+                sql += QStringLiteral(", ") + asText(parts[i]).sql;
             }
             return {sql.arg(flags) + u')', Ty::Text};
         }
+        if (op == QLatin1String("AND") || op == QLatin1String("OR") || op == QLatin1String("IMP") ||
+            (m_pg && (op == QLatin1String("XOR") || op == QLatin1String("EQV")))) {
+            const G a = cond(e.args[0], scope), b = cond(e.args[1], scope);
+            const QString form = op == QLatin1String("IMP")   ? QStringLiteral("(NOT %1 OR %2)")
+                                 : op == QLatin1String("XOR") ? QStringLiteral("(%1 <> %2)")
+                                 : op == QLatin1String("EQV") ? QStringLiteral("(%1 = %2)")
+                                                              : QStringLiteral("(%1 ") + op + QStringLiteral(" %2)");
+            return {form.arg(a.sql, b.sql), Ty::Bool, nullptr, true};
+        }
         G a = gen(e.args[0], scope);
         G b = gen(e.args[1], scope);
-        if (op == QLatin1String("AND") || op == QLatin1String("OR"))
-            return {u'(' + a.sql + u' ' + op + u' ' + b.sql + u')', Ty::Bool};
         if (op == QLatin1String("XOR"))
             return {QStringLiteral("((%1 <> 0) <> (%2 <> 0))").arg(a.sql, b.sql), Ty::Bool};
         if (op == QLatin1String("EQV"))
             return {QStringLiteral("((%1 <> 0) = (%2 <> 0))").arg(a.sql, b.sql), Ty::Bool};
-        if (op == QLatin1String("IMP"))
-            return {QStringLiteral("(NOT %1 OR %2)").arg(a.sql, b.sql), Ty::Bool};
         if (op == QLatin1String("LIKE"))
             return {QStringLiteral("(%1jet_like(%2, %3))")
-                        .arg(e.negated ? QStringLiteral("NOT ") : QString(), a.sql, b.sql),
-                    Ty::Bool};
+                        .arg(e.negated ? QStringLiteral("NOT ") : QString(), asText(a).sql, asText(b).sql),
+                    Ty::Bool, nullptr, true};
         if (op == u'=' || op == u'<' || op == u'>' || op == QLatin1String("<>") || op == QLatin1String("<=") ||
             op == QLatin1String(">=")) {
             b = asComparable(b, a.ty);
             a = asComparable(a, b.ty);
             const bool text = isTextCompare(a.ty, b.ty);
-            return {u'(' + a.sql + u' ' + op + u' ' + b.sql + (text ? CollateJet : QString()) + u')', Ty::Bool};
+            if (m_pg && text) { // a number compared with a text compares as text, as SQLite does
+                a = asText(a);
+                b = asText(b);
+            }
+            return {u'(' + a.sql + u' ' + op + u' ' + b.sql + (text ? collate() : QString()) + u')', Ty::Bool, nullptr,
+                    true};
         }
         const bool native = numeric(a.ty) && numeric(b.ty);
         if (op == u'+' || op == u'-') {
@@ -417,8 +497,13 @@ private:
         if (e.op.compare(QLatin1String("IIf"), Qt::CaseInsensitive) == 0) {
             if (e.args.size() != 3)
                 wrongArguments(e);
-            G c = gen(e.args[0], scope), a = gen(e.args[1], scope), b = gen(e.args[2], scope);
+            G c = cond(e.args[0], scope), a = gen(e.args[1], scope), b = gen(e.args[2], scope);
             Ty ty = a.ty == b.ty ? a.ty : a.ty == Ty::Null ? b.ty : b.ty == Ty::Null ? a.ty : Ty::Unknown;
+            if (m_pg && (a.ty == Ty::Text) != (b.ty == Ty::Text) && a.ty != Ty::Null && b.ty != Ty::Null) {
+                a = asText(a); // one column of one type on the server
+                b = asText(b);
+                ty = Ty::Text;
+            }
             return {QStringLiteral("(CASE WHEN %1 THEN %2 ELSE %3 END)").arg(c.sql, a.sql, b.sql), ty};
         }
         if (e.op.compare(QLatin1String("Nz"), Qt::CaseInsensitive) == 0) {
@@ -426,12 +511,17 @@ private:
                 wrongArguments(e);
             G a = gen(e.args[0], scope);
             G d = e.args.size() == 2 ? gen(e.args[1], scope) : G{QStringLiteral("''"), Ty::Text};
-            return {QStringLiteral("ifnull(%1, %2)").arg(a.sql, d.sql), a.ty};
+            if (m_pg && (a.ty == Ty::Text) != (d.ty == Ty::Text) && d.ty != Ty::Null) {
+                a = asText(a);
+                d = asText(d);
+            }
+            return {(m_pg ? QStringLiteral("coalesce(%1, %2)") : QStringLiteral("ifnull(%1, %2)")).arg(a.sql, d.sql),
+                    a.ty};
         }
         if (e.op.compare(QLatin1String("IsNull"), Qt::CaseInsensitive) == 0) {
             if (e.args.size() != 1)
                 wrongArguments(e);
-            return {u'(' + gen(e.args[0], scope).sql + QStringLiteral(" IS NULL)"), Ty::Bool};
+            return {u'(' + gen(e.args[0], scope).sql + QStringLiteral(" IS NULL)"), Ty::Bool, nullptr, true};
         }
         const Fn* f = findFunction(e.op);
         if (!f)
@@ -442,6 +532,7 @@ private:
         if (aggregate)
             m_aggregate = true;
         std::vector<G> args;
+        m_insideAggregate += aggregate ? 1 : 0;
         for (const Expr& a : e.args) {
             if (a.kind == Expr::Kind::Star) {
                 if (!aggregate)
@@ -451,14 +542,12 @@ private:
                 args.push_back(gen(a, scope));
             }
         }
+        m_insideAggregate -= aggregate ? 1 : 0;
+        if (m_pg)
+            return postgresCall(f, args);
         QStringList parts;
-        if (f->dateFlags) {
-            qint64 flags = 0;
-            for (size_t i = 0; i < args.size(); ++i)
-                if (args[i].ty == Ty::Date)
-                    flags |= qint64(1) << i;
-            parts << QString::number(flags);
-        }
+        if (f->dateFlags)
+            parts << QString::number(dateFlags(args));
         for (const G& a : args) {
             // Min and Max of a text compare as Jet compares texts.
             if ((f->sql == std::string_view("min") || f->sql == std::string_view("max")) && a.ty != Ty::Number &&
@@ -473,6 +562,83 @@ private:
         return {QLatin1String(f->sql) + u'(' + parts.join(QStringLiteral(", ")) + u')', ty};
     }
 
+    // A column beside an aggregate without GROUP BY: SQLite takes it from the row of the
+    // one Min or Max, else from any row; the server refuses the bare column, so it gets
+    // the same value through array_agg.
+    void bareColumnsOf(const Select& s, const Scope& scope)
+    {
+        std::vector<const Expr*> extremes;
+        std::function<void(const Expr&)> find = [&](const Expr& e) {
+            if (e.kind == Expr::Kind::Call && e.args.size() == 1 &&
+                (e.op.compare(QLatin1String("Min"), Qt::CaseInsensitive) == 0 ||
+                 e.op.compare(QLatin1String("Max"), Qt::CaseInsensitive) == 0))
+                extremes.push_back(&e);
+            for (const Expr& a : e.args)
+                find(a);
+        };
+        for (const SelectItem& i : s.items)
+            find(i.expr);
+        m_bareOrder.clear();
+        if (extremes.size() == 1 && extremes[0]->args[0].kind != Expr::Kind::Star) {
+            ++m_insideAggregate;
+            m_bareOrder = gen(extremes[0]->args[0], scope).sql +
+                          (extremes[0]->op.compare(QLatin1String("Max"), Qt::CaseInsensitive) == 0
+                               ? QStringLiteral(" DESC NULLS LAST")
+                               : QStringLiteral(" ASC NULLS LAST"));
+            --m_insideAggregate;
+        }
+        m_bareColumns = true;
+    }
+    G bareColumn(G g) const
+    {
+        g.sql = QStringLiteral("(array_agg(%1%2))[1]")
+                    .arg(g.sql, m_bareOrder.isEmpty() ? QString() : QStringLiteral(" ORDER BY ") + m_bareOrder);
+        return g;
+    }
+
+    // The first argument of the functions that must know which values are dates.
+    static qint64 dateFlags(const std::vector<G>& args)
+    {
+        qint64 flags = 0;
+        for (size_t i = 0; i < args.size(); ++i)
+            if (args[i].ty == Ty::Date)
+                flags |= qint64(1) << i;
+        return flags;
+    }
+
+    // The same functions on the server: texts where the server's functions want texts,
+    // the aggregates over Italian numeric texts read with jet_num.
+    G postgresCall(const Fn* f, std::vector<G>& args) const
+    {
+        const std::string_view name(f->sql);
+        const bool numericFn = name == "abs" || name == "sign" || name == "jet_sum" || name == "jet_avg";
+        QStringList parts;
+        if (f->dateFlags)
+            parts << QString::number(dateFlags(args));
+        // The string functions take texts where VBA takes any value (Left(123, 2)).
+        const bool strings = name == "jet_left" || name == "jet_right" || name == "jet_mid" || name == "jet_len" ||
+                             name == "jet_trim" || name == "jet_ltrim" || name == "jet_rtrim" || name == "jet_ucase" ||
+                             name == "jet_lcase" || name == "jet_replace" || name == "jet_instr";
+        for (size_t i = 0; i < args.size(); ++i) {
+            const bool textArg =
+                strings && (name == "jet_replace" || (name == "jet_instr" ? i + 2 >= args.size() : i == 0));
+            const G& a = textArg ? asText(args[i]) : args[i];
+            if (a.ty == Ty::Null)
+                parts << (numericFn ? QStringLiteral("NULL::float8") : QStringLiteral("NULL::text"));
+            else if (numericFn && !numeric(a.ty) && a.sql != u'*')
+                parts << QStringLiteral("jet_num(") + a.sql + u')';
+            else
+                parts << a.sql;
+        }
+        QString sql = QLatin1String(f->sql);
+        if (name == "jet_sum" || name == "jet_avg")
+            sql = name == "jet_sum" ? QStringLiteral("sum") : QStringLiteral("avg");
+        Ty ty = f->result;
+        if (ty == Ty::Unknown && !args.empty())
+            ty = args[0].ty;
+        return {sql + u'(' + parts.join(QStringLiteral(", ")) + u')', ty};
+    }
+
     [[noreturn]] static void wrongArguments(const Expr& e)
     {
         syntaxError(
@@ -485,7 +651,8 @@ private:
     {
         switch (t.kind) {
         case TableRef::Kind::Table: {
-            QString s = (m_qualifyMain ? QStringLiteral("main.") : QString()) + ident(t.name);
+            QString s = (m_qualifyMain ? (m_pg ? QStringLiteral("public.") : QStringLiteral("main.")) : QString()) +
+                        tableName(t.name);
             if (!t.alias.isEmpty())
                 s += QStringLiteral(" AS ") + ident(t.alias);
             return s;
@@ -516,7 +683,7 @@ private:
             if (t.join == TableRef::JoinType::Left) {
                 kw = QStringLiteral(" LEFT JOIN ");
             } else if (t.join == TableRef::JoinType::Right) {
-                if (sqlite3_libversion_number() >= 3039000) {
+                if (m_pg || sqlite3_libversion_number() >= 3039000) {
                     kw = QStringLiteral(" RIGHT JOIN ");
                 } else {
                     std::swap(l, r);
@@ -529,7 +696,7 @@ private:
             };
             const QString left = side(*l);
             const QString right = side(*r);
-            return left + kw + right + QStringLiteral(" ON ") + gen(*t.on, scope).sql;
+            return left + kw + right + QStringLiteral(" ON ") + cond(*t.on, scope).sql;
         }
         }
         Q_UNUSED(top);
@@ -560,6 +727,9 @@ private:
     {
         const bool outerAggregate = m_aggregate;
         m_aggregate = false;
+        const auto outerBare = std::tuple(m_bareColumns, m_bareOrder, m_insideAggregate);
+        m_bareColumns = false;
+        m_insideAggregate = 0;
         Scope scope;
         scope.parent = parent;
         for (const TableRef& t : s.from)
@@ -573,12 +743,18 @@ private:
             sql += QStringLiteral("DISTINCT ");
         QStringList items;
         size_t position = 0;
+        QHash<QString, size_t> itemPositions; // on the server: the select item a GROUP/ORDER BY term repeats
+        if (m_pg && s.groupBy.empty() && hasAggregate(s))
+            bareColumnsOf(s, scope);
         for (const SelectItem& item : s.items) {
             if (item.expr.kind == Expr::Kind::Star) {
-                items << gen(item.expr, scope).sql;
                 std::vector<const ColumnInfo*> cols;
                 bool known = true;
                 starColumns(item.expr, scope, cols, known);
+                if (m_pg && known) // the server's tables hold a jet_rowid that "*" must not show
+                    items << starList(item.expr, scope);
+                else
+                    items << gen(item.expr, scope).sql;
                 if (!known && starsKnown)
                     *starsKnown = false;
                 for (const ColumnInfo* c : cols) {
@@ -600,8 +776,10 @@ private:
                 g.sql = QStringLiteral("(-") + g.sql + u')';
             QString name = item.alias;
             QString text = g.sql;
-            if (s.distinct && g.ty != Ty::Number && g.ty != Ty::Date && !g.column)
-                text += CollateJet;
+            if (m_pg)
+                itemPositions.insert(withLiteralValues(g.sql), position + 1);
+            if (s.distinct && g.ty != Ty::Number && g.ty != Ty::Date && !g.column && !m_pg)
+                text += collate();
             if (!item.alias.isEmpty()) {
                 text += QStringLiteral(" AS ") + ident(item.alias);
             } else if (item.expr.kind == Expr::Kind::Column) {
@@ -620,24 +798,28 @@ private:
             ++position;
         }
         if (!rowidOf.isEmpty())
-            items << ident(rowidOf) + QStringLiteral(".rowid AS jet_rowid");
+            items << ident(rowidOf) + u'.' + rowid() + QStringLiteral(" AS jet_rowid");
+        m_bareColumns = false;
         sql += items.join(QStringLiteral(", "));
         if (!fromParts.isEmpty())
             sql += QStringLiteral(" FROM ") + fromParts.join(QStringLiteral(", "));
         if (s.where)
-            sql += QStringLiteral(" WHERE ") + gen(*s.where, scope).sql;
+            sql += QStringLiteral(" WHERE ") + cond(*s.where, scope).sql;
         if (!s.groupBy.empty()) {
             QStringList terms;
             for (const Expr& e : s.groupBy)
-                terms << sortTerm(gen(e, scope));
+                terms << sortTerm(itemOrTerm(gen(e, scope), itemPositions));
             sql += QStringLiteral(" GROUP BY ") + terms.join(QStringLiteral(", "));
         }
         if (s.having)
-            sql += QStringLiteral(" HAVING ") + gen(*s.having, scope).sql;
+            sql += QStringLiteral(" HAVING ") + cond(*s.having, scope).sql;
         if (!s.orderBy.empty()) {
             QStringList terms;
             for (const OrderItem& o : s.orderBy)
-                terms << sortTerm(gen(o.expr, scope)) + (o.descending ? QStringLiteral(" DESC") : QString());
+                terms << sortTerm(itemOrTerm(gen(o.expr, scope), itemPositions)) +
+                             (o.descending ? QStringLiteral(" DESC") : QString()) +
+                             (m_pg ? (o.descending ? QStringLiteral(" NULLS LAST") : QStringLiteral(" NULLS FIRST"))
+                                   : QString()); // Null sorts first, as in Jet and SQLite
             sql += QStringLiteral(" ORDER BY ") + terms.join(QStringLiteral(", "));
         }
         if (s.topLiteral >= 0) {
@@ -646,15 +828,58 @@ private:
             sql += QStringLiteral(" LIMIT ") + param(s.topLiteral);
         }
         m_aggregate = outerAggregate;
+        std::tie(m_bareColumns, m_bareOrder, m_insideAggregate) = outerBare;
         return sql;
     }
 
     // GROUP BY and ORDER BY terms group and sort texts as Jet does.
-    static QString sortTerm(const G& g)
+    QString sortTerm(const G& g) const
     {
-        if (g.ty == Ty::Number || g.ty == Ty::Date || g.ty == Ty::Bool)
+        // The server's texts carry the collation of their columns into expressions too,
+        // and a GROUP BY term must read as its select item does.
+        if (g.ty == Ty::Number || g.ty == Ty::Date || g.ty == Ty::Bool || m_pg)
             return g.sql;
-        return g.sql + CollateJet;
+        return g.sql + collate();
+    }
+
+    // The server binds each literal of the statement apart, so "Left(M, 1)" in the select
+    // and in its GROUP BY differ there; a term that repeats a select item names its position.
+    QString withLiteralValues(const QString& sql) const
+    {
+        static const QRegularExpression marker(QStringLiteral("\\$(\\d+)"));
+        QString out;
+        qsizetype at = 0;
+        for (auto it = marker.globalMatch(sql); it.hasNext();) {
+            const auto m = it.next();
+            const vb::Variant& v = m_lx.literals[size_t(m.captured(1).toInt() - 1)];
+            out += sql.mid(at, m.capturedStart() - at) + u'<' + QString::number(int(v.type())) + u':' +
+                   (v.isNull() ? QString() : v.toString()) + u'>';
+            at = m.capturedEnd();
+        }
+        return out + sql.mid(at);
+    }
+    G itemOrTerm(const G& g, const QHash<QString, size_t>& itemPositions) const
+    {
+        if (!m_pg || !g.sql.contains(u'$'))
+            return g;
+        const auto it = itemPositions.constFind(withLiteralValues(g.sql));
+        if (it == itemPositions.constEnd())
+            return g;
+        return {QString::number(*it), g.ty};
+    }
+
+    // "*" spelled out as the store's columns, table by table.
+    QString starList(const Expr& star, const Scope& scope) const
+    {
+        QStringList cols;
+        for (const ScopeTable& t : scope.tables) {
+            if (!star.qualifier.isEmpty() && t.ref.compare(star.qualifier, Qt::CaseInsensitive) != 0 &&
+                t.name.compare(star.qualifier, Qt::CaseInsensitive) != 0)
+                continue;
+            for (const ColumnInfo& c : t.info->columns)
+                cols << ident(t.ref) + u'.' + ident(c.name);
+        }
+        return cols.join(QStringLiteral(", "));
     }
 
     void topSelect(const Select& s)
@@ -717,7 +942,7 @@ private:
         if (s.intoFileLiteral >= 0) {
             t.intoFile = m_lx.literals[size_t(s.intoFileLiteral)].rawString();
             m_out.intoFileLiteral = s.intoFileLiteral;
-            target = QLatin1String(IntoDatabase) + u'.' + target;
+            target = QLatin1String(m_pg ? ReportSchema : IntoDatabase) + u'.' + target;
             m_qualifyMain = true;
         }
         std::vector<Ty> types;
@@ -727,17 +952,29 @@ private:
         const QString select = selectSql(s, nullptr, nullptr, &types, &names, &known, &decls);
         if (!known) {
             // Without the schema the types come from SQLite itself.
-            emit(QStringLiteral("CREATE TABLE %1 AS SELECT * FROM (%2) LIMIT 0").arg(target, select));
+            emit(QStringLiteral("CREATE TABLE %1 AS SELECT * FROM (%2)%3 LIMIT 0")
+                     .arg(target, select, m_pg ? QStringLiteral(" AS jet_s") : QString()));
         } else {
             QStringList cols;
-            for (int i = 0; i < names.size(); ++i)
-                cols << ident(names[i]) + declFor(types[size_t(i)], decls[size_t(i)]);
+            for (int i = 0; i < names.size(); ++i) {
+                const QString decl = declFor(types[size_t(i)], decls[size_t(i)]);
+                cols << ident(names[i]) + (m_pg && !decl.isEmpty() ? u' ' + postgresType(decl.mid(1)) : decl);
+            }
+            if (m_pg)
+                cols << QLatin1String(RowidColumn);
             m_maxParam = 0; // CREATE TABLE binds nothing
             emit(QStringLiteral("CREATE TABLE %1 (%2)").arg(target, cols.join(QStringLiteral(", "))));
         }
         m_maxParam = 0;
         const QString again = selectSql(s, nullptr, nullptr, nullptr);
-        emit(QStringLiteral("INSERT INTO %1 ").arg(target) + again);
+        QString columns;
+        if (m_pg && known) {
+            QStringList named;
+            for (const QString& n : names)
+                named << ident(n);
+            columns = QStringLiteral("(") + named.join(QStringLiteral(", ")) + QStringLiteral(") ");
+        }
+        emit(QStringLiteral("INSERT INTO %1 ").arg(target) + columns + again);
         m_qualifyMain = false;
     }
 
@@ -819,13 +1056,16 @@ private:
         if (!st.columns.empty()) {
             for (const QString& c : st.columns) {
                 kinds.push_back(targetOf(info, c));
-                cols << ident(c);
+                cols << columnName(info, c);
             }
         } else if (info) {
-            for (const ColumnInfo& c : info->columns)
+            for (const ColumnInfo& c : info->columns) {
                 kinds.push_back(targetOf(&c));
+                if (m_pg) // the server's jet_rowid is no column of the statement's
+                    cols << ident(c.name);
+            }
         }
-        QString sql = QStringLiteral("INSERT INTO ") + ident(st.table);
+        QString sql = QStringLiteral("INSERT INTO ") + tableName(st.table);
         if (!cols.isEmpty())
             sql += QStringLiteral(" (") + cols.join(QStringLiteral(", ")) + u')';
         if (st.select) {
@@ -882,9 +1122,9 @@ private:
         for (const auto& [col, value] : st.assignments) {
             G g = gen(value, scope);
             g = convert(g, targetOf(target->info, col.name));
-            sets << ident(col.name) + QStringLiteral(" = ") + g.sql;
+            sets << columnName(target->info, col.name) + QStringLiteral(" = ") + g.sql;
         }
-        QString sql = QStringLiteral("UPDATE ") + ident(target->name);
+        QString sql = QStringLiteral("UPDATE ") + tableName(target->name);
         if (target->ref != target->name)
             sql += QStringLiteral(" AS ") + ident(target->ref);
         sql += QStringLiteral(" SET ") + sets.join(QStringLiteral(", "));
@@ -905,18 +1145,18 @@ private:
                 if (!others.isEmpty())
                     sql += QStringLiteral(" FROM ") + others.join(QStringLiteral(", "));
                 for (const Expr* on : ons)
-                    conditions << gen(*on, scope).sql;
+                    conditions << cond(*on, scope).sql;
                 if (st.where)
-                    conditions << gen(*st.where, scope).sql;
+                    conditions << cond(*st.where, scope).sql;
             } else {
-                QString sub =
-                    QStringLiteral("SELECT %1.rowid FROM %2").arg(ident(target->ref), fromSql(*st.target, scope, true));
+                QString sub = QStringLiteral("SELECT %1.%3 FROM %2")
+                                  .arg(ident(target->ref), fromSql(*st.target, scope, true), rowid());
                 if (st.where)
-                    sub += QStringLiteral(" WHERE ") + gen(*st.where, scope).sql;
-                conditions << QStringLiteral("%1.rowid IN (%2)").arg(ident(target->ref), sub);
+                    sub += QStringLiteral(" WHERE ") + cond(*st.where, scope).sql;
+                conditions << QStringLiteral("%1.%3 IN (%2)").arg(ident(target->ref), sub, rowid());
             }
         } else if (st.where) {
-            conditions << gen(*st.where, scope).sql;
+            conditions << cond(*st.where, scope).sql;
         }
         if (!conditions.isEmpty())
             sql += QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
@@ -931,18 +1171,18 @@ private:
         collect(*st.target, scope);
         const ScopeTable& first = scope.tables.front();
         t.intoTable = first.name;
-        QString sql = QStringLiteral("DELETE FROM ") + ident(first.name);
+        QString sql = QStringLiteral("DELETE FROM ") + tableName(first.name);
         if (st.target->kind == TableRef::Kind::Join) {
             QString sub =
-                QStringLiteral("SELECT %1.rowid FROM %2").arg(ident(first.ref), fromSql(*st.target, scope, true));
+                QStringLiteral("SELECT %1.%3 FROM %2").arg(ident(first.ref), fromSql(*st.target, scope, true), rowid());
             if (st.where)
-                sub += QStringLiteral(" WHERE ") + gen(*st.where, scope).sql;
-            sql += QStringLiteral(" WHERE rowid IN (%1)").arg(sub);
+                sub += QStringLiteral(" WHERE ") + cond(*st.where, scope).sql;
+            sql += QStringLiteral(" WHERE %2 IN (%1)").arg(sub, rowid());
         } else {
             if (st.target->alias.size())
                 sql += QStringLiteral(" AS ") + ident(st.target->alias);
             if (st.where)
-                sql += QStringLiteral(" WHERE ") + gen(*st.where, scope).sql;
+                sql += QStringLiteral(" WHERE ") + cond(*st.where, scope).sql;
         }
         emit(sql);
     }
@@ -999,23 +1239,34 @@ private:
         case Statement::Kind::CreateTable: {
             t.kind = StatementKind::CreateTable;
             QStringList cols;
-            for (const ColumnDef& c : st.columnDefs)
-                cols << ident(c.name) + u' ' + typeSql(c);
+            QStringList counters;
+            for (const ColumnDef& c : st.columnDefs) {
+                const QString type = typeSql(c);
+                cols << ident(c.name) + u' ' + (m_pg ? postgresType(type) : type);
+                if (m_pg && type.contains(QLatin1String("AUTOINCREMENT")))
+                    counters << c.name;
+            }
+            if (m_pg)
+                cols << QLatin1String(RowidColumn);
             emit(QStringLiteral("CREATE TABLE %1 (%2)").arg(ident(st.table), cols.join(QStringLiteral(", "))));
+            for (const QString& c : counters)
+                emit(postgresCounterTrigger(st.table, c));
             break;
         }
         case Statement::Kind::AlterAdd:
             t.kind = StatementKind::AlterTable;
             emit(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3")
-                     .arg(ident(st.table), ident(st.columnDefs[0].name), typeSql(st.columnDefs[0])));
+                     .arg(tableName(st.table), ident(st.columnDefs[0].name),
+                          m_pg ? postgresType(typeSql(st.columnDefs[0])) : typeSql(st.columnDefs[0])));
             break;
         case Statement::Kind::AlterDrop:
             t.kind = StatementKind::AlterTable;
-            emit(QStringLiteral("ALTER TABLE %1 DROP COLUMN %2").arg(ident(st.table), ident(st.columns[0])));
+            emit(QStringLiteral("ALTER TABLE %1 DROP COLUMN %2")
+                     .arg(tableName(st.table), columnName(lookup(st.table), st.columns[0])));
             break;
         case Statement::Kind::DropTable:
             t.kind = StatementKind::DropTable;
-            emit(QStringLiteral("DROP TABLE ") + ident(st.table));
+            emit(QStringLiteral("DROP TABLE ") + tableName(st.table));
             break;
         default: break;
         }
@@ -1028,13 +1279,22 @@ private:
     int m_exprCounter = 1000;
     bool m_aggregate = false;
     bool m_qualifyMain = false;
+    bool m_pg = false;          ///< writing for the server (PostgreSQL) rather than SQLite
+    bool m_bareColumns = false; ///< server: columns of this select's items stand beside aggregates
+    QString m_bareOrder;        ///< the row they come from (the one Min/Max), "" for any row
+    int m_insideAggregate = 0;
 };
 
 } // namespace
 
+Generated generate(const Statement& st, const Lexed& lexed, const SchemaInfo* schema, Dialect dialect)
+{
+    return Generator(lexed, schema, dialect).run(st);
+}
+
 Generated generateSqlite(const Statement& st, const Lexed& lexed, const SchemaInfo* schema)
 {
-    return Generator(lexed, schema).run(st);
+    return generate(st, lexed, schema, Dialect::Sqlite);
 }
 
 } // namespace store::jet

@@ -17,6 +17,9 @@ struct Generated
     bool cacheable = true; ///< false when a literal's value went into the SQL
 };
 
+/// The generator both dialects share: one syntax tree, one set of static types.
+Generated generate(const Statement& st, const Lexed& lexed, const SchemaInfo* schema, Dialect dialect);
+
 Generated generateSqlite(const Statement& st, const Lexed& lexed, const SchemaInfo* schema);
 
 } // namespace store::jet

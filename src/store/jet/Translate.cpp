@@ -3,6 +3,7 @@
 // share one translation; only the bound values differ.
 
 #include "store/jet/Jet.h"
+#include "store/jet/PostgresGenerator.h"
 #include "store/jet/SqliteGenerator.h"
 #include "store/jet/Syntax.h"
 
@@ -21,13 +22,14 @@ struct CacheKey
 {
     quint64 schema = 0;
     quint64 version = 0;
+    Dialect dialect = Dialect::Sqlite;
     QString shape;
     bool operator==(const CacheKey& o) const = default;
 };
 
 size_t qHash(const CacheKey& k, size_t seed = 0)
 {
-    return ::qHash(k.shape, seed) ^ (k.schema * 0x9E3779B97F4A7C15ull) ^ k.version;
+    return ::qHash(k.shape, seed) ^ (k.schema * 0x9E3779B97F4A7C15ull) ^ k.version ^ (size_t(k.dialect) << 61);
 }
 
 QHash<CacheKey, Generated>& cache()
@@ -162,23 +164,23 @@ const TableInfo* SqliteSchema::table(const QString& name) const
     return result;
 }
 
-Translation translate(const QString& jetSql, const SchemaInfo* schema)
+Translation translate(const QString& jetSql, const SchemaInfo* schema, Dialect dialect)
 {
     const quint64 identity = schema ? schema->identity() : 0;
     const quint64 version = schema ? schema->version() : 0;
     auto& exact = exactCache();
-    CacheKey textKey{identity, version, jetSql};
+    CacheKey textKey{identity, version, dialect, jetSql};
     if (auto it = exact.constFind(textKey); it != exact.constEnd())
         return bindLiterals(it->generated, it->literals);
 
     Lexed quick = lex(jetSql, false);
-    CacheKey key{identity, version, std::move(quick.shape)};
+    CacheKey key{identity, version, dialect, std::move(quick.shape)};
     auto& c = cache();
     auto it = c.constFind(key);
     if (it == c.constEnd()) {
         const Lexed lx = lex(jetSql);
         const Statement st = parse(jetSql, lx);
-        Generated g = generateSqlite(st, lx, schema);
+        Generated g = dialect == Dialect::Postgres ? generatePostgres(st, lx, schema) : generateSqlite(st, lx, schema);
         if (!g.cacheable)
             return bindLiterals(g, lx.literals);
         if (c.size() >= CacheLimit)

@@ -1,0 +1,332 @@
+// The embedded store: one SQLite file with the dialect's functions and collation.
+#include "runtime/Regional.h"
+#include "runtime/VBError.h"
+#include "store/Backend.h"
+#include "store/DataStore.h"
+#include "store/StoreErrors.h"
+
+#include <QFileInfo>
+#include <QUrl>
+
+#include <cstring>
+#include <sqlite3.h>
+#include <string>
+
+namespace store::backend {
+
+using vb::JetDate;
+using vb::Variant;
+using vb::VBError;
+
+namespace {
+
+const char* const kAttachedAlias = jet::IntoDatabase;
+
+/// Texts that repeat down a column (a machine's name on every row of the machine) held
+/// once: per column a small table of the texts read last, found by their bytes. A list of
+/// 100k register rows holds a few hundred names, not 400k copies.
+class SharedTexts
+{
+public:
+    QString text(int column, const char* p, int n)
+    {
+        if (m_slots.size() <= size_t(column) * Slots)
+            m_slots.resize((size_t(column) + 1) * Slots);
+        Slot& slot = m_slots[size_t(column) * Slots + (qHashBits(p, size_t(n)) & (Slots - 1))];
+        if (slot.bytes.size() != size_t(n) || std::memcmp(slot.bytes.data(), p, size_t(n)) != 0) {
+            slot.bytes.assign(p, size_t(n));
+            slot.text = QString::fromUtf8(p, n);
+        }
+        return slot.text;
+    }
+    void clear() { m_slots.clear(); }
+
+private:
+    static constexpr size_t Slots = 256;
+    struct Slot
+    {
+        std::string bytes;
+        QString text;
+    };
+    std::vector<Slot> m_slots;
+};
+
+class SqliteStatement final : public Statement
+{
+public:
+    SqliteStatement(sqlite3* db, sqlite3_stmt* st) : m_db(db), m_st(st) { }
+    ~SqliteStatement() override { sqlite3_finalize(m_st); }
+
+    void bind(const std::vector<Variant>& params) override
+    {
+        for (size_t i = 0; i < params.size(); ++i)
+            bindValue(int(i) + 1, params[i]);
+    }
+
+    bool step() override
+    {
+        const int rc = sqlite3_step(m_st);
+        if (rc == SQLITE_ROW) {
+            ++m_rows;
+            return true;
+        }
+        if (rc != SQLITE_DONE)
+            throw errors::fromSqlite(m_db);
+        return false;
+    }
+
+    void reset() override
+    {
+        m_rows = 0;
+        m_texts.clear();
+        sqlite3_reset(m_st);
+        sqlite3_clear_bindings(m_st);
+    }
+
+    int columnCount() const override { return sqlite3_column_count(m_st); }
+    QString columnName(int i) const override { return QString::fromUtf8(sqlite3_column_name(m_st, i)); }
+    QString declType(int i) const override
+    {
+        const char* decl = sqlite3_column_decltype(m_st, i);
+        return decl ? QString::fromUtf8(decl) : QString();
+    }
+    std::optional<std::pair<QString, QString>> origin(int i) const override
+    {
+        const char* column = sqlite3_column_origin_name(m_st, i);
+        const char* table = sqlite3_column_table_name(m_st, i);
+        if (!column || !table)
+            return std::nullopt;
+        return std::pair{QString::fromUtf8(table), QString::fromUtf8(column)};
+    }
+
+    Variant value(int i, ColumnType type, bool date) const override
+    {
+        switch (sqlite3_column_type(m_st, i)) {
+        case SQLITE_NULL: return Variant::null();
+        case SQLITE_INTEGER: {
+            const sqlite3_int64 v = sqlite3_column_int64(m_st, i);
+            if (date)
+                return Variant(JetDate{double(v)});
+            if (type == ColumnType::Boolean)
+                return Variant(v != 0);
+            return Variant(std::int64_t(v));
+        }
+        case SQLITE_FLOAT: {
+            const double d = sqlite3_column_double(m_st, i);
+            if (date)
+                return Variant(JetDate{d});
+            if (type == ColumnType::Boolean)
+                return Variant(d != 0.0);
+            return Variant(d);
+        }
+        default: {
+            const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(m_st, i));
+            const int n = sqlite3_column_bytes(m_st, i);
+            // A short result is read as it comes; sharing pays from a list's length on.
+            QString s = m_rows > 64 ? m_texts.text(i, p, n) : QString::fromUtf8(p, n);
+            if (date && !s.isEmpty()) {
+                if (const auto serial = vb::regional::parseDateTime(s))
+                    return Variant(JetDate{*serial});
+            }
+            return Variant(std::move(s));
+        }
+        }
+    }
+
+    std::int64_t integer(int i) const override { return sqlite3_column_int64(m_st, i); }
+
+    void bindValue(int i, const Variant& v)
+    {
+        switch (v.type()) {
+        case Variant::Type::Empty:
+        case Variant::Type::Null: sqlite3_bind_null(m_st, i); break;
+        case Variant::Type::Boolean: sqlite3_bind_int64(m_st, i, v.rawBool() ? -1 : 0); break;
+        case Variant::Type::Integer:
+        case Variant::Type::Long: sqlite3_bind_int64(m_st, i, v.rawLong()); break;
+        case Variant::Type::Double:
+        case Variant::Type::Date: sqlite3_bind_double(m_st, i, v.rawDouble()); break;
+        case Variant::Type::String: {
+            const QByteArray b = v.rawString().toUtf8();
+            sqlite3_bind_text(m_st, i, b.constData(), int(b.size()), SQLITE_TRANSIENT);
+            break;
+        }
+        }
+    }
+
+private:
+    sqlite3* m_db;
+    sqlite3_stmt* m_st;
+    int m_rows = 0;
+    mutable SharedTexts m_texts;
+};
+
+class SqliteConnection final : public Connection
+{
+public:
+    explicit SqliteConnection(sqlite3* db) : m_db(db), m_schema(std::make_unique<jet::SqliteSchema>(db)) { }
+    ~SqliteConnection() override
+    {
+        m_schema.reset();
+        sqlite3_close_v2(m_db);
+    }
+
+    std::unique_ptr<Statement> prepare(const QString& sql) override
+    {
+        sqlite3_stmt* st = nullptr;
+        const QByteArray utf8 = sql.toUtf8();
+        if (sqlite3_prepare_v2(m_db, utf8.constData(), int(utf8.size()), &st, nullptr) != SQLITE_OK) {
+            sqlite3_finalize(st);
+            throw errors::fromSqlite(m_db);
+        }
+        return std::make_unique<SqliteStatement>(m_db, st);
+    }
+
+    void exec(const QString& sql) override
+    {
+        if (sqlite3_exec(m_db, sql.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
+            throw errors::fromSqlite(m_db);
+    }
+
+    jet::Translation translate(const QString& jetSql) override { return jet::translate(jetSql, m_schema.get()); }
+    std::int64_t lastInsertKey(const StoredTable&) override { return sqlite3_last_insert_rowid(m_db); }
+    std::int64_t changes() override { return sqlite3_changes(m_db); }
+
+    std::shared_ptr<StoredTable> table(const QString& name) override
+    {
+        auto info = std::make_shared<StoredTable>();
+        auto st =
+            prepare(QStringLiteral("SELECT m.name, p.name, p.type, p.pk, instr(upper(m.sql), 'AUTOINCREMENT') > 0 "
+                                   "FROM sqlite_master AS m, pragma_table_info(m.name) AS p "
+                                   "WHERE m.type = 'table' AND m.name = ?1 COLLATE NOCASE ORDER BY p.cid"));
+        st->bind({Variant(name)});
+        while (st->step()) {
+            info->name = st->value(0, ColumnType::Text, false).toString();
+            const QString col = st->value(1, ColumnType::Text, false).toString();
+            const QString decl = st->value(2, ColumnType::Text, false).toString();
+            ColumnType type = columnTypeOfDecl(decl);
+            if (st->integer(3) == 1 && decl.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0) {
+                info->key = int(info->columns.size());
+                type = ColumnType::Counter;
+            }
+            info->autoincrement = st->integer(4) != 0;
+            info->index.insert(col.toLower(), int(info->columns.size()));
+            info->columns << col;
+            info->types.push_back(type);
+        }
+        if (info->columns.isEmpty())
+            return nullptr;
+        return info;
+    }
+
+    bool tableExists(const QString& table, bool attached) override
+    {
+        const QString sql = QStringLiteral("SELECT 1 FROM %1.sqlite_master WHERE type IN ('table','view') AND "
+                                           "name = ?1 COLLATE NOCASE")
+                                .arg(attached ? QLatin1String(kAttachedAlias) : QLatin1String("main"));
+        try {
+            auto st = prepare(sql);
+            st->bind({Variant(table)});
+            return st->step();
+        } catch (const VBError&) {
+            return false;
+        }
+    }
+
+    std::int64_t reserveKey(const StoredTable& table) override
+    {
+        auto next = prepare(QStringLiteral("SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ?1 "
+                                           "COLLATE NOCASE), 0), coalesce((SELECT max(rowid) FROM \"%1\"), 0)) + 1")
+                                .arg(QString(table.name).replace(QLatin1Char('"'), QLatin1String("\"\""))));
+        next->bind({Variant(table.name)});
+        if (!next->step())
+            throw errors::fromSqlite(m_db);
+        const std::int64_t key = next->integer(0);
+        if (table.autoincrement) {
+            auto update = prepare(QStringLiteral("UPDATE sqlite_sequence SET seq = ?2 WHERE name = ?1 COLLATE NOCASE"));
+            update->bind({Variant(table.name), Variant(key)});
+            update->run();
+            if (changes() == 0) {
+                auto insert = prepare(QStringLiteral("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)"));
+                insert->bind({Variant(table.name), Variant(key)});
+                insert->run();
+            }
+        }
+        return key;
+    }
+
+    void attach(const QString& file) override
+    {
+        auto st = prepare(QStringLiteral("ATTACH DATABASE ?1 AS %1").arg(QLatin1String(kAttachedAlias)));
+        st->bind({Variant(file)});
+        st->run();
+    }
+
+    void detach() override
+    {
+        sqlite3_exec(m_db, (QByteArray("DETACH DATABASE ") + kAttachedAlias).constData(), nullptr, nullptr, nullptr);
+    }
+
+    QString rowIdentity(const StoredTable&) const override { return QStringLiteral("rowid"); }
+    QString marker(int n) const override { return QStringLiteral("?%1").arg(n); }
+    QString sameValue() const override { return QStringLiteral("IS"); }
+    QString rowLock() const override { return {}; }
+    // A writing transaction takes the store's lock at once, so that two programs on one
+    // file wait for each other instead of failing half way.
+    void begin() override { exec(QStringLiteral("BEGIN IMMEDIATE")); }
+    void commit() override { exec(QStringLiteral("COMMIT")); }
+    void rollback() override { sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr); }
+
+    bool empty() override
+    {
+        auto st = prepare(QStringLiteral("SELECT count(*) FROM sqlite_master"));
+        return st->step() && st->integer(0) == 0;
+    }
+
+    void createSchema(bool report) override
+    {
+        if (report)
+            store::createReportSchema(m_db);
+        else
+            store::createSchema(m_db);
+    }
+
+    sqlite3* sqliteHandle() const override { return m_db; }
+
+private:
+    sqlite3* m_db;
+    std::unique_ptr<jet::SqliteSchema> m_schema;
+};
+
+} // namespace
+
+std::unique_ptr<Connection> openSqlite(const QString& path)
+{
+    sqlite3* db = nullptr;
+    // A store that cannot be written (the file or its folder) opens to be read as it
+    // stands on the disk: SQLite could not keep its side files beside it.
+    const QFileInfo info(path);
+    const bool readOnly = info.exists() && !(info.isWritable() && QFileInfo(info.absolutePath()).isWritable());
+    const QByteArray file =
+        readOnly ? QUrl::fromLocalFile(info.absoluteFilePath()).toEncoded() + "?immutable=1" : path.toUtf8();
+    // One thread runs everything: the connection does without SQLite's per-call locking,
+    // which otherwise costs a lock and an unlock on every value a recordset reads.
+    const int flags = SQLITE_OPEN_NOMUTEX |
+                      (readOnly ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    if (sqlite3_open_v2(file.constData(), &db, flags, nullptr) != SQLITE_OK) {
+        const QString message = QString::fromUtf8(sqlite3_errmsg(db));
+        sqlite3_close(db);
+        throw VBError(errors::Unspecified, QStringLiteral("Impossibile aprire il file '%1' (%2).").arg(path, message));
+    }
+    auto connection = std::make_unique<SqliteConnection>(db);
+    sqlite3_busy_timeout(db, LockWaitMs);
+    sqlite3_extended_result_codes(db, 0);
+    // A committed statement is on the disk before the screen goes on: it survives a power
+    // cut, not only the end of the program.
+    connection->exec(readOnly
+                         ? QStringLiteral("PRAGMA foreign_keys=OFF")
+                         : QStringLiteral("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF"));
+    jet::registerFunctions(db);
+    return connection;
+}
+
+} // namespace store::backend
