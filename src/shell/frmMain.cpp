@@ -15,6 +15,7 @@
 #include "shell/Program.h"
 #include "shell/ScreenRegistry.h"
 #include "store/DataStore.h"
+#include "store/Schema.h"
 
 #include <cmath>
 
@@ -252,6 +253,12 @@ void frmMain::upgradeSchema()
             rs.Open(statement);
         });
     }
+    // A store made before the statistics' indexes gets them here, once (a server store
+    // keeps its own).
+    trap.step([] {
+        if (sqlite3* db = store::DataStore::instance().handle())
+            store::createIndexes(db);
+    });
 }
 
 void frmMain::fillSheets()
