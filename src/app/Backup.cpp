@@ -1,11 +1,13 @@
 #include "app/Backup.h"
 
+#include "app/StoreChoice.h"
 #include "runtime/AppPath.h"
 #include "runtime/Clock.h"
 #include "store/Backup.h"
 #include "store/Schema.h"
 
 #include <QDir>
+#include <QProcess>
 #include <QString>
 
 #include <cstdio>
@@ -30,6 +32,61 @@ int fail(const QString& message)
     return 1;
 }
 
+/// Runs one of the server's own tools; "" when it succeeded, else what it said.
+QString runTool(const QString& tool, const QStringList& args)
+{
+    QProcess p;
+    p.start(tool, args);
+    if (!p.waitForStarted())
+        return QStringLiteral("il programma %1 del server non è installato").arg(tool);
+    p.waitForFinished(-1);
+    if (p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0)
+        return {};
+    return QString::fromLocal8Bit(p.readAllStandardError()).trimmed();
+}
+
+/// A store on the plant's server is copied and put back with the server's own tools: a
+/// pg_dump archive, and pg_restore in one transaction after the database as it stands is
+/// kept in the data folder's backup folder as a dated archive.
+int serverCopy(const QString& uri, const QString& backupTo, const QString& restoreFrom, const QString& folder)
+{
+    const QString dbname = QStringLiteral("--dbname=") + uri;
+    if (!backupTo.isEmpty()) {
+        const QString file = QDir::current().absoluteFilePath(backupTo);
+        if (const QString e = runTool(QStringLiteral("pg_dump"),
+                                      {QStringLiteral("--format=custom"), dbname, QStringLiteral("--file=") + file});
+            !e.isEmpty())
+            return fail(QStringLiteral("copia non eseguita: %1.").arg(e));
+        std::printf("%s\n",
+                    qPrintable(QStringLiteral("Copia dell'archivio del server scritta in '%1'.").arg(backupTo)));
+        return 0;
+    }
+    const QString file = QDir::current().absoluteFilePath(restoreFrom);
+    QProcess list;
+    list.start(QStringLiteral("pg_restore"), {QStringLiteral("--list"), file});
+    list.waitForFinished(-1);
+    if (list.exitCode() != 0 || !list.readAllStandardOutput().contains("Tbl_Maintenance"))
+        return fail(QStringLiteral("'%1' non è una copia di un archivio di Velmora su server.").arg(restoreFrom));
+    QDir().mkpath(store::backup::folder(folder));
+    const QString kept = QDir(store::backup::folder(folder))
+                             .filePath(QStringLiteral("Velmora-server-%1.dump")
+                                           .arg(vb::Clock::today().toString(QStringLiteral("yyyy-MM-dd"))));
+    if (const QString e = runTool(QStringLiteral("pg_dump"),
+                                  {QStringLiteral("--format=custom"), dbname, QStringLiteral("--file=") + kept});
+        !e.isEmpty())
+        return fail(
+            QStringLiteral("ripristino non eseguito: la copia dell'archivio attuale non è riuscita: %1.").arg(e));
+    if (const QString e = runTool(QStringLiteral("pg_restore"),
+                                  {QStringLiteral("--clean"), QStringLiteral("--if-exists"),
+                                   QStringLiteral("--no-owner"), QStringLiteral("--single-transaction"), dbname, file});
+        !e.isEmpty())
+        return fail(QStringLiteral("ripristino non eseguito, l'archivio del server è com'era: %1.").arg(e));
+    std::printf("%s\n", qPrintable(QStringLiteral("Archivio del server ripristinato da '%1'; quello sostituito è in "
+                                                  "'%2'.")
+                                       .arg(restoreFrom, kept)));
+    return 0;
+}
+
 } // namespace
 
 bool wantsBackupCommandLine(int argc, char** argv)
@@ -43,11 +100,9 @@ std::optional<int> runBackupCommandLine(int argc, char** argv)
     const QString restoreFrom = optionValue(argc, argv, "--restore");
     if (backupTo.isEmpty() && restoreFrom.isEmpty())
         return std::nullopt;
-    // A store on a database server is copied and put back with the server's own tools.
-    if (optionValue(argc, argv, "--store").contains(QLatin1String("://")))
-        return fail(QStringLiteral("--backup e --restore non sono disponibili su un archivio su server: usare "
-                                   "pg_dump e pg_restore del server."));
     const QString folder = vb::AppPath();
+    if (const QString server = chosenStore(optionValue(argc, argv, "--store"), folder); !server.isEmpty())
+        return serverCopy(server, backupTo, restoreFrom, folder);
     if (!backupTo.isEmpty()) {
         const QString store = QDir(folder).filePath(QLatin1String(store::StoreFileName));
         if (const QString problem = store::backup::problemOf(store, true); !problem.isEmpty())

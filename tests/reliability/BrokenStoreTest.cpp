@@ -1,17 +1,22 @@
 // Stores a failing machine leaves behind (damaged, cut short, empty, read-only, locked),
-// and the copies that put them right.
+// and the copies that put them right, on the embedded store and on the plant's server.
 
 #include "runtime/AppPath.h"
+#include "shell/DriveProcess.h"
 #include "shell/StoreCheck.h"
 #include "store/Backup.h"
 #include "store/Batch.h"
 #include "support/ErrorOf.h"
 #include "support/LiveDrive.h"
 #include "support/ScreenTest.h"
+#include "support/TestServer.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QTemporaryDir>
 
 #include <sqlite3.h>
 
@@ -147,4 +152,24 @@ TEST_F(BrokenStore, ALockedStoreKeepsTheWaitAndItsText)
     }
     EXPECT_GE(timer.elapsed(), store::LockWaitMs);
     sqlite3_close(other);
+}
+
+// On the plant's server the same options copy and put back the database with the server's
+// own tools; the database as it stood is kept as a dated archive first.
+TEST(ServerCopies, BackupAndRestoreWithTheServersTools)
+{
+    SKIP_WITHOUT_SERVER();
+    testserver::ScratchDatabase db;
+    QTemporaryDir home;
+    qputenv("VELMORA_STORE", db.uri().toUtf8());
+    const auto count = [&] { return drive(home.path(), {"sql SELECT count(*) AS n FROM Tbl_Reparto"})[0]; };
+    drive(home.path(), {"exec INSERT INTO Tbl_Reparto (Reparto) VALUES ('SALDATURA')"});
+    const QString file = home.filePath("impianto.dump");
+    EXPECT_EQ(runOption(home.path(), QStringLiteral("--backup"), file), 0);
+    drive(home.path(), {"exec DELETE FROM Tbl_Reparto"});
+    EXPECT_NE(runOption(home.path(), QStringLiteral("--restore"), testpaths::velmoraBinary()), 0); // not an archive
+    EXPECT_EQ(runOption(home.path(), QStringLiteral("--restore"), file), 0);
+    EXPECT_EQ(value(count()).toArray().at(0).toObject().value("n").toInt(), 1);
+    EXPECT_EQ(QDir(home.filePath("backup")).entryList(QDir::Files).size(), 1);
+    qunsetenv("VELMORA_STORE");
 }
