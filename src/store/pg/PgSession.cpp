@@ -324,7 +324,7 @@ void PgSession::noteTransaction(const PGresult* r)
 }
 
 namespace {
-/// The server's "cached plan must not change result type": another workstation changed a
+/// "Cached plan must not change result type" (feature not supported): another workstation changed a
 /// table a prepared SELECT reads.
 bool planOutdated(const PGresult* r)
 {
@@ -350,13 +350,15 @@ PGresult* PgSession::send(const QByteArray& sql, const std::vector<unsigned>& ty
         key.append('\0').append(reinterpret_cast<const char*>(types.data()), qsizetype(types.size() * sizeof(Oid)));
     }
     auto it = key.isEmpty() ? m_prepared.end() : m_prepared.find(key);
-    // Seen once: run unnamed, as a statement that never comes back costs no more.
-    if (it == m_prepared.end()) {
-        if (!key.isEmpty()) {
-            if (m_prepared.size() >= 1000)
-                forgetPrepared();
-            m_prepared.insert(key, QByteArray());
-        }
+    if (it == m_prepared.end() && !key.isEmpty()) {
+        if (m_prepared.size() >= 1000)
+            forgetPrepared();
+        it = m_prepared.insert(key, QByteArray());
+        key.clear(); // seen once: run unnamed, as a statement that never comes back costs no more
+    }
+    // Unnamed in a transaction: a plan another workstation's change of a table outdated
+    // would fail the transaction, where outside one it is parsed again at no loss.
+    if (key.isEmpty() || PQtransactionStatus(m_conn) != PQTRANS_IDLE) {
         PGresult* r = PQexecParams(m_conn, sql.constData(), n, types.data(), values.data(), nullptr, nullptr, 0);
         noteTransaction(r);
         return r;
@@ -364,19 +366,15 @@ PGresult* PgSession::send(const QByteArray& sql, const std::vector<unsigned>& ty
     if (it->isEmpty()) {
         const QByteArray name = "jet_" + QByteArray::number(++m_preparedCount);
         Result p(PQprepare(m_conn, name.constData(), sql.constData(), n, types.data()));
-        if (PQresultStatus(p.get()) != PGRES_COMMAND_OK) {
-            noteTransaction(p.get());
+        if (PQresultStatus(p.get()) != PGRES_COMMAND_OK)
             return p.release();
-        }
         *it = name;
     }
-    const bool idle = PQtransactionStatus(m_conn) == PQTRANS_IDLE;
     PGresult* r = PQexecPrepared(m_conn, it->constData(), n, values.data(), nullptr, nullptr, 0);
-    if (idle && PQresultStatus(r) == PGRES_FATAL_ERROR && planOutdated(r)) {
-        // Parsed again, outside a transaction nothing was lost by the failure.
+    if (PQresultStatus(r) == PGRES_FATAL_ERROR && planOutdated(r)) {
         PQclear(r);
         PQclear(PQexec(m_conn, ("DEALLOCATE " + *it).constData()));
-        m_prepared.erase(it);
+        it->clear();
         r = PQexecParams(m_conn, sql.constData(), n, types.data(), values.data(), nullptr, nullptr, 0);
     }
     noteTransaction(r);
