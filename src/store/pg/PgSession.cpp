@@ -385,11 +385,13 @@ void PgSession::forgetPrepared()
 {
     // A statement the server could not forget now (a failed transaction) keeps its name
     // there unused: names are never given twice.
-    bool named = false;
+    // Only ours by name: a caller may have prepared its own on the handle.
+    QByteArray script;
     for (const QByteArray& name : std::as_const(m_prepared))
-        named = named || !name.isEmpty();
-    if (named && PQtransactionStatus(m_conn) != PQTRANS_INERROR)
-        PQclear(PQexec(m_conn, "DEALLOCATE ALL"));
+        if (!name.isEmpty())
+            script += "DEALLOCATE " + name + ';';
+    if (!script.isEmpty() && PQtransactionStatus(m_conn) != PQTRANS_INERROR)
+        PQclear(PQexec(m_conn, script.constData()));
     m_prepared.clear();
 }
 
