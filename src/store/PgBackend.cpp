@@ -1,15 +1,11 @@
 // The server store: a PostgreSQL database through the session layer, with the report
 // store as its second schema (rpt). Every table carries a hidden jet_rowid, the row
 // identity the recordsets write back by.
-#include "runtime/Clock.h"
 #include "runtime/VBError.h"
-#include "runtime/VBFunctions.h"
 #include "store/Backend.h"
 #include "store/StoreErrors.h"
 #include "store/jet/PostgresGenerator.h"
 #include "store/pg/PgSession.h"
-
-#include <cmath>
 
 namespace store::backend {
 
@@ -152,17 +148,6 @@ public:
     bool empty() override { return session.contents() == pg::DatabaseContents::Empty; }
     void createSchema(bool) override { pg::createPostgresSchema(session); }
 
-    /// Date(), Now() and Time() on the server read the workstation's clock.
-    void sendClock(const QString& sql)
-    {
-        if (!sql.contains(QLatin1String("jet_now(")) && !sql.contains(QLatin1String("jet_date(")) &&
-            !sql.contains(QLatin1String("jet_time(")) && !sql.contains(QLatin1String("jet_cdate(")))
-            return;
-        const double now = std::round(vb::toSerial(vb::Clock::now()) * 86400.0) / 86400.0;
-        session.exec(QStringLiteral("SELECT set_config('jet.now', $1, false)"),
-                     {Variant(QString::number(now, 'g', 17))});
-    }
-
     pg::PgSession session;
     QString schemaName = QStringLiteral("public");
     std::int64_t affected = 0;
@@ -171,7 +156,7 @@ public:
 const pg::PgResult& PgStatement::run()
 {
     if (!m_result) {
-        m_conn.sendClock(m_sql);
+        m_conn.session.sendClock(m_sql);
         m_result = m_conn.session.exec(m_sql, m_params);
         m_conn.affected = m_result->affected;
         const QString head = m_sql.left(12).trimmed().toUpper();

@@ -10,6 +10,7 @@
 #include <QUrlQuery>
 
 #include <cmath>
+#include <cstring>
 #include <libpq-fe.h>
 #include <sqlite3.h>
 
@@ -165,6 +166,7 @@ const jet::SchemaInfo& PgSession::schema() const
 void PgSession::schemaChanged()
 {
     static_cast<PgSchema*>(m_schema.get())->changed();
+    forgetPrepared();
 }
 
 vb::VBError PgSession::errorOf(PGresult* r) const
@@ -225,8 +227,7 @@ PgResult PgSession::exec(const QString& sql, const std::vector<vb::Variant>& par
         }
         pointers[i] = values[i].constData();
     }
-    Result r(PQexecParams(m_conn, sql.toUtf8().constData(), int(params.size()), types.data(), pointers.data(), nullptr,
-                          nullptr, 0));
+    Result r(send(sql.toUtf8(), types, pointers));
     const ExecStatusType status = PQresultStatus(r.get());
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK)
         throw errorOf(r.get());
@@ -253,13 +254,11 @@ PgResult PgSession::exec(const QString& sql, const std::vector<vb::Variant>& par
 
 PgResult PgSession::run(const jet::Translation& t)
 {
-    bool clock = false;
     for (const jet::SqliteStatement& s : t.statements)
-        clock = clock || readsClock(s.sql);
-    if (clock) {
-        const double now = std::round(vb::toSerial(vb::Clock::now()) * 86400.0) / 86400.0;
-        exec(QStringLiteral("SELECT set_config('jet.now', $1, false)"), {vb::Variant(QString::number(now, 'g', 17))});
-    }
+        if (readsClock(s.sql)) {
+            sendClock(s.sql);
+            break;
+        }
     PgResult out;
     // SELECT ... INTO is two statements: all or nothing, unless the caller holds a transaction.
     const bool together = t.statements.size() > 1 && PQtransactionStatus(m_conn) == PQTRANS_IDLE;
@@ -270,7 +269,7 @@ PgResult PgSession::run(const jet::Translation& t)
             out = exec(s.sql, s.params, t.kind == jet::StatementKind::Select ? t.dateColumns : std::vector<bool>{});
     } catch (...) {
         if (together)
-            PQclear(PQexec(m_conn, "ROLLBACK"));
+            execScript(QStringLiteral("ROLLBACK"));
         throw;
     }
     if (together)
@@ -293,9 +292,107 @@ PgResult PgSession::run(const jet::Translation& t)
 void PgSession::execScript(const QString& sql)
 {
     Result r(PQexec(m_conn, sql.toUtf8().constData()));
+    // A rollback (to a savepoint too) anywhere in the script may take the clock back.
+    if (m_clockPending && sql.contains(QLatin1String("ROLLBACK"), Qt::CaseInsensitive))
+        m_clock = std::numeric_limits<double>::quiet_NaN();
+    noteTransaction(r.get());
     const ExecStatusType status = PQresultStatus(r.get());
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK)
         throw errorOf(r.get());
+}
+
+void PgSession::sendClock(const QString& sql)
+{
+    if (!readsClock(sql))
+        return;
+    const double now = std::round(vb::toSerial(vb::Clock::now()) * 86400.0) / 86400.0;
+    if (now == m_clock)
+        return;
+    exec(QStringLiteral("SELECT set_config('jet.now', $1, false)"), {vb::Variant(QString::number(now, 'g', 17))});
+    m_clock = now;
+    m_clockPending = PQtransactionStatus(m_conn) != PQTRANS_IDLE;
+}
+
+void PgSession::noteTransaction(const PGresult* r)
+{
+    // A setting made in a transaction lasts only if the transaction commits.
+    if (!m_clockPending || PQtransactionStatus(m_conn) != PQTRANS_IDLE)
+        return;
+    if (!r || std::strcmp(PQcmdStatus(const_cast<PGresult*>(r)), "COMMIT") != 0)
+        m_clock = std::numeric_limits<double>::quiet_NaN();
+    m_clockPending = false;
+}
+
+namespace {
+/// "Cached plan must not change result type" (feature not supported): another workstation changed a
+/// table a prepared SELECT reads.
+bool planOutdated(const PGresult* r)
+{
+    const char* state = PQresultErrorField(r, PG_DIAG_SQLSTATE);
+    return state && std::strcmp(state, "0A000") == 0;
+}
+
+bool worthPreparing(const QByteArray& sql)
+{
+    const QByteArray head = sql.left(7).toUpper();
+    return head.startsWith("SELECT") || head.startsWith("INSERT") || head.startsWith("UPDATE") ||
+           head.startsWith("DELETE") || head.startsWith("WITH");
+}
+} // namespace
+
+PGresult* PgSession::send(const QByteArray& sql, const std::vector<unsigned>& types,
+                          const std::vector<const char*>& values)
+{
+    const int n = int(types.size());
+    QByteArray key;
+    if (worthPreparing(sql)) {
+        key = sql;
+        key.append('\0').append(reinterpret_cast<const char*>(types.data()), qsizetype(types.size() * sizeof(Oid)));
+    }
+    auto it = key.isEmpty() ? m_prepared.end() : m_prepared.find(key);
+    if (it == m_prepared.end() && !key.isEmpty()) {
+        if (m_prepared.size() >= 1000)
+            forgetPrepared();
+        it = m_prepared.insert(key, QByteArray());
+        key.clear(); // seen once: run unnamed, as a statement that never comes back costs no more
+    }
+    // Unnamed in a transaction: a plan another workstation's change of a table outdated
+    // would fail the transaction, where outside one it is parsed again at no loss.
+    if (key.isEmpty() || PQtransactionStatus(m_conn) != PQTRANS_IDLE) {
+        PGresult* r = PQexecParams(m_conn, sql.constData(), n, types.data(), values.data(), nullptr, nullptr, 0);
+        noteTransaction(r);
+        return r;
+    }
+    if (it->isEmpty()) {
+        const QByteArray name = "jet_" + QByteArray::number(++m_preparedCount);
+        Result p(PQprepare(m_conn, name.constData(), sql.constData(), n, types.data()));
+        if (PQresultStatus(p.get()) != PGRES_COMMAND_OK)
+            return p.release();
+        *it = name;
+    }
+    PGresult* r = PQexecPrepared(m_conn, it->constData(), n, values.data(), nullptr, nullptr, 0);
+    if (PQresultStatus(r) == PGRES_FATAL_ERROR && planOutdated(r)) {
+        PQclear(r);
+        PQclear(PQexec(m_conn, ("DEALLOCATE " + *it).constData()));
+        it->clear();
+        r = PQexecParams(m_conn, sql.constData(), n, types.data(), values.data(), nullptr, nullptr, 0);
+    }
+    noteTransaction(r);
+    return r;
+}
+
+void PgSession::forgetPrepared()
+{
+    // A statement the server could not forget now (a failed transaction) keeps its name
+    // there unused: names are never given twice.
+    // Only ours by name: a caller may have prepared its own on the handle.
+    QByteArray script;
+    for (const QByteArray& name : std::as_const(m_prepared))
+        if (!name.isEmpty())
+            script += "DEALLOCATE " + name + ';';
+    if (!script.isEmpty() && PQtransactionStatus(m_conn) != PQTRANS_INERROR)
+        PQclear(PQexec(m_conn, script.constData()));
+    m_prepared.clear();
 }
 
 DatabaseContents PgSession::contents()

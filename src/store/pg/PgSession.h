@@ -13,6 +13,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <limits>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -60,6 +61,9 @@ public:
     PgResult run(const jet::Translation& t);
     /// Several statements without parameters (schema creation), in one round trip.
     void execScript(const QString& sql);
+    /// Before a statement that calls Date(), Now() or Time(): the workstation's clock
+    /// (vb::Clock, to the second) to the server, unless it holds that value already.
+    void sendClock(const QString& sql);
 
     /// The generator's view of this connection's tables.
     const jet::SchemaInfo& schema() const;
@@ -79,7 +83,18 @@ public:
 
 private:
     vb::VBError errorOf(pg_result* r) const;
+    pg_result* send(const QByteArray& sql, const std::vector<unsigned>& types, const std::vector<const char*>& values);
+    void forgetPrepared();
+    void noteTransaction(const pg_result* r);
     pg_conn* m_conn = nullptr;
+    /// Statements run more than once are parsed by the server once: SQL text and
+    /// parameter types -> the server's name of the prepared statement ("" when seen once).
+    QHash<QByteArray, QByteArray> m_prepared;
+    quint64 m_preparedCount = 0;
+    /// The clock the server holds in jet.now (NaN: unknown), and whether it was set in a
+    /// transaction that may still be rolled back (which takes it back).
+    double m_clock = std::numeric_limits<double>::quiet_NaN();
+    bool m_clockPending = false;
     std::unique_ptr<jet::SchemaInfo> m_schema;
     mutable QHash<unsigned, unsigned> m_baseTypes; ///< domain OID -> base type OID
     unsigned baseType(unsigned oid) const;
