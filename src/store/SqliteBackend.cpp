@@ -39,7 +39,16 @@ public:
         }
         return slot.text;
     }
-    void clear() { m_slots.clear(); }
+    /// The texts are let go; the room for them is kept for the next run of the statement
+    /// (a list read again would otherwise allocate and clear it each time).
+    void clear()
+    {
+        for (Slot& slot : m_slots)
+            if (!slot.text.isNull()) {
+                std::string().swap(slot.bytes);
+                slot.text = QString();
+            }
+    }
 
 private:
     static constexpr size_t Slots = 256;
