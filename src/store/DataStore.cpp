@@ -45,6 +45,13 @@ struct ResultShape
     int rowidColumn = -1;
 };
 
+/// The shape of a recordset that is not open: no columns.
+const std::shared_ptr<const ResultShape>& noColumns()
+{
+    static const auto none = std::make_shared<const ResultShape>();
+    return none;
+}
+
 /// A prepared statement kept for the next use of the same SQL. One in use when the
 /// cache is emptied is finalized by its user when done.
 struct CachedStatement
@@ -437,10 +444,9 @@ struct Recordset::Impl
 {
     DataStore* store = nullptr;
     bool open = false;
-    std::vector<Column> columns;
-    std::vector<ColumnType> readTypes;
-    std::vector<bool> dates;
-    std::vector<int> baseIndex; // position in the base table, -1 for other columns
+    /// The columns as the statement gives them, shared with the cached statement: a list
+    /// read again does not copy them.
+    std::shared_ptr<const ResultShape> result = noColumns();
     std::shared_ptr<TableInfo> table;
     int keyColumn = -1; // result column holding the table's key
     std::vector<RowData> rows;
@@ -453,10 +459,7 @@ struct Recordset::Impl
     void reset()
     {
         open = false;
-        columns.clear();
-        readTypes.clear();
-        dates.clear();
-        baseIndex.clear();
+        result = noColumns();
         table.reset();
         keyColumn = -1;
         rows.clear();
@@ -468,8 +471,11 @@ struct Recordset::Impl
     }
 
     int size() const { return int(view.size()); }
-    std::span<Variant> values(const RowData& row) { return {cells.data() + row.first, columns.size()}; }
-    std::span<const Variant> values(const RowData& row) const { return {cells.data() + row.first, columns.size()}; }
+    std::span<Variant> values(const RowData& row) { return {cells.data() + row.first, result->columns.size()}; }
+    std::span<const Variant> values(const RowData& row) const
+    {
+        return {cells.data() + row.first, result->columns.size()};
+    }
     bool eof() const { return pos >= size(); }
     bool bof() const { return pos < 0 || view.empty(); }
 
@@ -492,9 +498,9 @@ struct Recordset::Impl
         // The first column of that name, case ignored. Found without building a key: a
         // name of another length is passed over at once.
         auto find = [this](QStringView key) {
-            for (size_t i = 0; i < columns.size(); ++i)
-                if (columns[i].name.size() == key.size() &&
-                    QStringView(columns[i].name).compare(key, Qt::CaseInsensitive) == 0)
+            for (size_t i = 0; i < result->columns.size(); ++i)
+                if (result->columns[i].name.size() == key.size() &&
+                    QStringView(result->columns[i].name).compare(key, Qt::CaseInsensitive) == 0)
                     return int(i);
             return -1;
         };
@@ -575,13 +581,10 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
     if (!lease.shape())
         lease.shape() = resultShape(st, *stmt, tr);
     const ResultShape& shape = *lease.shape();
-    columns = shape.columns;
-    readTypes = shape.readTypes;
-    dates = shape.dates;
-    baseIndex = shape.baseIndex;
+    result = lease.shape();
     table = shape.table;
     keyColumn = shape.keyColumn;
-    const int n = int(columns.size());
+    const int n = int(result->columns.size());
 
     const ColumnType* types = shape.readTypes.data();
     const std::vector<bool>& isDate = shape.dates;
@@ -646,8 +649,8 @@ std::int64_t Recordset::Impl::reserveKey()
 
 Variant Recordset::Impl::toStored(const Variant& v, int column) const
 {
-    const int base = baseIndex[size_t(column)];
-    const ColumnType type = (table && base >= 0) ? table->types[size_t(base)] : readTypes[size_t(column)];
+    const int base = result->baseIndex[size_t(column)];
+    const ColumnType type = (table && base >= 0) ? table->types[size_t(base)] : result->readTypes[size_t(column)];
     if (v.isNull() || v.isEmpty())
         return Variant::null();
     switch (type) {
@@ -712,10 +715,10 @@ void Recordset::Impl::writeRow(RowData& row)
     const std::span<Variant> rowValues = values(row);
     QStringList names;
     std::vector<Variant> values;
-    for (size_t i = 0; i < columns.size(); ++i) {
-        if (!row.changed[i] || baseIndex[i] < 0)
+    for (size_t i = 0; i < result->columns.size(); ++i) {
+        if (!row.changed[i] || result->baseIndex[i] < 0)
             continue;
-        names << quoteName(table->columns[baseIndex[i]]);
+        names << quoteName(table->columns[result->baseIndex[i]]);
         values.push_back(rowValues[i]);
     }
     if (row.isNew) {
@@ -741,9 +744,9 @@ void Recordset::Impl::writeRow(RowData& row)
         // The row as stored: the defaults of the columns not written show up at once.
         QStringList all;
         std::vector<int> positions;
-        for (size_t i = 0; i < columns.size(); ++i) {
-            if (baseIndex[i] >= 0 && !row.changed[i]) {
-                all << quoteName(table->columns[baseIndex[i]]);
+        for (size_t i = 0; i < result->columns.size(); ++i) {
+            if (result->baseIndex[i] >= 0 && !row.changed[i]) {
+                all << quoteName(table->columns[result->baseIndex[i]]);
                 positions.push_back(int(i));
             }
         }
@@ -754,7 +757,7 @@ void Recordset::Impl::writeRow(RowData& row)
             if (reread.get()->step()) {
                 for (size_t k = 0; k < positions.size(); ++k) {
                     const size_t i = size_t(positions[k]);
-                    rowValues[i] = reread.get()->value(int(k), readTypes[i], dates[i]);
+                    rowValues[i] = reread.get()->value(int(k), result->readTypes[i], result->dates[i]);
                 }
             }
         }
@@ -769,7 +772,7 @@ void Recordset::Impl::writeRow(RowData& row)
             values.push_back(Variant(std::int64_t(row.rowid)));
         } else {
             // A table without a key: the row is found again by the values it was read with.
-            where = rowByValues(conn, *table, baseIndex, row.original, values);
+            where = rowByValues(conn, *table, result->baseIndex, row.original, values);
         }
         Lease lease(store->cache(),
                     QStringLiteral("UPDATE %1 SET %2 WHERE %3").arg(tableName, sets.join(QLatin1Char(',')), where));
@@ -857,12 +860,12 @@ Field Recordset::Fields(int position)
 
 int Recordset::FieldCount() const
 {
-    return int(d->columns.size());
+    return int(d->result->columns.size());
 }
 
 const std::vector<Column>& Recordset::Columns() const
 {
-    return d->columns;
+    return d->result->columns;
 }
 
 void Recordset::AddNew()
@@ -872,13 +875,13 @@ void Recordset::AddNew()
     if (!d->table)
         throw VBError(3251, QStringLiteral("L'operazione richiesta non è supportata dall'oggetto o dal provider."));
     RowData row;
-    row.changed.assign(d->columns.size(), false);
+    row.changed.assign(d->result->columns.size(), false);
     row.isNew = true;
     row.dirty = true;
     if (d->table->key >= 0)
         row.rowid = d->reserveKey();
     row.first = d->cells.size();
-    d->cells.resize(d->cells.size() + d->columns.size(), Variant::null());
+    d->cells.resize(d->cells.size() + d->result->columns.size(), Variant::null());
     if (d->table->key >= 0 && d->keyColumn >= 0)
         d->cells[row.first + size_t(d->keyColumn)] = Variant(std::int64_t(row.rowid));
     d->rows.push_back(std::move(row));
@@ -908,7 +911,8 @@ void Recordset::Delete()
             values.push_back(Variant(std::int64_t(row.rowid)));
         } else {
             std::vector<Variant> read(d->values(row).begin(), d->values(row).end());
-            where = rowByValues(conn, *d->table, d->baseIndex, row.original.empty() ? read : row.original, values);
+            where =
+                rowByValues(conn, *d->table, d->result->baseIndex, row.original.empty() ? read : row.original, values);
         }
         Lease lease(d->store->cache(), QStringLiteral("DELETE FROM %1 WHERE %2").arg(quoteName(d->table->name), where));
         lease.get()->bind(values);
@@ -990,7 +994,7 @@ void Recordset::setFilter(const QString& criteria)
     if (criteria.trimmed().isEmpty())
         return;
     QStringList names;
-    for (const Column& c : d->columns)
+    for (const Column& c : d->result->columns)
         names << c.name;
     const filter::Criteria c(criteria, names);
     std::vector<int> kept;
@@ -1036,10 +1040,12 @@ Recordset* Recordset::Child(const QString& member)
         const Impl& all = *c.all->d;
         v.store = all.store;
         v.open = true;
-        v.columns = all.columns;
-        v.readTypes = all.readTypes;
-        v.dates = all.dates;
-        v.baseIndex.assign(all.columns.size(), -1);
+        auto shape = std::make_shared<ResultShape>();
+        shape->columns = all.result->columns;
+        shape->readTypes = all.result->readTypes;
+        shape->dates = all.result->dates;
+        shape->baseIndex.assign(all.result->columns.size(), -1);
+        v.result = std::move(shape);
         for (const RowData& r : all.rows) {
             bool match = true;
             for (const auto& [p, ch] : c.relate) {
@@ -1121,7 +1127,7 @@ void Field::setValue(const Variant& v)
     RowData& row = d.current();
     const Variant stored = d.toStored(v, m_index);
     if (row.changed.empty())
-        row.changed.assign(d.columns.size(), false);
+        row.changed.assign(d.result->columns.size(), false);
     const std::span<Variant> values = d.values(row);
     if (row.original.empty())
         row.original.assign(values.begin(), values.end());
@@ -1132,7 +1138,7 @@ void Field::setValue(const Variant& v)
 
 QString Field::Name() const
 {
-    return m_rs->d->columns[size_t(m_index)].name;
+    return m_rs->d->result->columns[size_t(m_index)].name;
 }
 
 } // namespace store
