@@ -48,6 +48,7 @@ DTPicker::DTPicker(QWidget* parent, const QString& name) : QDateEdit(parent), Co
     connect(this, &QDateEdit::dateChanged, this, [this](QDate d) {
         if (m_silent || !d.isValid())
             return;
+        m_unshown = false;
         m_value = JetDate{toSerial(d) + timeOfDay(m_value.serial)};
         Change();
     });
@@ -69,10 +70,26 @@ void DTPicker::setValue(const Variant& value)
     if (d == m_value)
         return;
     m_value = d;
-    m_silent = true;
-    setDate(dateFromSerial(d.serial));
-    m_silent = false;
+    if (isHidden())
+        m_unshown = true;
+    else
+        showValue();
     Change();
+}
+
+void DTPicker::showValue()
+{
+    m_unshown = false;
+    m_silent = true;
+    setDate(dateFromSerial(m_value.serial));
+    m_silent = false;
+}
+
+void DTPicker::setVisible(bool visible)
+{
+    if (visible && m_unshown)
+        showValue();
+    QDateEdit::setVisible(visible);
 }
 
 QString DTPicker::Text() const

@@ -24,15 +24,20 @@ public:
     QString Text() const;
     QString CustomFormat() const { return m_format; }
     void setCustomFormat(const QString& format);
+    void setVisible(bool visible) override;
 
 protected:
     std::optional<Variant> getProp(const QString& n) const override;
     bool setProp(const QString& n, const Variant& v) override;
 
 private:
+    void showValue();
     JetDate m_value;
     QString m_format = QStringLiteral("dd/MM/yyyy");
     bool m_silent = false;
+    /// A hidden picker set again and again (a scratch date in a loop) shows its value
+    /// only when it is shown: the edit field's own work is done once.
+    bool m_unshown = false;
 };
 
 /// MaskEdBox: Text holds the literals and the prompt character where nothing was typed

@@ -143,6 +143,14 @@ TEST_F(ControlsTest, ProgramChangesFireChangeAsInVB)
     EXPECT_EQ(errorOf([&] { dt->setValue(Variant::null()); }), err::InvalidPropertyValue);
     EXPECT_EQ(errorOf([&] { dt->setValue(Variant::fromDate(QDate(1500, 1, 1))); }), err::InvalidPropertyValue);
     EXPECT_EQ(dt->date(), QDate(2026, 11, 29));
+
+    // A hidden picker fires Change on every new value and shows the last one once shown.
+    dt->setVisible(false);
+    dt->setValue(Variant("01/12/2026"));
+    dt->setValue(Variant("02/12/2026"));
+    dt->setVisible(true);
+    EXPECT_EQ(dtChange.n, 3);
+    EXPECT_EQ(dt->QDateEdit::date(), QDate(2026, 12, 2));
 }
 
 TEST_F(ControlsTest, KeyPressFiltersTypingAndCanCancelOrReplaceAKey)
