@@ -1,5 +1,6 @@
 #include "spares/EntryFields.h"
 
+#include "runtime/MsgBox.h"
 #include "runtime/VBFunctions.h"
 
 namespace spares {
@@ -20,6 +21,17 @@ int addRows(vb::Trap& trap, vb::ListBox* list, store::Recordset& rs, const QStri
             break;
     }
     return rows;
+}
+
+bool confirmCategoryChange(const QString& line, const QString& typed)
+{
+    const QString prompt =
+        line != typed
+            ? QStringLiteral("Il Ricambio [") + line + QStringLiteral("] Sta per essere modificato con [") + typed +
+                  QStringLiteral("] Vuoi Procedere??")
+            : QStringLiteral("Stai per modificare i dati del Ricambio [") + line + QStringLiteral("] Vuoi Procedere??");
+    return vb::MsgBox(prompt, vb::mb::YesNo + vb::mb::Question,
+                      QStringLiteral("Modifica Ricambio **") + line + QStringLiteral("**")) != vb::answer::No;
 }
 
 } // namespace spares

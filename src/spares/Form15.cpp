@@ -5,6 +5,7 @@
 #include "runtime/Trap.h"
 #include "runtime/VBFunctions.h"
 #include "shell/ScreenRegistry.h"
+#include "spares/EntryFields.h"
 #include "store/DataStore.h"
 #include "store/StoreErrors.h"
 
@@ -196,13 +197,7 @@ void Form15::Cmd_Edit_Click()
     }
 
     const QString line = List1->Text();
-    const QString prompt =
-        line != TextRICAMBI->Text()
-            ? QStringLiteral("Il Ricambio [") + line + QStringLiteral("] Sta per essere modificato con [") +
-                  TextRICAMBI->Text() + QStringLiteral("] Vuoi Procedere??")
-            : QStringLiteral("Stai per modificare i dati del Ricambio [") + line + QStringLiteral("] Vuoi Procedere??");
-    if (vb::MsgBox(prompt, mb::YesNo + mb::Question,
-                   QStringLiteral("Modifica Ricambio **") + line + QStringLiteral("**")) == vb::answer::No)
+    if (!confirmCategoryChange(line, TextRICAMBI->Text()))
         return;
 
     QString id;

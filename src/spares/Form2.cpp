@@ -431,13 +431,7 @@ void Form2::Cmd_Edit_Click()
     }
 
     const QString line = List1->Text();
-    const QString prompt =
-        line != TextRICAMBI->Text()
-            ? QStringLiteral("Il Ricambio [") + line + QStringLiteral("] Sta per essere modificato con [") +
-                  TextRICAMBI->Text() + QStringLiteral("] Vuoi Procedere??")
-            : QStringLiteral("Stai per modificare i dati del Ricambio [") + line + QStringLiteral("] Vuoi Procedere??");
-    if (vb::MsgBox(prompt, mb::YesNo + mb::Question,
-                   QStringLiteral("Modifica Ricambio **") + line + QStringLiteral("**")) == vb::answer::No)
+    if (!confirmCategoryChange(line, TextRICAMBI->Text()))
         return;
 
     // The category first: a new name or unit here holds for all its parts.
