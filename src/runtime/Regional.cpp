@@ -132,6 +132,18 @@ std::optional<QDate> dateFromParts(const QStringList& parts)
     return valid(year, n[0], 1);
 }
 
+/// "dd/mm/yyyy", the form the program writes its dates in: read without the patterns
+/// of parseDateTime, which find the same three parts and no time in it.
+bool isPlainDate(QStringView s)
+{
+    if (s.size() != 10 || s[2] != u'/' || s[5] != u'/')
+        return false;
+    for (int i : {0, 1, 3, 4, 6, 7, 8, 9})
+        if (!s[i].isDigit())
+            return false;
+    return true;
+}
+
 } // namespace
 
 bool RoundedDigits::isZero() const
@@ -297,6 +309,10 @@ std::optional<double> parseDateTime(QStringView text)
     QString s = text.trimmed().toString();
     if (s.isEmpty())
         return std::nullopt;
+    if (isPlainDate(s)) {
+        const auto date = dateFromParts({s.left(2), s.mid(3, 2), s.mid(6)});
+        return date ? std::optional<double>(toSerial(*date)) : std::nullopt;
+    }
 
     // The time, if any, stands at the end: h.n[.s] or h:n[:s], with an optional AM/PM.
     static const QRegularExpression timeRe(

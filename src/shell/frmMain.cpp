@@ -253,7 +253,7 @@ void frmMain::upgradeSchema()
             rs.Open(statement);
         });
     }
-    // A store made before the statistics' indexes gets them here, once (a server store
+    // A store made before the store's indexes gets them here, once (a server store
     // keeps its own).
     trap.step([] {
         if (sqlite3* db = store::DataStore::instance().handle())

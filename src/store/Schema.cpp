@@ -343,14 +343,24 @@ bool isNumberType(ColumnType t)
 }
 
 // The statistics and the interventions on machines group every intervention by machine
-// and unit at their load: these indexes hold the grouped columns (and the counted one)
-// in the grouping's order, so SQLite reads them instead of the whole rows.
+// and unit at their load: the Tbl_Ricerca indexes hold the grouped columns (and the
+// counted one) in the grouping's order, so SQLite reads them instead of the whole rows.
+// The register's load joins every stop record to its register row by type and number,
+// then writes the days stopped back by number, once a record: without the other two,
+// SQLite builds an index of the whole register for the join each time, and each write
+// reads every stop record. Rows of equal keys come out of an index in the table's order,
+// so the statements that look rows up by these columns see them as before (the one that
+// finds a type's register rows by model and type only asks whether there are any).
 void createIndexes(sqlite3* db)
 {
     exec(db, QStringLiteral("CREATE INDEX IF NOT EXISTS \"Idx_Ricerca_Macchina\" ON \"Tbl_Ricerca\" "
                             "(\"Macchina\", \"Modello\", \"Numerazione\", \"ID_CAUSA\");\n"
                             "CREATE INDEX IF NOT EXISTS \"Idx_Ricerca_Unita\" ON \"Tbl_Ricerca\" "
-                            "(\"ID_MODELLO\", \"Modello\", \"Numerazione\", \"ID_NUM\", \"ID_RICAMBI\");"));
+                            "(\"ID_MODELLO\", \"Modello\", \"Numerazione\", \"ID_NUM\", \"ID_RICAMBI\");\n"
+                            "CREATE INDEX IF NOT EXISTS \"Idx_Maintenance_Tipo_Num\" ON \"Tbl_Maintenance\" "
+                            "(\"ID_MAINT_TIPO\", \"ID_NUM\");\n"
+                            "CREATE INDEX IF NOT EXISTS \"Idx_Fermi_Macchina_Num\" ON \"Tbl_Fermi_Macchina\" "
+                            "(\"ID_NUM\");"));
 }
 
 void createSchema(sqlite3* db)

@@ -38,8 +38,9 @@ bool isNumberType(ColumnType t);
 /// The columns and table the start-up upgrade adds are left out on purpose.
 void createSchema(sqlite3* db);
 
-/// Creates the indexes of the intervention statistics on an open connection, unless they
-/// are there already: a new store gets them with its tables, an older one at start-up.
+/// Creates the indexes of the intervention statistics and of the register's stop shift
+/// on an open connection, unless they are there already: a new store gets them with its
+/// tables, an older one at start-up.
 /// Raises vb::VBError.
 void createIndexes(sqlite3* db);
 

@@ -87,6 +87,26 @@ TEST_F(SchemaTest, ColumnTypesAndCollation)
     EXPECT_TRUE(without.isEmpty()) << without.join(u' ').toStdString();
 }
 
+TEST_F(SchemaTest, TheStopShiftFindsItsRowsThroughTheStoresIndexes)
+{
+    auto plan = [&](const char* sql) {
+        QString out;
+        sqlite3_stmt* st = nullptr;
+        sqlite3_prepare_v2(store->handle(), (QByteArray("EXPLAIN QUERY PLAN ") + sql).constData(), -1, &st, nullptr);
+        while (sqlite3_step(st) == SQLITE_ROW)
+            out += QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 3))) + u'\n';
+        sqlite3_finalize(st);
+        return out;
+    };
+    const QString join = plan("SELECT * FROM Tbl_Fermi_Macchina INNER JOIN Tbl_Maintenance ON "
+                              "(Tbl_Fermi_Macchina.ID_NUM = Tbl_Maintenance.ID_NUM) AND "
+                              "(Tbl_Fermi_Macchina.ID_MAINT_TIPO = Tbl_Maintenance.ID_MAINT_TIPO)");
+    EXPECT_TRUE(join.startsWith(u"SCAN Tbl_Fermi_Macchina") && join.contains(u"INDEX Idx_Maintenance_Tipo_Num"))
+        << join.toStdString();
+    EXPECT_TRUE(
+        plan("UPDATE Tbl_Fermi_Macchina SET GIORNI_STOP = 1 WHERE ID_NUM = 2").contains(u"Idx_Fermi_Macchina_Num"));
+}
+
 TEST_F(SchemaTest, StoredQueriesWorkOnceTheUpgradeHasRun)
 {
     EXPECT_ANY_THROW(store->Query(QStringLiteral("SELECT * FROM Qry_Report10")));
