@@ -55,9 +55,9 @@ public:
 
     // Raw access without conversion (caller checked the type).
     bool rawBool() const { return m_bool; }
-    std::int64_t rawLong() const { return m_long; }
-    double rawDouble() const { return m_double; }
-    JetDate rawDate() const { return JetDate{m_double}; }
+    std::int64_t rawLong() const { return m_type == Type::Long || m_type == Type::Integer ? m_long : 0; }
+    double rawDouble() const { return m_type == Type::Double || m_type == Type::Date ? m_double : 0.0; }
+    JetDate rawDate() const { return JetDate{rawDouble()}; }
     const QString& rawString() const { return m_string; }
 
     // VB conversions; Null raises 94, impossible conversions 13, out of range 6.
@@ -77,8 +77,11 @@ public:
 private:
     Type m_type = Type::Empty;
     bool m_bool = false;
-    std::int64_t m_long = 0;
-    double m_double = 0.0;
+    // One number a value: a list of thousands of rows holds a Variant per field.
+    union {
+        std::int64_t m_long = 0; // Integer, Long
+        double m_double;         // Double, Date
+    };
     QString m_string;
 };
 

@@ -414,19 +414,88 @@ std::unique_ptr<Recordset> DataStore::Command(const QString& name, const Variant
 
 namespace {
 
-/// A row of a recordset. Its values live in the recordset's one flat array of cells
-/// (columns.size() of them from `first`): a list of thousands of rows is read without
-/// an allocation per row.
+/// What a row being written keeps beside its values.
+struct RowEdit
+{
+    std::vector<Variant> original; ///< as read, for rows found again by their values
+    std::vector<bool> changed;
+};
+
+/// A row of a recordset. Its values live in the recordset's cells (columns.size() of
+/// them from `first`): a list of thousands of rows is read without an allocation per
+/// row, and a row that is only read carries nothing for the writing of it.
 struct RowData
 {
     size_t first = 0;
-    std::vector<Variant> original; ///< as read, for rows found again by their values
-    std::vector<bool> changed;
     std::int64_t rowid = 0;
+    std::unique_ptr<RowEdit> edits; ///< from the first write on
     bool hasRowid = false;
     bool isNew = false;
     bool deleted = false;
     bool dirty = false;
+
+    RowData() = default;
+    RowData(RowData&&) noexcept = default;
+    RowData& operator=(RowData&&) noexcept = default;
+    RowData(const RowData& o)
+        : first(o.first), rowid(o.rowid), edits(o.edits ? std::make_unique<RowEdit>(*o.edits) : nullptr),
+          hasRowid(o.hasRowid), isNew(o.isNew), deleted(o.deleted), dirty(o.dirty)
+    {
+    }
+    RowData& operator=(const RowData&) = delete;
+
+    RowEdit& edit()
+    {
+        if (!edits)
+            edits = std::make_unique<RowEdit>();
+        return *edits;
+    }
+};
+
+/// The values of a recordset's rows, row after row, in blocks of a fixed number of rows:
+/// a long list grows without a second copy of what it has read while it grows, and
+/// keeps no more room than one block beyond its last row.
+class Cells
+{
+public:
+    /// Starts again for rows of `width` values, with room for `rows` rows in the first block.
+    void reset(size_t width, size_t rows = 0)
+    {
+        m_blocks.clear();
+        m_width = width;
+        m_blockCells = BlockRows * std::max<size_t>(width, 1);
+        if (rows > 0 && width > 0)
+            m_blocks.emplace_back().reserve(std::min(rows, BlockRows) * width);
+    }
+    void clear() { reset(0); }
+    /// Appends a row, its values made by make(column); returns where it starts.
+    template <class Make> size_t append(Make&& make)
+    {
+        if (m_blocks.empty() || m_blocks.back().size() + m_width > m_blockCells) {
+            m_blocks.emplace_back().reserve(m_blocks.size() == 1 ? std::min(m_blockCells, m_width * 16) : m_blockCells);
+        }
+        std::vector<Variant>& block = m_blocks.back();
+        if (block.size() + m_width > block.capacity())
+            block.reserve(std::min(m_blockCells, std::max(block.capacity() * 2, block.size() + m_width)));
+        const size_t first = (m_blocks.size() - 1) * m_blockCells + block.size();
+        for (size_t i = 0; i < m_width; ++i)
+            block.push_back(make(i));
+        return first;
+    }
+    Variant* at(size_t first) { return m_blocks[first / m_blockCells].data() + first % m_blockCells; }
+    const Variant* at(size_t first) const { return m_blocks[first / m_blockCells].data() + first % m_blockCells; }
+    /// Gives back the room the last block keeps beyond its rows.
+    void shrink()
+    {
+        if (!m_blocks.empty())
+            m_blocks.back().shrink_to_fit();
+    }
+
+private:
+    static constexpr size_t BlockRows = 1024;
+    std::vector<std::vector<Variant>> m_blocks;
+    size_t m_width = 0;
+    size_t m_blockCells = BlockRows;
 };
 
 struct ChildSpec
@@ -450,9 +519,9 @@ struct Recordset::Impl
     std::shared_ptr<TableInfo> table;
     int keyColumn = -1; // result column holding the table's key
     std::vector<RowData> rows;
-    std::vector<Variant> cells; // the values of every row, row after row
-    std::vector<int> view;      // rows visible under the filter, in order
-    int pos = 0;                // index into view; view.size() is EOF, -1 BOF
+    Cells cells;           // the values of every row, row after row
+    std::vector<int> view; // rows visible under the filter, in order
+    int pos = 0;           // index into view; view.size() is EOF, -1 BOF
     bool afterDelete = false;
     std::vector<ChildSpec> children;
 
@@ -471,11 +540,8 @@ struct Recordset::Impl
     }
 
     int size() const { return int(view.size()); }
-    std::span<Variant> values(const RowData& row) { return {cells.data() + row.first, result->columns.size()}; }
-    std::span<const Variant> values(const RowData& row) const
-    {
-        return {cells.data() + row.first, result->columns.size()};
-    }
+    std::span<Variant> values(const RowData& row) { return {cells.at(row.first), result->columns.size()}; }
+    std::span<const Variant> values(const RowData& row) const { return {cells.at(row.first), result->columns.size()}; }
     bool eof() const { return pos >= size(); }
     bool bof() const { return pos < 0 || view.empty(); }
 
@@ -591,24 +657,24 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
     // A list is read again and again with much the same rows: room for as many as last
     // time, so that the values are not moved as the array grows.
     rows.reserve(lease.rowsLastTime());
-    cells.reserve(lease.rowsLastTime() * size_t(n));
+    cells.reset(size_t(n), lease.rowsLastTime());
     while (stmt->step()) {
         RowData& row = rows.emplace_back();
-        row.first = cells.size();
-        for (int i = 0; i < n; ++i)
-            cells.push_back(stmt->value(i, types[i], isDate[size_t(i)]));
+        row.first = cells.append([&](size_t i) { return stmt->value(int(i), types[i], isDate[i]); });
         if (shape.rowidColumn >= 0) {
             row.rowid = stmt->integer(shape.rowidColumn);
             row.hasRowid = true;
-        } else if (keyColumn >= 0 && !cells[row.first + size_t(keyColumn)].isNull()) {
-            row.rowid = cells[row.first + size_t(keyColumn)].rawLong();
-            row.hasRowid = true;
+        } else if (keyColumn >= 0) {
+            if (const Variant& key = cells.at(row.first)[keyColumn]; !key.isNull()) {
+                row.rowid = key.rawLong();
+                row.hasRowid = true;
+            }
         }
     }
     if (rows.size() < lease.rowsLastTime() / 2) {
         // Far fewer rows than last time: the room left over is given back.
         rows.shrink_to_fit();
-        cells.shrink_to_fit();
+        cells.shrink();
     }
     lease.rowsLastTime() = rows.size();
     open = true;
@@ -713,16 +779,17 @@ void Recordset::Impl::writeRow(RowData& row)
     const QString tableName = quoteName(table->name);
     const QString rowid = conn.rowIdentity(*table);
     const std::span<Variant> rowValues = values(row);
+    RowEdit& edit = row.edit();
     QStringList names;
     std::vector<Variant> values;
     for (size_t i = 0; i < result->columns.size(); ++i) {
-        if (!row.changed[i] || result->baseIndex[i] < 0)
+        if (!edit.changed[i] || result->baseIndex[i] < 0)
             continue;
         names << quoteName(table->columns[result->baseIndex[i]]);
         values.push_back(rowValues[i]);
     }
     if (row.isNew) {
-        if (table->key >= 0 && (keyColumn < 0 || !row.changed[size_t(keyColumn)])) {
+        if (table->key >= 0 && (keyColumn < 0 || !edit.changed[size_t(keyColumn)])) {
             names << quoteName(table->columns[table->key]);
             values.push_back(Variant(std::int64_t(row.rowid)));
         }
@@ -745,7 +812,7 @@ void Recordset::Impl::writeRow(RowData& row)
         QStringList all;
         std::vector<int> positions;
         for (size_t i = 0; i < result->columns.size(); ++i) {
-            if (result->baseIndex[i] >= 0 && !row.changed[i]) {
+            if (result->baseIndex[i] >= 0 && !edit.changed[i]) {
                 all << quoteName(table->columns[result->baseIndex[i]]);
                 positions.push_back(int(i));
             }
@@ -772,7 +839,7 @@ void Recordset::Impl::writeRow(RowData& row)
             values.push_back(Variant(std::int64_t(row.rowid)));
         } else {
             // A table without a key: the row is found again by the values it was read with.
-            where = rowByValues(conn, *table, result->baseIndex, row.original, values);
+            where = rowByValues(conn, *table, result->baseIndex, edit.original, values);
         }
         Lease lease(store->cache(),
                     QStringLiteral("UPDATE %1 SET %2 WHERE %3").arg(tableName, sets.join(QLatin1Char(',')), where));
@@ -780,8 +847,8 @@ void Recordset::Impl::writeRow(RowData& row)
         lease.get()->run();
     }
     row.dirty = false;
-    std::fill(row.changed.begin(), row.changed.end(), false);
-    row.original.assign(rowValues.begin(), rowValues.end());
+    std::fill(edit.changed.begin(), edit.changed.end(), false);
+    edit.original.assign(rowValues.begin(), rowValues.end());
 }
 
 void Recordset::Impl::flushPending()
@@ -875,15 +942,14 @@ void Recordset::AddNew()
     if (!d->table)
         throw VBError(3251, QStringLiteral("L'operazione richiesta non è supportata dall'oggetto o dal provider."));
     RowData row;
-    row.changed.assign(d->result->columns.size(), false);
+    row.edit().changed.assign(d->result->columns.size(), false);
     row.isNew = true;
     row.dirty = true;
     if (d->table->key >= 0)
         row.rowid = d->reserveKey();
-    row.first = d->cells.size();
-    d->cells.resize(d->cells.size() + d->result->columns.size(), Variant::null());
+    row.first = d->cells.append([](size_t) { return Variant::null(); });
     if (d->table->key >= 0 && d->keyColumn >= 0)
-        d->cells[row.first + size_t(d->keyColumn)] = Variant(std::int64_t(row.rowid));
+        d->cells.at(row.first)[d->keyColumn] = Variant(std::int64_t(row.rowid));
     d->rows.push_back(std::move(row));
     d->view.push_back(int(d->rows.size()) - 1);
     d->pos = d->size() - 1;
@@ -911,8 +977,8 @@ void Recordset::Delete()
             values.push_back(Variant(std::int64_t(row.rowid)));
         } else {
             std::vector<Variant> read(d->values(row).begin(), d->values(row).end());
-            where =
-                rowByValues(conn, *d->table, d->result->baseIndex, row.original.empty() ? read : row.original, values);
+            const bool asRead = !row.edits || row.edits->original.empty();
+            where = rowByValues(conn, *d->table, d->result->baseIndex, asRead ? read : row.edits->original, values);
         }
         Lease lease(d->store->cache(), QStringLiteral("DELETE FROM %1 WHERE %2").arg(quoteName(d->table->name), where));
         lease.get()->bind(values);
@@ -1046,6 +1112,7 @@ Recordset* Recordset::Child(const QString& member)
         shape->dates = all.result->dates;
         shape->baseIndex.assign(all.result->columns.size(), -1);
         v.result = std::move(shape);
+        v.cells.reset(all.result->columns.size());
         for (const RowData& r : all.rows) {
             bool match = true;
             for (const auto& [p, ch] : c.relate) {
@@ -1058,8 +1125,7 @@ Recordset* Recordset::Child(const QString& member)
             if (match) {
                 const std::span<const Variant> cells = all.values(r);
                 RowData& copy = v.rows.emplace_back(r);
-                copy.first = v.cells.size();
-                v.cells.insert(v.cells.end(), cells.begin(), cells.end());
+                copy.first = v.cells.append([&](size_t i) { return cells[i]; });
             }
         }
         for (const ChildSpec& grand : all.children)
@@ -1126,13 +1192,14 @@ void Field::setValue(const Variant& v)
     Recordset::Impl& d = *m_rs->d;
     RowData& row = d.current();
     const Variant stored = d.toStored(v, m_index);
-    if (row.changed.empty())
-        row.changed.assign(d.result->columns.size(), false);
+    RowEdit& edit = row.edit();
+    if (edit.changed.empty())
+        edit.changed.assign(d.result->columns.size(), false);
     const std::span<Variant> values = d.values(row);
-    if (row.original.empty())
-        row.original.assign(values.begin(), values.end());
+    if (edit.original.empty())
+        edit.original.assign(values.begin(), values.end());
     values[size_t(m_index)] = stored;
-    row.changed[size_t(m_index)] = true;
+    edit.changed[size_t(m_index)] = true;
     row.dirty = true;
 }
 

@@ -147,6 +147,27 @@ TEST_F(RecordsetTest, MovingAndCounting)
     EXPECT_EQ(open(QStringLiteral("Select * from Tbl_Numerazione"))->RecordCount(), 4);
 }
 
+TEST_F(RecordsetTest, ALongListReadsWritesAndGrowsLikeAShortOne)
+{
+    // Thousands of rows: values, edits and new rows far down the list as on its first rows.
+    raw("WITH RECURSIVE n(i) AS (SELECT 10 UNION ALL SELECT i + 1 FROM n WHERE i < 3009) "
+        "INSERT INTO Tbl_Reparto (ID_Reparto, Reparto) SELECT i, 'Reparto ' || i FROM n;");
+    auto rs = open(QStringLiteral("Select * from Tbl_Reparto ORDER BY ID_Reparto"));
+    ASSERT_EQ(rs->RecordCount(), 3003);
+    for (const int row : {0, 1026, 2050, 3002})
+        EXPECT_EQ(rs->value(row, 0).toLong(), row < 3 ? row + 1 : row + 7);
+    rs->Move(2050);
+    rs->Fields(1) = Variant(QStringLiteral("Collaudo"));
+    rs->AddNew();
+    rs->Fields(1) = Variant(QStringLiteral("Verniciatura"));
+    rs->UpdateBatch();
+    EXPECT_EQ(rs->value(3003, 0).toLong(), 3010);
+    EXPECT_EQ(rs->value(2050, 1).toString(), QStringLiteral("Collaudo"));
+    auto check = open(QStringLiteral("Select Reparto from Tbl_Reparto WHERE ID_Reparto = 2057 OR ID_Reparto = 3010"));
+    ASSERT_EQ(check->RecordCount(), 2);
+    EXPECT_EQ(check->value(0, 0).toString() + check->value(1, 0).toString(), QStringLiteral("CollaudoVerniciatura"));
+}
+
 TEST_F(RecordsetTest, FilterNarrowsTheRowsIgnoringCase)
 {
     auto rs = open(QStringLiteral("SELECT * from Tbl_Reparto ORDER BY Reparto;"));
