@@ -4,11 +4,14 @@
 
 #include "JetTestSupport.h"
 #include "ServerJet.h"
+#include "store/Schema.h"
 #include "support/TestPaths.h"
 
 #include <QDate>
 #include <QFile>
 #include <QMap>
+
+#include <random>
 
 using namespace store::jet;
 using namespace store::jet::testing;
@@ -207,4 +210,91 @@ TEST(JetTranslation, SelectIntoAndIntoAnotherFile)
     EXPECT_TRUE(t.statements[0].sql.startsWith(QStringLiteral("CREATE TABLE jet_in.Tbl_M")))
         << t.statements[0].sql.toStdString();
     EXPECT_TRUE(t.statements[1].sql.contains(QStringLiteral("FROM main.Tbl_M")));
+}
+
+namespace {
+
+/// Interventions for the groupings' check: few distinct values, so that groups hold
+/// several rows, counts tie, texts differ only in case, and Nulls and unmatched keys occur.
+void fillInterventions(sqlite3* db, unsigned seed, bool nullUnit)
+{
+    std::mt19937 rng(seed);
+    auto pick = [&](std::initializer_list<const char*> pool) {
+        const char* v = pool.begin()[rng() % pool.size()];
+        return v ? QStringLiteral("'%1'").arg(QLatin1String(v)) : QStringLiteral("Null");
+    };
+    QString sql = QStringLiteral("INSERT INTO Tbl_Causa_Intervento VALUES (1,'Guasto'),(2,'guasto'),(3,'Usura'),"
+                                 "(4,Null),(5,'Altro');");
+    for (int model = 1; model <= 8; ++model)
+        sql += QStringLiteral("INSERT INTO Tbl_Macchina (ID_MODELLO, Stato) VALUES (%1, %2);")
+                   .arg(model)
+                   .arg(pick({"Attiva", "attiva", "Ferma", nullptr}));
+    for (int i = 0; i < 3000; ++i)
+        sql += QStringLiteral("INSERT INTO Tbl_Ricerca (ID_MODELLO, Macchina, Modello, ID_NUM, Numerazione, "
+                              "ID_RICAMBI, ID_CAUSA) VALUES (%1, %2, %3, %4, %5, %6, %7);")
+                   .arg(pick({"1", "2", "3", "5", "8", "9", nullptr}), pick({"Pressa", "PRESSA", "Tornio", nullptr}),
+                        pick({"M1", "m1", "M2", nullptr}), pick({"1", "2", "3", nullptr}),
+                        pick({"1", "01", "1a", "1A", "2", "10", "x", nullUnit && i % 100 == 0 ? nullptr : "X"}),
+                        pick({"1", "2", nullptr}), pick({"1", "2", "3", "4", "5", "6", nullptr}));
+    ASSERT_EQ(sqlite3_exec(db, sql.toUtf8().constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+}
+
+QString outcome(JetConnection& jet, const Translation& t)
+{
+    try {
+        return jet.runTranslation(t);
+    } catch (const vb::VBError& e) {
+        return QStringLiteral("<error %1>").arg(e.number());
+    }
+}
+
+} // namespace
+
+// The interventions grouped by machine unit and by machine and cause, each against the
+// grouping with every term written out: a term the earlier ones determine is left to
+// SQLite's index order, and not a row, value or place changes, a Val of Null included.
+TEST(JetTranslation, GroupingsOverTheInterventionsKeepEveryRow)
+{
+    struct Case
+    {
+        const char* jet;
+        const char* everyTerm;
+    };
+    const Case cases[] = {
+        {"SELECT Tbl_Ricerca.ID_MODELLO, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, Tbl_Macchina.Stato, "
+         "Tbl_Ricerca.ID_NUM, Count(Tbl_Ricerca.ID_RICAMBI) AS ConteggioDiID_RICAMBI FROM Tbl_Ricerca INNER JOIN "
+         "Tbl_Macchina ON Tbl_Ricerca.ID_MODELLO = Tbl_Macchina.ID_MODELLO GROUP BY Tbl_Ricerca.ID_MODELLO, "
+         "Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, Tbl_Macchina.Stato, Tbl_Ricerca.ID_NUM, "
+         "Val([Tbl_Ricerca].[Numerazione])ORDER BY Val([Tbl_Ricerca].[Numerazione]);",
+         "SELECT Tbl_Ricerca.ID_MODELLO, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, Tbl_Macchina.Stato, "
+         "Tbl_Ricerca.ID_NUM, count(Tbl_Ricerca.ID_RICAMBI) AS ConteggioDiID_RICAMBI FROM Tbl_Ricerca INNER JOIN "
+         "Tbl_Macchina ON (Tbl_Ricerca.ID_MODELLO = Tbl_Macchina.ID_MODELLO) GROUP BY Tbl_Ricerca.ID_MODELLO, "
+         "Tbl_Ricerca.Modello COLLATE JET, Tbl_Ricerca.Numerazione COLLATE JET, Tbl_Macchina.Stato COLLATE JET, "
+         "Tbl_Ricerca.ID_NUM, jet_val(Tbl_Ricerca.Numerazione) ORDER BY jet_val(Tbl_Ricerca.Numerazione)"},
+        {"SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+         "Tbl_Causa_Intervento.Causa_Interv, "
+         "Count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+         "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+         "Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv ORDER BY Tbl_Ricerca.Macchina, "
+         "Tbl_Ricerca.Modello, Val(Tbl_Ricerca.Numerazione), Count(Tbl_Causa_Intervento.Causa_Interv) DESC;",
+         "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+         "Tbl_Causa_Intervento.Causa_Interv, count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA FROM Tbl_Ricerca "
+         "INNER JOIN Tbl_Causa_Intervento ON (Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA) GROUP BY "
+         "Tbl_Ricerca.Macchina COLLATE JET, Tbl_Ricerca.Modello COLLATE JET, Tbl_Ricerca.Numerazione COLLATE JET, "
+         "Tbl_Causa_Intervento.Causa_Interv COLLATE JET ORDER BY Tbl_Ricerca.Macchina COLLATE JET, "
+         "Tbl_Ricerca.Modello COLLATE JET, jet_val(Tbl_Ricerca.Numerazione), count(Tbl_Causa_Intervento.Causa_Interv) "
+         "DESC"},
+    };
+    for (const unsigned seed : {1u, 2u, 3u}) {
+        JetConnection jet;
+        store::createSchema(jet.db());
+        fillInterventions(jet.db(), seed, seed == 3);
+        for (const Case& c : cases) {
+            Translation t = translate(QString::fromUtf8(c.jet), jet.schema());
+            const QString ours = outcome(jet, t);
+            t.statements.back().sql = QString::fromUtf8(c.everyTerm);
+            EXPECT_EQ(ours, outcome(jet, t)) << c.jet;
+            EXPECT_EQ(ours.startsWith(u'<'), seed == 3);
+        }
+    }
 }

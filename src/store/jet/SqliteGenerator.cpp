@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <functional>
 #include <sqlite3.h>
 #include <tuple>
@@ -807,8 +808,9 @@ private:
             sql += QStringLiteral(" WHERE ") + cond(*s.where, scope).sql;
         if (!s.groupBy.empty()) {
             QStringList terms;
-            for (const Expr& e : s.groupBy)
-                terms << sortTerm(itemOrTerm(gen(e, scope), itemPositions));
+            for (size_t i = 0; i < s.groupBy.size(); ++i)
+                if (m_pg || !determinedByEarlierTerm(s, i, scope))
+                    terms << sortTerm(itemOrTerm(gen(s.groupBy[i], scope), itemPositions));
             sql += QStringLiteral(" GROUP BY ") + terms.join(QStringLiteral(", "));
         }
         if (s.having)
@@ -830,6 +832,73 @@ private:
         m_aggregate = outerAggregate;
         std::tie(m_bareColumns, m_bareOrder, m_insideAggregate) = outerBare;
         return sql;
+    }
+
+    // A GROUP BY term that the terms before it already determine splits no group and moves
+    // none, so SQLite is not given it: the rest can then follow an index's order and the
+    // grouping reads the index as it stands instead of sorting every row (the interventions
+    // by machine unit). Each group's values come from its last row either way. Two kinds:
+    // Val() of an earlier term (a text and its number; Jet's equal texts differ only in
+    // case, which Val ignores), kept in the ORDER BY so that Val of a Null still fails before
+    // the first row; and a column of a table inner-joined on its counter to an earlier term.
+    bool determinedByEarlierTerm(const Select& s, size_t i, const Scope& scope) const
+    {
+        if (s.having)
+            return false;
+        auto earlier = [&](const Expr& c) {
+            const auto target = resolve(c, scope);
+            return c.kind == Expr::Kind::Column && target.second &&
+                   std::any_of(s.groupBy.begin(), s.groupBy.begin() + std::ptrdiff_t(i), [&](const Expr& g) {
+                       return g.kind == Expr::Kind::Column && resolve(g, scope) == target;
+                   });
+        };
+        const Expr& e = s.groupBy[i];
+        if (isValOfColumn(e)) {
+            const auto ordered = [&](const OrderItem& o) {
+                return isValOfColumn(o.expr) && resolve(o.expr.args[0], scope) == resolve(e.args[0], scope);
+            };
+            return earlier(e.args[0]) && std::any_of(s.orderBy.begin(), s.orderBy.end(), ordered);
+        }
+        if (e.kind != Expr::Kind::Column)
+            return false;
+        const auto [table, column] = resolve(e, scope);
+        if (!column || table->derived)
+            return false;
+        for (const TableRef& t : s.from) {
+            const Expr* on = innerJoinOn(t, table->ref);
+            if (!on || on->kind != Expr::Kind::Binary || on->op != QLatin1String("=") || on->args.size() != 2)
+                continue;
+            for (int side = 0; side < 2; ++side) {
+                const Expr& key = on->args[size_t(side)];
+                const auto [keyTable, keyColumn] = resolve(key, scope);
+                if (key.kind == Expr::Kind::Column && keyTable == table && keyColumn && keyColumn->rowidKey &&
+                    earlier(on->args[size_t(1 - side)]))
+                    return true;
+            }
+        }
+        return false;
+    }
+
+    static bool isValOfColumn(const Expr& e)
+    {
+        return e.kind == Expr::Kind::Call && e.op.compare(QLatin1String("Val"), Qt::CaseInsensitive) == 0 &&
+               e.args.size() == 1 && e.args[0].kind == Expr::Kind::Column;
+    }
+
+    // The ON of the inner join that has the table named ref as one side, through inner
+    // joins only; nullptr when there is none.
+    static const Expr* innerJoinOn(const TableRef& t, const QString& ref)
+    {
+        if (t.kind != TableRef::Kind::Join || t.join != TableRef::JoinType::Inner || !t.on)
+            return nullptr;
+        for (const TableRef& side : t.sides) {
+            if (side.kind == TableRef::Kind::Table &&
+                (side.alias.isEmpty() ? side.name : side.alias).compare(ref, Qt::CaseInsensitive) == 0)
+                return &*t.on;
+            if (const Expr* on = innerJoinOn(side, ref))
+                return on;
+        }
+        return nullptr;
     }
 
     // GROUP BY and ORDER BY terms group and sort texts as Jet does.
