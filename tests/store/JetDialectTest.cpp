@@ -295,6 +295,18 @@ TEST(JetTranslation, GroupingsOverTheInterventionsKeepEveryRow)
          "Tbl_Causa_Intervento.Causa_Interv COLLATE JET ORDER BY Tbl_Ricerca.Macchina COLLATE JET, "
          "Tbl_Ricerca.Modello COLLATE JET, jet_val(Tbl_Ricerca.Numerazione), count(Tbl_Causa_Intervento.Causa_Interv) "
          "DESC"},
+        {"SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+         "Tbl_Causa_Intervento.Causa_Interv, "
+         "Count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA FROM Tbl_Ricerca INNER JOIN Tbl_Causa_Intervento ON "
+         "Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA GROUP BY Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, "
+         "Tbl_Ricerca.Numerazione, Tbl_Causa_Intervento.Causa_Interv ORDER BY Tbl_Ricerca.Macchina, "
+         "Tbl_Ricerca.Modello, Val(Tbl_Ricerca.Numerazione);",
+         "SELECT Tbl_Ricerca.Macchina, Tbl_Ricerca.Modello, Tbl_Ricerca.Numerazione, "
+         "Tbl_Causa_Intervento.Causa_Interv, count(Tbl_Ricerca.ID_CAUSA) AS ConteggioDiID_CAUSA FROM Tbl_Ricerca "
+         "INNER JOIN Tbl_Causa_Intervento ON (Tbl_Ricerca.ID_CAUSA = Tbl_Causa_Intervento.ID_CAUSA) GROUP BY "
+         "Tbl_Ricerca.Macchina COLLATE JET, Tbl_Ricerca.Modello COLLATE JET, Tbl_Ricerca.Numerazione COLLATE JET, "
+         "Tbl_Causa_Intervento.Causa_Interv COLLATE JET ORDER BY Tbl_Ricerca.Macchina COLLATE JET, "
+         "Tbl_Ricerca.Modello COLLATE JET, jet_val(Tbl_Ricerca.Numerazione)"},
     };
     for (const unsigned seed : {1u, 2u, 3u, 4u}) {
         JetConnection jet;

@@ -843,7 +843,9 @@ private:
     // the first row; and a column of a table inner-joined on its counter to an earlier term.
     bool determinedByEarlierTerm(const Select& s, size_t i, const Scope& scope) const
     {
-        if (s.having)
+        // Over whole tables only: the rows then reach the grouping in the same order either
+        // way, so each group's last row stays the same.
+        if (s.having || s.where)
             return false;
         auto earlier = [&](const Expr& c) {
             const auto target = resolve(c, scope);
