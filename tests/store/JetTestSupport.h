@@ -81,7 +81,13 @@ public:
     /// statement's "?" parameters, as the parameter commands do.
     QString run(const QString& jetSql, const std::vector<vb::Variant>& user = {}) override
     {
-        m_last = withUserParams(translate(jetSql, m_schema.get()), user);
+        return runTranslation(withUserParams(translate(jetSql, m_schema.get()), user));
+    }
+
+    /// Runs a translation as run() does (a test may have changed its SQL).
+    QString runTranslation(Translation translation)
+    {
+        m_last = std::move(translation);
         QStringList rows;
         for (const SqliteStatement& s : m_last.statements) {
             rows.clear();

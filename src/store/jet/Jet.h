@@ -91,6 +91,7 @@ struct ColumnInfo
     QString name;
     QString declType; ///< as declared in SQLite ("DATE", "VARCHAR(255)", ...)
     ColumnKind kind = ColumnKind::Unknown;
+    bool rowidKey = false; ///< the table's INTEGER PRIMARY KEY (a counter): one row per value
 };
 
 struct TableInfo

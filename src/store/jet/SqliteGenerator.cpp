@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <functional>
 #include <sqlite3.h>
 #include <tuple>
@@ -807,8 +808,9 @@ private:
             sql += QStringLiteral(" WHERE ") + cond(*s.where, scope).sql;
         if (!s.groupBy.empty()) {
             QStringList terms;
-            for (const Expr& e : s.groupBy)
-                terms << sortTerm(itemOrTerm(gen(e, scope), itemPositions));
+            for (size_t i = 0; i < s.groupBy.size(); ++i)
+                if (m_pg || !determinedByEarlierTerm(s, i, scope))
+                    terms << sortTerm(itemOrTerm(gen(s.groupBy[i], scope), itemPositions));
             sql += QStringLiteral(" GROUP BY ") + terms.join(QStringLiteral(", "));
         }
         if (s.having)
@@ -830,6 +832,75 @@ private:
         m_aggregate = outerAggregate;
         std::tie(m_bareColumns, m_bareOrder, m_insideAggregate) = outerBare;
         return sql;
+    }
+
+    // A GROUP BY term that the terms before it already determine splits no group and moves
+    // none, so SQLite is not given it: the rest can then follow an index's order and the
+    // grouping reads the index as it stands instead of sorting every row (the interventions
+    // by machine unit). Each group's values come from its last row either way. Two kinds:
+    // Val() of an earlier term (a text and its number; Jet's equal texts differ only in
+    // case, which Val ignores), kept in the ORDER BY so that Val of a Null still fails before
+    // the first row; and a column of a table inner-joined on its counter to an earlier term.
+    bool determinedByEarlierTerm(const Select& s, size_t i, const Scope& scope) const
+    {
+        // Over whole tables only: the rows then reach the grouping in the same order either
+        // way, so each group's last row stays the same.
+        if (s.having || s.where)
+            return false;
+        auto earlier = [&](const Expr& c) {
+            const auto target = resolve(c, scope);
+            return c.kind == Expr::Kind::Column && target.second &&
+                   std::any_of(s.groupBy.begin(), s.groupBy.begin() + std::ptrdiff_t(i), [&](const Expr& g) {
+                       return g.kind == Expr::Kind::Column && resolve(g, scope) == target;
+                   });
+        };
+        const Expr& e = s.groupBy[i];
+        if (isValOfColumn(e)) {
+            const auto ordered = [&](const OrderItem& o) {
+                return isValOfColumn(o.expr) && resolve(o.expr.args[0], scope) == resolve(e.args[0], scope);
+            };
+            return earlier(e.args[0]) && std::any_of(s.orderBy.begin(), s.orderBy.end(), ordered);
+        }
+        if (e.kind != Expr::Kind::Column)
+            return false;
+        const auto [table, column] = resolve(e, scope);
+        if (!column || table->derived)
+            return false;
+        for (const TableRef& t : s.from) {
+            const Expr* on = innerJoinOn(t, table->ref);
+            if (!on || on->kind != Expr::Kind::Binary || on->op != QLatin1String("=") || on->args.size() != 2)
+                continue;
+            for (int side = 0; side < 2; ++side) {
+                const Expr& key = on->args[size_t(side)];
+                const auto [keyTable, keyColumn] = resolve(key, scope);
+                if (key.kind == Expr::Kind::Column && keyTable == table && keyColumn && keyColumn->rowidKey &&
+                    earlier(on->args[size_t(1 - side)]))
+                    return true;
+            }
+        }
+        return false;
+    }
+
+    static bool isValOfColumn(const Expr& e)
+    {
+        return e.kind == Expr::Kind::Call && e.op.compare(QLatin1String("Val"), Qt::CaseInsensitive) == 0 &&
+               e.args.size() == 1 && e.args[0].kind == Expr::Kind::Column;
+    }
+
+    // The ON of the inner join that has the table named ref as one side, through inner
+    // joins only; nullptr when there is none.
+    static const Expr* innerJoinOn(const TableRef& t, const QString& ref)
+    {
+        if (t.kind != TableRef::Kind::Join || t.join != TableRef::JoinType::Inner || !t.on)
+            return nullptr;
+        for (const TableRef& side : t.sides) {
+            if (side.kind == TableRef::Kind::Table &&
+                (side.alias.isEmpty() ? side.name : side.alias).compare(ref, Qt::CaseInsensitive) == 0)
+                return &*t.on;
+            if (const Expr* on = innerJoinOn(side, ref))
+                return on;
+        }
+        return nullptr;
     }
 
     // GROUP BY and ORDER BY terms group and sort texts as Jet does.
@@ -896,7 +967,9 @@ private:
         }
         std::vector<Ty> types;
         bool known = true;
-        const QString sql = selectSql(s, nullptr, nullptr, &types, &t.columnNames, &known, nullptr, rowidOf);
+        QString sql = selectSql(s, nullptr, nullptr, &types, &t.columnNames, &known, nullptr, rowidOf);
+        if (const QString counted = countedFirst(s, t.columnNames); !counted.isEmpty())
+            sql = counted;
         if (!rowidOf.isEmpty())
             t.baseTable = s.from[0].name;
         if (known)
@@ -905,6 +978,117 @@ private:
         else
             t.columnNames.clear();
         emit(sql);
+    }
+
+    // ---- a grouping by a looked-up name -------------------------------------------------
+    // "GROUP BY R.a, R.b, T.name ... FROM R INNER JOIN T ON R.k = T.counter" with counts:
+    // SQLite sorts every row of R to group them (the interventions by machine and cause).
+    // Counting R by (a, b, k) first reads an index on those columns in its order, with no
+    // sort, and leaves a row per group or fewer; the statement then groups and orders those
+    // counted rows as it would have grouped R's, with the counts added up. The groups, their
+    // order and their ties come out the same: the counted rows arrive in the order R's rows
+    // would, each holding the values of its last row. "" when the select is not of this shape.
+    QString countedFirst(const Select& s, const QStringList& names)
+    {
+        if (m_pg || s.distinct || s.topLiteral >= 0 || s.where || s.having || s.from.size() != 1 || s.groupBy.empty() ||
+            s.from[0].kind != TableRef::Kind::Join || s.from[0].join != TableRef::JoinType::Inner)
+            return {};
+        const TableRef& join = s.from[0];
+        const Expr& on = *join.on;
+        if (join.sides[0].kind != TableRef::Kind::Table || join.sides[1].kind != TableRef::Kind::Table ||
+            on.kind != Expr::Kind::Binary || on.op != QLatin1String("=") || on.args.size() != 2)
+            return {};
+        Scope scope;
+        collect(join, scope);
+        using Ref = std::pair<const ScopeTable*, const ColumnInfo*>;
+        auto columnOf = [&](const Expr& e) { return e.kind == Expr::Kind::Column ? resolve(e, scope) : Ref{}; };
+        const ScopeTable* looked = nullptr;
+        Ref key;
+        for (size_t side = 0; side < 2; ++side) {
+            const Ref counter = columnOf(on.args[side]), other = columnOf(on.args[1 - side]);
+            if (counter.second && counter.second->rowidKey && other.second && other.first != counter.first)
+                std::tie(looked, key) = std::pair(counter.first, other);
+        }
+        if (!looked)
+            return {};
+        auto refOf = [](const TableRef& t) { return t.alias.isEmpty() ? t.name : t.alias; };
+        const bool countedLeft = refOf(join.sides[0]).compare(key.first->ref, Qt::CaseInsensitive) == 0;
+        const TableRef& counted = join.sides[countedLeft ? 0 : 1];
+
+        // R's grouped columns, each once and before any looked-up one, then its key.
+        QStringList firstColumns, firstGroups, groupTerms;
+        std::vector<Ref> groups;
+        for (size_t i = 0; i < s.groupBy.size(); ++i) {
+            const Ref c = columnOf(s.groupBy[i]);
+            if (!c.second || c == key || std::find(groups.begin(), groups.end(), c) != groups.end() ||
+                (c.first != looked && !groups.empty() && groups.back().first == looked))
+                return {};
+            groups.push_back(c);
+            const G g = gen(s.groupBy[i], scope);
+            if (!determinedByEarlierTerm(s, i, scope))
+                groupTerms << sortTerm(g);
+            if (c.first != looked) {
+                firstColumns << g.sql + QStringLiteral(" AS ") + ident(c.second->name);
+                firstGroups << sortTerm(g);
+            }
+        }
+        if (groups.front().first == looked || groups.back().first != looked)
+            return {};
+        const QString keySql = ident(key.first->ref) + u'.' + ident(key.second->name);
+        firstColumns << keySql + QStringLiteral(" AS ") + ident(key.second->name);
+        firstGroups << keySql;
+
+        // A count of R's column adds up R's counts; one of T's, the rows where it is not Null.
+        QStringList firstCounts;
+        auto value = [&](const Expr& e) -> QString {
+            const bool count = e.kind == Expr::Kind::Call &&
+                               e.op.compare(QLatin1String("Count"), Qt::CaseInsensitive) == 0 && e.args.size() == 1;
+            if (!count)
+                return std::find(groups.begin(), groups.end(), columnOf(e)) != groups.end() ||
+                               (e.kind == Expr::Kind::Call &&
+                                e.op.compare(QLatin1String("Val"), Qt::CaseInsensitive) == 0 && e.args.size() == 1 &&
+                                std::find(groups.begin(), groups.end(), columnOf(e.args[0])) != groups.end())
+                           ? gen(e, scope).sql
+                           : QString();
+            const Expr& a = e.args[0];
+            const Ref c = columnOf(a);
+            if (a.kind == Expr::Kind::Star && a.qualifier.isEmpty())
+                return QStringLiteral("sum(jet_rows)");
+            if (c.second && c.first == looked)
+                return QStringLiteral("sum(iif(%1 IS NULL, 0, jet_rows))").arg(gen(a, scope).sql);
+            if (!c.second || c.first != key.first)
+                return {};
+            const QString name = QStringLiteral("jet_c") + QString::number(firstCounts.size());
+            firstCounts << QStringLiteral("count(%1) AS %2").arg(gen(a, scope).sql, name);
+            return QStringLiteral("sum(%1)").arg(name);
+        };
+        QStringList items, order;
+        for (size_t i = 0; i < s.items.size(); ++i) {
+            const QString v = value(s.items[i].expr);
+            if (v.isEmpty() || int(i) >= names.size())
+                return {};
+            const bool aliased = !s.items[i].alias.isEmpty() || s.items[i].expr.kind != Expr::Kind::Column;
+            items << v + (aliased ? QStringLiteral(" AS ") + ident(names[int(i)]) : QString());
+        }
+        for (const OrderItem& o : s.orderBy) {
+            const QString v = value(o.expr);
+            if (v.isEmpty())
+                return {};
+            const Ty ty = o.expr.kind == Expr::Kind::Column ? gen(o.expr, scope).ty : Ty::Number;
+            order << sortTerm({v, ty}) + (o.descending ? QStringLiteral(" DESC") : QString());
+        }
+        firstCounts << QStringLiteral("count(*) AS jet_rows");
+        // Joined in this order, the counted rows stream to the join in the order counted.
+        QString sql = QStringLiteral("SELECT %1 FROM (SELECT %2, %3 FROM %4 GROUP BY %5) AS %6 CROSS JOIN %7 ON %8 "
+                                     "GROUP BY %9")
+                          .arg(items.join(QStringLiteral(", ")), firstColumns.join(QStringLiteral(", ")),
+                               firstCounts.join(QStringLiteral(", ")), fromSql(counted, scope, false),
+                               firstGroups.join(QStringLiteral(", ")), ident(key.first->ref),
+                               fromSql(join.sides[countedLeft ? 1 : 0], scope, false), cond(on, scope).sql,
+                               groupTerms.join(QStringLiteral(", ")));
+        if (!order.isEmpty())
+            sql += QStringLiteral(" ORDER BY ") + order.join(QStringLiteral(", "));
+        return sql;
     }
 
     static bool exprHasAggregate(const Expr& e)

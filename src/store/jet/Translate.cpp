@@ -9,6 +9,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <atomic>
 #include <sqlite3.h>
 
@@ -145,8 +146,8 @@ const TableInfo* SqliteSchema::table(const QString& name) const
         }
     }
     sqlite3_finalize(st);
-    if (found && sqlite3_prepare_v2(m_db, "SELECT name, type FROM pragma_table_info(?1, 'main')", -1, &st, nullptr) ==
-                     SQLITE_OK) {
+    if (found && sqlite3_prepare_v2(m_db, "SELECT name, type, pk FROM pragma_table_info(?1, 'main')", -1, &st,
+                                    nullptr) == SQLITE_OK) {
         const QByteArray real = info->name.toUtf8();
         sqlite3_bind_text(st, 1, real.constData(), int(real.size()), SQLITE_TRANSIENT);
         while (sqlite3_step(st) == SQLITE_ROW) {
@@ -154,9 +155,15 @@ const TableInfo* SqliteSchema::table(const QString& name) const
             c.name = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)));
             c.declType = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 1)));
             c.kind = kindOfDecl(c.declType);
+            c.rowidKey = sqlite3_column_int(st, 2) > 0; // checked below: a key of one INTEGER column
             info->columns.push_back(std::move(c));
         }
         sqlite3_finalize(st);
+        const auto keys =
+            std::count_if(info->columns.begin(), info->columns.end(), [](const ColumnInfo& c) { return c.rowidKey; });
+        for (ColumnInfo& c : info->columns)
+            c.rowidKey =
+                c.rowidKey && keys == 1 && c.declType.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0;
     }
     const TableInfo* result = found ? info.get() : nullptr;
     if (found)
