@@ -70,30 +70,52 @@ Qt::Alignment qtAlign(Align a)
     }
 }
 
-void paintPage(QPainter& p, const Page& page, int number, int total, QHash<int, QFont>& fonts)
+/// What the painter holds between items: setting a font or a pen the painter already
+/// has costs a font look-up and a state change in the file, once per text otherwise.
+struct PaintState
+{
+    QHash<int, QFont> fonts;
+    int font = -1;
+    enum class Pen { None, Rule, Text } pen = Pen::None;
+    QRgb textColour = 0;
+};
+
+void paintPage(QPainter& p, const Page& page, int number, int total, PaintState& st)
 {
     QPen rule(Qt::black);
     rule.setWidth(15); // about a quarter of a millimetre
     for (const PlacedItem& it : page.items) {
         switch (it.kind) {
         case PlacedItem::Kind::Line:
-            p.setPen(rule);
-            p.drawLine(it.rect.topLeft(), it.rect.bottomRight());
-            break;
         case PlacedItem::Kind::Box:
-            p.setPen(rule);
-            p.setBrush(Qt::NoBrush);
-            p.drawRect(QRect(it.rect.topLeft(), it.rect.bottomRight()));
+            if (st.pen != PaintState::Pen::Rule) {
+                p.setPen(rule);
+                st.pen = PaintState::Pen::Rule;
+            }
+            if (it.kind == PlacedItem::Kind::Line) {
+                p.drawLine(it.rect.topLeft(), it.rect.bottomRight());
+            } else {
+                p.setBrush(Qt::NoBrush);
+                p.drawRect(QRect(it.rect.topLeft(), it.rect.bottomRight()));
+            }
             break;
         case PlacedItem::Kind::Text: {
             if (it.backColor != NoColour)
                 p.fillRect(it.rect, vbColour(it.backColor));
             const int key = it.font.size * 2 + (it.font.bold ? 1 : 0);
-            auto f = fonts.find(key);
-            if (f == fonts.end())
-                f = fonts.insert(key, qtFont(it.font));
-            p.setFont(*f);
-            p.setPen(vbColour(it.foreColor));
+            if (key != st.font) {
+                auto f = st.fonts.find(key);
+                if (f == st.fonts.end())
+                    f = st.fonts.insert(key, qtFont(it.font));
+                p.setFont(*f);
+                st.font = key;
+            }
+            const QColor colour = vbColour(it.foreColor);
+            if (st.pen != PaintState::Pen::Text || st.textColour != colour.rgb()) {
+                p.setPen(colour);
+                st.pen = PaintState::Pen::Text;
+                st.textColour = colour.rgb();
+            }
             for (int i = 0; i < it.lines.size(); ++i) {
                 const QRect line(it.rect.left(), it.rect.top() + i * it.lineHeight, it.rect.width(), it.lineHeight);
                 p.drawText(line, qtAlign(it.align) | Qt::TextDontClip, printedLine(it, i, number, total));
@@ -115,15 +137,17 @@ bool render(QPagedPaintDevice& device, const Document& doc)
     p.setRenderHint(QPainter::TextAntialiasing);
     const double sx = device.logicalDpiX() / 1440.0;
     const double sy = device.logicalDpiY() / 1440.0;
-    QHash<int, QFont> fonts;
+    PaintState state;
     const int total = static_cast<int>(doc.pages.size());
     for (int i = 0; i < total; ++i) {
         if (i > 0 && !device.newPage())
             return false;
         p.save();
         p.scale(sx, sy);
-        paintPage(p, doc.pages[i], i + 1, total, fonts);
-        p.restore();
+        paintPage(p, doc.pages[i], i + 1, total, state);
+        p.restore(); // back to the painter's own font and pen
+        state.font = -1;
+        state.pen = PaintState::Pen::None;
     }
     return p.end();
 }
