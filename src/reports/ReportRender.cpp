@@ -9,6 +9,7 @@
 #include <QPdfWriter>
 
 #include <cmath>
+#include <unordered_map>
 
 namespace reports {
 
@@ -70,15 +71,59 @@ Qt::Alignment qtAlign(Align a)
     }
 }
 
+/// A font as painted, with what its lines need to be placed.
+struct PaintFont
+{
+    PaintFont(const QFont& f, const QPaintDevice* device) : font(f), metrics(f, device) { }
+    QFont font;
+    QFontMetricsF metrics;
+    QHash<QString, qreal> advances; ///< of the right-aligned and centred lines
+};
+
 /// What the painter holds between items: setting a font or a pen the painter already
 /// has costs a font look-up and a state change in the file, once per text otherwise.
 struct PaintState
 {
-    QHash<int, QFont> fonts;
-    int font = -1;
+    std::unordered_map<int, PaintFont> fonts;
+    PaintFont* font = nullptr;
     enum class Pen { None, Rule, Text } pen = Pen::None;
     QRgb textColour = 0;
 };
+
+/// Whether a line prints as it is written: no tab, control character or line separator
+/// (which drawing in a rectangle turns into blanks or breaks) and no right-to-left script.
+bool plainLine(const QString& text)
+{
+    for (const QChar ch : text) {
+        const char16_t c = ch.unicode();
+        if (c < 0x20 || (c >= 0x7F && c < 0xA0) || c >= 0x0590)
+            return false;
+    }
+    return true;
+}
+
+/// Draws one line of a text where drawText(rect, alignment | Qt::TextDontClip) puts it,
+/// without laying it out again: its baseline the font's ascent below the rectangle's
+/// top; its start at the left, or its end (trailing blanks included, "FORNITORE: ") at
+/// the right, or its middle in the middle.
+void drawLine(QPainter& p, PaintFont& f, const QRect& r, Align align, const QString& text)
+{
+    if (!plainLine(text)) {
+        p.drawText(r, qtAlign(align) | Qt::TextDontClip, text);
+        return;
+    }
+    qreal x = r.left();
+    if (align != Align::Left) {
+        auto it = f.advances.constFind(text);
+        if (it == f.advances.constEnd()) {
+            if (f.advances.size() > 10000)
+                f.advances.clear();
+            it = f.advances.insert(text, f.metrics.horizontalAdvance(text));
+        }
+        x += align == Align::Right ? r.width() - *it : (r.width() - *it) / 2;
+    }
+    p.drawText(QPointF(x, r.top() + f.metrics.ascent()), text);
+}
 
 void paintPage(QPainter& p, const Page& page, int number, int total, PaintState& st)
 {
@@ -103,12 +148,12 @@ void paintPage(QPainter& p, const Page& page, int number, int total, PaintState&
             if (it.backColor != NoColour)
                 p.fillRect(it.rect, vbColour(it.backColor));
             const int key = it.font.size * 2 + (it.font.bold ? 1 : 0);
-            if (key != st.font) {
+            if (!st.font || st.font->font.pixelSize() != it.font.size || st.font->font.bold() != it.font.bold) {
                 auto f = st.fonts.find(key);
                 if (f == st.fonts.end())
-                    f = st.fonts.insert(key, qtFont(it.font));
-                p.setFont(*f);
-                st.font = key;
+                    f = st.fonts.try_emplace(key, qtFont(it.font), p.device()).first;
+                p.setFont(f->second.font);
+                st.font = &f->second;
             }
             const QColor colour = vbColour(it.foreColor);
             if (st.pen != PaintState::Pen::Text || st.textColour != colour.rgb()) {
@@ -118,7 +163,7 @@ void paintPage(QPainter& p, const Page& page, int number, int total, PaintState&
             }
             for (int i = 0; i < it.lines.size(); ++i) {
                 const QRect line(it.rect.left(), it.rect.top() + i * it.lineHeight, it.rect.width(), it.lineHeight);
-                p.drawText(line, qtAlign(it.align) | Qt::TextDontClip, printedLine(it, i, number, total));
+                drawLine(p, *st.font, line, it.align, printedLine(it, i, number, total));
             }
             break;
         }
@@ -146,7 +191,7 @@ bool render(QPagedPaintDevice& device, const Document& doc)
         p.scale(sx, sy);
         paintPage(p, doc.pages[i], i + 1, total, state);
         p.restore(); // back to the painter's own font and pen
-        state.font = -1;
+        state.font = nullptr;
         state.pen = PaintState::Pen::None;
     }
     return p.end();
