@@ -308,15 +308,15 @@ public:
             it.align = c.align;
             const int top = c.top + m_shift[i];
             if (isText(c.kind)) {
-                if (m_lines[i].size() == 1 && m_lines[i].front().isEmpty() && c.backColor == NoColour)
+                if (m_lines[i].size() == 1 && m_lines[i].constFirst().isEmpty() && c.backColor == NoColour)
                     continue;
                 it.kind = PlacedItem::Kind::Text;
                 it.rect = QRect(x0 + c.left, top, c.width, c.height + m_growth[i]);
                 it.lines = std::move(m_lines[i]);
                 it.lineHeight = m_lineHeights[i];
-                it.pageNumbers =
-                    m_pageBand && it.lines.size() == 1 &&
-                    (it.lines.front().contains(QLatin1String("%p")) || it.lines.front().contains(QLatin1String("%P")));
+                it.pageNumbers = m_pageBand && it.lines.size() == 1 &&
+                                 (it.lines.constFirst().contains(QLatin1String("%p")) ||
+                                  it.lines.constFirst().contains(QLatin1String("%P")));
             } else {
                 // Rules and boxes that reach the band's bottom follow it: a horizontal rule
                 // moves down with the band, a vertical rule or a box stretches.
