@@ -125,7 +125,7 @@ void drawLine(QPainter& p, PaintFont& f, const QRect& r, Align align, const QStr
     p.drawText(QPointF(x, r.top() + f.metrics.ascent()), text);
 }
 
-void paintPage(QPainter& p, const Page& page, int number, int total, PaintState& st)
+void paintItems(QPainter& p, const Page& page, int number, int total, PaintState& st)
 {
     QPen rule(Qt::black);
     rule.setWidth(15); // about a quarter of a millimetre
@@ -173,6 +173,12 @@ void paintPage(QPainter& p, const Page& page, int number, int total, PaintState&
 
 } // namespace
 
+void paintPage(QPainter& p, const Page& page, int number, int total)
+{
+    PaintState state;
+    paintItems(p, page, number, total, state);
+}
+
 bool render(QPagedPaintDevice& device, const Document& doc)
 {
     QPainter p;
@@ -189,7 +195,7 @@ bool render(QPagedPaintDevice& device, const Document& doc)
             return false;
         p.save();
         p.scale(sx, sy);
-        paintPage(p, doc.pages[i], i + 1, total, state);
+        paintItems(p, doc.pages[i], i + 1, total, state);
         p.restore(); // back to the painter's own font and pen
         state.font = nullptr;
         state.pen = PaintState::Pen::None;
