@@ -9,6 +9,7 @@
 #include <QPdfWriter>
 
 #include <cmath>
+#include <unordered_map>
 
 namespace reports {
 
@@ -70,33 +71,99 @@ Qt::Alignment qtAlign(Align a)
     }
 }
 
-void paintPage(QPainter& p, const Page& page, int number, int total, QHash<int, QFont>& fonts)
+/// A font as painted, with what its lines need to be placed.
+struct PaintFont
+{
+    PaintFont(const QFont& f, const QPaintDevice* device) : font(f), metrics(f, device) { }
+    QFont font;
+    QFontMetricsF metrics;
+    QHash<QString, qreal> advances; ///< of the right-aligned and centred lines
+};
+
+/// What the painter holds between items: setting a font or a pen the painter already
+/// has costs a font look-up and a state change in the file, once per text otherwise.
+struct PaintState
+{
+    std::unordered_map<int, PaintFont> fonts;
+    PaintFont* font = nullptr;
+    enum class Pen { None, Rule, Text } pen = Pen::None;
+    QRgb textColour = 0;
+};
+
+/// Whether a line prints as it is written: no tab, control character or line separator
+/// (which drawing in a rectangle turns into blanks or breaks) and no right-to-left script.
+bool plainLine(const QString& text)
+{
+    for (const QChar ch : text) {
+        const char16_t c = ch.unicode();
+        if (c < 0x20 || (c >= 0x7F && c < 0xA0) || c >= 0x0590)
+            return false;
+    }
+    return true;
+}
+
+/// Draws one line of a text where drawText(rect, alignment | Qt::TextDontClip) puts it,
+/// without laying it out again: its baseline the font's ascent below the rectangle's
+/// top; its start at the left, or its end (trailing blanks included, "FORNITORE: ") at
+/// the right, or its middle in the middle.
+void drawLine(QPainter& p, PaintFont& f, const QRect& r, Align align, const QString& text)
+{
+    if (!plainLine(text)) {
+        p.drawText(r, qtAlign(align) | Qt::TextDontClip, text);
+        return;
+    }
+    qreal x = r.left();
+    if (align != Align::Left) {
+        auto it = f.advances.constFind(text);
+        if (it == f.advances.constEnd()) {
+            if (f.advances.size() > 10000)
+                f.advances.clear();
+            it = f.advances.insert(text, f.metrics.horizontalAdvance(text));
+        }
+        x += align == Align::Right ? r.width() - *it : (r.width() - *it) / 2;
+    }
+    p.drawText(QPointF(x, r.top() + f.metrics.ascent()), text);
+}
+
+void paintItems(QPainter& p, const Page& page, int number, int total, PaintState& st)
 {
     QPen rule(Qt::black);
     rule.setWidth(15); // about a quarter of a millimetre
     for (const PlacedItem& it : page.items) {
         switch (it.kind) {
         case PlacedItem::Kind::Line:
-            p.setPen(rule);
-            p.drawLine(it.rect.topLeft(), it.rect.bottomRight());
-            break;
         case PlacedItem::Kind::Box:
-            p.setPen(rule);
-            p.setBrush(Qt::NoBrush);
-            p.drawRect(QRect(it.rect.topLeft(), it.rect.bottomRight()));
+            if (st.pen != PaintState::Pen::Rule) {
+                p.setPen(rule);
+                st.pen = PaintState::Pen::Rule;
+            }
+            if (it.kind == PlacedItem::Kind::Line) {
+                p.drawLine(it.rect.topLeft(), it.rect.bottomRight());
+            } else {
+                p.setBrush(Qt::NoBrush);
+                p.drawRect(QRect(it.rect.topLeft(), it.rect.bottomRight()));
+            }
             break;
         case PlacedItem::Kind::Text: {
             if (it.backColor != NoColour)
                 p.fillRect(it.rect, vbColour(it.backColor));
             const int key = it.font.size * 2 + (it.font.bold ? 1 : 0);
-            auto f = fonts.find(key);
-            if (f == fonts.end())
-                f = fonts.insert(key, qtFont(it.font));
-            p.setFont(*f);
-            p.setPen(vbColour(it.foreColor));
+            if (!st.font || st.font->font.pixelSize() != it.font.size || st.font->font.bold() != it.font.bold) {
+                auto f = st.fonts.find(key);
+                if (f == st.fonts.end())
+                    f = st.fonts.try_emplace(key, qtFont(it.font), p.device()).first;
+                p.setFont(f->second.font);
+                st.font = &f->second;
+            }
+            const QColor colour = vbColour(it.foreColor);
+            if (st.pen != PaintState::Pen::Text || st.textColour != colour.rgb()) {
+                p.setPen(colour);
+                st.pen = PaintState::Pen::Text;
+                st.textColour = colour.rgb();
+            }
             for (int i = 0; i < it.lines.size(); ++i) {
                 const QRect line(it.rect.left(), it.rect.top() + i * it.lineHeight, it.rect.width(), it.lineHeight);
-                p.drawText(line, qtAlign(it.align) | Qt::TextDontClip, printedLine(it, i, number, total));
+                drawLine(p, *st.font, line, it.align, printedLine(it, i, number, total));
             }
             break;
         }
@@ -105,6 +172,12 @@ void paintPage(QPainter& p, const Page& page, int number, int total, QHash<int, 
 }
 
 } // namespace
+
+void paintPage(QPainter& p, const Page& page, int number, int total)
+{
+    PaintState state;
+    paintItems(p, page, number, total, state);
+}
 
 bool render(QPagedPaintDevice& device, const Document& doc)
 {
@@ -115,15 +188,17 @@ bool render(QPagedPaintDevice& device, const Document& doc)
     p.setRenderHint(QPainter::TextAntialiasing);
     const double sx = device.logicalDpiX() / 1440.0;
     const double sy = device.logicalDpiY() / 1440.0;
-    QHash<int, QFont> fonts;
+    PaintState state;
     const int total = static_cast<int>(doc.pages.size());
     for (int i = 0; i < total; ++i) {
         if (i > 0 && !device.newPage())
             return false;
         p.save();
         p.scale(sx, sy);
-        paintPage(p, doc.pages[i], i + 1, total, fonts);
-        p.restore();
+        paintItems(p, doc.pages[i], i + 1, total, state);
+        p.restore(); // back to the painter's own font and pen
+        state.font = nullptr;
+        state.pen = PaintState::Pen::None;
     }
     return p.end();
 }

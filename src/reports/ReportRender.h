@@ -13,6 +13,7 @@
 #include <memory>
 
 class QPagedPaintDevice;
+class QPainter;
 
 namespace reports {
 
@@ -36,6 +37,10 @@ private:
     // Long documents repeat the same words: their widths are measured once per font.
     QHash<int, QHash<QString, int>> m_widths;
 };
+
+/// Paints page `number` of `total` with a painter whose unit is one twip, each line of
+/// text where drawing it in its rectangle with its alignment would put it.
+void paintPage(QPainter& p, const Page& page, int number, int total);
 
 /// Paints every page on the device, one device page each (the device's margins are its
 /// caller's: the PDF and a full-page printer draw from the paper's corner). The painter

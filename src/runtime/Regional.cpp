@@ -363,13 +363,13 @@ std::optional<double> parseDateTime(QStringView text)
 
 QString dateText(double serial)
 {
-    const QDateTime dt = fromSerial(serial);
-    const QTime t = dt.time();
+    const QDate d = dateFromSerial(serial);
+    const QTime t = timeFromSerial(serial);
     auto two = [](int v) { return QString::number(v).rightJustified(2, u'0'); };
     const QString time = two(t.hour()) + TimeSeparator + two(t.minute()) + TimeSeparator + two(t.second());
-    if (dt.date() == QDate(1899, 12, 30))
+    if (d == QDate(1899, 12, 30))
         return time;
-    const QString date = dt.date().toString(QStringLiteral("dd/MM/yyyy"));
+    const QString date = d.toString(QStringLiteral("dd/MM/yyyy"));
     return t == QTime(0, 0) ? date : date + u' ' + time;
 }
 

@@ -311,9 +311,8 @@ QString two(int v)
 
 QString formatDate(double serial, const QString& pattern)
 {
-    const QDateTime dt = fromSerial(serial);
-    const QDate d = dt.date();
-    const QTime t = dt.time();
+    const QDate d = dateFromSerial(serial);
+    const QTime t = timeFromSerial(serial);
     const int vbWeekday = d.dayOfWeek() % 7 + 1;
 
     bool twelveHour = false;

@@ -4,6 +4,7 @@
 #include "runtime/VBError.h"
 
 #include <cmath>
+#include <utility>
 
 namespace vb {
 
@@ -226,24 +227,41 @@ double toSerial(const QDateTime& dt)
     return day < 0 ? day - time : day + time;
 }
 
-QDateTime fromSerial(double serial)
+namespace {
+
+/// A serial's day and second of the day, without going through the local time zone (a
+/// serial is a wall-clock reading). The program works in whole seconds; a time that
+/// rounds up to midnight is the next day.
+std::pair<QDate, int> splitSerial(double serial)
 {
     if (!std::isfinite(serial))
-        return QDateTime(kDayZero, QTime(0, 0));
+        return {kDayZero, 0};
     const double day = std::trunc(serial);
-    // The program works in whole seconds; a time that rounds up to midnight is the next day.
     qint64 seconds = std::llround(std::fabs(serial - day) * 86400.0);
     QDate date = kDayZero.addDays(static_cast<qint64>(day));
     if (seconds >= 86400) {
         date = date.addDays(1);
         seconds -= 86400;
     }
-    return QDateTime(date, QTime(0, 0).addSecs(static_cast<int>(seconds)));
+    return {date, static_cast<int>(seconds)};
+}
+
+} // namespace
+
+QDateTime fromSerial(double serial)
+{
+    const auto [date, seconds] = splitSerial(serial);
+    return QDateTime(date, QTime(0, 0).addSecs(seconds));
 }
 
 QDate dateFromSerial(double serial)
 {
-    return fromSerial(serial).date();
+    return splitSerial(serial).first;
+}
+
+QTime timeFromSerial(double serial)
+{
+    return QTime(0, 0).addSecs(splitSerial(serial).second);
 }
 
 } // namespace vb

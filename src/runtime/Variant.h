@@ -90,5 +90,6 @@ double toSerial(const QDateTime& dt);
 double toSerial(const QDate& d);
 QDateTime fromSerial(double serial);
 QDate dateFromSerial(double serial);
+QTime timeFromSerial(double serial);
 
 } // namespace vb

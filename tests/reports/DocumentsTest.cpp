@@ -12,6 +12,8 @@
 #include "support/GoldenFile.h"
 
 #include <QFile>
+#include <QImage>
+#include <QPainter>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -305,4 +307,43 @@ TEST(DocumentDesigns, PdfHasOnePagePerLaidOutPage)
     EXPECT_EQ(pdf.count("/Type /Page\n"), 3);
     // A folder that does not exist gives false, not a half-written file.
     EXPECT_FALSE(writePdf(doc, dir.filePath("missing/r9.pdf")));
+}
+
+// A line of text is painted where drawing it in its rectangle would put it: from the
+// left, up to the right with its trailing blank, centred, and with a tab (drawn in its
+// rectangle, where the tab prints as a blank).
+TEST(DocumentDesigns, LinesPaintWhereTheirRectanglesPutThem)
+{
+    const std::pair<const char*, Align> lines[] = {{"MACCHINA:", Align::Left}, {"FORNITORE: ", Align::Right},
+                                                   {"N°:", Align::Right},      {"LISTA RICAMBI", Align::Centre},
+                                                   {"Q.Tà\t12", Align::Left},  {"Pagina 1 di 1", Align::Centre}};
+    Page page;
+    int top = 0;
+    for (const auto& [text, align] : lines) {
+        PlacedItem it;
+        it.rect = QRect(283, top += 300, 2001, 255);
+        it.lines = {QString::fromUtf8(text)};
+        it.lineHeight = 255;
+        it.align = align;
+        it.font = Font{top % 600 ? 180 : 280, align != Align::Left};
+        page.items.push_back(it);
+    }
+    auto painted = [&](auto paint) {
+        QImage image(800, 600, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter p(&image);
+        p.scale(0.3, 0.3);
+        paint(p);
+        return image;
+    };
+    const QImage inRectangles = painted([&](QPainter& p) {
+        for (const PlacedItem& it : page.items) {
+            p.setFont(qtFont(it.font));
+            const auto align = it.align == Align::Right    ? Qt::AlignRight
+                               : it.align == Align::Centre ? Qt::AlignHCenter
+                                                           : Qt::AlignLeft;
+            p.drawText(it.rect, align | Qt::AlignTop | Qt::TextDontClip, it.lines.front());
+        }
+    });
+    EXPECT_TRUE(painted([&](QPainter& p) { paintPage(p, page, 1, 1); }) == inRectangles);
 }
