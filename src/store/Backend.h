@@ -68,6 +68,14 @@ public:
     /// Runs SQL text of the engine's own (several statements allowed), reading nothing.
     virtual void exec(const QString& sql) = 0;
     virtual jet::Translation translate(const QString& jetSql) = 0;
+    /// The version of the tables the translations are made for.
+    virtual quint64 schemaVersion() = 0;
+    /// From here the schema's version is read in a read transaction that stays open until
+    /// endRead(): the SELECT stepped first reads its rows in it, under the schema it was
+    /// translated for, instead of beginning a transaction of its own. endRead() comes
+    /// before anything that writes.
+    virtual void beginRead() { }
+    virtual void endRead() { }
     /// The key the last INSERT gave its row, and the rows the last action changed.
     virtual std::int64_t lastInsertKey(const StoredTable& table) = 0;
     virtual std::int64_t changes() = 0;

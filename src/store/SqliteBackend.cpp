@@ -197,6 +197,9 @@ public:
     }
 
     jet::Translation translate(const QString& jetSql) override { return jet::translate(jetSql, m_schema.get()); }
+    quint64 schemaVersion() override { return m_schema->version(); }
+    void beginRead() override { m_schema->hold(); }
+    void endRead() override { m_schema->release(); }
     std::int64_t lastInsertKey(const StoredTable&) override { return sqlite3_last_insert_rowid(m_db); }
     std::int64_t changes() override { return sqlite3_changes(m_db); }
 
