@@ -32,8 +32,11 @@ public:
     {
         if (m_slots.size() <= size_t(column) * Slots)
             m_slots.resize((size_t(column) + 1) * Slots);
-        Slot& slot = m_slots[size_t(column) * Slots + (qHashBits(p, size_t(n)) & (Slots - 1))];
+        const size_t at = size_t(column) * Slots + (qHashBits(p, size_t(n)) & (Slots - 1));
+        Slot& slot = m_slots[at];
         if (slot.bytes.size() != size_t(n) || std::memcmp(slot.bytes.data(), p, size_t(n)) != 0) {
+            if (slot.text.isNull())
+                m_used.push_back(at);
             slot.bytes.assign(p, size_t(n));
             slot.text = QString::fromUtf8(p, n);
         }
@@ -43,11 +46,11 @@ public:
     /// (a list read again would otherwise allocate and clear it each time).
     void clear()
     {
-        for (Slot& slot : m_slots)
-            if (!slot.text.isNull()) {
-                std::string().swap(slot.bytes);
-                slot.text = QString();
-            }
+        for (const size_t at : m_used) {
+            std::string().swap(m_slots[at].bytes);
+            m_slots[at].text = QString();
+        }
+        m_used.clear();
     }
 
 private:
@@ -58,6 +61,7 @@ private:
         QString text;
     };
     std::vector<Slot> m_slots;
+    std::vector<size_t> m_used; ///< the slots holding a text, to let go without a walk of them all
 };
 
 class SqliteStatement final : public Statement
@@ -110,10 +114,13 @@ public:
 
     Variant value(int i, ColumnType type, bool date) const override
     {
-        switch (sqlite3_column_type(m_st, i)) {
+        // The column's value is looked up once and read through: each sqlite3_column_*
+        // call would look it up again (one thread runs everything, see openSqlite).
+        sqlite3_value* value = sqlite3_column_value(m_st, i);
+        switch (sqlite3_value_type(value)) {
         case SQLITE_NULL: return Variant::null();
         case SQLITE_INTEGER: {
-            const sqlite3_int64 v = sqlite3_column_int64(m_st, i);
+            const sqlite3_int64 v = sqlite3_value_int64(value);
             if (date)
                 return Variant(JetDate{double(v)});
             if (type == ColumnType::Boolean)
@@ -121,7 +128,7 @@ public:
             return Variant(std::int64_t(v));
         }
         case SQLITE_FLOAT: {
-            const double d = sqlite3_column_double(m_st, i);
+            const double d = sqlite3_value_double(value);
             if (date)
                 return Variant(JetDate{d});
             if (type == ColumnType::Boolean)
@@ -129,8 +136,8 @@ public:
             return Variant(d);
         }
         default: {
-            const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(m_st, i));
-            const int n = sqlite3_column_bytes(m_st, i);
+            const auto* p = reinterpret_cast<const char*>(sqlite3_value_text(value));
+            const int n = sqlite3_value_bytes(value);
             // A short result is read as it comes; sharing pays from a list's length on.
             QString s = m_rows > 64 ? m_texts.text(i, p, n) : QString::fromUtf8(p, n);
             if (date && !s.isEmpty()) {
