@@ -56,6 +56,14 @@ public:
     /// The current row's value: Date columns (and date expressions) as dates, Yes/No
     /// columns as booleans.
     virtual vb::Variant value(int i, ColumnType type, bool date) const = 0;
+    /// Appends the current row's first `count` values to `into`, each as value() reads it
+    /// with types[i] and dates[i].
+    virtual void appendRow(std::vector<vb::Variant>& into, int count, const ColumnType* types,
+                           const std::vector<bool>& dates) const
+    {
+        for (int i = 0; i < count; ++i)
+            into.push_back(value(i, types[i], dates[size_t(i)]));
+    }
     virtual std::int64_t integer(int i) const = 0;
 };
 

@@ -526,6 +526,15 @@ public:
     /// Appends a row, its values made by make(column); returns where it starts.
     template <class Make> size_t append(Make&& make)
     {
+        return appendWith([&](std::vector<Variant>& block) {
+            for (size_t i = 0; i < m_width; ++i)
+                block.push_back(make(i));
+        });
+    }
+    /// Appends a row whose values fill(block) puts at the end of `block`, all of them at
+    /// once (a statement's row in one call); returns where it starts.
+    template <class Fill> size_t appendWith(Fill&& fill)
+    {
         if (m_blocks.empty() || m_blocks.back().size() + m_width > m_blockCells) {
             m_blocks.emplace_back().reserve(m_blocks.size() == 1 ? std::min(m_blockCells, m_width * 16) : m_blockCells);
         }
@@ -533,8 +542,7 @@ public:
         if (block.size() + m_width > block.capacity())
             block.reserve(std::min(m_blockCells, std::max(block.capacity() * 2, block.size() + m_width)));
         const size_t first = (m_blocks.size() - 1) * m_blockCells + block.size();
-        for (size_t i = 0; i < m_width; ++i)
-            block.push_back(make(i));
+        fill(block);
         return first;
     }
     Variant* at(size_t first) { return m_blocks[first / m_blockCells].data() + first % m_blockCells; }
@@ -719,7 +727,7 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr, std::share
     st.connection().endRead();
     while (more) {
         RowData& row = rows.emplace_back();
-        row.first = cells.append([&](size_t i) { return stmt->value(int(i), types[i], isDate[i]); });
+        row.first = cells.appendWith([&](std::vector<Variant>& block) { stmt->appendRow(block, n, types, isDate); });
         if (shape.rowidColumn >= 0) {
             row.rowid = stmt->integer(shape.rowidColumn);
             row.hasRowid = true;

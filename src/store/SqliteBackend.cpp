@@ -112,28 +112,31 @@ public:
         return std::pair{QString::fromUtf8(table), QString::fromUtf8(column)};
     }
 
-    Variant value(int i, ColumnType type, bool date) const override
+private:
+    /// Reads column i of the current row and hands it to `make` as the arguments of the
+    /// Variant it is: Date columns (and date expressions) as dates, Yes/No as booleans.
+    template <class Make> decltype(auto) read(int i, ColumnType type, bool date, Make&& make) const
     {
         // The column's value is looked up once and read through: each sqlite3_column_*
         // call would look it up again (one thread runs everything, see openSqlite).
         sqlite3_value* value = sqlite3_column_value(m_st, i);
         switch (sqlite3_value_type(value)) {
-        case SQLITE_NULL: return Variant::null();
+        case SQLITE_NULL: return make(Variant::null());
         case SQLITE_INTEGER: {
             const sqlite3_int64 v = sqlite3_value_int64(value);
             if (date)
-                return Variant(JetDate{double(v)});
+                return make(JetDate{double(v)});
             if (type == ColumnType::Boolean)
-                return Variant(v != 0);
-            return Variant(std::int64_t(v));
+                return make(v != 0);
+            return make(std::int64_t(v));
         }
         case SQLITE_FLOAT: {
             const double d = sqlite3_value_double(value);
             if (date)
-                return Variant(JetDate{d});
+                return make(JetDate{d});
             if (type == ColumnType::Boolean)
-                return Variant(d != 0.0);
-            return Variant(d);
+                return make(d != 0.0);
+            return make(d);
         }
         default: {
             const auto* p = reinterpret_cast<const char*>(sqlite3_value_text(value));
@@ -142,11 +145,25 @@ public:
             QString s = m_rows > 64 ? m_texts.text(i, p, n) : QString::fromUtf8(p, n);
             if (date && !s.isEmpty()) {
                 if (const auto serial = vb::regional::parseDateTime(s))
-                    return Variant(JetDate{*serial});
+                    return make(JetDate{*serial});
             }
-            return Variant(std::move(s));
+            return make(std::move(s));
         }
         }
+    }
+
+public:
+    Variant value(int i, ColumnType type, bool date) const override
+    {
+        return read(i, type, date, [](auto&&... v) { return Variant(std::forward<decltype(v)>(v)...); });
+    }
+
+    void appendRow(std::vector<Variant>& into, int count, const ColumnType* types,
+                   const std::vector<bool>& dates) const override
+    {
+        for (int i = 0; i < count; ++i)
+            read(i, types[i], dates[size_t(i)],
+                 [&](auto&&... v) { into.emplace_back(std::forward<decltype(v)>(v)...); });
     }
 
     std::int64_t integer(int i) const override { return sqlite3_column_int64(m_st, i); }
