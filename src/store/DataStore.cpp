@@ -78,7 +78,6 @@ std::unique_ptr<DataStore> g_report;
 QString g_server;
 
 constexpr int kMaxCachedStatements = 256;
-constexpr int kMaxCachedTexts = 4096;
 
 } // namespace
 
@@ -98,7 +97,7 @@ struct DataStore::Cache
             return *it;
         auto text = std::make_shared<CachedText>(CachedText{version, conn->translate(jetSql), {}});
         if (text->translation.kind == jet::StatementKind::Select) {
-            if (texts.size() >= kMaxCachedTexts)
+            if (texts.size() >= kMaxCachedStatements)
                 texts.clear();
             texts.insert(jetSql, text);
         }
@@ -113,12 +112,13 @@ struct DataStore::Cache
                 s->orphan = true;
         statements.clear();
         ++generation;
+        // The statements let go are not kept alive by the texts that led to them.
+        texts.clear();
     }
 
     void schemaChanged()
     {
         tables.clear();
-        texts.clear();
         clearStatements();
     }
 
