@@ -56,6 +56,14 @@ public:
     /// The current row's value: Date columns (and date expressions) as dates, Yes/No
     /// columns as booleans.
     virtual vb::Variant value(int i, ColumnType type, bool date) const = 0;
+    /// Appends the current row's first `count` values to `into`, each as value() reads it
+    /// with types[i] and dates[i].
+    virtual void appendRow(std::vector<vb::Variant>& into, int count, const ColumnType* types,
+                           const std::vector<bool>& dates) const
+    {
+        for (int i = 0; i < count; ++i)
+            into.push_back(value(i, types[i], dates[size_t(i)]));
+    }
     virtual std::int64_t integer(int i) const = 0;
 };
 
@@ -68,6 +76,14 @@ public:
     /// Runs SQL text of the engine's own (several statements allowed), reading nothing.
     virtual void exec(const QString& sql) = 0;
     virtual jet::Translation translate(const QString& jetSql) = 0;
+    /// The version of the tables the translations are made for.
+    virtual quint64 schemaVersion() = 0;
+    /// From here the schema's version is read in a read transaction that stays open until
+    /// endRead(): the SELECT stepped first reads its rows in it, under the schema it was
+    /// translated for, instead of beginning a transaction of its own. endRead() comes
+    /// before anything that writes.
+    virtual void beginRead() { }
+    virtual void endRead() { }
     /// The key the last INSERT gave its row, and the rows the last action changed.
     virtual std::int64_t lastInsertKey(const StoredTable& table) = 0;
     virtual std::int64_t changes() = 0;

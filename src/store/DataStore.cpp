@@ -59,8 +59,18 @@ struct CachedStatement
     std::unique_ptr<backend::Statement> stmt;
     std::shared_ptr<const ResultShape> shape;
     size_t rowsLastTime = 0; ///< rows read at the last use: the room set aside for the next
+    quint64 generation = 0;  ///< the cache's generation it was kept in
     bool inUse = false;
     bool orphan = false;
+};
+
+/// A statement's text as last translated, and for a SELECT the slot its statement is kept
+/// in: a list read again goes to its prepared statement without looking its SQL up.
+struct CachedText
+{
+    quint64 version = 0; ///< of the tables the translation was made for
+    jet::Translation translation;
+    std::shared_ptr<CachedStatement> statement;
 };
 
 std::unique_ptr<DataStore> g_main;
@@ -76,8 +86,23 @@ struct DataStore::Cache
     backend::Connection* conn = nullptr;
     QHash<QString, std::shared_ptr<TableInfo>> tables; // lower-case name
     QHash<QString, std::shared_ptr<CachedStatement>> statements;
+    quint64 generation = 0;                            ///< moves whenever the kept statements are let go
+    QHash<QString, std::shared_ptr<CachedText>> texts; // SELECTs, by their Jet text
 
-    jet::Translation translate(const QString& jetSql) { return conn->translate(jetSql); }
+    /// A statement's translation for the tables as they are now.
+    std::shared_ptr<CachedText> translate(const QString& jetSql)
+    {
+        const quint64 version = conn->schemaVersion();
+        if (auto it = texts.constFind(jetSql); it != texts.constEnd() && (*it)->version == version)
+            return *it;
+        auto text = std::make_shared<CachedText>(CachedText{version, conn->translate(jetSql), {}});
+        if (text->translation.kind == jet::StatementKind::Select) {
+            if (texts.size() >= kMaxCachedStatements)
+                texts.clear();
+            texts.insert(jetSql, text);
+        }
+        return text;
+    }
 
     void clearStatements()
     {
@@ -86,6 +111,9 @@ struct DataStore::Cache
             if (s->inUse)
                 s->orphan = true;
         statements.clear();
+        ++generation;
+        // The statements let go are not kept alive by the texts that led to them.
+        texts.clear();
     }
 
     void schemaChanged()
@@ -109,12 +137,19 @@ struct DataStore::Cache
 namespace {
 
 /// A prepared statement borrowed from the cache (or made for this use alone when the
-/// cached one is still running), reset when given back.
+/// cached one is still running), reset when given back. `known` is where the caller keeps
+/// the slot of the statement found for the same SQL before: still kept and free, it is
+/// taken without a look-up; otherwise it is set to the slot found now.
 class Lease
 {
 public:
-    Lease(DataStore::Cache& cache, const QString& sql)
+    Lease(DataStore::Cache& cache, const QString& sql, std::shared_ptr<CachedStatement>* known = nullptr)
     {
+        if (known && *known && (*known)->generation == cache.generation && !(*known)->inUse) {
+            m_slot = *known;
+            m_slot->inUse = true;
+            return;
+        }
         auto it = cache.statements.constFind(sql);
         if (it != cache.statements.constEnd() && !(*it)->inUse) {
             m_slot = *it;
@@ -124,11 +159,14 @@ public:
             if (it == cache.statements.constEnd()) {
                 if (cache.statements.size() >= kMaxCachedStatements)
                     cache.clearStatements();
+                m_slot->generation = cache.generation;
                 cache.statements.insert(sql, m_slot);
             } else {
                 m_slot->orphan = true; // the cached one is busy: this one is for this use alone
             }
         }
+        if (known && !m_slot->orphan)
+            *known = m_slot;
         m_slot->inUse = true;
     }
     ~Lease()
@@ -210,9 +248,24 @@ private:
     bool m_attached = false;
 };
 
+/// The read a statement's translation began (backend::Connection::beginRead), ended
+/// however the statement ends.
+class ReadScope
+{
+public:
+    explicit ReadScope(backend::Connection& conn) : m_conn(conn) { m_conn.beginRead(); }
+    ~ReadScope() { m_conn.endRead(); }
+    ReadScope(const ReadScope&) = delete;
+    ReadScope& operator=(const ReadScope&) = delete;
+
+private:
+    backend::Connection& m_conn;
+};
+
 /// Runs the statements of a translation that read nothing (all of them for an action).
 void runActions(DataStore& store, const jet::Translation& tr, size_t count)
 {
+    store.connection().endRead();
     if (tr.kind == jet::StatementKind::SelectInto) {
         if (store.connection().tableExists(tr.intoTable, !tr.intoFile.isEmpty()))
             throw errors::tableExists(tr.intoTable);
@@ -353,8 +406,10 @@ void DataStore::RunForEachRow(const QString& keys, const QString& perRow, vb::Tr
     const QString placeholder = QStringLiteral("{key}");
     bool done = false;
     trap.step([&] {
-        const jet::Translation keysTr = m_cache->translate(keys);
-        jet::Translation rowTr = m_cache->translate(QString(perRow).replace(placeholder, QStringLiteral("?")));
+        const auto keysText = m_cache->translate(keys);
+        const jet::Translation& keysTr = keysText->translation;
+        jet::Translation rowTr =
+            m_cache->translate(QString(perRow).replace(placeholder, QStringLiteral("?")))->translation;
         const QString whole = walkAsOneStatement(keysTr, rowTr, *m_conn);
         if (whole.isEmpty())
             return;
@@ -398,7 +453,7 @@ std::unique_ptr<Recordset> DataStore::Command(const QString& name, const Variant
     const QString text = parameterCommand(name);
     if (text.isEmpty())
         throw VBError(3265);
-    jet::Translation tr = m_cache->translate(text);
+    jet::Translation tr = m_cache->translate(text)->translation;
     // The command's one "?" takes the caller's value.
     for (const int position : tr.userParams)
         for (jet::SqliteStatement& s : tr.statements)
@@ -471,6 +526,15 @@ public:
     /// Appends a row, its values made by make(column); returns where it starts.
     template <class Make> size_t append(Make&& make)
     {
+        return appendWith([&](std::vector<Variant>& block) {
+            for (size_t i = 0; i < m_width; ++i)
+                block.push_back(make(i));
+        });
+    }
+    /// Appends a row whose values fill(block) puts at the end of `block`, all of them at
+    /// once (a statement's row in one call); returns where it starts.
+    template <class Fill> size_t appendWith(Fill&& fill)
+    {
         if (m_blocks.empty() || m_blocks.back().size() + m_width > m_blockCells) {
             m_blocks.emplace_back().reserve(m_blocks.size() == 1 ? std::min(m_blockCells, m_width * 16) : m_blockCells);
         }
@@ -478,8 +542,7 @@ public:
         if (block.size() + m_width > block.capacity())
             block.reserve(std::min(m_blockCells, std::max(block.capacity() * 2, block.size() + m_width)));
         const size_t first = (m_blocks.size() - 1) * m_blockCells + block.size();
-        for (size_t i = 0; i < m_width; ++i)
-            block.push_back(make(i));
+        fill(block);
         return first;
     }
     Variant* at(size_t first) { return m_blocks[first / m_blockCells].data() + first % m_blockCells; }
@@ -583,7 +646,7 @@ struct Recordset::Impl
         throw VBError(3265);
     }
 
-    void load(DataStore& st, const jet::Translation& tr);
+    void load(DataStore& st, const jet::Translation& tr, std::shared_ptr<CachedStatement>* known = nullptr);
     void loadShape(DataStore& st, const shape::Command& cmd);
     void rebuildView();
     void writeRow(RowData& row);
@@ -634,14 +697,15 @@ std::shared_ptr<const ResultShape> resultShape(DataStore& st, const backend::Sta
 
 } // namespace
 
-void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
+void Recordset::Impl::load(DataStore& st, const jet::Translation& tr, std::shared_ptr<CachedStatement>* known)
 {
     store = &st;
     if (tr.statements.empty())
         return;
-    runActions(st, tr, tr.statements.size() - 1);
+    if (tr.statements.size() > 1)
+        runActions(st, tr, tr.statements.size() - 1);
     const jet::SqliteStatement& s = tr.statements.back();
-    Lease lease(st.cache(), s.sql);
+    Lease lease(st.cache(), s.sql, known);
     backend::Statement* stmt = lease.get();
     stmt->bind(s.params);
     if (!lease.shape())
@@ -658,9 +722,12 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
     // time, so that the values are not moved as the array grows.
     rows.reserve(lease.rowsLastTime());
     cells.reset(size_t(n), lease.rowsLastTime());
-    while (stmt->step()) {
+    bool more = stmt->step();
+    // The statement's rows are read in its own transaction from here.
+    st.connection().endRead();
+    while (more) {
         RowData& row = rows.emplace_back();
-        row.first = cells.append([&](size_t i) { return stmt->value(int(i), types[i], isDate[i]); });
+        row.first = cells.appendWith([&](std::vector<Variant>& block) { stmt->appendRow(block, n, types, isDate); });
         if (shape.rowidColumn >= 0) {
             row.rowid = stmt->integer(shape.rowidColumn);
             row.hasRowid = true;
@@ -670,6 +737,7 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
                 row.hasRowid = true;
             }
         }
+        more = stmt->step();
     }
     if (rows.size() < lease.rowsLastTime() / 2) {
         // Far fewer rows than last time: the room left over is given back.
@@ -683,7 +751,8 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr)
 
 void Recordset::Impl::loadShape(DataStore& st, const shape::Command& cmd)
 {
-    load(st, st.cache().translate(cmd.sql));
+    const auto text = st.cache().translate(cmd.sql);
+    load(st, text->translation, &text->statement);
     for (const shape::Child& c : cmd.children) {
         ChildSpec spec;
         spec.name = c.name;
@@ -874,12 +943,17 @@ void Recordset::Open(const QString& jetSql, DataStore& store)
         d->loadShape(store, *shape::parse(jetSql));
         return;
     }
-    openTranslated(store.cache().translate(jetSql), store);
+    const ReadScope read(store.connection());
+    const auto text = store.cache().translate(jetSql);
+    if (text->translation.kind == jet::StatementKind::Select)
+        d->load(store, text->translation, &text->statement);
+    else
+        openTranslated(text->translation, store);
 }
 
 void Recordset::OpenLocked(const QString& jetSql, DataStore& store)
 {
-    jet::Translation tr = store.cache().translate(jetSql);
+    jet::Translation tr = store.cache().translate(jetSql)->translation;
     const QString lock = store.connection().rowLock();
     if (tr.kind == jet::StatementKind::Select && !tr.statements.empty() && !lock.isEmpty())
         tr.statements.back().sql += lock;
@@ -895,6 +969,7 @@ void Recordset::openTranslated(const jet::Translation& tr, DataStore& store)
         return;
     }
     // An action statement runs at once and leaves the recordset closed.
+    store.connection().endRead();
     Attachment attached(store.connection(), tr.intoFile);
     runActions(store, tr, tr.statements.size());
 }

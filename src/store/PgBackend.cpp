@@ -87,6 +87,7 @@ public:
     {
         return jet::translate(jetSql, &session.schema(), jet::Dialect::Postgres);
     }
+    quint64 schemaVersion() override { return session.schema().version(); }
     std::int64_t lastInsertKey(const StoredTable& table) override
     {
         const pg::PgResult r = session.exec(QStringLiteral("SELECT currval(pg_get_serial_sequence($1, 'jet_rowid'))"),

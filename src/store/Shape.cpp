@@ -171,7 +171,7 @@ private:
 
 bool isShape(const QString& text)
 {
-    const QString t = text.trimmed();
+    const QStringView t = QStringView(text).trimmed();
     return t.startsWith(QLatin1String("SHAPE"), Qt::CaseInsensitive) &&
            (t.size() == 5 || t[5].isSpace() || t[5] == u'{');
 }

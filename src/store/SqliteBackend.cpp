@@ -32,8 +32,11 @@ public:
     {
         if (m_slots.size() <= size_t(column) * Slots)
             m_slots.resize((size_t(column) + 1) * Slots);
-        Slot& slot = m_slots[size_t(column) * Slots + (qHashBits(p, size_t(n)) & (Slots - 1))];
+        const size_t at = size_t(column) * Slots + (qHashBits(p, size_t(n)) & (Slots - 1));
+        Slot& slot = m_slots[at];
         if (slot.bytes.size() != size_t(n) || std::memcmp(slot.bytes.data(), p, size_t(n)) != 0) {
+            if (slot.text.isNull())
+                m_used.push_back(at);
             slot.bytes.assign(p, size_t(n));
             slot.text = QString::fromUtf8(p, n);
         }
@@ -43,11 +46,11 @@ public:
     /// (a list read again would otherwise allocate and clear it each time).
     void clear()
     {
-        for (Slot& slot : m_slots)
-            if (!slot.text.isNull()) {
-                std::string().swap(slot.bytes);
-                slot.text = QString();
-            }
+        for (const size_t at : m_used) {
+            std::string().swap(m_slots[at].bytes);
+            m_slots[at].text = QString();
+        }
+        m_used.clear();
     }
 
 private:
@@ -58,6 +61,7 @@ private:
         QString text;
     };
     std::vector<Slot> m_slots;
+    std::vector<size_t> m_used; ///< the slots holding a text, to let go without a walk of them all
 };
 
 class SqliteStatement final : public Statement
@@ -108,38 +112,58 @@ public:
         return std::pair{QString::fromUtf8(table), QString::fromUtf8(column)};
     }
 
-    Variant value(int i, ColumnType type, bool date) const override
+private:
+    /// Reads column i of the current row and hands it to `make` as the arguments of the
+    /// Variant it is: Date columns (and date expressions) as dates, Yes/No as booleans.
+    template <class Make> decltype(auto) read(int i, ColumnType type, bool date, Make&& make) const
     {
-        switch (sqlite3_column_type(m_st, i)) {
-        case SQLITE_NULL: return Variant::null();
+        // The column's value is looked up once and read through: each sqlite3_column_*
+        // call would look it up again (one thread runs everything, see openSqlite).
+        sqlite3_value* value = sqlite3_column_value(m_st, i);
+        switch (sqlite3_value_type(value)) {
+        case SQLITE_NULL: return make(Variant::null());
         case SQLITE_INTEGER: {
-            const sqlite3_int64 v = sqlite3_column_int64(m_st, i);
+            const sqlite3_int64 v = sqlite3_value_int64(value);
             if (date)
-                return Variant(JetDate{double(v)});
+                return make(JetDate{double(v)});
             if (type == ColumnType::Boolean)
-                return Variant(v != 0);
-            return Variant(std::int64_t(v));
+                return make(v != 0);
+            return make(std::int64_t(v));
         }
         case SQLITE_FLOAT: {
-            const double d = sqlite3_column_double(m_st, i);
+            const double d = sqlite3_value_double(value);
             if (date)
-                return Variant(JetDate{d});
+                return make(JetDate{d});
             if (type == ColumnType::Boolean)
-                return Variant(d != 0.0);
-            return Variant(d);
+                return make(d != 0.0);
+            return make(d);
         }
         default: {
-            const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(m_st, i));
-            const int n = sqlite3_column_bytes(m_st, i);
+            const auto* p = reinterpret_cast<const char*>(sqlite3_value_text(value));
+            const int n = sqlite3_value_bytes(value);
             // A short result is read as it comes; sharing pays from a list's length on.
             QString s = m_rows > 64 ? m_texts.text(i, p, n) : QString::fromUtf8(p, n);
             if (date && !s.isEmpty()) {
                 if (const auto serial = vb::regional::parseDateTime(s))
-                    return Variant(JetDate{*serial});
+                    return make(JetDate{*serial});
             }
-            return Variant(std::move(s));
+            return make(std::move(s));
         }
         }
+    }
+
+public:
+    Variant value(int i, ColumnType type, bool date) const override
+    {
+        return read(i, type, date, [](auto&&... v) { return Variant(std::forward<decltype(v)>(v)...); });
+    }
+
+    void appendRow(std::vector<Variant>& into, int count, const ColumnType* types,
+                   const std::vector<bool>& dates) const override
+    {
+        for (int i = 0; i < count; ++i)
+            read(i, types[i], dates[size_t(i)],
+                 [&](auto&&... v) { into.emplace_back(std::forward<decltype(v)>(v)...); });
     }
 
     std::int64_t integer(int i) const override { return sqlite3_column_int64(m_st, i); }
@@ -197,6 +221,9 @@ public:
     }
 
     jet::Translation translate(const QString& jetSql) override { return jet::translate(jetSql, m_schema.get()); }
+    quint64 schemaVersion() override { return m_schema->version(); }
+    void beginRead() override { m_schema->hold(); }
+    void endRead() override { m_schema->release(); }
     std::int64_t lastInsertKey(const StoredTable&) override { return sqlite3_last_insert_rowid(m_db); }
     std::int64_t changes() override { return sqlite3_changes(m_db); }
 

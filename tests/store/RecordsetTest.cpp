@@ -279,6 +279,24 @@ TEST_F(RecordsetTest, FailuresAreTheProvidersErrors)
         EXPECT_NE(errorOf([&] { store->Execute(QString::fromUtf8(sql)); }), 0) << sql;
 }
 
+TEST_F(RecordsetTest, NoReadOfTheStoreStaysOpenAfterAStatement)
+{
+    // A read left open would keep the next list from other workstations' writes and the
+    // journal from being folded back into the store: none is, however the statement ends.
+    const std::pair<const char*, int> statements[] = {
+        {"Select * from Tbl_Reparto", 0},
+        {"Select * from Tbl_Reparto where ID_Reparto = -1", 0},
+        {"Select Nessuna from Tbl_Reparto", -2147217904},
+        {"Select Val(Null) from Tbl_Reparto", 94},
+        {"Select * Tbl_Reparto", -2147217900},
+        {"Delete * from Tbl_Order", 0},
+    };
+    for (const auto& [sql, error] : statements) {
+        EXPECT_EQ(errorOf([&] { store->Query(QString::fromLatin1(sql)); }), error) << sql;
+        EXPECT_EQ(sqlite3_txn_state(store->handle(), "main"), SQLITE_TXN_NONE) << sql;
+    }
+}
+
 TEST_F(RecordsetTest, ActionStatementsLeaveAClosedRecordset)
 {
     Recordset rs;

@@ -132,12 +132,20 @@ public:
     ~SqliteSchema() override;
     const TableInfo* table(const QString& name) const override;
     quint64 version() const override;
+    /// From here the version is read once, in a read transaction that stays open until
+    /// release(): a SELECT stepped meanwhile reads its rows in that same transaction, under
+    /// the very schema its translation was made for, without beginning one of its own.
+    /// Nothing that writes may run before release().
+    void hold();
+    void release();
 
 private:
     void refresh() const;
     sqlite3* m_db;
     mutable sqlite3_stmt* m_versionStmt = nullptr;
     mutable quint64 m_version = ~quint64(0);
+    bool m_hold = false;
+    mutable bool m_reading = false; ///< the version's statement keeps its transaction open
     mutable std::unordered_map<std::string, std::unique_ptr<TableInfo>> m_tables;
 };
 

@@ -106,17 +106,34 @@ SqliteSchema::~SqliteSchema()
 
 void SqliteSchema::refresh() const
 {
+    if (m_reading)
+        return; // read in the transaction still open: nothing can have moved it
     if (!m_versionStmt)
         sqlite3_prepare_v2(m_db, "PRAGMA main.schema_version", -1, &m_versionStmt, nullptr);
     quint64 v = 0;
-    if (m_versionStmt && sqlite3_step(m_versionStmt) == SQLITE_ROW)
+    if (m_versionStmt && sqlite3_step(m_versionStmt) == SQLITE_ROW) {
         v = quint64(sqlite3_column_int64(m_versionStmt, 0));
-    if (m_versionStmt)
+        m_reading = m_hold;
+    }
+    if (m_versionStmt && !m_reading)
         sqlite3_reset(m_versionStmt);
     if (v != m_version) {
         m_version = v;
         m_tables.clear();
     }
+}
+
+void SqliteSchema::hold()
+{
+    m_hold = true;
+}
+
+void SqliteSchema::release()
+{
+    m_hold = false;
+    if (m_reading)
+        sqlite3_reset(m_versionStmt);
+    m_reading = false;
 }
 
 quint64 SqliteSchema::version() const
