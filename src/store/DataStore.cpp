@@ -14,6 +14,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <QScopeGuard>
 #include <QUrl>
 
 #include <array>
@@ -55,9 +56,9 @@ struct ResultShape
     std::shared_ptr<TableInfo> table;
     int keyColumn = -1;
     int rowidColumn = -1;
-    /// By the changed columns (one byte each): a row edited and written back again and
-    /// again in a loop builds its UPDATE once.
-    mutable QHash<QByteArray, UpdateText> updates;
+    /// By the changed columns (a bit each, for the first 64): a row edited and written
+    /// back again and again in a loop builds its UPDATE once.
+    mutable QHash<quint64, UpdateText> updates;
 };
 
 /// The shape of a recordset that is not open: no columns.
@@ -132,13 +133,22 @@ struct DataStore::Cache
     std::shared_ptr<CachedText> translate(const QString& jetSql)
     {
         const quint64 version = conn->schemaVersion();
-        if (auto it = texts.constFind(jetSql); it != texts.constEnd() && (*it)->version == version)
-            return *it;
+        if (texts.size() >= kMaxCachedStatements)
+            texts.clear();
+        // One look-up whether the text is known or not: the slot taken now is filled
+        // for a SELECT and given back otherwise.
+        std::shared_ptr<CachedText>& slot = texts[jetSql];
+        if (slot && slot->version == version)
+            return slot;
+        bool kept = false;
+        const auto giveBack = qScopeGuard([&] {
+            if (!kept)
+                texts.remove(jetSql);
+        });
         auto text = std::make_shared<CachedText>(CachedText{version, conn->translate(jetSql), {}});
         if (text->translation.kind == jet::StatementKind::Select) {
-            if (texts.size() >= kMaxCachedStatements)
-                texts.clear();
-            texts.insert(jetSql, text);
+            slot = text;
+            kept = true;
         }
         return text;
     }
@@ -891,13 +901,13 @@ void Recordset::Impl::writeRow(RowData& row)
     backend::Connection& conn = store->connection();
     const std::span<Variant> rowValues = values(row);
     RowEdit& edit = row.edit();
-    if (!row.isNew && row.hasRowid) {
-        QByteArray changed(qsizetype(result->columns.size()), '\0');
+    if (!row.isNew && row.hasRowid && result->columns.size() <= 64) {
+        quint64 changed = 0;
         std::vector<Variant> values;
         for (size_t i = 0; i < result->columns.size(); ++i) {
             if (!edit.changed[i] || result->baseIndex[i] < 0)
                 continue;
-            changed[qsizetype(i)] = 1;
+            changed |= quint64(1) << i;
             values.push_back(rowValues[i]);
         }
         if (!values.empty()) {
@@ -905,7 +915,7 @@ void Recordset::Impl::writeRow(RowData& row)
             if (update.sql.isEmpty()) {
                 QStringList sets;
                 for (size_t i = 0; i < result->columns.size(); ++i)
-                    if (changed[qsizetype(i)])
+                    if (changed & (quint64(1) << i))
                         sets << QStringLiteral("%1 = %2").arg(quoteName(table->columns[result->baseIndex[i]]),
                                                               conn.marker(int(sets.size()) + 1));
                 update.sql = QStringLiteral("UPDATE %1 SET %2 WHERE %3 = %4")
@@ -919,9 +929,9 @@ void Recordset::Impl::writeRow(RowData& row)
             lease.get()->bind(values);
             lease.get()->run();
         }
+        // The row is found by its key: the values as read are not kept.
         row.dirty = false;
         std::fill(edit.changed.begin(), edit.changed.end(), false);
-        edit.original.assign(rowValues.begin(), rowValues.end());
         return;
     }
     const QString tableName = quoteName(table->name);
@@ -1348,7 +1358,7 @@ void Field::setValue(const Variant& v)
     if (edit.changed.empty())
         edit.changed.assign(d.result->columns.size(), false);
     const std::span<Variant> values = d.values(row);
-    if (edit.original.empty())
+    if (!row.hasRowid && edit.original.empty()) // a row found by its key needs no copy
         edit.original.assign(values.begin(), values.end());
     values[size_t(m_index)] = stored;
     edit.changed[size_t(m_index)] = true;

@@ -8,6 +8,7 @@
 #include "store/jet/Syntax.h"
 
 #include <QHash>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <atomic>
@@ -195,9 +196,19 @@ Translation translate(const QString& jetSql, const SchemaInfo* schema, Dialect d
     const quint64 identity = schema ? schema->identity() : 0;
     const quint64 version = schema ? schema->version() : 0;
     auto& exact = exactCache();
+    if (exact.size() >= CacheLimit)
+        exact.clear();
+    // One look-up for a text seen before and for one seen the first time: the slot taken
+    // now is filled below, or given back when the text is not kept.
     CacheKey textKey{identity, version, dialect, jetSql};
-    if (auto it = exact.constFind(textKey); it != exact.constEnd())
-        return bindLiterals(*it->generated, it->literals);
+    Exact& slot = exact[textKey];
+    if (slot.generated)
+        return bindLiterals(*slot.generated, slot.literals);
+    bool kept = false;
+    const auto giveBack = qScopeGuard([&] {
+        if (!kept)
+            exact.remove(textKey);
+    });
 
     Lexed quick = lex(jetSql, false);
     CacheKey key{identity, version, dialect, std::move(quick.shape)};
@@ -213,11 +224,9 @@ Translation translate(const QString& jetSql, const SchemaInfo* schema, Dialect d
             c.clear();
         it = c.insert(std::move(key), std::make_shared<const Generated>(std::move(g)));
     }
-    if (exact.size() >= CacheLimit)
-        exact.clear();
-    const std::shared_ptr<const Generated> generated = *it;
-    Translation t = bindLiterals(*generated, quick.literals);
-    exact.insert(std::move(textKey), Exact{generated, std::move(quick.literals)});
+    Translation t = bindLiterals(**it, quick.literals);
+    slot = Exact{*it, std::move(quick.literals)};
+    kept = true;
     return t;
 }
 
