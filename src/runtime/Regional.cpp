@@ -144,6 +144,33 @@ bool isPlainDate(QStringView s)
     return true;
 }
 
+/// A plain date of ASCII digits read as dateFromParts reads it (day/month, else
+/// month/day), without making its parts: nullopt when the text is no such date.
+std::optional<std::optional<QDate>> plainDate(QStringView s)
+{
+    if (!isPlainDate(s))
+        return std::nullopt;
+    auto number = [&](int at, int length) {
+        int v = 0;
+        for (int i = at; i < at + length; ++i) {
+            const char16_t c = s[i].unicode();
+            if (c < u'0' || c > u'9')
+                return -1;
+            v = v * 10 + (c - u'0');
+        }
+        return v;
+    };
+    const int day = number(0, 2), month = number(3, 2), year = number(6, 4);
+    if (day < 0 || month < 0 || year < 0)
+        return std::nullopt; // other digits: read the long way
+    if (year < 100)
+        return std::optional<QDate>();
+    for (const QDate d : {QDate(year, month, day), QDate(year, day, month)})
+        if (d.isValid())
+            return std::optional<QDate>(d);
+    return std::optional<QDate>();
+}
+
 } // namespace
 
 bool RoundedDigits::isZero() const
@@ -306,6 +333,8 @@ std::optional<double> parseNumber(QStringView text)
 
 std::optional<double> parseDateTime(QStringView text)
 {
+    if (const auto plain = plainDate(text.trimmed()))
+        return *plain ? std::optional<double>(toSerial(**plain)) : std::nullopt;
     QString s = text.trimmed().toString();
     if (s.isEmpty())
         return std::nullopt;

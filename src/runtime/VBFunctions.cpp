@@ -278,6 +278,10 @@ QString formatNumber(double value, const QString& pattern)
 
 bool startsWithCi(const QString& s, int at, QLatin1String what)
 {
+    // Patterns are read one place at a time: most places fail on their first character.
+    if (at >= s.size() || what.isEmpty() ||
+        QChar::toCaseFolded(s[at].unicode()) != QChar::toCaseFolded(char16_t(what.front().unicode())))
+        return false;
     return QStringView(s).mid(at).startsWith(what, Qt::CaseInsensitive);
 }
 
@@ -306,6 +310,10 @@ bool isDatePattern(const QString& pattern)
 
 QString two(int v)
 {
+    if (v >= 0 && v < 100) {
+        const QChar digits[2] = {QChar(u'0' + v / 10), QChar(u'0' + v % 10)};
+        return QString(digits, 2);
+    }
     return QStringLiteral("%1").arg(v, 2, 10, QChar(u'0'));
 }
 

@@ -14,8 +14,10 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <QScopeGuard>
 #include <QUrl>
 
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <span>
@@ -34,6 +36,17 @@ using TableInfo = backend::StoredTable;
 
 /// What a prepared SELECT gives: its columns as the recordset shows them, worked out
 /// once per statement and kept with it.
+struct CachedStatement;
+
+/// The UPDATE that writes a set of changed columns of a row found by its key, and the
+/// slot its statement was last found in (not kept alive by the shape, which may outlive
+/// the store).
+struct UpdateText
+{
+    QString sql;
+    std::weak_ptr<CachedStatement> statement;
+};
+
 struct ResultShape
 {
     std::vector<Column> columns;
@@ -43,6 +56,9 @@ struct ResultShape
     std::shared_ptr<TableInfo> table;
     int keyColumn = -1;
     int rowidColumn = -1;
+    /// By the changed columns (a bit each, for the first 64): a row edited and written
+    /// back again and again in a loop builds its UPDATE once.
+    mutable QHash<quint64, UpdateText> updates;
 };
 
 /// The shape of a recordset that is not open: no columns.
@@ -88,18 +104,51 @@ struct DataStore::Cache
     QHash<QString, std::shared_ptr<CachedStatement>> statements;
     quint64 generation = 0;                            ///< moves whenever the kept statements are let go
     QHash<QString, std::shared_ptr<CachedText>> texts; // SELECTs, by their Jet text
+    /// The SQL last leased and their slots. Texts of one shape share their translation's
+    /// SQL (the same string data, kept alive here), so a loop's "WHERE ID = n" for ever
+    /// new n finds its statement without hashing the SQL.
+    struct Recent
+    {
+        QString sql;
+        std::shared_ptr<CachedStatement> statement;
+    };
+    std::array<Recent, 4> recent;
+    size_t nextRecent = 0;
+
+    const std::shared_ptr<CachedStatement>* recentFor(const QString& sql) const
+    {
+        for (const Recent& r : recent)
+            if (r.statement && sql.constData() == r.sql.constData() && sql.size() == r.sql.size())
+                return &r.statement;
+        return nullptr;
+    }
+
+    void remember(const QString& sql, const std::shared_ptr<CachedStatement>& statement)
+    {
+        recent[nextRecent] = {sql, statement};
+        nextRecent = (nextRecent + 1) % recent.size();
+    }
 
     /// A statement's translation for the tables as they are now.
     std::shared_ptr<CachedText> translate(const QString& jetSql)
     {
         const quint64 version = conn->schemaVersion();
-        if (auto it = texts.constFind(jetSql); it != texts.constEnd() && (*it)->version == version)
-            return *it;
+        if (texts.size() >= kMaxCachedStatements)
+            texts.clear();
+        // One look-up whether the text is known or not: the slot taken now is filled
+        // for a SELECT and given back otherwise.
+        std::shared_ptr<CachedText>& slot = texts[jetSql];
+        if (slot && slot->version == version)
+            return slot;
+        bool kept = false;
+        const auto giveBack = qScopeGuard([&] {
+            if (!kept)
+                texts.remove(jetSql);
+        });
         auto text = std::make_shared<CachedText>(CachedText{version, conn->translate(jetSql), {}});
         if (text->translation.kind == jet::StatementKind::Select) {
-            if (texts.size() >= kMaxCachedStatements)
-                texts.clear();
-            texts.insert(jetSql, text);
+            slot = text;
+            kept = true;
         }
         return text;
     }
@@ -111,6 +160,7 @@ struct DataStore::Cache
             if (s->inUse)
                 s->orphan = true;
         statements.clear();
+        recent = {};
         ++generation;
         // The statements let go are not kept alive by the texts that led to them.
         texts.clear();
@@ -150,9 +200,12 @@ public:
             m_slot->inUse = true;
             return;
         }
-        auto it = cache.statements.constFind(sql);
-        if (it != cache.statements.constEnd() && !(*it)->inUse) {
+        auto it = cache.statements.constEnd();
+        if (const auto* r = cache.recentFor(sql); r && !(*r)->inUse) {
+            m_slot = *r;
+        } else if (it = cache.statements.constFind(sql); it != cache.statements.constEnd() && !(*it)->inUse) {
             m_slot = *it;
+            cache.remember(sql, m_slot);
         } else {
             m_slot = std::make_shared<CachedStatement>();
             m_slot->stmt = cache.conn->prepare(sql);
@@ -161,6 +214,7 @@ public:
                     cache.clearStatements();
                 m_slot->generation = cache.generation;
                 cache.statements.insert(sql, m_slot);
+                cache.remember(sql, m_slot);
             } else {
                 m_slot->orphan = true; // the cached one is busy: this one is for this use alone
             }
@@ -845,10 +899,43 @@ void Recordset::Impl::writeRow(RowData& row)
     if (!table)
         throw VBError(3251, QStringLiteral("L'operazione richiesta non è supportata dall'oggetto o dal provider."));
     backend::Connection& conn = store->connection();
-    const QString tableName = quoteName(table->name);
-    const QString rowid = conn.rowIdentity(*table);
     const std::span<Variant> rowValues = values(row);
     RowEdit& edit = row.edit();
+    if (!row.isNew && row.hasRowid && result->columns.size() <= 64) {
+        quint64 changed = 0;
+        std::vector<Variant> values;
+        for (size_t i = 0; i < result->columns.size(); ++i) {
+            if (!edit.changed[i] || result->baseIndex[i] < 0)
+                continue;
+            changed |= quint64(1) << i;
+            values.push_back(rowValues[i]);
+        }
+        if (!values.empty()) {
+            UpdateText& update = result->updates[changed];
+            if (update.sql.isEmpty()) {
+                QStringList sets;
+                for (size_t i = 0; i < result->columns.size(); ++i)
+                    if (changed & (quint64(1) << i))
+                        sets << QStringLiteral("%1 = %2").arg(quoteName(table->columns[result->baseIndex[i]]),
+                                                              conn.marker(int(sets.size()) + 1));
+                update.sql = QStringLiteral("UPDATE %1 SET %2 WHERE %3 = %4")
+                                 .arg(quoteName(table->name), sets.join(QLatin1Char(',')), conn.rowIdentity(*table),
+                                      conn.marker(int(values.size()) + 1));
+            }
+            values.push_back(Variant(std::int64_t(row.rowid)));
+            std::shared_ptr<CachedStatement> known = update.statement.lock();
+            Lease lease(store->cache(), update.sql, &known);
+            update.statement = known;
+            lease.get()->bind(values);
+            lease.get()->run();
+        }
+        // The row is found by its key: the values as read are not kept.
+        row.dirty = false;
+        std::fill(edit.changed.begin(), edit.changed.end(), false);
+        return;
+    }
+    const QString tableName = quoteName(table->name);
+    const QString rowid = conn.rowIdentity(*table);
     QStringList names;
     std::vector<Variant> values;
     for (size_t i = 0; i < result->columns.size(); ++i) {
@@ -1271,7 +1358,7 @@ void Field::setValue(const Variant& v)
     if (edit.changed.empty())
         edit.changed.assign(d.result->columns.size(), false);
     const std::span<Variant> values = d.values(row);
-    if (edit.original.empty())
+    if (!row.hasRowid && edit.original.empty()) // a row found by its key needs no copy
         edit.original.assign(values.begin(), values.end());
     values[size_t(m_index)] = stored;
     edit.changed[size_t(m_index)] = true;

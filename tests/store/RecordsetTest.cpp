@@ -306,6 +306,27 @@ TEST_F(RecordsetTest, ActionStatementsLeaveAClosedRecordset)
     EXPECT_EQ(store->Query(QStringLiteral("Select * from Tbl_Order"))->RecordCount(), 0);
 }
 
+TEST_F(RecordsetTest, ALoopOfOneRowEditsWritesEachRowsOwnColumns)
+{
+    // One statement text per row, one column or another written back in turn: each row
+    // gets its own values, whatever the loop wrote to the rows before it.
+    raw("CREATE TABLE Loop (ID INTEGER PRIMARY KEY, A VARCHAR(20), B DOUBLE)");
+    raw("INSERT INTO Loop (A, B) VALUES ('a1', 1), ('a2', 2), ('a3', 3), ('a4', 4)");
+    for (int id = 1; id <= 4; ++id) {
+        auto rs = open(QStringLiteral("Select * From Loop WHERE ID = ") + QString::number(id));
+        if (id % 2)
+            rs->Fields(QStringLiteral("B")) = Variant(id * 10);
+        if (id > 2)
+            rs->Fields(QStringLiteral("A")) = Variant(QStringLiteral("x%1").arg(id));
+        rs->UpdateBatch();
+        store->Execute(QStringLiteral("UPDATE Loop SET B = B + 1 WHERE ID = ") + QString::number(id));
+    }
+    QStringList rows;
+    for (auto rs = open(QStringLiteral("Select A, B From Loop")); !rs->Eof(); rs->MoveNext())
+        rows << rs->Fields(0).Value().toString() + QLatin1Char('=') + rs->Fields(1).Value().displayText();
+    EXPECT_EQ(rows, (QStringList{"a1=11", "a2=3", "x3=31", "x4=5"}));
+}
+
 TEST_F(RecordsetTest, AWalkOverKeysLeavesWhatARowByRowWalkWouldLeave)
 {
     // Each row its own statement: a row that fails is passed to the caller's trap and

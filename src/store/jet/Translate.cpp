@@ -8,9 +8,11 @@
 #include "store/jet/Syntax.h"
 
 #include <QHash>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <atomic>
+#include <memory>
 #include <sqlite3.h>
 
 namespace store::jet {
@@ -33,16 +35,17 @@ size_t qHash(const CacheKey& k, size_t seed = 0)
     return ::qHash(k.shape, seed) ^ (k.schema * 0x9E3779B97F4A7C15ull) ^ k.version ^ (size_t(k.dialect) << 61);
 }
 
-QHash<CacheKey, Generated>& cache()
+// Shared with the texts that gave the same shape: a text seen once adds no copy.
+QHash<CacheKey, std::shared_ptr<const Generated>>& cache()
 {
-    static QHash<CacheKey, Generated> c;
+    static QHash<CacheKey, std::shared_ptr<const Generated>> c;
     return c;
 }
 
 // The same text again (a screen's loop runs one statement many times): no lexing at all.
 struct Exact
 {
-    Generated generated;
+    std::shared_ptr<const Generated> generated;
     std::vector<vb::Variant> literals;
 };
 
@@ -193,9 +196,19 @@ Translation translate(const QString& jetSql, const SchemaInfo* schema, Dialect d
     const quint64 identity = schema ? schema->identity() : 0;
     const quint64 version = schema ? schema->version() : 0;
     auto& exact = exactCache();
+    if (exact.size() >= CacheLimit)
+        exact.clear();
+    // One look-up for a text seen before and for one seen the first time: the slot taken
+    // now is filled below, or given back when the text is not kept.
     CacheKey textKey{identity, version, dialect, jetSql};
-    if (auto it = exact.constFind(textKey); it != exact.constEnd())
-        return bindLiterals(it->generated, it->literals);
+    Exact& slot = exact[textKey];
+    if (slot.generated)
+        return bindLiterals(*slot.generated, slot.literals);
+    bool kept = false;
+    const auto giveBack = qScopeGuard([&] {
+        if (!kept)
+            exact.remove(textKey);
+    });
 
     Lexed quick = lex(jetSql, false);
     CacheKey key{identity, version, dialect, std::move(quick.shape)};
@@ -209,12 +222,12 @@ Translation translate(const QString& jetSql, const SchemaInfo* schema, Dialect d
             return bindLiterals(g, lx.literals);
         if (c.size() >= CacheLimit)
             c.clear();
-        it = c.insert(std::move(key), std::move(g));
+        it = c.insert(std::move(key), std::make_shared<const Generated>(std::move(g)));
     }
-    if (exact.size() >= CacheLimit)
-        exact.clear();
-    exact.insert(std::move(textKey), Exact{*it, quick.literals});
-    return bindLiterals(*it, quick.literals);
+    Translation t = bindLiterals(**it, quick.literals);
+    slot = Exact{*it, std::move(quick.literals)};
+    kept = true;
+    return t;
 }
 
 void clearCache()
