@@ -95,6 +95,19 @@ QString g_server;
 
 constexpr int kMaxCachedStatements = 256;
 
+/// Whether a statement's first word makes it an UPDATE, INSERT or DELETE (never a SELECT).
+bool writesRows(const QString& jetSql)
+{
+    qsizetype i = 0;
+    while (i < jetSql.size() && jetSql[i].isSpace())
+        ++i;
+    const QStringView rest = QStringView(jetSql).mid(i);
+    for (const QLatin1String word : {QLatin1String("UPDATE"), QLatin1String("INSERT"), QLatin1String("DELETE")})
+        if (rest.size() > word.size() && rest.startsWith(word, Qt::CaseInsensitive) && rest[word.size()].isSpace())
+            return true;
+    return false;
+}
+
 } // namespace
 
 struct DataStore::Cache
@@ -133,6 +146,10 @@ struct DataStore::Cache
     std::shared_ptr<CachedText> translate(const QString& jetSql)
     {
         const quint64 version = conn->schemaVersion();
+        // Only SELECTs are kept: a loop's "UPDATE ... WHERE ID = n" skips the look-up and
+        // the slot taken and given back for it.
+        if (writesRows(jetSql))
+            return std::make_shared<CachedText>(CachedText{version, conn->translate(jetSql), {}});
         if (texts.size() >= kMaxCachedStatements)
             texts.clear();
         // One look-up whether the text is known or not: the slot taken now is filled
