@@ -568,8 +568,11 @@ Variant Format(const Variant& v, const QString& pattern)
         return Variant(v.toString()); // text stays exactly as it is
     // A date in the register's own pattern, written once per row by the loops over the
     // register: no named format, no text to read, straight to the date's places.
-    if (v.type() == Variant::Type::Date && pattern == QLatin1String("dd/mm/yyyy"))
-        return Variant(formatDate(v.rawDouble(), pattern));
+    if (v.type() == Variant::Type::Date && pattern == QLatin1String("dd/mm/yyyy")) {
+        const QDate d = dateFromSerial(v.rawDouble());
+        return Variant(two(d.day()) + regional::DateSeparator + two(d.month()) + regional::DateSeparator +
+                       QString::number(d.year()).rightJustified(4, u'0'));
+    }
 
     QString yes, no;
     if (truthWords(pattern, yes, no)) {
