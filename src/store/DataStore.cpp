@@ -94,6 +94,10 @@ std::unique_ptr<DataStore> g_report;
 QString g_server;
 
 constexpr int kMaxCachedStatements = 256;
+/// SELECT texts kept with their translations: as many as the translator keeps, so that a
+/// screen's per-row reads ("WHERE ID = n" for every row of a list) are found again when
+/// the screen is opened again.
+constexpr int kMaxCachedTexts = 4096;
 
 /// Whether a statement's first word makes it an UPDATE, INSERT or DELETE (never a SELECT).
 bool writesRows(const QString& jetSql)
@@ -150,7 +154,7 @@ struct DataStore::Cache
         // the slot taken and given back for it.
         if (writesRows(jetSql))
             return std::make_shared<CachedText>(CachedText{version, conn->translate(jetSql), {}});
-        if (texts.size() >= kMaxCachedStatements)
+        if (texts.size() >= kMaxCachedTexts)
             texts.clear();
         // One look-up whether the text is known or not: the slot taken now is filled
         // for a SELECT and given back otherwise.
