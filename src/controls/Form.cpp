@@ -101,22 +101,31 @@ void Form::setCaption(const Variant& caption)
     setWindowTitle(caption.toString());
 }
 
+namespace {
+
+/// The first control of the name under @p parent, in the order of findChildren; the
+/// windows met on the way (screens of their own) are passed over with all they hold.
+Control* firstControl(const QObject* parent, const QString& name)
+{
+    for (QObject* child : parent->children()) {
+        if (child->isWidgetType() && static_cast<QWidget*>(child)->isWindow())
+            continue;
+        if (child->objectName() == name)
+            if (Control* c = asControl(child))
+                return c;
+        if (Control* c = firstControl(child, name))
+            return c;
+    }
+    return nullptr;
+}
+
+} // namespace
+
 Control* Form::control(const QString& name) const
 {
     // Controls are direct or nested children; the screens this one owns are windows of
     // their own, and their controls are theirs, not this screen's.
-    const auto children = findChildren<QObject*>(name);
-    for (QObject* child : children) {
-        Control* c = asControl(child);
-        if (!c)
-            continue;
-        QObject* holder = child->parent();
-        while (holder && holder != this && !(holder->isWidgetType() && static_cast<QWidget*>(holder)->isWindow()))
-            holder = holder->parent();
-        if (holder == this && !(child->isWidgetType() && static_cast<QWidget*>(child)->isWindow()))
-            return c;
-    }
-    return nullptr;
+    return firstControl(this, name);
 }
 
 void Form::centre()

@@ -331,6 +331,7 @@ QString formatDate(double serial, const QString& pattern)
     const int hour = twelveHour ? (t.hour() % 12 == 0 ? 12 : t.hour() % 12) : t.hour();
 
     QString out;
+    out.reserve(pattern.size() + 8);
     bool afterHour = false; // "m" right after an hour means minutes
     for (int i = 0; i < pattern.size();) {
         const QChar c = pattern[i];
@@ -565,6 +566,13 @@ Variant Format(const Variant& v, const QString& pattern)
         return Variant(QString());
     if (pattern.isEmpty())
         return Variant(v.toString()); // text stays exactly as it is
+    // A date in the register's own pattern, written once per row by the loops over the
+    // register: no named format, no text to read, straight to the date's places.
+    if (v.type() == Variant::Type::Date && pattern == QLatin1String("dd/mm/yyyy")) {
+        const QDate d = dateFromSerial(v.rawDouble());
+        return Variant(two(d.day()) + regional::DateSeparator + two(d.month()) + regional::DateSeparator +
+                       QString::number(d.year()).rightJustified(4, u'0'));
+    }
 
     QString yes, no;
     if (truthWords(pattern, yes, no)) {

@@ -94,6 +94,23 @@ std::unique_ptr<DataStore> g_report;
 QString g_server;
 
 constexpr int kMaxCachedStatements = 256;
+/// SELECT texts kept with their translations: as many as the translator keeps, so that a
+/// screen's per-row reads ("WHERE ID = n" for every row of a list) are found again when
+/// the screen is opened again.
+constexpr int kMaxCachedTexts = 4096;
+
+/// Whether a statement's first word makes it an UPDATE, INSERT or DELETE (never a SELECT).
+bool writesRows(const QString& jetSql)
+{
+    qsizetype i = 0;
+    while (i < jetSql.size() && jetSql[i].isSpace())
+        ++i;
+    const QStringView rest = QStringView(jetSql).mid(i);
+    for (const QLatin1String word : {QLatin1String("UPDATE"), QLatin1String("INSERT"), QLatin1String("DELETE")})
+        if (rest.size() > word.size() && rest.startsWith(word, Qt::CaseInsensitive) && rest[word.size()].isSpace())
+            return true;
+    return false;
+}
 
 } // namespace
 
@@ -133,7 +150,11 @@ struct DataStore::Cache
     std::shared_ptr<CachedText> translate(const QString& jetSql)
     {
         const quint64 version = conn->schemaVersion();
-        if (texts.size() >= kMaxCachedStatements)
+        // Only SELECTs are kept: a loop's "UPDATE ... WHERE ID = n" skips the look-up and
+        // the slot taken and given back for it.
+        if (writesRows(jetSql))
+            return std::make_shared<CachedText>(CachedText{version, conn->translate(jetSql), {}});
+        if (texts.size() >= kMaxCachedTexts)
             texts.clear();
         // One look-up whether the text is known or not: the slot taken now is filled
         // for a SELECT and given back otherwise.
