@@ -7,23 +7,25 @@
 #include "store/Schema.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QString>
 
 #include <cstdio>
-#include <cstring>
 
 namespace app {
 
 namespace {
 
-/// The value after `name` on the command line; "" when the option is absent.
+/// The value of `name` on the command line, given as "--name value" or "--name=value";
+/// "" when the option is absent (a missing value is the command line's own refusal).
 QString optionValue(int argc, char** argv, const char* name)
 {
-    for (int i = 1; i + 1 < argc; ++i)
-        if (std::strcmp(argv[i], name) == 0)
-            return QString::fromLocal8Bit(argv[i + 1]);
-    return {};
+    QStringList args;
+    for (int i = 0; i < argc; ++i)
+        args << QString::fromLocal8Bit(argv[i]);
+    QString ignored;
+    return app::optionValue(args, QString::fromLatin1(name), ignored);
 }
 
 int fail(const QString& message)
@@ -64,13 +66,18 @@ int serverCopy(const QString& uri, const QString& backupTo, const QString& resto
     const QString file = QDir::current().absoluteFilePath(restoreFrom);
     QProcess list;
     list.start(QStringLiteral("pg_restore"), {QStringLiteral("--list"), file});
+    if (!list.waitForStarted())
+        return fail(QStringLiteral("ripristino non eseguito: il programma pg_restore del server non è installato."));
     list.waitForFinished(-1);
     if (list.exitCode() != 0 || !list.readAllStandardOutput().contains("Tbl_Maintenance"))
         return fail(QStringLiteral("'%1' non è una copia di un archivio di Velmora su server.").arg(restoreFrom));
     QDir().mkpath(store::backup::folder(folder));
-    const QString kept = QDir(store::backup::folder(folder))
-                             .filePath(QStringLiteral("Velmora-server-%1.dump")
-                                           .arg(vb::Clock::today().toString(QStringLiteral("yyyy-MM-dd"))));
+    // A second restore on one day keeps the archive as the first one left it too.
+    const QDir keptIn(store::backup::folder(folder));
+    const QString day = vb::Clock::today().toString(QStringLiteral("yyyy-MM-dd"));
+    QString kept = keptIn.filePath(QStringLiteral("Velmora-server-%1.dump").arg(day));
+    for (int n = 2; QFileInfo::exists(kept); ++n)
+        kept = keptIn.filePath(QStringLiteral("Velmora-server-%1-%2.dump").arg(day).arg(n));
     if (const QString e = runTool(QStringLiteral("pg_dump"),
                                   {QStringLiteral("--format=custom"), dbname, QStringLiteral("--file=") + kept});
         !e.isEmpty())
