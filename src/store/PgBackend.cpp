@@ -68,11 +68,6 @@ private:
     qsizetype m_row = -1;
 };
 
-QString quoted(const QString& name)
-{
-    return QLatin1Char('"') + QString(name).replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
-}
-
 class PgConnection final : public Connection
 {
 public:
@@ -90,8 +85,9 @@ public:
     quint64 schemaVersion() override { return session.schema().version(); }
     std::int64_t lastInsertKey(const StoredTable& table) override
     {
-        const pg::PgResult r = session.exec(QStringLiteral("SELECT currval(pg_get_serial_sequence($1, 'jet_rowid'))"),
-                                            {Variant(quoted(schemaName) + QLatin1Char('.') + quoted(table.name))});
+        const pg::PgResult r =
+            session.exec(QStringLiteral("SELECT currval(pg_get_serial_sequence($1, 'jet_rowid'))"),
+                         {Variant(jet::postgresIdent(schemaName) + QLatin1Char('.') + jet::postgresIdent(table.name))});
         return std::int64_t(r.rows.at(0).at(0).toDouble());
     }
     std::int64_t changes() override { return affected; }

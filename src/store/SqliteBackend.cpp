@@ -34,11 +34,12 @@ public:
             m_slots.resize((size_t(column) + 1) * Slots);
         const size_t at = size_t(column) * Slots + (qHashBits(p, size_t(n)) & (Slots - 1));
         Slot& slot = m_slots[at];
-        if (slot.bytes.size() != size_t(n) || std::memcmp(slot.bytes.data(), p, size_t(n)) != 0) {
+        // A slot never filled holds no text, not even an empty one: an empty value is read.
+        if (slot.text.isNull() || slot.bytes.size() != size_t(n) || std::memcmp(slot.bytes.data(), p, size_t(n)) != 0) {
             if (slot.text.isNull())
                 m_used.push_back(at);
             slot.bytes.assign(p, size_t(n));
-            slot.text = QString::fromUtf8(p, n);
+            slot.text = n > 0 ? QString::fromUtf8(p, n) : QStringLiteral("");
         }
         return slot.text;
     }
