@@ -8,11 +8,13 @@
 #include <QString>
 #include <QStringList>
 
+#include <algorithm>
 #include <cstdio>
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 extern char** environ;
 
@@ -39,8 +41,13 @@ inline ProcessRun runProcess(const QString& program, const QStringList& args, co
 {
     ProcessRun run;
     int in[2], out[2];
-    if (pipe(in) != 0 || pipe(out) != 0)
+    if (pipe(in) != 0)
         return run;
+    if (pipe(out) != 0) {
+        close(in[0]);
+        close(in[1]);
+        return run;
+    }
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, in[0], 0);

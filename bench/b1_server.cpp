@@ -28,6 +28,8 @@ QByteArray text(const vb::Variant& v)
 
 long readAll(PGresult* r)
 {
+    if (PQresultStatus(r) != PGRES_TUPLES_OK)
+        std::fprintf(stderr, "baseline failed: %s", PQresultErrorMessage(r));
     const int rows = PQntuples(r), columns = PQnfields(r);
     std::vector<vb::Variant> values;
     values.reserve(size_t(columns));
@@ -120,6 +122,10 @@ int main(int argc, char** argv)
     };
     ours();
     byHand();
+    if (rowsOurs != rowsRaw) {
+        std::printf("B1 on the server store: the rows read differ, %ld against %ld\n", rowsOurs, rowsRaw);
+        return 1;
+    }
     double tOurs = 1e300, tRaw = 1e300;
     for (int r = 0; r < rounds; ++r) {
         tOurs = std::min(tOurs, bench::bestOf(1, ours));

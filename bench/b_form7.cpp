@@ -2,6 +2,7 @@
 // pick lists, the list of 10k and of 100k rows) and one row change, against the same
 // reads and writes as prepared SQLite statements read through the C API, same run.
 #include "LargeBench.h"
+#include "Process.h"
 #include "definition/Workload.h"
 #include "execution/Form7.h"
 #include "shell/ScreenRegistry.h"
@@ -94,8 +95,10 @@ void run(int registerRows)
     std::printf("  Form7 (Jet text, recordsets, grid):  %8.1f ms\n", tOurs);
     std::printf("  SQLite C API (prepared, same work):  %8.1f ms\n", tRaw);
     std::printf("  ratio: %.2fx\n", tOurs / tRaw);
-    std::printf("row: Form7 load + row change (%dk rows, %d stops) | %.1f ms | %.1f ms\n", made.registerRows / 1000,
-                made.stopRecords, tOurs, tRaw);
+    bench::tableRow(QStringLiteral("Form7 load + row change (%1k rows, %2 stops)")
+                        .arg(made.registerRows / 1000)
+                        .arg(made.stopRecords),
+                    tOurs, tRaw, "ms");
     for (sqlite3_stmt* st : lists)
         sqlite3_finalize(st);
     for (sqlite3_stmt* st : {shift, push, days, row, notes, stop})

@@ -161,8 +161,16 @@ TEST(ServerCopies, BackupAndRestoreWithTheServersTools)
     SKIP_WITHOUT_SERVER();
     testserver::ScratchDatabase db;
     QTemporaryDir home;
-    qputenv("VELMORA_STORE", db.uri().toUtf8());
-    const auto count = [&] { return drive(home.path(), {"sql SELECT count(*) AS n FROM Tbl_Reparto"})[0]; };
+    // Set for this test only, whatever way it ends.
+    struct StoreChoice
+    {
+        explicit StoreChoice(const QByteArray& uri) { qputenv("VELMORA_STORE", uri); }
+        ~StoreChoice() { qunsetenv("VELMORA_STORE"); }
+    } onServer(db.uri().toUtf8());
+    const auto count = [&] {
+        const auto answers = drive(home.path(), {"sql SELECT count(*) AS n FROM Tbl_Reparto"});
+        return answers.empty() ? QJsonObject() : answers[0];
+    };
     drive(home.path(), {"exec INSERT INTO Tbl_Reparto (Reparto) VALUES ('SALDATURA')"});
     const QString file = home.filePath("impianto.dump");
     EXPECT_EQ(runOption(home.path(), QStringLiteral("--backup"), file), 0);
@@ -171,5 +179,4 @@ TEST(ServerCopies, BackupAndRestoreWithTheServersTools)
     EXPECT_EQ(runOption(home.path(), QStringLiteral("--restore"), file), 0);
     EXPECT_EQ(value(count()).toArray().at(0).toObject().value("n").toInt(), 1);
     EXPECT_EQ(QDir(home.filePath("backup")).entryList(QDir::Files).size(), 1);
-    qunsetenv("VELMORA_STORE");
 }

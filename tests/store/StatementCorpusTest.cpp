@@ -1,5 +1,6 @@
 // Every statement the program runs (tests/data/statements.txt) translates and runs on a
 // store holding sample rows, or is refused where Jet refuses it.
+#include "JetTestSupport.h"
 #include "StoreFixture.h"
 #include "runtime/VBError.h"
 #include "store/Schema.h"
@@ -126,10 +127,7 @@ public:
         QString out;
         jet::Translation t;
         try {
-            t = jet::translate(jetSql, &on.schema(), jet::Dialect::Postgres);
-            for (size_t i = 0; i < user.size() && i < t.userParams.size(); ++i)
-                for (auto& st : t.statements)
-                    st.params[size_t(t.userParams[i])] = user[i];
+            t = jet::testing::withUserParams(jet::translate(jetSql, &on.schema(), jet::Dialect::Postgres), user);
             const pg::PgResult r = on.run(t);
             std::vector<QStringList> rows;
             for (const auto& row : r.rows) {
