@@ -9,6 +9,7 @@
 #include "store/StoreErrors.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -123,8 +124,16 @@ int runServerMove(const QStringList& args, const std::function<QString()>& dataF
         std::fprintf(stderr, "velmora: %s\n", qPrintable(error));
         return 2;
     }
-    if (!copyTo.isEmpty())
-        return moveToServer(QDir(dataFolder()).filePath(QLatin1String(store::StoreFileName)), copyTo, replace, {});
+    if (!copyTo.isEmpty()) {
+        // A mistyped data folder must not send an empty plant to the server.
+        const QString file = QDir(dataFolder()).filePath(QLatin1String(store::StoreFileName));
+        if (!QFileInfo::exists(file)) {
+            std::fprintf(stderr, "%s\n",
+                         qPrintable(QStringLiteral("velmora: nessun archivio da copiare in '%1'.").arg(file)));
+            return 1;
+        }
+        return moveToServer(file, copyTo, replace, {});
+    }
     if (mdb.isEmpty() || server.isEmpty())
         return -1;
     // The old file is read into an embedded store aside, every count checked, then copied.

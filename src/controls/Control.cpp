@@ -244,10 +244,12 @@ void Control::applyGeometry(int left, int top, int width, int height)
     m_twipsSet = true;
     m_grownRight = m_grownDown = 0;
     if (QWidget* w = widget()) {
-        m_twips.px = twipsToPixels(left, w);
-        m_twips.py = twipsToPixels(top, w);
-        m_twips.pw = std::max(0, twipsToPixels(width, w));
-        m_twips.ph = std::max(0, twipsToPixels(height, w));
+        const double perPixel = twipsPerPixel(w);
+        const auto pixels = [perPixel](int twips) { return static_cast<int>(std::lround(twips / perPixel)); };
+        m_twips.px = pixels(left);
+        m_twips.py = pixels(top);
+        m_twips.pw = std::max(0, pixels(width));
+        m_twips.ph = std::max(0, pixels(height));
         if (w->isWindow()) {
             w->move(m_twips.px, m_twips.py);
             w->resize(m_twips.pw, m_twips.ph);

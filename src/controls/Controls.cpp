@@ -323,7 +323,8 @@ QRect CommandButton::face() const
 
 void CommandButton::paintEvent(QPaintEvent* e)
 {
-    if (fontMetrics().horizontalAdvance(text()) <= face().width()) {
+    const QRect f = face();
+    if (fontMetrics().horizontalAdvance(text()) <= f.width()) {
         QPushButton::paintEvent(e);
         return;
     }
@@ -332,8 +333,7 @@ void CommandButton::paintEvent(QPaintEvent* e)
     initStyleOption(&option);
     option.text.clear();
     painter.drawControl(QStyle::CE_PushButton, option);
-    painter.drawItemText(face(), Qt::AlignCenter | Qt::TextWordWrap, palette(), isEnabled(), text(),
-                         QPalette::ButtonText);
+    painter.drawItemText(f, Qt::AlignCenter | Qt::TextWordWrap, palette(), isEnabled(), text(), QPalette::ButtonText);
 }
 
 void CommandButton::setCaption(const Variant& caption)

@@ -49,7 +49,6 @@ VBError fromPostgres(const QString& sqlState, const QString& message, const QStr
     if (auto raised = jet::errorFromMessage(message))
         return raised->description().isEmpty() ? VBError(raised->number()) : *raised;
     // Each server fault worded as SQLite words it, so that both stores give one text.
-    const QString table = quoted(message, 1);
     if (sqlState == QLatin1String("42P01"))
         return fromSqliteMessage(QStringLiteral("no such table: ") + quoted(message));
     if (sqlState == QLatin1String("42703"))
@@ -59,7 +58,8 @@ VBError fromPostgres(const QString& sqlState, const QString& message, const QStr
     if (sqlState == QLatin1String("42701"))
         return fromSqliteMessage(QStringLiteral("duplicate column name: ") + quoted(message));
     if (sqlState == QLatin1String("23502"))
-        return fromSqliteMessage(QStringLiteral("NOT NULL constraint failed: %1.%2").arg(table, quoted(message)));
+        return fromSqliteMessage(
+            QStringLiteral("NOT NULL constraint failed: %1.%2").arg(quoted(message, 1), quoted(message)));
     if (sqlState == QLatin1String("23505")) {
         static const QRegularExpression key(QStringLiteral("^Key \\(\"?([^)\"]*)\"?\\)"));
         return fromSqliteMessage(
