@@ -312,6 +312,7 @@ public:
     void begin() override { exec(QStringLiteral("BEGIN IMMEDIATE")); }
     void commit() override { exec(QStringLiteral("COMMIT")); }
     void rollback() override { sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr); }
+    bool inTransaction() const override { return !sqlite3_get_autocommit(m_db); }
 
     bool empty() override
     {

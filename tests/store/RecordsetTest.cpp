@@ -2,7 +2,9 @@
 // Null, the end of the rows, Filter, dates in and out, conversions on assignment.
 #include "StoreFixture.h"
 #include "runtime/VBError.h"
+#include "store/Backend.h"
 #include "store/Schema.h"
+#include "support/TestServer.h"
 
 using store::Recordset;
 using vb::Variant;
@@ -304,6 +306,27 @@ TEST_F(RecordsetTest, ActionStatementsLeaveAClosedRecordset)
     EXPECT_FALSE(rs.isOpen());
     EXPECT_EQ(errorOf([&] { (void)rs.Eof(); }), 3704);
     EXPECT_EQ(store->Query(QStringLiteral("Select * from Tbl_Order"))->RecordCount(), 0);
+}
+
+// A row lock inside a transaction already open leaves it whole: undone, it undoes what
+// came before the lock too. (A server only warns of a BEGIN inside a transaction.)
+TEST_F(RecordsetTest, ARowLockInsideATransactionLeavesItToItsOwner)
+{
+    const auto keptAfterTheRollback = [](DataStore& s) {
+        s.connection().begin();
+        s.Execute(QStringLiteral("INSERT INTO Tbl_Reparto (Reparto) VALUES ('PRIMA')"));
+        {
+            RowLock lock(s);
+            s.Execute(QStringLiteral("INSERT INTO Tbl_Reparto (Reparto) VALUES ('SOTTO')"));
+        }
+        s.connection().rollback();
+        return s.Query(QStringLiteral("Select * from Tbl_Reparto where Reparto in ('PRIMA', 'SOTTO')"))->RecordCount();
+    };
+    EXPECT_EQ(keptAfterTheRollback(*store), 0);
+    SKIP_WITHOUT_SERVER();
+    testserver::ScratchDatabase db;
+    DataStore server(db.uri());
+    EXPECT_EQ(keptAfterTheRollback(server), 0);
 }
 
 TEST_F(RecordsetTest, ALoopOfOneRowEditsWritesEachRowsOwnColumns)
