@@ -53,6 +53,25 @@ TEST_F(RecordsetTest, NewRowKeyIsReadableAtOnceAndNeverHandedOutTwice)
     EXPECT_EQ(open(QStringLiteral("Select * from Tbl_Reparto"))->RecordCount(), 4);
 }
 
+// A loop of AddNew prepares what takes the keys once, not once a row.
+TEST_F(RecordsetTest, NewRowsTakeTheirKeysWithoutPreparingAgain)
+{
+    int prepared = 0;
+    sqlite3_set_authorizer(
+        store->handle(),
+        [](void* n, int, const char*, const char*, const char*, const char*) {
+            ++*static_cast<int*>(n);
+            return SQLITE_OK;
+        },
+        &prepared);
+    for (const int expected : {1, 0}) {
+        prepared = 0;
+        open(QStringLiteral("Select * from Tbl_Reparto"))->AddNew();
+        EXPECT_EQ(prepared > 0, expected == 1);
+    }
+    sqlite3_set_authorizer(store->handle(), nullptr, nullptr);
+}
+
 TEST_F(RecordsetTest, NewRowTakesTheColumnDefaults)
 {
     auto rs = open(QStringLiteral("SELECT * From Tbl_Historian_Orders"));
