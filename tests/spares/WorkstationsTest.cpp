@@ -2,10 +2,7 @@
 // driven through its standard input, and the starts a server refuses.
 #include "support/LiveDrive.h"
 #include "support/SparesTest.h"
-#include "support/TestPaths.h"
 #include "support/TestServer.h"
-
-#include <QProcess>
 
 namespace {
 
@@ -82,12 +79,9 @@ TEST(ServerStart, ADatabaseOfAnotherProgramOrNoServerStopsTheStartWritingNothing
         starts.emplace_back(refused, "nome utente o password errati");
     for (const auto& [store, message] : starts) {
         QTemporaryDir home;
-        QProcess p;
-        p.start(testpaths::velmoraBinary(), {"--home", home.path(), "--store", store, "--drive", "-"});
-        p.closeWriteChannel();
-        ASSERT_TRUE(p.waitForFinished(60000));
-        EXPECT_EQ(p.exitCode(), 1) << store.toStdString();
-        EXPECT_TRUE(QString::fromUtf8(p.readAllStandardError()).contains(message)) << store.toStdString();
+        const auto [exitCode, error] = runVelmora({"--home", home.path(), "--store", store, "--drive", "-"});
+        EXPECT_EQ(exitCode, 1) << store.toStdString();
+        EXPECT_TRUE(error.contains(message)) << store.toStdString();
         EXPECT_FALSE(QFile::exists(home.filePath("Velmora.sqlite")));
     }
     EXPECT_EQ(other.session()
