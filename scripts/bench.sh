@@ -16,10 +16,12 @@ fi
 cores="$(nproc)"
 export QT_QPA_PLATFORM="${QT_QPA_PLATFORM:-offscreen}"
 logs="$(mktemp -d)"
-# B1 on the server store runs on a throwaway PostgreSQL cluster; where none can be
-# started its row says it was skipped.
-"$here/scripts/pg-cluster.sh" start "$logs/pg" >/dev/null 2>&1
-[ -f "$logs/pg/uri" ] && export VELMORA_BENCH_PG="$(cat "$logs/pg/uri")"
+# B1 on the server store runs on a throwaway PostgreSQL cluster, started only when that
+# benchmark is built to run; where none can be started its row says it was skipped.
+if [ -x "$build/bench/b1_server" ]; then
+    "$here/scripts/pg-cluster.sh" start "$logs/pg" >/dev/null 2>&1
+    [ -f "$logs/pg/uri" ] && export VELMORA_BENCH_PG="$(cat "$logs/pg/uri")"
+fi
 trap '"$here/scripts/pg-cluster.sh" stop "$logs/pg" >/dev/null 2>&1; rm -rf "$logs"' EXIT
 
 rows=()

@@ -109,6 +109,9 @@ public:
     virtual void begin() = 0;
     virtual void commit() = 0;
     virtual void rollback() = 0;
+    /// Whether a transaction is open on the connection. A server answers a BEGIN inside
+    /// one with a warning alone, so this, not a refused BEGIN, tells who is to end it.
+    virtual bool inTransaction() const = 0;
     /// Whether the store holds no table yet, and its full schema (or the report store's)
     /// for one that does not.
     virtual bool empty() = 0;

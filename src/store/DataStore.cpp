@@ -1342,11 +1342,15 @@ const Variant& Recordset::value(int row, int column) const
 
 RowLock::RowLock(DataStore& store) : m_store(store)
 {
+    // Inside a transaction already: its end commits these writes too (or undoes them
+    // with what came before).
+    if (m_store.connection().inTransaction())
+        return;
     try {
         m_store.connection().begin();
         m_open = true;
     } catch (const VBError&) {
-        // Already inside a transaction: its end commits these writes too.
+        // A store another program holds for writing: each statement waits on its own.
     }
 }
 

@@ -142,6 +142,7 @@ public:
         } catch (const VBError&) {
         }
     }
+    bool inTransaction() const override { return session.inTransaction(); }
     bool empty() override { return session.contents() == pg::DatabaseContents::Empty; }
     void createSchema(bool) override { pg::createPostgresSchema(session); }
 

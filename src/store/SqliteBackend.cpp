@@ -6,11 +6,13 @@
 #include "store/StoreErrors.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QUrl>
 
 #include <cstring>
 #include <sqlite3.h>
 #include <string>
+#include <unordered_map>
 
 namespace store::backend {
 
@@ -200,6 +202,9 @@ public:
     explicit SqliteConnection(sqlite3* db) : m_db(db), m_schema(std::make_unique<jet::SqliteSchema>(db)) { }
     ~SqliteConnection() override
     {
+        m_nextKey.clear();
+        m_seqUpdate.reset();
+        m_seqInsert.reset();
         m_schema.reset();
         sqlite3_close_v2(m_db);
     }
@@ -271,22 +276,23 @@ public:
 
     std::int64_t reserveKey(const StoredTable& table) override
     {
-        auto next = prepare(QStringLiteral("SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ?1 "
-                                           "COLLATE NOCASE), 0), coalesce((SELECT max(rowid) FROM \"%1\"), 0)) + 1")
-                                .arg(QString(table.name).replace(QLatin1Char('"'), QLatin1String("\"\""))));
-        next->bind({Variant(table.name)});
-        if (!next->step())
-            throw errors::fromSqlite(m_db);
-        const std::int64_t key = next->integer(0);
+        // Kept prepared: a loop of AddNew takes a key for every row.
+        std::unique_ptr<Statement>& next = m_nextKey[table.name];
+        if (!next)
+            next = prepare(QStringLiteral("SELECT max(coalesce((SELECT seq FROM sqlite_sequence WHERE name = ?1 "
+                                          "COLLATE NOCASE), 0), coalesce((SELECT max(rowid) FROM \"%1\"), 0)) + 1")
+                               .arg(QString(table.name).replace(QLatin1Char('"'), QLatin1String("\"\""))));
+        const std::int64_t key = [&] {
+            const auto done = qScopeGuard([&] { next->reset(); });
+            next->bind({Variant(table.name)});
+            if (!next->step())
+                throw errors::fromSqlite(m_db);
+            return next->integer(0);
+        }();
         if (table.autoincrement) {
-            auto update = prepare(QStringLiteral("UPDATE sqlite_sequence SET seq = ?2 WHERE name = ?1 COLLATE NOCASE"));
-            update->bind({Variant(table.name), Variant(key)});
-            update->run();
-            if (changes() == 0) {
-                auto insert = prepare(QStringLiteral("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)"));
-                insert->bind({Variant(table.name), Variant(key)});
-                insert->run();
-            }
+            keptRun(m_seqUpdate, "UPDATE sqlite_sequence SET seq = ?2 WHERE name = ?1 COLLATE NOCASE", table.name, key);
+            if (changes() == 0)
+                keptRun(m_seqInsert, "INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)", table.name, key);
         }
         return key;
     }
@@ -312,6 +318,7 @@ public:
     void begin() override { exec(QStringLiteral("BEGIN IMMEDIATE")); }
     void commit() override { exec(QStringLiteral("COMMIT")); }
     void rollback() override { sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr); }
+    bool inTransaction() const override { return !sqlite3_get_autocommit(m_db); }
 
     bool empty() override
     {
@@ -330,8 +337,21 @@ public:
     sqlite3* sqliteHandle() const override { return m_db; }
 
 private:
+    /// Runs a statement of the autonumbers' bookkeeping, prepared on its first use.
+    void keptRun(std::unique_ptr<Statement>& slot, const char* sql, const QString& table, std::int64_t key)
+    {
+        if (!slot)
+            slot = prepare(QString::fromLatin1(sql));
+        const auto done = qScopeGuard([&] { slot->reset(); });
+        slot->bind({Variant(table), Variant(key)});
+        slot->run();
+    }
+
     sqlite3* m_db;
     std::unique_ptr<jet::SqliteSchema> m_schema;
+    /// The statements that take a table's next autonumber, by the table's name.
+    std::unordered_map<QString, std::unique_ptr<Statement>> m_nextKey;
+    std::unique_ptr<Statement> m_seqUpdate, m_seqInsert;
 };
 
 } // namespace

@@ -1,27 +1,14 @@
 // --demo --screenshot makes the demo plant and a PNG of every screen; --demo on data refuses.
 #include "shell/ScreenRegistry.h"
-#include "support/TestPaths.h"
+#include "support/LiveDrive.h"
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 namespace {
-
-/// The program run offscreen: its exit code and what it wrote on the error stream.
-std::pair<int, QString> velmora(const QStringList& args)
-{
-    QProcess p;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("QT_QPA_PLATFORM", "offscreen");
-    p.setProcessEnvironment(env);
-    p.start(testpaths::velmoraBinary(), args);
-    EXPECT_TRUE(p.waitForFinished(180000)) << "velmora did not end";
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardError())};
-}
 
 QByteArray bytesOf(const QString& path)
 {
@@ -32,7 +19,7 @@ QByteArray bytesOf(const QString& path)
 TEST(DemoCommandLine, ScreenshotsOfEveryScreenOnTheDemoPlantThenNoSecondDemo)
 {
     QTemporaryDir home, pictures;
-    const auto [made, madeErr] = velmora({"--demo", "--screenshot", pictures.path(), "--home", home.path()});
+    const auto [made, madeErr] = runVelmora({"--demo", "--screenshot", pictures.path(), "--home", home.path()});
     EXPECT_EQ(made, 0) << qPrintable(madeErr);
     EXPECT_TRUE(madeErr.contains("Impianto dimostrativo:")) << qPrintable(madeErr);
 
@@ -54,7 +41,7 @@ TEST(DemoCommandLine, ScreenshotsOfEveryScreenOnTheDemoPlantThenNoSecondDemo)
     const QString store = QDir(home.path()).filePath("Velmora.sqlite");
     const QByteArray before = bytesOf(store);
     ASSERT_FALSE(before.isEmpty());
-    const auto [again, againErr] = velmora({"--demo", "--home", home.path()});
+    const auto [again, againErr] = runVelmora({"--demo", "--home", home.path()});
     EXPECT_EQ(again, 1);
     EXPECT_TRUE(againErr.contains("contiene già dei dati")) << qPrintable(againErr);
     EXPECT_EQ(bytesOf(store), before);

@@ -36,10 +36,7 @@ QByteArray contents(const QString& file)
 /// velmora OPTION FILE on the folder: its exit code.
 int runOption(const QString& home, const QString& option, const QString& file)
 {
-    QProcess p;
-    p.start(testpaths::velmoraBinary(), {QStringLiteral("--home"), home, option, file});
-    p.waitForFinished(30000);
-    return p.exitCode();
+    return runVelmora({QStringLiteral("--home"), home, option, file}).first;
 }
 
 class BrokenStore : public ScreenTest

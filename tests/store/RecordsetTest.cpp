@@ -2,7 +2,9 @@
 // Null, the end of the rows, Filter, dates in and out, conversions on assignment.
 #include "StoreFixture.h"
 #include "runtime/VBError.h"
+#include "store/Backend.h"
 #include "store/Schema.h"
+#include "support/TestServer.h"
 
 using store::Recordset;
 using vb::Variant;
@@ -38,14 +40,23 @@ TEST_F(RecordsetTest, NewRowKeyIsReadableAtOnceAndNeverHandedOutTwice)
     EXPECT_EQ(check->Fields(QStringLiteral("reparto")).Value().toString(), QStringLiteral("Verniciatura"));
 
     // A deleted last row does not give its number back, nor does a new row never saved.
+    // What takes the keys is prepared once, not once a row.
     store->Execute(QStringLiteral("Delete * from Tbl_Reparto WHERE ID_Reparto  = 4"));
+    int prepared = 0;
+    sqlite3_set_authorizer(
+        store->handle(),
+        [](void* n, int, const char*, const char*, const char*, const char*) { return ++*static_cast<int*>(n), 0; },
+        &prepared);
     auto again = open(QStringLiteral("Select * from Tbl_Reparto"));
     again->AddNew();
     EXPECT_EQ(again->Fields(0).Value().toLong(), 5);
     again.reset();
+    EXPECT_GT(std::exchange(prepared, 0), 0);
     auto third = open(QStringLiteral("Select * from Tbl_Reparto"));
     third->AddNew();
     EXPECT_EQ(third->Fields(0).Value().toLong(), 6);
+    EXPECT_EQ(prepared, 0);
+    sqlite3_set_authorizer(store->handle(), nullptr, nullptr);
     third->Fields(1) = Variant(QStringLiteral("Collaudo"));
     third->UpdateBatch();
     EXPECT_EQ(open(QStringLiteral("Select * from Tbl_Reparto"))->RecordCount(), 4);
@@ -304,6 +315,24 @@ TEST_F(RecordsetTest, ActionStatementsLeaveAClosedRecordset)
     EXPECT_FALSE(rs.isOpen());
     EXPECT_EQ(errorOf([&] { (void)rs.Eof(); }), 3704);
     EXPECT_EQ(store->Query(QStringLiteral("Select * from Tbl_Order"))->RecordCount(), 0);
+}
+
+// A row lock inside a transaction already open leaves it to its owner (a server only
+// warns of a BEGIN inside one): undone, it undoes what came before the lock too.
+TEST_F(RecordsetTest, ARowLockInsideATransactionLeavesItToItsOwner)
+{
+    const auto keptAfterTheRollback = [](DataStore& s) {
+        s.connection().begin();
+        s.Execute(QStringLiteral("INSERT INTO Tbl_Reparto (Reparto) VALUES ('PRIMA')"));
+        RowLock{s};
+        s.connection().rollback();
+        return s.Query(QStringLiteral("Select * from Tbl_Reparto where Reparto = 'PRIMA'"))->RecordCount();
+    };
+    EXPECT_EQ(keptAfterTheRollback(*store), 0);
+    SKIP_WITHOUT_SERVER();
+    testserver::ScratchDatabase db;
+    DataStore server(db.uri());
+    EXPECT_EQ(keptAfterTheRollback(server), 0);
 }
 
 TEST_F(RecordsetTest, ALoopOfOneRowEditsWritesEachRowsOwnColumns)

@@ -6,8 +6,6 @@
 #include "store/pg/PgSession.h"
 #include "support/TestServer.h"
 
-#include <QRegularExpression>
-
 #include <gtest/gtest.h>
 
 using namespace store;
@@ -43,10 +41,7 @@ TEST(ServerSession, AServerThatCannotBeUsedIsToldInItalian)
     SKIP_WITHOUT_SERVER();
     EXPECT_EQ(failureOf(testserver::withDatabase(testserver::uri(), QStringLiteral("non_ce"))),
               QStringLiteral("Il database 'non_ce' non esiste sul server."));
-    QString wrongPassword = testserver::uri();
-    if (wrongPassword.startsWith(QLatin1String("postgresql://")) && wrongPassword.contains(QLatin1String("?host=/"))) {
-        wrongPassword.replace(QRegularExpression(QStringLiteral("^postgresql://[^@]*@")),
-                              QStringLiteral("postgresql://velmora_pw:sbagliata@"));
+    if (const QString wrongPassword = testserver::withWrongPassword(); !wrongPassword.isEmpty()) {
         EXPECT_EQ(failureOf(wrongPassword),
                   QStringLiteral("Accesso negato dal server del database: nome utente o password errati."));
     }

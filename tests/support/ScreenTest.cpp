@@ -17,8 +17,7 @@ void ScreenTest::SetUp()
     store::DataStore::reset();
     // VELMORA_TEST_STORE=server: the same test on a new database of the test server.
     if (qEnvironmentVariable("VELMORA_TEST_STORE") == QLatin1String("server")) {
-        if (testserver::uri().isEmpty())
-            GTEST_SKIP() << "no PostgreSQL server for the server store";
+        SKIP_WITHOUT_SERVER();
         m_server = std::make_unique<testserver::ScratchDatabase>();
         store::DataStore::setServer(m_server->uri());
     }

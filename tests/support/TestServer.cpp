@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QRegularExpression>
 
 namespace testserver {
 
@@ -31,6 +32,15 @@ QString withDatabase(const QString& uri, const QString& database)
         path = query < 0 ? uri.size() : query;
     const qsizetype end = query < 0 ? uri.size() : query;
     return uri.left(path) + u'/' + database + uri.mid(end);
+}
+
+QString withWrongPassword()
+{
+    QString refused = uri();
+    if (!refused.startsWith(QLatin1String("postgresql://")) || !refused.contains(QLatin1String("?host=/")))
+        return {};
+    return refused.replace(QRegularExpression(QStringLiteral("^postgresql://[^@]*@")),
+                           QStringLiteral("postgresql://velmora_pw:sbagliata@"));
 }
 
 ScratchDatabase::ScratchDatabase()

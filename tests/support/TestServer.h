@@ -17,6 +17,10 @@ QString uri();
 /// The same URI with another database.
 QString withDatabase(const QString& uri, const QString& database);
 
+/// The server's URI for the one role that must give a password, with a wrong one; "" when
+/// the server is not the throwaway cluster on its socket, which alone has that role.
+QString withWrongPassword();
+
 /// A new, empty database on the test server and a session on it.
 class ScratchDatabase
 {

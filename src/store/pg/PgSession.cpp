@@ -261,7 +261,7 @@ PgResult PgSession::run(const jet::Translation& t)
         }
     PgResult out;
     // SELECT ... INTO is two statements: all or nothing, unless the caller holds a transaction.
-    const bool together = t.statements.size() > 1 && PQtransactionStatus(m_conn) == PQTRANS_IDLE;
+    const bool together = t.statements.size() > 1 && !inTransaction();
     if (together)
         execScript(QStringLiteral("BEGIN"));
     try {
@@ -301,6 +301,11 @@ void PgSession::execScript(const QString& sql)
         throw errorOf(r.get());
 }
 
+bool PgSession::inTransaction() const
+{
+    return PQtransactionStatus(m_conn) != PQTRANS_IDLE;
+}
+
 void PgSession::sendClock(const QString& sql)
 {
     if (!readsClock(sql))
@@ -310,13 +315,13 @@ void PgSession::sendClock(const QString& sql)
         return;
     exec(QStringLiteral("SELECT set_config('jet.now', $1, false)"), {vb::Variant(QString::number(now, 'g', 17))});
     m_clock = now;
-    m_clockPending = PQtransactionStatus(m_conn) != PQTRANS_IDLE;
+    m_clockPending = inTransaction();
 }
 
 void PgSession::noteTransaction(const PGresult* r)
 {
     // A setting made in a transaction lasts only if the transaction commits.
-    if (!m_clockPending || PQtransactionStatus(m_conn) != PQTRANS_IDLE)
+    if (!m_clockPending || inTransaction())
         return;
     if (!r || std::strcmp(PQcmdStatus(const_cast<PGresult*>(r)), "COMMIT") != 0)
         m_clock = std::numeric_limits<double>::quiet_NaN();
@@ -358,7 +363,7 @@ PGresult* PgSession::send(const QByteArray& sql, const std::vector<unsigned>& ty
     }
     // Unnamed in a transaction: a plan another workstation's change of a table outdated
     // would fail the transaction, where outside one it is parsed again at no loss.
-    if (key.isEmpty() || PQtransactionStatus(m_conn) != PQTRANS_IDLE) {
+    if (key.isEmpty() || inTransaction()) {
         PGresult* r = PQexecParams(m_conn, sql.constData(), n, types.data(), values.data(), nullptr, nullptr, 0);
         noteTransaction(r);
         return r;

@@ -61,6 +61,8 @@ public:
     PgResult run(const jet::Translation& t);
     /// Several statements without parameters (schema creation), in one round trip.
     void execScript(const QString& sql);
+    /// Whether a transaction is open (or failed and not yet ended) on the connection.
+    bool inTransaction() const;
     /// Before a statement that calls Date(), Now() or Time(): the workstation's clock
     /// (vb::Clock, to the second) to the server, unless it holds that value already.
     void sendClock(const QString& sql);
