@@ -697,14 +697,30 @@ struct Recordset::Impl
         return rows[size_t(view[size_t(pos)])];
     }
 
+    /// Two names of one length, case ignored. A loop reads its fields by name on every
+    /// row: names of plain letters are compared as such, any other goes to Qt's folding.
+    static bool sameName(QStringView a, QStringView b)
+    {
+        for (qsizetype i = 0; i < a.size(); ++i) {
+            const char16_t x = a[i].unicode(), y = b[i].unicode();
+            if (x == y)
+                continue;
+            if (x >= 0x80 || y >= 0x80)
+                return a.compare(b, Qt::CaseInsensitive) == 0;
+            const char16_t lower = x | 0x20;
+            if (lower != (y | 0x20) || lower < u'a' || lower > u'z')
+                return false;
+        }
+        return true;
+    }
+
     int columnIndex(const QString& name) const
     {
         // The first column of that name, case ignored. Found without building a key: a
         // name of another length is passed over at once.
         auto find = [this](QStringView key) {
             for (size_t i = 0; i < result->columns.size(); ++i)
-                if (result->columns[i].name.size() == key.size() &&
-                    QStringView(result->columns[i].name).compare(key, Qt::CaseInsensitive) == 0)
+                if (result->columns[i].name.size() == key.size() && sameName(result->columns[i].name, key))
                     return int(i);
             return -1;
         };
