@@ -106,10 +106,18 @@ bool writesRows(const QString& jetSql)
     while (i < jetSql.size() && jetSql[i].isSpace())
         ++i;
     const QStringView rest = QStringView(jetSql).mid(i);
-    for (const QLatin1String word : {QLatin1String("UPDATE"), QLatin1String("INSERT"), QLatin1String("DELETE")})
-        if (rest.size() > word.size() && rest.startsWith(word, Qt::CaseInsensitive) && rest[word.size()].isSpace())
-            return true;
-    return false;
+    if (rest.size() <= 6 || !rest[6].isSpace())
+        return false;
+    // Asked for every statement a loop runs: the first word upper-cased the plain way, as
+    // Jet's keywords are written in plain letters.
+    char word[7] = {};
+    for (int k = 0; k < 6; ++k) {
+        const char16_t c = rest[k].unicode();
+        if (c >= 0x80)
+            return false;
+        word[k] = char(c >= u'a' && c <= u'z' ? c - 0x20 : c);
+    }
+    return qstrcmp(word, "UPDATE") == 0 || qstrcmp(word, "INSERT") == 0 || qstrcmp(word, "DELETE") == 0;
 }
 
 } // namespace
