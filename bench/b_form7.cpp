@@ -1,6 +1,8 @@
 // Form7 on a large plant: the register screen's load (stop shift of 1k stop records,
 // pick lists, the list of 10k and of 100k rows) and one row change, against the same
-// reads and writes as prepared SQLite statements read through the C API, same run.
+// reads and writes as prepared SQLite statements read through the C API, same run: the
+// register row each stop reads before its next date is written, and the pick lists the
+// row change fills for the row's machine, model, number and type.
 #include "LargeBench.h"
 #include "Process.h"
 #include "definition/Workload.h"
@@ -8,6 +10,8 @@
 #include "shell/ScreenRegistry.h"
 
 #include <QApplication>
+
+#include <variant>
 
 namespace {
 
@@ -41,6 +45,7 @@ void run(int registerRows)
         db, "SELECT M.ID, M.ID_NUM, F.Ferma_Dal, F.Giorni_Stop, F.TOT_Giorni_Stop, F.Numero_Stop, M.Ultima, "
             "M.Prossima, M.Frequenza_Sett, F.ID_MAINT_TIPO FROM Tbl_Fermi_Macchina F INNER JOIN Tbl_Maintenance M "
             "ON F.ID_NUM = M.ID_NUM AND F.ID_MAINT_TIPO = M.ID_MAINT_TIPO");
+    sqlite3_stmt* registerRow = prepare(db, "SELECT * FROM Tbl_Maintenance WHERE ID = ?1");
     sqlite3_stmt* push = prepare(db, "UPDATE Tbl_Maintenance SET Prossima = ?1 WHERE ID = ?2");
     sqlite3_stmt* days = prepare(db, "UPDATE Tbl_Fermi_Macchina SET Giorni_Stop = ?1 WHERE ID_NUM = ?2");
     std::vector<sqlite3_stmt*> lists = {
@@ -53,9 +58,55 @@ void run(int registerRows)
         prepare(db, "SELECT ID, Macchina, Modello, Numerazione, Manutenzione_Tipo, Ultima, Prossima FROM "
                     "Tbl_Maintenance ORDER BY Prossima"),
     };
-    sqlite3_stmt* row = prepare(db, "SELECT * FROM Tbl_Maintenance WHERE ID = 5000");
-    sqlite3_stmt* notes = prepare(db, "SELECT * FROM Tbl_Maintenance_Note WHERE ID_MODELLO = 1 AND ID_NUM = 1");
-    sqlite3_stmt* stop = prepare(db, "SELECT * FROM Tbl_Fermi_Macchina WHERE ID_NUM = 1");
+    // The row change, with the values of the row the screen moved to (read from the screen
+    // after a first run): the row, its machine's models and types, the model's numbers,
+    // the number, the type and its minutes, the stop record and the notes.
+    ours();
+    const auto* shown = shell::screens().formAs<execution::Form7>(QStringLiteral("Form7"));
+    const QByteArray machine = shown->DataCombo3->Text().toUtf8();
+    const QByteArray model = shown->DataCombo2->Text().toUtf8();
+    const QByteArray number = shown->DataCombo1->Text().toUtf8();
+    const QByteArray type = shown->DataCombo4->Text().toUtf8();
+    const int rowId = shown->txtID->Text().toInt();
+    const int modelId = shown->ID_MOD->Text().toInt();
+    const int numberId = shown->ID_NUM->Text().toInt();
+    const int typeId = shown->ID_MAINT->Text().toInt();
+    auto bound = [&](const char* sql, std::initializer_list<std::variant<int, const QByteArray*>> values) {
+        sqlite3_stmt* st = prepare(db, sql);
+        int i = 0;
+        for (const auto& v : values) {
+            if (const int* n = std::get_if<int>(&v))
+                sqlite3_bind_int(st, ++i, *n);
+            else
+                sqlite3_bind_text(st, ++i, std::get<const QByteArray*>(v)->constData(), -1, SQLITE_STATIC);
+        }
+        return st;
+    };
+    sqlite3_stmt* minutes = bound("SELECT Tempo_Minuti FROM Tbl_Assegna_M GROUP BY ID_MODELLO, ID_MAINT_TIPO, "
+                                  "Tempo_Minuti HAVING ID_MODELLO = ?1 AND ID_MAINT_TIPO = ?2",
+                                  {modelId, typeId});
+    sqlite3_stmt* types =
+        bound("SELECT Manutenzione_Tipo FROM Tbl_Assegna_M WHERE ID_MODELLO = ?1 ORDER BY ID_MAINT_TIPO", {modelId});
+    const std::vector<sqlite3_stmt*> change = {
+        minutes,
+        bound("SELECT M.ID_MODELLO, M.Macchina, M.Modello FROM Tbl_ProcedureM P INNER JOIN Tbl_Macchina M ON "
+              "P.ID_MODELLO = M.ID_MODELLO GROUP BY M.ID_MODELLO, M.Macchina, M.Modello HAVING M.Macchina = ?1 "
+              "ORDER BY M.Modello",
+              {&machine}),
+        types,
+        bound("SELECT ID_MODELLO, Macchina, Modello FROM Tbl_Macchina WHERE Modello = ?1 ORDER BY Modello", {&model}),
+        bound("SELECT ID_NUM, Numerazione, ID_MODELLO FROM Tbl_Numerazione WHERE ID_MODELLO = ?1", {modelId}),
+        bound("SELECT Numerazione FROM Tbl_Numerazione GROUP BY Numerazione, ID_MODELLO HAVING ID_MODELLO = ?1",
+              {modelId}),
+        types,
+        bound("SELECT * FROM Tbl_Numerazione WHERE ID_MODELLO = ?1 AND Numerazione = ?2", {modelId, &number}),
+        bound("SELECT * FROM Tbl_Maint_Tipo WHERE Maint_Tipo = ?1", {&type}),
+        minutes,
+        bound("SELECT * FROM Tbl_Fermi_Macchina WHERE ID_NUM = ?1", {numberId}),
+        bound("SELECT * FROM Tbl_Maintenance_Note WHERE ID_MODELLO = ?1 AND ID_NUM = ?2 ORDER BY Ultima DESC",
+              {modelId, numberId}),
+        bound("SELECT * FROM Tbl_Maintenance WHERE ID = ?1", {rowId}),
+    };
     auto raw = [&] {
         const double today = vb::toSerial(bench::benchDay());
         while (sqlite3_step(shift) == SQLITE_ROW) {
@@ -69,6 +120,8 @@ void run(int registerRows)
                                        QStringLiteral("dd/MM/yyyy"))))
                     : sqlite3_column_int(shift, 4);
             const double next = sqlite3_column_double(shift, 6) + g + sqlite3_column_double(shift, 8) * 7;
+            sqlite3_bind_int(registerRow, 1, id);
+            bench::readAll(registerRow);
             sqlite3_bind_double(push, 1, next);
             sqlite3_bind_int(push, 2, id);
             sqlite3_step(push);
@@ -81,12 +134,10 @@ void run(int registerRows)
         sqlite3_reset(shift);
         for (sqlite3_stmt* st : lists)
             bench::readAll(st);
-        bench::readAll(row);
-        bench::readAll(notes);
-        bench::readAll(stop);
+        for (sqlite3_stmt* st : change)
+            bench::readAll(st);
     };
 
-    ours();
     raw();
     const double tOurs = bench::bestOf(rounds, ours);
     const double tRaw = bench::bestOf(rounds, raw);
@@ -101,7 +152,10 @@ void run(int registerRows)
                     tOurs, tRaw, "ms");
     for (sqlite3_stmt* st : lists)
         sqlite3_finalize(st);
-    for (sqlite3_stmt* st : {shift, push, days, row, notes, stop})
+    for (sqlite3_stmt* st : change)
+        if (st != minutes && st != types)
+            sqlite3_finalize(st);
+    for (sqlite3_stmt* st : {shift, registerRow, push, days, minutes, types})
         sqlite3_finalize(st);
     shell::screens().discardAll();
     store::DataStore::reset();

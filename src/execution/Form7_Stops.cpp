@@ -111,20 +111,20 @@ void Form7::Apply_Stop_Shift()
     // cannot be read keeps the one of the row before.
     std::int16_t idNum = 0, frequenza = 0, tot = 0, g = 0, d = 0;
     Variant ultima, id, giorni, numero, fermaDal;
-    auto field = [&rs](const char* name) { return rs.Fields(QString::fromLatin1(name)).Value(); };
+    auto field = [&rs](const QString& name) { return rs.Fields(name).Value(); };
 
     bool eof = true;
     trap.step([&] { eof = rs.Eof(); });
     store::Batch batch;
     while (!eof) {
-        trap.step([&] { idNum = field("ID_NUM").toInteger(); });
-        trap.step([&] { frequenza = field("Frequenza_Sett").toInteger(); });
-        trap.step([&] { tot = field("TOT_Giorni_Stop").toInteger(); });
-        trap.step([&] { ultima = Variant(field("Ultima").toDate()); });
-        trap.step([&] { id = field("ID"); });
-        trap.step([&] { giorni = field("Giorni_Stop"); });
-        trap.step([&] { numero = field("Numero_Stop"); });
-        trap.step([&] { fermaDal = field("Ferma_Dal"); });
+        trap.step([&] { idNum = field(QStringLiteral("ID_NUM")).toInteger(); });
+        trap.step([&] { frequenza = field(QStringLiteral("Frequenza_Sett")).toInteger(); });
+        trap.step([&] { tot = field(QStringLiteral("TOT_Giorni_Stop")).toInteger(); });
+        trap.step([&] { ultima = Variant(field(QStringLiteral("Ultima")).toDate()); });
+        trap.step([&] { id = field(QStringLiteral("ID")); });
+        trap.step([&] { giorni = field(QStringLiteral("Giorni_Stop")); });
+        trap.step([&] { numero = field(QStringLiteral("Numero_Stop")); });
+        trap.step([&] { fermaDal = field(QStringLiteral("Ferma_Dal")); });
 
         trap.step([&] { g = isStopDate(fermaDal) ? int16(daysBetween(vb::CDate(fermaDal), vb::Today())) : tot; });
         // A running machine after more than one stop counts its total twice: g is the

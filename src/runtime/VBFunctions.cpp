@@ -570,8 +570,19 @@ Variant Format(const Variant& v, const QString& pattern)
     // register: no named format, no text to read, straight to the date's places.
     if (v.type() == Variant::Type::Date && pattern == QLatin1String("dd/mm/yyyy")) {
         const QDate d = dateFromSerial(v.rawDouble());
-        return Variant(two(d.day()) + regional::DateSeparator + two(d.month()) + regional::DateSeparator +
-                       QString::number(d.year()).rightJustified(4, u'0'));
+        int year = 0, month = 0, day = 0;
+        d.getDate(&year, &month, &day);
+        if (year >= 0 && year <= 9999) {
+            // Written in one go: ten characters, no pieces joined.
+            const char16_t text[10] = {char16_t(u'0' + day / 10),         char16_t(u'0' + day % 10),
+                                       regional::DateSeparator.unicode(), char16_t(u'0' + month / 10),
+                                       char16_t(u'0' + month % 10),       regional::DateSeparator.unicode(),
+                                       char16_t(u'0' + year / 1000),      char16_t(u'0' + year / 100 % 10),
+                                       char16_t(u'0' + year / 10 % 10),   char16_t(u'0' + year % 10)};
+            return Variant(QString(reinterpret_cast<const QChar*>(text), 10));
+        }
+        return Variant(two(day) + regional::DateSeparator + two(month) + regional::DateSeparator +
+                       QString::number(year).rightJustified(4, u'0'));
     }
 
     QString yes, no;

@@ -106,10 +106,18 @@ bool writesRows(const QString& jetSql)
     while (i < jetSql.size() && jetSql[i].isSpace())
         ++i;
     const QStringView rest = QStringView(jetSql).mid(i);
-    for (const QLatin1String word : {QLatin1String("UPDATE"), QLatin1String("INSERT"), QLatin1String("DELETE")})
-        if (rest.size() > word.size() && rest.startsWith(word, Qt::CaseInsensitive) && rest[word.size()].isSpace())
-            return true;
-    return false;
+    if (rest.size() <= 6 || !rest[6].isSpace())
+        return false;
+    // Asked for every statement a loop runs: the first word upper-cased the plain way, as
+    // Jet's keywords are written in plain letters.
+    char word[7] = {};
+    for (int k = 0; k < 6; ++k) {
+        const char16_t c = rest[k].unicode();
+        if (c >= 0x80)
+            return false;
+        word[k] = char(c >= u'a' && c <= u'z' ? c - 0x20 : c);
+    }
+    return qstrcmp(word, "UPDATE") == 0 || qstrcmp(word, "INSERT") == 0 || qstrcmp(word, "DELETE") == 0;
 }
 
 } // namespace
@@ -697,14 +705,30 @@ struct Recordset::Impl
         return rows[size_t(view[size_t(pos)])];
     }
 
+    /// Two names of one length, case ignored. A loop reads its fields by name on every
+    /// row: names of plain letters are compared as such, any other goes to Qt's folding.
+    static bool sameName(QStringView a, QStringView b)
+    {
+        for (qsizetype i = 0; i < a.size(); ++i) {
+            const char16_t x = a[i].unicode(), y = b[i].unicode();
+            if (x == y)
+                continue;
+            if (x >= 0x80 || y >= 0x80)
+                return a.compare(b, Qt::CaseInsensitive) == 0;
+            const char16_t lower = x | 0x20;
+            if (lower != (y | 0x20) || lower < u'a' || lower > u'z')
+                return false;
+        }
+        return true;
+    }
+
     int columnIndex(const QString& name) const
     {
         // The first column of that name, case ignored. Found without building a key: a
         // name of another length is passed over at once.
         auto find = [this](QStringView key) {
             for (size_t i = 0; i < result->columns.size(); ++i)
-                if (result->columns[i].name.size() == key.size() &&
-                    QStringView(result->columns[i].name).compare(key, Qt::CaseInsensitive) == 0)
+                if (result->columns[i].name.size() == key.size() && sameName(result->columns[i].name, key))
                     return int(i);
             return -1;
         };

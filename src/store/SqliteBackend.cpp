@@ -9,6 +9,8 @@
 #include <QScopeGuard>
 #include <QUrl>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <sqlite3.h>
 #include <string>
@@ -34,7 +36,7 @@ public:
     {
         if (m_slots.size() <= size_t(column) * Slots)
             m_slots.resize((size_t(column) + 1) * Slots);
-        const size_t at = size_t(column) * Slots + (qHashBits(p, size_t(n)) & (Slots - 1));
+        const size_t at = size_t(column) * Slots + slotOf(p, size_t(n));
         Slot& slot = m_slots[at];
         // A slot never filled holds no text, not even an empty one: an empty value is read.
         if (slot.text.isNull() || slot.bytes.size() != size_t(n) || std::memcmp(slot.bytes.data(), p, size_t(n)) != 0) {
@@ -58,6 +60,18 @@ public:
 
 private:
     static constexpr size_t Slots = 256;
+    /// The slot of a text: its length and its first and last eight bytes, mixed. Short
+    /// names (a machine's, a model's) differ there; texts that do not only share a slot.
+    static size_t slotOf(const char* p, size_t n)
+    {
+        std::uint64_t head = 0, tail = 0;
+        if (n > 0)
+            std::memcpy(&head, p, std::min<size_t>(n, 8));
+        if (n > 8)
+            std::memcpy(&tail, p + n - std::min<size_t>(n - 8, 8), std::min<size_t>(n - 8, 8));
+        const std::uint64_t mixed = (head * 0x9E3779B97F4A7C15ull) ^ (tail * 0xC2B2AE3D27D4EB4Full) ^ n;
+        return size_t((mixed * 0x165667B19E3779F9ull) >> 56) & (Slots - 1);
+    }
     struct Slot
     {
         std::string bytes;

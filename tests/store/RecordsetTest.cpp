@@ -122,6 +122,11 @@ TEST_F(RecordsetTest, NullEndOfRowsAndUnknownNames)
     EXPECT_EQ(errorOf([&] { (void)data.toString(); }), 94) << "Null used as text is error 94";
     EXPECT_EQ(errorOf([&] { (void)data.toDouble(); }), 94);
     EXPECT_EQ(errorOf([&] { rs->Fields(QStringLiteral("Nessuna")); }), 3265);
+    // Names are found with their case ignored, letters only: "Dat{" is not "DAT[".
+    auto named = open(QStringLiteral("SELECT ID AS [Città], ID AS [Dat[] FROM Tbl_Ricerca WHERE ID = 4"));
+    EXPECT_EQ(named->Fields(QStringLiteral("CITTÀ")).Value().toLong(), 4);
+    EXPECT_EQ(named->Fields(QStringLiteral("dAT[")).Value().toLong(), 4);
+    EXPECT_EQ(errorOf([&] { named->Fields(QStringLiteral("Dat{")); }), 3265);
 
     auto empty = open(QStringLiteral("Select * from Tbl_Reparto where ID_Reparto =99"));
     EXPECT_TRUE(empty->Eof());
