@@ -3,6 +3,8 @@
 #include "runtime/VBError.h"
 
 #include <QAbstractTableModel>
+#include <QCompleter>
+#include <QCoreApplication>
 #include <QHeaderView>
 #include <QLineEdit>
 
@@ -20,6 +22,16 @@ VBError badListIndex()
     return VBError(381, QStringLiteral("Indice della matrice delle proprietà non valido"));
 }
 
+/// The completer a combo's editor holds while the combo takes it, so that the combo makes
+/// none of its own; the editor lets it go at once.
+QCompleter* noCompletion()
+{
+    static QPointer<QCompleter> none;
+    if (!none)
+        none = new QCompleter(QCoreApplication::instance());
+    return none;
+}
+
 } // namespace
 
 // ComboBox -------------------------------------------------------------------------------
@@ -27,12 +39,11 @@ VBError badListIndex()
 ComboBox::ComboBox(QWidget* parent, const QString& name, int style) : QComboBox(parent), Control(this)
 {
     setObjectName(name);
-    setEditable(style != 2);
+    if (style != 2)
+        makeEditable();
     setInsertPolicy(QComboBox::NoInsert);
-    if (QLineEdit* edit = lineEdit()) {
-        setCompleter(nullptr); // VB completes nothing while typing
+    if (QLineEdit* edit = lineEdit())
         edit->setObjectName(name + QStringLiteral("_editor"));
-    }
     connect(this, &QComboBox::editTextChanged, this, [this](const QString& text) {
         if (m_silent || text == m_lastText)
             return;
@@ -47,6 +58,20 @@ ComboBox::ComboBox(QWidget* parent, const QString& name, int style) : QComboBox(
     connect(this, &QComboBox::activated, this, [this](int) { Click(); });
     setFocusHighlight(true);
     initColours(colour::WindowBackground, colour::WindowText);
+}
+
+void ComboBox::makeEditable()
+{
+    // What setEditable(true) gives, without its eager parts: the list's popup is made when
+    // first wanted (as for a drop-down list), and no completer is made only to be dropped,
+    // since VB completes nothing while typing.
+    auto* edit = new QLineEdit(this);
+    edit->setPalette(palette());
+    edit->setCompleter(noCompletion());
+    setLineEdit(edit);
+    setCompleter(nullptr);
+    if (!testAttribute(Qt::WA_Resized))
+        adjustSize();
 }
 
 QStringList ComboBox::items() const

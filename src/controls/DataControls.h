@@ -55,6 +55,7 @@ protected:
     bool m_changeOnPick = false;
 
 private:
+    void makeEditable();
     void pick(int index);
     QString m_lastText;
     int m_lastIndex = -1;

@@ -48,26 +48,41 @@ QRect standing(QWidget* w)
 void giveRoom(QWidget* container, int right, int down)
 {
     const auto children = container->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
-    std::vector<QWidget*> growing;
+    // Each grid or list stands for the others at its drawn size until its turn comes, and
+    // is then resized once: one grown by an earlier resize blocks none of the others.
+    struct Growing
+    {
+        QWidget* widget;
+        QRect stands;
+    };
+    std::vector<Growing> growing;
     for (QWidget* w : children) {
         if (Control* c = asControl(w); c && !c->placedRect().isNull() && takesRoom(w)) {
-            c->growBy(0, 0);
-            growing.push_back(w);
+            const QSize drawn = c->placedRect().size().boundedTo(w->maximumSize()).expandedTo(w->minimumSize());
+            growing.push_back({w, QRect(w->pos(), drawn)});
         }
     }
-    for (QWidget* w : growing) {
+    auto standsNow = [&](QWidget* other) {
+        for (const Growing& g : growing)
+            if (g.widget == other)
+                return g.stands;
+        return standing(other);
+    };
+    for (Growing& g : growing) {
+        QWidget* w = g.widget;
         Control* c = asControl(w);
         const QRect drawn = c->placedRect();
         auto clear = [&](int r, int d) {
             const QRect wanted = drawn.adjusted(0, 0, r, d);
             return std::none_of(children.begin(), children.end(),
-                                [&](QWidget* other) { return other != w && wanted.intersects(standing(other)); });
+                                [&](QWidget* other) { return other != w && wanted.intersects(standsNow(other)); });
         };
         int r = right > 0 && clear(right, 0) ? right : 0;
         int d = down > 0 && clear(0, down) ? down : 0;
         if (r > 0 && d > 0 && !clear(r, d))
             (r * drawn.height() >= d * drawn.width() ? d : r) = 0; // the larger of the two
         c->growBy(r, d);
+        g.stands = w->geometry();
         if (dynamic_cast<Frame*>(w))
             giveRoom(w, r, d);
     }

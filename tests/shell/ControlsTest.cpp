@@ -10,6 +10,7 @@
 #include "support/ErrorOf.h"
 #include "support/ScreenTest.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QTemporaryDir>
@@ -121,6 +122,12 @@ TEST_F(ControlsTest, ProgramChangesFireChangeAsInVB)
     EXPECT_EQ(cChange.n, 1);
     EXPECT_EQ(combo->ListIndex(), -1);
     EXPECT_EQ(errorOf([&] { combo->setListIndex(2); }), err::InvalidPropertyValue);
+    // Typed text stays as typed, and the list, made when first wanted, holds the items.
+    combo->setText(QString());
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_E, Qt::NoModifier, QStringLiteral("E"));
+    QApplication::sendEvent(combo->lineEdit(), &key);
+    EXPECT_EQ(combo->Text(), "E");
+    EXPECT_EQ(combo->view()->model()->rowCount(), 2);
 
     // Check boxes and option buttons fire Click when the program sets their value.
     auto* chk = new CheckBox(&form, "Check1");

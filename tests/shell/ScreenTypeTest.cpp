@@ -74,6 +74,14 @@ TEST_P(ScreenTypeTest, CaptionsFitAndGridsTakeTheRoom)
                         !w->geometry().intersects(other->geometry()))
                 << qPrintable(where + " covers " + other->objectName());
     }
+    // The room given depends on the size shown, not on the sizes shown before it.
+    std::map<QWidget*, QRect> grown;
+    for (QWidget* w : controls)
+        grown[w] = w->geometry();
+    f->resize(f->placedRect().width() + 100, f->placedRect().height() + 400);
+    f->resize(f->placedRect().width() + 300, f->placedRect().height() + 200);
+    for (QWidget* w : controls)
+        EXPECT_EQ(w->geometry(), grown[w]) << qPrintable(name + '.' + w->objectName());
 }
 
 INSTANTIATE_TEST_SUITE_P(Screens, ScreenTypeTest, ::testing::ValuesIn(builtScreens()),
