@@ -159,6 +159,18 @@ int intArg(sqlite3_value* v)
 
 JET_FN(fnVal)
 {
+    // A unit's number is mostly a text of digits only: read it here, once per row of the
+    // sorts by Val, instead of through the run time's text.
+    if (sqlite3_value_type(argv[0]) == SQLITE_TEXT) {
+        const auto* p = sqlite3_value_text(argv[0]);
+        const int n = sqlite3_value_bytes(argv[0]);
+        std::int64_t digits = 0;
+        int i = 0;
+        for (; i < n && i < 15 && p[i] >= '0' && p[i] <= '9'; ++i)
+            digits = digits * 10 + (p[i] - '0');
+        if (i == n && n > 0)
+            return sqlite3_result_double(ctx, double(digits));
+    }
     guarded(ctx, [&] { sqlite3_result_double(ctx, vb::Val(toVariant(argv[0]))); });
 }
 
