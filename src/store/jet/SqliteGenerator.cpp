@@ -1122,8 +1122,9 @@ private:
     // every counted row is a group of its own, as one sort: the ORDER BY's terms, then
     // the groups' order for its ties. SQLite sorts the groups and then sorts them again
     // for the ORDER BY, keeping the groups' order on ties; a GROUP BY with as many terms
-    // as the ORDER BY takes their directions term by term. "" where that does not hold:
-    // a term left to an earlier one, result names SQLite would tell apart, no ORDER BY.
+    // as the ORDER BY takes their directions term by term; a term the ORDER BY already has
+    // breaks no tie. "" where that does not hold: a term left to an earlier one, result
+    // names SQLite would tell apart, no ORDER BY.
     static QString onceCounted(const Select& s, const QStringList& names, const QStringList& groupTerms,
                                const QStringList& lookedTerms, const QStringList& rowOrder)
     {
@@ -1134,11 +1135,16 @@ private:
                 if (names[i].compare(names[j], Qt::CaseInsensitive) == 0)
                     return {};
         QStringList terms = rowOrder;
+        const auto ordered = [&](const QString& term) {
+            return std::any_of(rowOrder.begin(), rowOrder.end(),
+                               [&](const QString& o) { return o == term || o == term + QStringLiteral(" DESC"); });
+        };
         for (qsizetype i = 0; i < groupTerms.size(); ++i)
-            terms << groupTerms[i] +
-                         (groupTerms.size() == qsizetype(s.orderBy.size()) && s.orderBy[size_t(i)].descending
-                              ? QStringLiteral(" DESC")
-                              : QString());
+            if (!ordered(groupTerms[i]))
+                terms << groupTerms[i] +
+                             (groupTerms.size() == qsizetype(s.orderBy.size()) && s.orderBy[size_t(i)].descending
+                                  ? QStringLiteral(" DESC")
+                                  : QString());
         return terms.join(QStringLiteral(", "));
     }
 
