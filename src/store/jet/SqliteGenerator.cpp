@@ -1061,7 +1061,8 @@ private:
             const Expr& a = e.args[0];
             const Ref c = columnOf(a);
             auto summed = [](const QString& v) { return std::pair(QStringLiteral("sum(%1)").arg(v), v); };
-            if (a.kind == Expr::Kind::Star && a.qualifier.isEmpty())
+            // The join leaves no row whose key is Null: counting the key counts the rows.
+            if ((a.kind == Expr::Kind::Star && a.qualifier.isEmpty()) || c == key)
                 return summed(QStringLiteral("jet_rows"));
             if (c.second && c.first == looked)
                 return summed(QStringLiteral("iif(%1 IS NULL, 0, jet_rows)").arg(gen(a, scope).sql));
