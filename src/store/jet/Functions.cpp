@@ -542,9 +542,12 @@ int jetCollate(void*, int n1, const void* p1, int n2, const void* p2)
 {
     const auto* a = static_cast<const unsigned char*>(p1);
     const auto* b = static_cast<const unsigned char*>(p2);
-    const int n = std::min(n1, n2);
     // Equal bytes are equal characters whatever they are (the texts are UTF-8), and the
-    // sorts and groupings compare many texts that begin alike: skip them a word at a time.
+    // groupings compare mostly equal texts, the sorts many that begin alike: the same
+    // texts at once, the same beginnings a word at a time.
+    if (n1 == n2 && std::memcmp(a, b, size_t(n1)) == 0)
+        return 0;
+    const int n = std::min(n1, n2);
     int i = 0;
     for (std::uint64_t x = 0, y = 0; i + 8 <= n; i += 8) {
         std::memcpy(&x, a + i, 8);
