@@ -15,6 +15,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <numeric>
 #include <sqlite3.h>
 
 namespace store::jet {
@@ -517,10 +518,8 @@ const Keys& keys()
     return k;
 }
 
-int compareSlow(int n1, const char* a, int n2, const char* b)
+int compareTexts(QStringView s1, QStringView s2)
 {
-    const QString s1 = QString::fromUtf8(a, n1);
-    const QString s2 = QString::fromUtf8(b, n2);
     const Keys& k = keys();
     const qsizetype n = std::min(s1.size(), s2.size());
     for (qsizetype i = 0; i < n; ++i) {
@@ -536,6 +535,11 @@ int compareSlow(int n1, const char* a, int n2, const char* b)
             return c1 < c2 ? -1 : 1;
     }
     return 0;
+}
+
+int compareSlow(int n1, const char* a, int n2, const char* b)
+{
+    return compareTexts(QString::fromUtf8(a, n1), QString::fromUtf8(b, n2));
 }
 
 int jetCollate(void*, int n1, const void* p1, int n2, const void* p2)
@@ -793,6 +797,65 @@ std::optional<vb::VBError> errorFromMessage(const QString& message)
     if (!ok || colon < 0)
         return std::nullopt;
     return vb::VBError(number, rest.mid(colon + 1));
+}
+
+std::vector<size_t> orderRows(const RowOrder& order, size_t count, const std::function<const vb::Variant*(size_t)>& row)
+{
+    using Kind = RowOrder::Term::Kind;
+    const size_t width = order.terms.size();
+    // Each row's key once: the value of each term, Val read once per row.
+    std::vector<vb::Variant> keys(count * width);
+    for (size_t r = 0; r < count; ++r) {
+        const vb::Variant* v = row(r);
+        for (size_t t = 0; t < width; ++t) {
+            const RowOrder::Term& term = order.terms[t];
+            const vb::Variant& x = v[term.column];
+            vb::Variant& key = keys[r * width + t];
+            if (term.kind == Kind::Val)
+                key = vb::Variant(vb::Val(x));
+            else if (term.kind == Kind::CountOf && (v[term.of].isNull() || v[term.of].isEmpty()))
+                key = vb::Variant(std::int64_t(0));
+            else
+                key = x;
+        }
+    }
+    // SQLite's order: Null, then numbers, then texts.
+    auto rank = [](const vb::Variant& v) { return v.isNull() || v.isEmpty() ? 0 : v.isString() ? 2 : 1; };
+    auto compare = [&](size_t a, size_t b, size_t from, size_t to) {
+        for (size_t t = from; t < to; ++t) {
+            const vb::Variant &x = keys[a * width + t], &y = keys[b * width + t];
+            int c = rank(x) - rank(y);
+            if (c == 0 && rank(x) == 2)
+                c = compareTexts(x.rawString(), y.rawString());
+            else if (c == 0 && rank(x) == 1)
+                c = x.toDouble() < y.toDouble() ? -1 : x.toDouble() > y.toDouble() ? 1 : 0;
+            if (c != 0)
+                return order.terms[t].descending ? -c : c;
+        }
+        return 0;
+    };
+    std::vector<size_t> out(count);
+    std::iota(out.begin(), out.end(), size_t(0));
+    // The rows come in order by the leading terms: each run of rows equal on them is
+    // sorted on the rest. Checked pair by pair; rows come otherwise, all are sorted.
+    const size_t lead = std::min(order.arriving, width);
+    auto sortRun = [&](size_t first, size_t last, size_t from) {
+        std::stable_sort(out.begin() + std::ptrdiff_t(first), out.begin() + std::ptrdiff_t(last),
+                         [&](size_t a, size_t b) { return compare(a, b, from, width) < 0; });
+    };
+    size_t first = 0;
+    for (size_t r = 1; r <= count; ++r) {
+        const int c = r < count ? compare(r - 1, r, 0, lead) : -1;
+        if (c > 0) {
+            sortRun(0, count, 0);
+            return out;
+        }
+        if (c < 0) {
+            sortRun(first, r, lead);
+            first = r;
+        }
+    }
+    return out;
 }
 
 } // namespace store::jet

@@ -1112,11 +1112,88 @@ private:
             return grouped(QString());
         // Every counted row its own group unless two of T's rows have the same looked-up
         // values: then the grouping as above. Only one of the two reads the counted rows.
+        // The one sort is the store's when its terms are the rows' own columns: the counted
+        // rows come in order by the leading ones already.
         const QString shared = QStringLiteral("EXISTS (SELECT 1 FROM %1 GROUP BY %2 HAVING count(*) > 1)")
                                    .arg(fromSql(lookedSide, scope, false), lookedTerms.join(QStringLiteral(", ")));
-        return QStringLiteral("SELECT * FROM (SELECT %1 FROM %2 ORDER BY %3) UNION ALL SELECT * FROM (%4)")
+        m_out.translation.order = countedOrder(s, groups, key, looked, scope);
+        const QString sorted = m_out.translation.order.terms.empty() ? QStringLiteral(" ORDER BY ") + once : QString();
+        return QStringLiteral("SELECT * FROM (SELECT %1 FROM %2%3) UNION ALL SELECT * FROM (%4)")
             .arg(rowItems.join(QStringLiteral(", ")), counted(QStringLiteral(" LIMIT iif(%1, 0, -1)").arg(shared)),
-                 once, grouped(QStringLiteral(" LIMIT iif(%1, -1, 0)").arg(shared)));
+                 sorted, grouped(QStringLiteral(" LIMIT iif(%1, -1, 0)").arg(shared)));
+    }
+
+    // The one sort of the counted rows (onceCounted's terms) as terms of the select's own
+    // columns: a column, Val of one, a count of the rows, a count of a looked-up column (0
+    // where it is Null). The grouping of the other form orders its groups the same way.
+    // No terms where one is none of those.
+    RowOrder countedOrder(const Select& s, const std::vector<std::pair<const ScopeTable*, const ColumnInfo*>>& groups,
+                          std::pair<const ScopeTable*, const ColumnInfo*> key, const ScopeTable* looked,
+                          const Scope& scope) const
+    {
+        using Kind = RowOrder::Term::Kind;
+        auto columnOf = [&](const Expr& e) {
+            return e.kind == Expr::Kind::Column ? resolve(e, scope) : decltype(key){};
+        };
+        auto isCall = [](const Expr& e, const char* name) {
+            return e.kind == Expr::Kind::Call && e.op.compare(QLatin1String(name), Qt::CaseInsensitive) == 0 &&
+                   e.args.size() == 1;
+        };
+        auto counted = [&](const Expr& e) {
+            return isCall(e, "Count") && ((e.args[0].kind == Expr::Kind::Star && e.args[0].qualifier.isEmpty()) ||
+                                          columnOf(e.args[0]) == key);
+        };
+        auto item = [&](auto&& is) {
+            for (size_t i = 0; i < s.items.size(); ++i)
+                if (is(s.items[i].expr))
+                    return int(i);
+            return -1;
+        };
+        auto itemOf = [&](const Expr& e) {
+            const auto c = columnOf(e);
+            return c.second ? item([&](const Expr& x) { return columnOf(x) == c; }) : -1;
+        };
+        auto term = [&](const Expr& e, bool descending) -> std::optional<RowOrder::Term> {
+            int column = itemOf(e), of = -1;
+            Kind kind = Kind::Value;
+            if (column < 0 && isCall(e, "Val")) {
+                column = itemOf(e.args[0]);
+                kind = Kind::Val;
+            } else if (column < 0 && counted(e)) {
+                column = item(counted);
+            } else if (column < 0 && isCall(e, "Count") && columnOf(e.args[0]).first == looked) {
+                column = item(counted);
+                of = itemOf(e.args[0]);
+                kind = Kind::CountOf;
+                if (of < 0)
+                    return {};
+            }
+            if (column < 0)
+                return {};
+            return RowOrder::Term{kind, column, descending, of};
+        };
+        RowOrder order;
+        for (const OrderItem& o : s.orderBy) {
+            const auto t = term(o.expr, o.descending);
+            if (!t)
+                return {};
+            order.terms.push_back(*t);
+            // The counted rows come by R's grouped columns, ascending.
+            if (order.arriving + 1 == order.terms.size() && order.arriving < groups.size() &&
+                groups[order.arriving].first != looked && columnOf(o.expr) == groups[order.arriving] && !o.descending)
+                ++order.arriving;
+        }
+        for (size_t i = 0; i < s.groupBy.size(); ++i) {
+            const auto t = term(s.groupBy[i], s.groupBy.size() == s.orderBy.size() && s.orderBy[i].descending);
+            if (!t)
+                return {};
+            // A term the ORDER BY has breaks no tie.
+            if (std::none_of(order.terms.begin(), order.terms.end(), [&](const RowOrder::Term& o) {
+                    return o.kind == t->kind && o.column == t->column && o.of == t->of;
+                }))
+                order.terms.push_back(*t);
+        }
+        return order;
     }
 
     // The order of "SELECT ... FROM counted rows GROUP BY groupTerms ORDER BY order" when
