@@ -802,33 +802,55 @@ std::optional<vb::VBError> errorFromMessage(const QString& message)
 std::vector<size_t> orderRows(const RowOrder& order, size_t count, const std::function<const vb::Variant*(size_t)>& row)
 {
     using Kind = RowOrder::Term::Kind;
+    // Each row's key once, term by term: its place in SQLite's order of types (Null,
+    // numbers, texts), and the number or the text. Val is read once per row.
+    struct Key
+    {
+        int rank = 0;
+        double number = 0;
+        const QString* text = nullptr;
+    };
+    auto keyOf = [](const vb::Variant& v) {
+        if (v.isNull() || v.isEmpty())
+            return Key{};
+        return v.isString() ? Key{2, 0, &v.rawString()} : Key{1, v.toDouble(), nullptr};
+    };
+    auto val = [](const vb::Variant& v) {
+        // A unit's number is mostly a text of digits only, read here as the SQL's Val does.
+        if (v.isString() && !v.rawString().isEmpty() && v.rawString().size() <= 15) {
+            std::int64_t digits = 0;
+            for (const QChar c : v.rawString()) {
+                if (c < u'0' || c > u'9')
+                    return vb::Val(v);
+                digits = digits * 10 + (c.unicode() - u'0');
+            }
+            return double(digits);
+        }
+        return vb::Val(v);
+    };
     const size_t width = order.terms.size();
-    // Each row's key once: the value of each term, Val read once per row.
-    std::vector<vb::Variant> keys(count * width);
+    std::vector<Key> keys(count * width);
     for (size_t r = 0; r < count; ++r) {
         const vb::Variant* v = row(r);
         for (size_t t = 0; t < width; ++t) {
             const RowOrder::Term& term = order.terms[t];
             const vb::Variant& x = v[term.column];
-            vb::Variant& key = keys[r * width + t];
             if (term.kind == Kind::Val)
-                key = vb::Variant(vb::Val(x));
+                keys[r * width + t] = Key{1, val(x), nullptr};
             else if (term.kind == Kind::CountOf && (v[term.of].isNull() || v[term.of].isEmpty()))
-                key = vb::Variant(std::int64_t(0));
+                keys[r * width + t] = Key{1, 0, nullptr};
             else
-                key = x;
+                keys[r * width + t] = keyOf(x);
         }
     }
-    // SQLite's order: Null, then numbers, then texts.
-    auto rank = [](const vb::Variant& v) { return v.isNull() || v.isEmpty() ? 0 : v.isString() ? 2 : 1; };
     auto compare = [&](size_t a, size_t b, size_t from, size_t to) {
         for (size_t t = from; t < to; ++t) {
-            const vb::Variant &x = keys[a * width + t], &y = keys[b * width + t];
-            int c = rank(x) - rank(y);
-            if (c == 0 && rank(x) == 2)
-                c = compareTexts(x.rawString(), y.rawString());
-            else if (c == 0 && rank(x) == 1)
-                c = x.toDouble() < y.toDouble() ? -1 : x.toDouble() > y.toDouble() ? 1 : 0;
+            const Key &x = keys[a * width + t], &y = keys[b * width + t];
+            int c = x.rank - y.rank;
+            if (c == 0 && x.rank == 2)
+                c = compareTexts(*x.text, *y.text);
+            else if (c == 0 && x.rank == 1)
+                c = x.number < y.number ? -1 : x.number > y.number ? 1 : 0;
             if (c != 0)
                 return order.terms[t].descending ? -c : c;
         }
@@ -840,8 +862,9 @@ std::vector<size_t> orderRows(const RowOrder& order, size_t count, const std::fu
     // sorted on the rest. Checked pair by pair; rows come otherwise, all are sorted.
     const size_t lead = std::min(order.arriving, width);
     auto sortRun = [&](size_t first, size_t last, size_t from) {
-        std::stable_sort(out.begin() + std::ptrdiff_t(first), out.begin() + std::ptrdiff_t(last),
-                         [&](size_t a, size_t b) { return compare(a, b, from, width) < 0; });
+        if (last - first > 1)
+            std::stable_sort(out.begin() + std::ptrdiff_t(first), out.begin() + std::ptrdiff_t(last),
+                             [&](size_t a, size_t b) { return compare(a, b, from, width) < 0; });
     };
     size_t first = 0;
     for (size_t r = 1; r <= count; ++r) {
