@@ -802,8 +802,8 @@ std::optional<vb::VBError> errorFromMessage(const QString& message)
 std::vector<size_t> orderRows(const RowOrder& order, size_t count, const std::function<const vb::Variant*(size_t)>& row)
 {
     using Kind = RowOrder::Term::Kind;
-    // Each row's key once, term by term: its place in SQLite's order of types (Null,
-    // numbers, texts), and the number or the text. Val is read once per row.
+    // A value's place in SQLite's order of types (Null, numbers, texts), and the
+    // number or the text.
     struct Key
     {
         int rank = 0;
@@ -828,24 +828,33 @@ std::vector<size_t> orderRows(const RowOrder& order, size_t count, const std::fu
         }
         return vb::Val(v);
     };
+    // Val is read once per row; the other terms from the row's values as they are.
     const size_t width = order.terms.size();
-    std::vector<Key> keys(count * width);
+    std::vector<const vb::Variant*> rows(count);
+    std::vector<size_t> slots(width, 0);
+    size_t vals = 0;
+    for (size_t t = 0; t < width; ++t)
+        if (order.terms[t].kind == Kind::Val)
+            slots[t] = vals++;
+    std::vector<double> valued(count * vals);
     for (size_t r = 0; r < count; ++r) {
-        const vb::Variant* v = row(r);
-        for (size_t t = 0; t < width; ++t) {
-            const RowOrder::Term& term = order.terms[t];
-            const vb::Variant& x = v[term.column];
-            if (term.kind == Kind::Val)
-                keys[r * width + t] = Key{1, val(x), nullptr};
-            else if (term.kind == Kind::CountOf && (v[term.of].isNull() || v[term.of].isEmpty()))
-                keys[r * width + t] = Key{1, 0, nullptr};
-            else
-                keys[r * width + t] = keyOf(x);
-        }
+        rows[r] = row(r);
+        for (size_t t = 0; t < width; ++t)
+            if (order.terms[t].kind == Kind::Val)
+                valued[r * vals + slots[t]] = val(rows[r][order.terms[t].column]);
     }
+    auto key = [&](size_t r, size_t t) {
+        const RowOrder::Term& term = order.terms[t];
+        const vb::Variant* v = rows[r];
+        if (term.kind == Kind::Val)
+            return Key{1, valued[r * vals + slots[t]], nullptr};
+        if (term.kind == Kind::CountOf && (v[term.of].isNull() || v[term.of].isEmpty()))
+            return Key{1, 0, nullptr};
+        return keyOf(v[term.column]);
+    };
     auto compare = [&](size_t a, size_t b, size_t from, size_t to) {
         for (size_t t = from; t < to; ++t) {
-            const Key &x = keys[a * width + t], &y = keys[b * width + t];
+            const Key x = key(a, t), y = key(b, t);
             int c = x.rank - y.rank;
             if (c == 0 && x.rank == 2)
                 c = compareTexts(*x.text, *y.text);
