@@ -838,6 +838,16 @@ void Recordset::Impl::load(DataStore& st, const jet::Translation& tr, std::share
         }
         more = stmt->step();
     }
+    if (!tr.order.terms.empty()) {
+        // The statement left its rows' order to us: the rows take their places in it.
+        const std::vector<size_t> order =
+            jet::orderRows(tr.order, rows.size(), [&](size_t r) { return cells.at(rows[r].first); });
+        std::vector<RowData> ordered;
+        ordered.reserve(rows.size());
+        for (const size_t r : order)
+            ordered.push_back(rows[r]);
+        rows = std::move(ordered);
+    }
     if (rows.size() < lease.rowsLastTime() / 2) {
         // Far fewer rows than last time: the room left over is given back.
         rows.shrink_to_fit();

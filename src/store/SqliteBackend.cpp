@@ -372,6 +372,10 @@ private:
 
 std::unique_ptr<Connection> openSqlite(const QString& path)
 {
+    // Nothing reads SQLite's count of its memory: without it, every block SQLite takes or
+    // gives back (a sort's rows, a text read) goes without a lock of the whole process.
+    // It can be set only before SQLite's first use; later it stays as it is.
+    [[maybe_unused]] static const bool uncounted = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0) == SQLITE_OK;
     sqlite3* db = nullptr;
     // A store that cannot be written (the file or its folder) opens to be read as it
     // stands on the disk: SQLite could not keep its side files beside it.

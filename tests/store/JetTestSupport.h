@@ -97,11 +97,14 @@ public:
             for (size_t i = 0; i < s.params.size(); ++i)
                 bindValue(st, int(i) + 1, s.params[i]);
             const int columns = sqlite3_column_count(st) - (m_last.baseTable.isEmpty() ? 0 : 1);
+            std::vector<vb::Variant> values; // for the order the store gives the rows
             int rc;
             while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
                 QStringList row;
-                for (int c = 0; c < columns; ++c)
+                for (int c = 0; c < columns; ++c) {
                     row << text(st, c);
+                    values.push_back(value(st, c));
+                }
                 rows << row.join(u'|');
             }
             const QString message = QString::fromUtf8(sqlite3_errmsg(m_db));
@@ -110,6 +113,13 @@ public:
                 if (auto e = errorFromMessage(message))
                     throw *e;
                 throw vb::VBError(-1, message);
+            }
+            if (!m_last.order.terms.empty()) {
+                QStringList ordered;
+                for (const size_t r : orderRows(m_last.order, size_t(rows.size()),
+                                                [&](size_t r) { return values.data() + r * size_t(columns); }))
+                    ordered << rows[qsizetype(r)];
+                rows = ordered;
             }
         }
         return rows.join(u';');
@@ -134,6 +144,16 @@ private:
             return;
         }
         default: sqlite3_bind_null(st, i); return;
+        }
+    }
+
+    static vb::Variant value(sqlite3_stmt* st, int c)
+    {
+        switch (sqlite3_column_type(st, c)) {
+        case SQLITE_NULL: return vb::Variant::null();
+        case SQLITE_INTEGER: return vb::Variant(std::int64_t(sqlite3_column_int64(st, c)));
+        case SQLITE_FLOAT: return vb::Variant(sqlite3_column_double(st, c));
+        default: return vb::Variant(text(st, c));
         }
     }
 

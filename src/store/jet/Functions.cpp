@@ -15,6 +15,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <numeric>
 #include <sqlite3.h>
 
 namespace store::jet {
@@ -159,6 +160,18 @@ int intArg(sqlite3_value* v)
 
 JET_FN(fnVal)
 {
+    // A unit's number is mostly a text of digits only: read it here, once per row of the
+    // sorts by Val, instead of through the run time's text.
+    if (sqlite3_value_type(argv[0]) == SQLITE_TEXT) {
+        const auto* p = sqlite3_value_text(argv[0]);
+        const int n = sqlite3_value_bytes(argv[0]);
+        std::int64_t digits = 0;
+        int i = 0;
+        for (; i < n && i < 15 && p[i] >= '0' && p[i] <= '9'; ++i)
+            digits = digits * 10 + (p[i] - '0');
+        if (i == n && n > 0)
+            return sqlite3_result_double(ctx, double(digits));
+    }
     guarded(ctx, [&] { sqlite3_result_double(ctx, vb::Val(toVariant(argv[0]))); });
 }
 
@@ -505,10 +518,8 @@ const Keys& keys()
     return k;
 }
 
-int compareSlow(int n1, const char* a, int n2, const char* b)
+int compareTexts(QStringView s1, QStringView s2)
 {
-    const QString s1 = QString::fromUtf8(a, n1);
-    const QString s2 = QString::fromUtf8(b, n2);
     const Keys& k = keys();
     const qsizetype n = std::min(s1.size(), s2.size());
     for (qsizetype i = 0; i < n; ++i) {
@@ -526,13 +537,21 @@ int compareSlow(int n1, const char* a, int n2, const char* b)
     return 0;
 }
 
+int compareSlow(int n1, const char* a, int n2, const char* b)
+{
+    return compareTexts(QString::fromUtf8(a, n1), QString::fromUtf8(b, n2));
+}
+
 int jetCollate(void*, int n1, const void* p1, int n2, const void* p2)
 {
     const auto* a = static_cast<const unsigned char*>(p1);
     const auto* b = static_cast<const unsigned char*>(p2);
-    const int n = std::min(n1, n2);
     // Equal bytes are equal characters whatever they are (the texts are UTF-8), and the
-    // sorts and groupings compare many texts that begin alike: skip them a word at a time.
+    // groupings compare mostly equal texts, the sorts many that begin alike: the same
+    // texts at once, the same beginnings a word at a time.
+    if (n1 == n2 && std::memcmp(a, b, size_t(n1)) == 0)
+        return 0;
+    const int n = std::min(n1, n2);
     int i = 0;
     for (std::uint64_t x = 0, y = 0; i + 8 <= n; i += 8) {
         std::memcpy(&x, a + i, 8);
@@ -778,6 +797,97 @@ std::optional<vb::VBError> errorFromMessage(const QString& message)
     if (!ok || colon < 0)
         return std::nullopt;
     return vb::VBError(number, rest.mid(colon + 1));
+}
+
+std::vector<size_t> orderRows(const RowOrder& order, size_t count, const std::function<const vb::Variant*(size_t)>& row)
+{
+    using Kind = RowOrder::Term::Kind;
+    // A value's place in SQLite's order of types (Null, numbers, texts), and the
+    // number or the text.
+    struct Key
+    {
+        int rank = 0;
+        double number = 0;
+        const QString* text = nullptr;
+    };
+    auto keyOf = [](const vb::Variant& v) {
+        if (v.isNull() || v.isEmpty())
+            return Key{};
+        return v.isString() ? Key{2, 0, &v.rawString()} : Key{1, v.toDouble(), nullptr};
+    };
+    auto val = [](const vb::Variant& v) {
+        // A unit's number is mostly a text of digits only, read here as the SQL's Val does.
+        if (v.isString() && !v.rawString().isEmpty() && v.rawString().size() <= 15) {
+            std::int64_t digits = 0;
+            for (const QChar c : v.rawString()) {
+                if (c < u'0' || c > u'9')
+                    return vb::Val(v);
+                digits = digits * 10 + (c.unicode() - u'0');
+            }
+            return double(digits);
+        }
+        return vb::Val(v);
+    };
+    // Val is read once per row; the other terms from the row's values as they are.
+    const size_t width = order.terms.size();
+    std::vector<const vb::Variant*> rows(count);
+    std::vector<size_t> slots(width, 0);
+    size_t vals = 0;
+    for (size_t t = 0; t < width; ++t)
+        if (order.terms[t].kind == Kind::Val)
+            slots[t] = vals++;
+    std::vector<double> valued(count * vals);
+    for (size_t r = 0; r < count; ++r) {
+        rows[r] = row(r);
+        for (size_t t = 0; t < width; ++t)
+            if (order.terms[t].kind == Kind::Val)
+                valued[r * vals + slots[t]] = val(rows[r][order.terms[t].column]);
+    }
+    auto key = [&](size_t r, size_t t) {
+        const RowOrder::Term& term = order.terms[t];
+        const vb::Variant* v = rows[r];
+        if (term.kind == Kind::Val)
+            return Key{1, valued[r * vals + slots[t]], nullptr};
+        if (term.kind == Kind::CountOf && (v[term.of].isNull() || v[term.of].isEmpty()))
+            return Key{1, 0, nullptr};
+        return keyOf(v[term.column]);
+    };
+    auto compare = [&](size_t a, size_t b, size_t from, size_t to) {
+        for (size_t t = from; t < to; ++t) {
+            const Key x = key(a, t), y = key(b, t);
+            int c = x.rank - y.rank;
+            if (c == 0 && x.rank == 2)
+                c = compareTexts(*x.text, *y.text);
+            else if (c == 0 && x.rank == 1)
+                c = x.number < y.number ? -1 : x.number > y.number ? 1 : 0;
+            if (c != 0)
+                return order.terms[t].descending ? -c : c;
+        }
+        return 0;
+    };
+    std::vector<size_t> out(count);
+    std::iota(out.begin(), out.end(), size_t(0));
+    // The rows come in order by the leading terms: each run of rows equal on them is
+    // sorted on the rest. Checked pair by pair; rows come otherwise, all are sorted.
+    const size_t lead = std::min(order.arriving, width);
+    auto sortRun = [&](size_t first, size_t last, size_t from) {
+        if (last - first > 1)
+            std::stable_sort(out.begin() + std::ptrdiff_t(first), out.begin() + std::ptrdiff_t(last),
+                             [&](size_t a, size_t b) { return compare(a, b, from, width) < 0; });
+    };
+    size_t first = 0;
+    for (size_t r = 1; r <= count; ++r) {
+        const int c = r < count ? compare(r - 1, r, 0, lead) : -1;
+        if (c > 0) {
+            sortRun(0, count, 0);
+            return out;
+        }
+        if (c < 0) {
+            sortRun(first, r, lead);
+            first = r;
+        }
+    }
+    return out;
 }
 
 } // namespace store::jet

@@ -25,6 +25,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -54,6 +55,33 @@ struct SqliteStatement
     std::vector<vb::Variant> params; ///< bound to ?1, ?2, ... in order (dates as REAL day numbers)
 };
 
+/// An order a select's rows are put in after reading them, a total one (a grouping's
+/// sort that SQLite would make over every counted row): term by term, as SQLite orders
+/// (Null first, numbers before texts, texts under the JET collation).
+struct RowOrder
+{
+    struct Term
+    {
+        enum class Kind {
+            Value,   ///< the column's value
+            Val,     ///< Val of the column's value (Null raises 94, as the SQL's Val)
+            CountOf, ///< the column's count, 0 where the column `of` is Null
+        } kind = Kind::Value;
+        int column = 0;
+        bool descending = false;
+        int of = -1;
+    };
+    std::vector<Term> terms;
+    /// How many leading terms the rows come in order by already: only the runs of rows
+    /// equal on those are sorted (all of them when the rows come otherwise).
+    size_t arriving = 0;
+};
+
+/// The order `order` gives rows 0..count-1, whose values row(i) gives: row indexes in
+/// order. Raises as the SQL's Val does.
+std::vector<size_t> orderRows(const RowOrder& order, size_t count,
+                              const std::function<const vb::Variant*(size_t)>& row);
+
 /// What the generator made of one Jet statement.
 struct Translation
 {
@@ -81,6 +109,9 @@ struct Translation
     /// Positions in params of the statement's own "?" markers, in order: the caller's
     /// values for a parameter command go there.
     std::vector<int> userParams;
+    /// For Select: the order its rows take once read, when the statement leaves it to the
+    /// reader (orderRows); empty when SQLite gives them in order.
+    RowOrder order;
 };
 
 /// A column's kind as far as the dialect cares.

@@ -987,7 +987,9 @@ private:
     // sort, and leaves a row per group or fewer; the statement then groups and orders those
     // counted rows as it would have grouped R's, with the counts added up. The groups, their
     // order and their ties come out the same: the counted rows arrive in the order R's rows
-    // would, each holding the values of its last row. "" when the select is not of this shape.
+    // would, each holding the values of its last row. When no two of T's rows have the same
+    // looked-up values, each counted row is a group: one sort orders them instead of the
+    // grouping's sort and the ORDER BY's. "" when the select is not of this shape.
     QString countedFirst(const Select& s, const QStringList& names)
     {
         if (m_pg || s.distinct || s.topLiteral >= 0 || s.where || s.having || s.from.size() != 1 || s.groupBy.empty() ||
@@ -1013,10 +1015,11 @@ private:
             return {};
         auto refOf = [](const TableRef& t) { return t.alias.isEmpty() ? t.name : t.alias; };
         const bool countedLeft = refOf(join.sides[0]).compare(key.first->ref, Qt::CaseInsensitive) == 0;
-        const TableRef& counted = join.sides[countedLeft ? 0 : 1];
+        const TableRef& countedSide = join.sides[countedLeft ? 0 : 1];
+        const TableRef& lookedSide = join.sides[countedLeft ? 1 : 0];
 
         // R's grouped columns, each once and before any looked-up one, then its key.
-        QStringList firstColumns, firstGroups, groupTerms;
+        QStringList firstColumns, firstGroups, groupTerms, lookedTerms;
         std::vector<Ref> groups;
         for (size_t i = 0; i < s.groupBy.size(); ++i) {
             const Ref c = columnOf(s.groupBy[i]);
@@ -1030,6 +1033,8 @@ private:
             if (c.first != looked) {
                 firstColumns << g.sql + QStringLiteral(" AS ") + ident(c.second->name);
                 firstGroups << sortTerm(g);
+            } else {
+                lookedTerms << sortTerm(g);
             }
         }
         if (groups.front().first == looked || groups.back().first != looked)
@@ -1039,56 +1044,186 @@ private:
         firstGroups << keySql;
 
         // A count of R's column adds up R's counts; one of T's, the rows where it is not Null.
+        // Each value both added up over a group and as one counted row holds it.
         QStringList firstCounts;
-        auto value = [&](const Expr& e) -> QString {
+        auto value = [&](const Expr& e) -> std::pair<QString, QString> {
             const bool count = e.kind == Expr::Kind::Call &&
                                e.op.compare(QLatin1String("Count"), Qt::CaseInsensitive) == 0 && e.args.size() == 1;
-            if (!count)
-                return std::find(groups.begin(), groups.end(), columnOf(e)) != groups.end() ||
-                               (e.kind == Expr::Kind::Call &&
-                                e.op.compare(QLatin1String("Val"), Qt::CaseInsensitive) == 0 && e.args.size() == 1 &&
-                                std::find(groups.begin(), groups.end(), columnOf(e.args[0])) != groups.end())
-                           ? gen(e, scope).sql
-                           : QString();
+            if (!count) {
+                const bool grouped =
+                    std::find(groups.begin(), groups.end(), columnOf(e)) != groups.end() ||
+                    (e.kind == Expr::Kind::Call && e.op.compare(QLatin1String("Val"), Qt::CaseInsensitive) == 0 &&
+                     e.args.size() == 1 &&
+                     std::find(groups.begin(), groups.end(), columnOf(e.args[0])) != groups.end());
+                const QString v = grouped ? gen(e, scope).sql : QString();
+                return {v, v};
+            }
             const Expr& a = e.args[0];
             const Ref c = columnOf(a);
-            if (a.kind == Expr::Kind::Star && a.qualifier.isEmpty())
-                return QStringLiteral("sum(jet_rows)");
+            auto summed = [](const QString& v) { return std::pair(QStringLiteral("sum(%1)").arg(v), v); };
+            // The join leaves no row whose key is Null: counting the key counts the rows.
+            if ((a.kind == Expr::Kind::Star && a.qualifier.isEmpty()) || c == key)
+                return summed(QStringLiteral("jet_rows"));
             if (c.second && c.first == looked)
-                return QStringLiteral("sum(iif(%1 IS NULL, 0, jet_rows))").arg(gen(a, scope).sql);
+                return summed(QStringLiteral("iif(%1 IS NULL, 0, jet_rows)").arg(gen(a, scope).sql));
             if (!c.second || c.first != key.first)
                 return {};
             const QString name = QStringLiteral("jet_c") + QString::number(firstCounts.size());
             firstCounts << QStringLiteral("count(%1) AS %2").arg(gen(a, scope).sql, name);
-            return QStringLiteral("sum(%1)").arg(name);
+            return summed(name);
         };
-        QStringList items, order;
+        QStringList items, order, rowItems, rowOrder;
         for (size_t i = 0; i < s.items.size(); ++i) {
-            const QString v = value(s.items[i].expr);
+            const auto [v, row] = value(s.items[i].expr);
             if (v.isEmpty() || int(i) >= names.size())
                 return {};
             const bool aliased = !s.items[i].alias.isEmpty() || s.items[i].expr.kind != Expr::Kind::Column;
-            items << v + (aliased ? QStringLiteral(" AS ") + ident(names[int(i)]) : QString());
+            const QString as = aliased ? QStringLiteral(" AS ") + ident(names[int(i)]) : QString();
+            items << v + as;
+            rowItems << row + as;
         }
         for (const OrderItem& o : s.orderBy) {
-            const QString v = value(o.expr);
+            const auto [v, row] = value(o.expr);
             if (v.isEmpty())
                 return {};
             const Ty ty = o.expr.kind == Expr::Kind::Column ? gen(o.expr, scope).ty : Ty::Number;
-            order << sortTerm({v, ty}) + (o.descending ? QStringLiteral(" DESC") : QString());
+            const QString desc = o.descending ? QStringLiteral(" DESC") : QString();
+            order << sortTerm({v, ty}) + desc;
+            rowOrder << sortTerm({row, ty}) + desc;
         }
         firstCounts << QStringLiteral("count(*) AS jet_rows");
         // Joined in this order, the counted rows stream to the join in the order counted.
-        QString sql = QStringLiteral("SELECT %1 FROM (SELECT %2, %3 FROM %4 GROUP BY %5) AS %6 CROSS JOIN %7 ON %8 "
-                                     "GROUP BY %9")
-                          .arg(items.join(QStringLiteral(", ")), firstColumns.join(QStringLiteral(", ")),
-                               firstCounts.join(QStringLiteral(", ")), fromSql(counted, scope, false),
-                               firstGroups.join(QStringLiteral(", ")), ident(key.first->ref),
-                               fromSql(join.sides[countedLeft ? 1 : 0], scope, false), cond(on, scope).sql,
-                               groupTerms.join(QStringLiteral(", ")));
-        if (!order.isEmpty())
-            sql += QStringLiteral(" ORDER BY ") + order.join(QStringLiteral(", "));
-        return sql;
+        auto counted = [&](const QString& limit) {
+            return QStringLiteral("(SELECT %1, %2 FROM %3 GROUP BY %4%5) AS %6 CROSS JOIN %7 ON %8")
+                .arg(firstColumns.join(QStringLiteral(", ")), firstCounts.join(QStringLiteral(", ")),
+                     fromSql(countedSide, scope, false), firstGroups.join(QStringLiteral(", ")), limit,
+                     ident(key.first->ref), fromSql(lookedSide, scope, false), cond(on, scope).sql);
+        };
+        auto grouped = [&](const QString& limit) {
+            QString sql =
+                QStringLiteral("SELECT %1 FROM %2 GROUP BY %3")
+                    .arg(items.join(QStringLiteral(", ")), counted(limit), groupTerms.join(QStringLiteral(", ")));
+            if (!order.isEmpty())
+                sql += QStringLiteral(" ORDER BY ") + order.join(QStringLiteral(", "));
+            return sql;
+        };
+        const QString once = onceCounted(s, names, groupTerms, lookedTerms, rowOrder);
+        if (once.isEmpty())
+            return grouped(QString());
+        // Every counted row its own group unless two of T's rows have the same looked-up
+        // values: then the grouping as above. Only one of the two reads the counted rows.
+        // The one sort is the store's when its terms are the rows' own columns: the counted
+        // rows come in order by the leading ones already.
+        const QString shared = QStringLiteral("EXISTS (SELECT 1 FROM %1 GROUP BY %2 HAVING count(*) > 1)")
+                                   .arg(fromSql(lookedSide, scope, false), lookedTerms.join(QStringLiteral(", ")));
+        m_out.translation.order = countedOrder(s, groups, key, looked, scope);
+        const QString sorted = m_out.translation.order.terms.empty() ? QStringLiteral(" ORDER BY ") + once : QString();
+        return QStringLiteral("SELECT * FROM (SELECT %1 FROM %2%3) UNION ALL SELECT * FROM (%4)")
+            .arg(rowItems.join(QStringLiteral(", ")), counted(QStringLiteral(" LIMIT iif(%1, 0, -1)").arg(shared)),
+                 sorted, grouped(QStringLiteral(" LIMIT iif(%1, -1, 0)").arg(shared)));
+    }
+
+    // The one sort of the counted rows (onceCounted's terms) as terms of the select's own
+    // columns: a column, Val of one, a count of the rows, a count of a looked-up column (0
+    // where it is Null). The grouping of the other form orders its groups the same way.
+    // No terms where one is none of those.
+    RowOrder countedOrder(const Select& s, const std::vector<std::pair<const ScopeTable*, const ColumnInfo*>>& groups,
+                          std::pair<const ScopeTable*, const ColumnInfo*> key, const ScopeTable* looked,
+                          const Scope& scope) const
+    {
+        using Kind = RowOrder::Term::Kind;
+        auto columnOf = [&](const Expr& e) {
+            return e.kind == Expr::Kind::Column ? resolve(e, scope) : decltype(key){};
+        };
+        auto isCall = [](const Expr& e, const char* name) {
+            return e.kind == Expr::Kind::Call && e.op.compare(QLatin1String(name), Qt::CaseInsensitive) == 0 &&
+                   e.args.size() == 1;
+        };
+        auto counted = [&](const Expr& e) {
+            return isCall(e, "Count") && ((e.args[0].kind == Expr::Kind::Star && e.args[0].qualifier.isEmpty()) ||
+                                          columnOf(e.args[0]) == key);
+        };
+        auto item = [&](auto&& is) {
+            for (size_t i = 0; i < s.items.size(); ++i)
+                if (is(s.items[i].expr))
+                    return int(i);
+            return -1;
+        };
+        auto itemOf = [&](const Expr& e) {
+            const auto c = columnOf(e);
+            return c.second ? item([&](const Expr& x) { return columnOf(x) == c; }) : -1;
+        };
+        auto term = [&](const Expr& e, bool descending) -> std::optional<RowOrder::Term> {
+            int column = itemOf(e), of = -1;
+            Kind kind = Kind::Value;
+            if (column < 0 && isCall(e, "Val")) {
+                column = itemOf(e.args[0]);
+                kind = Kind::Val;
+            } else if (column < 0 && counted(e)) {
+                column = item(counted);
+            } else if (column < 0 && isCall(e, "Count") && columnOf(e.args[0]).first == looked) {
+                column = item(counted);
+                of = itemOf(e.args[0]);
+                kind = Kind::CountOf;
+                if (of < 0)
+                    return {};
+            }
+            if (column < 0)
+                return {};
+            return RowOrder::Term{kind, column, descending, of};
+        };
+        RowOrder order;
+        for (const OrderItem& o : s.orderBy) {
+            const auto t = term(o.expr, o.descending);
+            if (!t)
+                return {};
+            order.terms.push_back(*t);
+            // The counted rows come by R's grouped columns, ascending.
+            if (order.arriving + 1 == order.terms.size() && order.arriving < groups.size() &&
+                groups[order.arriving].first != looked && columnOf(o.expr) == groups[order.arriving] && !o.descending)
+                ++order.arriving;
+        }
+        for (size_t i = 0; i < s.groupBy.size(); ++i) {
+            const auto t = term(s.groupBy[i], s.groupBy.size() == s.orderBy.size() && s.orderBy[i].descending);
+            if (!t)
+                return {};
+            // A term the ORDER BY has breaks no tie.
+            if (std::none_of(order.terms.begin(), order.terms.end(), [&](const RowOrder::Term& o) {
+                    return o.kind == t->kind && o.column == t->column && o.of == t->of;
+                }))
+                order.terms.push_back(*t);
+        }
+        return order;
+    }
+
+    // The order of "SELECT ... FROM counted rows GROUP BY groupTerms ORDER BY order" when
+    // every counted row is a group of its own, as one sort: the ORDER BY's terms, then
+    // the groups' order for its ties. SQLite sorts the groups and then sorts them again
+    // for the ORDER BY, keeping the groups' order on ties; a GROUP BY with as many terms
+    // as the ORDER BY takes their directions term by term; a term the ORDER BY already has
+    // breaks no tie. "" where that does not hold: a term left to an earlier one, result
+    // names SQLite would tell apart, no ORDER BY.
+    static QString onceCounted(const Select& s, const QStringList& names, const QStringList& groupTerms,
+                               const QStringList& lookedTerms, const QStringList& rowOrder)
+    {
+        if (rowOrder.isEmpty() || lookedTerms.isEmpty() || groupTerms.size() != qsizetype(s.groupBy.size()))
+            return {};
+        for (qsizetype i = 0; i < names.size(); ++i)
+            for (qsizetype j = 0; j < i; ++j)
+                if (names[i].compare(names[j], Qt::CaseInsensitive) == 0)
+                    return {};
+        QStringList terms = rowOrder;
+        const auto ordered = [&](const QString& term) {
+            return std::any_of(rowOrder.begin(), rowOrder.end(),
+                               [&](const QString& o) { return o == term || o == term + QStringLiteral(" DESC"); });
+        };
+        for (qsizetype i = 0; i < groupTerms.size(); ++i)
+            if (!ordered(groupTerms[i]))
+                terms << groupTerms[i] +
+                             (groupTerms.size() == qsizetype(s.orderBy.size()) && s.orderBy[size_t(i)].descending
+                                  ? QStringLiteral(" DESC")
+                                  : QString());
+        return terms.join(QStringLiteral(", "));
     }
 
     static bool exprHasAggregate(const Expr& e)
