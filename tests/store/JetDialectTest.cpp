@@ -298,4 +298,10 @@ TEST(JetTranslation, GroupingsOverTheInterventionsKeepEveryRow)
             EXPECT_EQ(ours[0] == '<', seed == 3);
         }
     }
+    // Dates reach the recordset as dates, not as SQLite's numbers: their order stays SQLite's.
+    JetConnection jet;
+    store::createSchema(jet.db());
+    const QString byDate =
+        QString::fromUtf8(cases[1][0]).replace(QStringLiteral("Numerazione"), QStringLiteral("Data"));
+    EXPECT_TRUE(translate(byDate, jet.schema()).order.terms.empty()) << byDate.toStdString();
 }

@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <cstring>
 #include <numeric>
+#include <optional>
 #include <sqlite3.h>
 
 namespace store::jet {
@@ -156,21 +157,28 @@ int intArg(sqlite3_value* v)
 
 // ---- scalar functions -----------------------------------------------------------------
 
+/// A unit's number is mostly a text of 1 to 15 digits only: what Val gives for it, read
+/// without the run time's text (once per row of the sorts by Val).
+template <class Code> std::optional<double> plainDigits(const Code* p, qsizetype n)
+{
+    if (n < 1 || n > 15)
+        return std::nullopt;
+    std::int64_t digits = 0;
+    for (qsizetype i = 0; i < n; ++i) {
+        if (p[i] < '0' || p[i] > '9')
+            return std::nullopt;
+        digits = digits * 10 + (p[i] - '0');
+    }
+    return double(digits);
+}
+
 #define JET_FN(name) void name(sqlite3_context* ctx, int argc, sqlite3_value** argv)
 
 JET_FN(fnVal)
 {
-    // A unit's number is mostly a text of digits only: read it here, once per row of the
-    // sorts by Val, instead of through the run time's text.
     if (sqlite3_value_type(argv[0]) == SQLITE_TEXT) {
-        const auto* p = sqlite3_value_text(argv[0]);
-        const int n = sqlite3_value_bytes(argv[0]);
-        std::int64_t digits = 0;
-        int i = 0;
-        for (; i < n && i < 15 && p[i] >= '0' && p[i] <= '9'; ++i)
-            digits = digits * 10 + (p[i] - '0');
-        if (i == n && n > 0)
-            return sqlite3_result_double(ctx, double(digits));
+        if (const auto digits = plainDigits(sqlite3_value_text(argv[0]), sqlite3_value_bytes(argv[0])))
+            return sqlite3_result_double(ctx, *digits);
     }
     guarded(ctx, [&] { sqlite3_result_double(ctx, vb::Val(toVariant(argv[0]))); });
 }
@@ -816,17 +824,9 @@ std::vector<size_t> orderRows(const RowOrder& order, size_t count, const std::fu
         return v.isString() ? Key{2, 0, &v.rawString()} : Key{1, v.toDouble(), nullptr};
     };
     auto val = [](const vb::Variant& v) {
-        // A unit's number is mostly a text of digits only, read here as the SQL's Val does.
-        if (v.isString() && !v.rawString().isEmpty() && v.rawString().size() <= 15) {
-            std::int64_t digits = 0;
-            for (const QChar c : v.rawString()) {
-                if (c < u'0' || c > u'9')
-                    return vb::Val(v);
-                digits = digits * 10 + (c.unicode() - u'0');
-            }
-            return double(digits);
-        }
-        return vb::Val(v);
+        const std::optional<double> digits =
+            v.isString() ? plainDigits(v.rawString().utf16(), v.rawString().size()) : std::nullopt;
+        return digits ? *digits : vb::Val(v);
     };
     // Val is read once per row; the other terms from the row's values as they are.
     const size_t width = order.terms.size();
@@ -879,6 +879,8 @@ std::vector<size_t> orderRows(const RowOrder& order, size_t count, const std::fu
     for (size_t r = 1; r <= count; ++r) {
         const int c = r < count ? compare(r - 1, r, 0, lead) : -1;
         if (c > 0) {
+            // From the rows as they came, not as the runs before were left.
+            std::iota(out.begin(), out.end(), size_t(0));
             sortRun(0, count, 0);
             return out;
         }

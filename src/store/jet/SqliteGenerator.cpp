@@ -1170,6 +1170,11 @@ private:
             }
             if (column < 0)
                 return {};
+            // Dates and Yes/No reach the recordset converted (a date, True): their order and
+            // their Val stay SQLite's.
+            const ColumnInfo* info = columnOf(kind == Kind::Val ? e.args[0] : e).second;
+            if (info && info->kind != ColumnKind::Text && info->kind != ColumnKind::Number)
+                return {};
             return RowOrder::Term{kind, column, descending, of};
         };
         RowOrder order;
